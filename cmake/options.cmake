@@ -1,0 +1,19 @@
+# phn_options: what every target of this project is compiled with. Warnings are errors.
+add_library(phn_options INTERFACE)
+target_compile_options(phn_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_compile_options(phn_options INTERFACE -Wthread-safety -Werror=thread-safety)
+endif()
+if(PHN_SANITIZE)
+    add_compile_options(-fsanitize=${PHN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${PHN_SANITIZE})
+endif()
+
+# phn_win32: the Win32 API. Windows has it; elsewhere the stand-in takes its place.
+add_library(phn_win32 INTERFACE)
+if(WIN32)
+    target_compile_definitions(phn_win32 INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX WINVER=0x0601 _WIN32_WINNT=0x0601)
+    target_link_libraries(phn_win32 INTERFACE setupapi user32 advapi32)
+else()
+    target_link_libraries(phn_win32 INTERFACE phnplatform)
+endif()

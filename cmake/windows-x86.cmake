@@ -1,0 +1,8 @@
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR i686)
+set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER i686-w64-mingw32-windres)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--nxcompat,--dynamicbase")
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static -Wl,--nxcompat,--dynamicbase")

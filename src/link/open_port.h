@@ -1,0 +1,32 @@
+// The one object that an open port is: its handle, its port object and the event that says it is closing. It is shared:
+// an exchange keeps a reference and registers its use for as long as it is inside the port, so that Close can end the
+// exchange in progress, wait until it has left, and only then close the handle. An immediate re-open of the same path
+// therefore succeeds.
+#pragma once
+
+#include <memory>
+
+#include <windows.h>
+
+#include "common/lock.h"
+#include "link/port.h"
+
+class COpenPort
+{
+public:
+    // Takes ownership of the handle and the port object.
+    COpenPort(HANDLE hPort, std::unique_ptr<CPort> pPort);
+    ~COpenPort();
+    COpenPort(const COpenPort&) = delete;
+    COpenPort& operator=(const COpenPort&) = delete;
+
+    HANDLE GetHandle() const { return m_hPort; }
+    const std::string& GetPath() const { return m_pPort->GetPath(); }
+
+    // CPort's operations, with the use registered. After Close they fail as on a closed handle.
+    bool Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritten, DWORD* pdwError);
+    bool Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* pdwError, DWORD dwTimeout);
+
+    // Ends the exchange in progress, waits until it has left the port, closes the handle. Once; later calls do nothing.
+    void Close();
+};
