@@ -1,0 +1,65 @@
+// One line to a simulated handset: the bytes of a host in, what to send and when out. It knows no transport.
+// Used by the transports, and directly by tests and fuzzers that need no port. A session is used by one thread.
+#pragma once
+
+#include "simulator/handset.h"
+
+#include <chrono>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simulator {
+
+using Bytes = std::vector<std::uint8_t>;
+
+enum class PortKind
+{
+    Diagnostic, // framed requests and replies
+    Modem,      // AT commands, and raw request records once the mode is 2
+};
+
+// One thing to do on the line, `delay` after the one before it.
+struct Step
+{
+    enum class Kind
+    {
+        Send,
+        HangUp,
+        Unplug,
+    };
+    Kind kind = Kind::Send;
+    std::chrono::milliseconds delay{0};
+    Bytes bytes;
+};
+
+class Session
+{
+public:
+    Session(Handset& handset, PortKind kind);
+
+    std::vector<Step> Receive(std::span<const std::uint8_t> bytes);
+
+private:
+    struct Exchange;
+
+    void ReceiveFramed(std::uint8_t byte, std::vector<Step>& steps);
+    void ReceiveModem(std::vector<Step>& steps);
+    bool TakeAtLine(std::vector<Step>& steps);
+    bool TakeRawRecord(std::vector<Step>& steps);
+    void AnswerFrame(std::vector<Step>& steps);
+    void AnswerAt(std::string_view line, std::vector<Step>& steps);
+    void Reject(const std::string& reason);
+    void Trace(const Exchange& exchange);
+
+    Handset& handset_;
+    PortKind kind_;
+    Bytes received_;
+    bool overlong_ = false;
+    bool echo_ = true;
+    unsigned mode_ = 0;
+};
+
+} // namespace simulator
