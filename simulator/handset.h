@@ -16,6 +16,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace simulator {
@@ -29,7 +30,7 @@ enum class TraceDetail
 class Handset
 {
 public:
-    explicit Handset(Phone phone = DefaultPhone(), std::uint32_t seed = 1);
+    explicit Handset(Phone phone = DefaultPhone());
 
     // Memory. Change() runs on the caller's thread, under the lock; `changed` are Variance bits to report to the host.
     Phone Snapshot() const;
@@ -52,7 +53,8 @@ public:
     void Load(const std::filesystem::path& file);
     void Save(const std::filesystem::path& file) const;
 
-    // Faults.
+    // Faults. Those that strike by chance strike the same requests again after the same seed.
+    void Seed(std::uint32_t seed);
     void AddFault(const Fault& fault);
     void AddFault(std::string_view text) { AddFault(ParseFault(text)); }
     void ClearFaults();
@@ -77,7 +79,9 @@ private:
 
     void CountRequest(std::uint32_t command, std::vector<std::uint8_t> record);
     void CountRejection(const std::string& reason);
-    std::vector<Fault> TakeFaults(std::uint32_t command, bool isAt);
+    // The faults that strike this request, in their order; kAtCommands asks for those of an AT command.
+    std::vector<Fault> TakeFaults(std::uint32_t command);
+    std::pair<TraceSink, TraceDetail> Trace() const;
 
     mutable std::mutex mutex_;
     mutable std::condition_variable requestCame_;

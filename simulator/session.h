@@ -2,18 +2,18 @@
 // Used by the transports, and directly by tests and fuzzers that need no port. A session is used by one thread.
 #pragma once
 
+#include "simulator/frame.h"
 #include "simulator/handset.h"
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace simulator {
-
-using Bytes = std::vector<std::uint8_t>;
 
 enum class PortKind
 {
@@ -32,30 +32,29 @@ struct Step
     };
     Kind kind = Kind::Send;
     std::chrono::milliseconds delay{0};
-    Bytes bytes;
+    Bytes bytes{};
 };
 
 class Session
 {
 public:
-    Session(Handset& handset, PortKind kind);
+    Session(Handset& handset, PortKind kind) : handset_(handset), kind_(kind) {}
 
     std::vector<Step> Receive(std::span<const std::uint8_t> bytes);
 
 private:
-    struct Exchange;
-
     void ReceiveFramed(std::uint8_t byte, std::vector<Step>& steps);
-    void ReceiveModem(std::vector<Step>& steps);
+    bool TakeModemInput(std::vector<Step>& steps);
     bool TakeAtLine(std::vector<Step>& steps);
     bool TakeRawRecord(std::vector<Step>& steps);
-    void AnswerFrame(std::vector<Step>& steps);
+    void Answer(const Bytes& record, std::optional<std::uint32_t> sequence, std::vector<Step>& steps);
     void AnswerAt(std::string_view line, std::vector<Step>& steps);
+    std::string ExecuteAt(std::string_view line);
     void Reject(const std::string& reason);
-    void Trace(const Exchange& exchange);
+    void Trace(const std::string& line, std::span<const std::uint8_t> bytes);
 
     Handset& handset_;
-    PortKind kind_;
+    const PortKind kind_;
     Bytes received_;
     bool overlong_ = false;
     bool echo_ = true;

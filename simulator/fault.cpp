@@ -1,0 +1,161 @@
+#include "simulator/fault.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <stdexcept>
+#include <system_error>
+
+namespace simulator {
+namespace {
+
+struct KindRow
+{
+    FaultKind kind;
+    std::string_view name;
+    std::size_t values;    // how many are wanted; kSome: one or more
+    std::int64_t fallback; // taken when one is wanted and none is given
+    std::string_view help;
+};
+
+constexpr std::size_t kSome = 9;
+constexpr std::int64_t kNoFallback = INT64_MIN;
+
+constexpr std::array kKinds{
+    KindRow{FaultKind::Delay, "delay", 1, kNoFallback, "delay=MS         the reply comes MS milliseconds late"},
+    KindRow{FaultKind::Silence, "silence", 0, 0,
+            "silence          the command is carried out, its reply is never sent"},
+    KindRow{FaultKind::Split, "split", kSome, kNoFallback,
+            "split=N,M/MS     the reply is sent in pieces that end before bytes N and M, MS (default 50) milliseconds "
+            "apart"},
+    KindRow{FaultKind::Sequence, "sequence", 1, -1,
+            "sequence[=N]     N (default -1) is added to the reply's sequence identifier"},
+    KindRow{FaultKind::Command, "command", 1, 0x4C, "command[=N]      byte 0 of the reply frame is N (default 0x4C)"},
+    KindRow{FaultKind::Length, "length", 1, kNoFallback, "length=N         the reply frame's length field is N"},
+    KindRow{FaultKind::Check, "check", 0, 0, "check            the reply frame's check value is wrong"},
+    KindRow{FaultKind::Truncate, "truncate", 1, kNoFallback,
+            "truncate=N       only the first N bytes of the reply are sent"},
+    KindRow{FaultKind::Payload, "payload", 1, kNoFallback,
+            "payload=N        the reply's payload is cut, or filled with zeros, to N bytes (oversized: payload=9000)"},
+    KindRow{FaultKind::Patch, "patch", 2, kNoFallback,
+            "patch=OFFSET,N   the 32-bit value at OFFSET of the reply's payload is N"},
+    KindRow{FaultKind::Status, "status", 1, kNoFallback, "status=N         the command is refused with this status"},
+    KindRow{FaultKind::Result, "result", 1, kNoFallback,
+            "result=N         the command is refused with this result, where its reply has one"},
+    KindRow{FaultKind::Error, "error", 0, 0, "error            an AT command is answered with ERROR"},
+    KindRow{FaultKind::HangUp, "hangup", 0, 0,
+            "hangup           the line drops instead of a reply; it can be opened again at once"},
+    KindRow{FaultKind::Unplug, "unplug", 0, 0,
+            "unplug           the handset goes instead of a reply, until it is plugged in again"},
+};
+
+[[noreturn]] void Fail(std::string_view text, const std::string& wrong)
+{
+    throw std::invalid_argument("fault \"" + std::string(text) + "\": " + wrong);
+}
+
+std::int64_t ParseNumber(std::string_view whole, std::string_view text, std::int64_t least, std::int64_t most)
+{
+    std::int64_t value = 0;
+    const bool isHex = text.starts_with("0x");
+    const std::string_view digits = isHex ? text.substr(2) : text;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, isHex ? 16 : 10);
+    if (error != std::errc() || end != digits.data() + digits.size() || value < least || value > most)
+        Fail(whole, "\"" + std::string(text) + "\" is no number from " + std::to_string(least) + " to " +
+                        std::to_string(most));
+    return value;
+}
+
+// Cuts off what stands behind the last `mark`; empty when there is none.
+std::string_view TakeSuffix(std::string_view& text, char mark)
+{
+    const std::size_t at = text.rfind(mark);
+    if (at == std::string_view::npos)
+        return {};
+    const std::string_view suffix = text.substr(at + 1);
+    text = text.substr(0, at);
+    return suffix;
+}
+
+void ParseValues(std::string_view whole, std::string_view text, const KindRow& row, Fault& fault)
+{
+    if (const std::string_view pause = TakeSuffix(text, '/'); !pause.empty())
+        fault.pause = std::chrono::milliseconds(ParseNumber(whole, pause, 0, 600'000));
+    while (!text.empty()) {
+        const std::size_t comma = std::min(text.find(','), text.size());
+        fault.values.push_back(ParseNumber(whole, text.substr(0, comma), INT32_MIN, UINT32_MAX));
+        text.remove_prefix(std::min(comma + 1, text.size()));
+    }
+    if (fault.values.empty() && row.values == 1 && row.fallback != kNoFallback)
+        fault.values.push_back(row.fallback);
+    const bool isRight = row.values == kSome ? !fault.values.empty() : fault.values.size() == row.values;
+    if (!isRight)
+        Fail(whole, "it is written " + std::string(row.help.substr(0, row.help.find(' '))));
+    const bool maySubtract = row.kind == FaultKind::Sequence;
+    if (!maySubtract &&
+        std::any_of(fault.values.begin(), fault.values.end(), [](std::int64_t value) { return value < 0; }))
+        Fail(whole, "a negative number has no meaning here");
+    if (!std::is_sorted(fault.values.begin(), fault.values.end()) && row.kind == FaultKind::Split)
+        Fail(whole, "the places to split at must ascend");
+}
+
+const KindRow& Row(FaultKind kind)
+{
+    return *std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& row) { return row.kind == kind; });
+}
+
+} // namespace
+
+Fault ParseFault(std::string_view text)
+{
+    constexpr std::int64_t kMost = INT32_MAX;
+    std::string_view rest = text;
+    Fault fault;
+    if (const std::string_view percent = TakeSuffix(rest, '%'); !percent.empty())
+        fault.percent = static_cast<unsigned>(ParseNumber(text, percent, 0, 100));
+    if (const std::string_view times = TakeSuffix(rest, '*'); !times.empty())
+        fault.remaining = static_cast<std::uint32_t>(ParseNumber(text, times, 1, kMost));
+    if (const std::string_view command = TakeSuffix(rest, '@'); command == "at")
+        fault.command = kAtCommands;
+    else if (!command.empty())
+        fault.command = static_cast<std::uint32_t>(ParseNumber(text, command, 1, kMost));
+    const std::size_t equals = std::min(rest.find('='), rest.size());
+    const std::string_view name = rest.substr(0, equals);
+    const auto row = std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& kind) { return kind.name == name; });
+    if (row == kKinds.end())
+        Fail(text, "no such kind; the kinds are\n" + FaultHelp());
+    fault.kind = row->kind;
+    ParseValues(text, rest.substr(std::min(equals + 1, rest.size())), *row, fault);
+    return fault;
+}
+
+std::string ToString(const Fault& fault)
+{
+    std::string text(Row(fault.kind).name);
+    char separator = '=';
+    for (const std::int64_t value : fault.values) {
+        text += separator + std::to_string(value);
+        separator = ',';
+    }
+    if (fault.kind == FaultKind::Split)
+        text += "/" + std::to_string(fault.pause.count());
+    if (fault.command != kAnyCommand)
+        text += fault.command == kAtCommands ? "@at" : "@" + std::to_string(fault.command);
+    if (fault.remaining)
+        text += "*" + std::to_string(*fault.remaining);
+    if (fault.percent != 100)
+        text += "%" + std::to_string(fault.percent);
+    return text;
+}
+
+std::string FaultHelp()
+{
+    std::string help;
+    for (const KindRow& row : kKinds)
+        help.append(row.help).append("\n");
+    return help +
+           "each with @COMMAND (a number, or \"at\" for AT commands), *TIMES and %PERCENT behind it, all optional";
+}
+
+} // namespace simulator

@@ -1,0 +1,34 @@
+// Carrying out one request record and turning the answer into bytes for the line, faults included.
+// Used by the session, for framed and for raw requests alike.
+#pragma once
+
+#include "simulator/session.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace simulator {
+
+// What carrying out a request came to: the reply's payload, and both sides in words for the trace.
+struct Answered
+{
+    std::uint32_t command = 0;
+    bool isCounted = false; // a well-formed request of a known command
+    Bytes payload{};
+    std::string request{};
+    std::string reply{};
+};
+
+// A status or result among the faults refuses the command, which is then not carried out.
+Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const std::vector<Fault>& faults);
+
+// The bytes of the reply: framed when there is a sequence identifier to echo, bare otherwise.
+Bytes ReplyBytes(Bytes payload, std::optional<std::uint32_t> sequence, const std::vector<Fault>& faults);
+
+// What happens on the line: late, in pieces, not at all, or the line goes.
+void AppendSteps(const Bytes& reply, const std::vector<Fault>& faults, std::vector<Step>& steps);
+
+} // namespace simulator
