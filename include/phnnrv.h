@@ -71,7 +71,7 @@
 
 #if defined(_WIN32)
 #define PHN_CALL __cdecl
-#if defined(PHN_BUILDING_LIBRARY)
+#if defined(PHN_BUILD_LIBRARY)
 #define PHN_API __declspec(dllexport)
 #else
 #define PHN_API __declspec(dllimport)
@@ -443,7 +443,7 @@ PHN_API PHN_ERROR PHN_CALL PHN_GetNetworkInfo(PHN_NETWORK_INFO* pNetworkInfo);
 PHN_API PHN_ERROR PHN_CALL PHN_GetBatteryInfo(PHN_BATTERY_INFO* pBatteryInfo);
 
 /* The name and text of a network error code, such as "PHN_NETWORK_ERROR_1X_FADE, Fade", zero-terminated, into a buffer
- * of nBufferSize bytes, all of which are cleared first. At most 110 bytes are needed. Asks the handset nothing, but one
+ * of nBufferSize bytes, all of which are cleared first. 128 bytes hold every text. Asks the handset nothing, but one
  * must be connected and started. PHN_ERROR_INVALID_PARAMETER: null, size 0 or less, or a code without a text;
  * PHN_ERROR_BUFFER_TOO_SMALL: no room for text and terminator. */
 PHN_API PHN_ERROR PHN_CALL PHN_GetNetworkErrorString(int32_t eError, char* pBuffer, int32_t nBufferSize);

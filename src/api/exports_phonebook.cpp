@@ -1,0 +1,93 @@
+// Contacts, and the display names that they refer to.
+#include "api/export_frame.h"
+
+namespace {
+
+// The three records of display names share one layout. The id, their second field, is kept.
+PHN_ERROR CheckName(CExportFrame& Frame, PHN_PICTURE_ID* pName, const char* pszArgument, const char* pszRecord)
+{
+    if (!pName)
+        return Frame.Null(pszArgument);
+    if (pName->uSize < sizeof *pName)
+        return Frame.TooSmall(pszArgument, pName->uSize, pszRecord, sizeof *pName);
+    ClearFrom(pName, 8);
+    return PHN_ERROR_NONE;
+}
+
+} // namespace
+
+PHN_ERROR PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes)
+{
+    return Export("PHN_GetFieldSizes", [=](CExportFrame& Frame) -> PHN_ERROR {
+        if (!pFieldSizes)
+            return Frame.Null("pFieldSizes");
+        if (pFieldSizes->uSize < sizeof *pFieldSizes)
+            return Frame.TooSmall("pFieldSizes", pFieldSizes->uSize, "PHN_FIELD_SIZES", sizeof *pFieldSizes);
+        ClearFrom(pFieldSizes, 4);
+        return Frame.Absent(kPhonebook);
+    });
+}
+
+PHN_ERROR PHN_GetContact(uint32_t, PHN_CONTACT_RECORD* pRecord)
+{
+    return Export("PHN_GetContact", [=](CExportFrame& Frame) -> PHN_ERROR {
+        if (!pRecord)
+            return Frame.Null("pRecord");
+        if (!pRecord->pContactData || !pRecord->uSizeofData)
+            return Frame.Fail(PHN_ERROR_INVALID_PARAMETER,
+                              "pRecord->pContactData is NULL or pRecord->uSizeofData is 0.");
+        if (pRecord->uSize < sizeof *pRecord)
+            return Frame.TooSmall("pRecord", pRecord->uSize, "PHN_CONTACT_RECORD", sizeof *pRecord);
+        std::memset(pRecord->pContactData, 0, pRecord->uSizeofData);
+        return Frame.Absent(kPhonebook);
+    });
+}
+
+// The data pointer is the service's concern.
+PHN_ERROR PHN_SetContact(uint32_t, PHN_CONTACT_RECORD* pRecord)
+{
+    return Export("PHN_SetContact", [=](CExportFrame& Frame) -> PHN_ERROR {
+        if (!pRecord)
+            return Frame.Null("pRecord");
+        if (pRecord->uSize < sizeof *pRecord)
+            return Frame.TooSmall("pRecord", pRecord->uSize, "PHN_CONTACT_RECORD", sizeof *pRecord);
+        return Frame.Absent(kPhonebook);
+    });
+}
+
+PHN_ERROR PHN_DeleteContact(uint32_t)
+{
+    return Export("PHN_DeleteContact", [](CExportFrame& Frame) { return Frame.Absent(kPhonebook); });
+}
+
+PHN_ERROR PHN_DeleteAllContacts()
+{
+    return Export("PHN_DeleteAllContacts", [](CExportFrame& Frame) { return Frame.Absent(kPhonebook); });
+}
+
+PHN_ERROR PHN_GetPictureID(uint32_t, PHN_PICTURE_ID* pPictureID)
+{
+    return Export("PHN_GetPictureID", [=](CExportFrame& Frame) -> PHN_ERROR {
+        if (const PHN_ERROR weError = CheckName(Frame, pPictureID, "pPictureID", "PHN_PICTURE_ID"))
+            return weError;
+        return Frame.Absent(kPhonebook);
+    });
+}
+
+PHN_ERROR PHN_GetRingerID(uint32_t, PHN_RINGER_ID* pRingTone)
+{
+    return Export("PHN_GetRingerID", [=](CExportFrame& Frame) -> PHN_ERROR {
+        if (const PHN_ERROR weError = CheckName(Frame, pRingTone, "pRingTone", "PHN_RINGER_ID"))
+            return weError;
+        return Frame.Absent(kPhonebook);
+    });
+}
+
+PHN_ERROR PHN_GetGroup(uint32_t, PHN_GROUP* pGroup)
+{
+    return Export("PHN_GetGroup", [=](CExportFrame& Frame) -> PHN_ERROR {
+        if (const PHN_ERROR weError = CheckName(Frame, pGroup, "pGroup", "PHN_GROUP"))
+            return weError;
+        return Frame.Absent(kPhonebook);
+    });
+}
