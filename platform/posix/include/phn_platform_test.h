@@ -1,0 +1,27 @@
+// The test hooks of the stand-in, in builds with PHN_TEST_HOOKS: a clock that a test moves, and calls that a test makes
+// fail. The hooks act on the whole process. They are for tests on Linux; Windows has nothing like them.
+#pragma once
+
+#include <windows.h>
+
+namespace platform_test {
+
+// Moves the clock forward. Every wait with a time-out, Sleep, timer, window timer and serial time-out sees the new time
+// at once; time-outs that are now over end. A serial read still ends by its interval time-out only after that time, or
+// 10 ms if it is longer, of real silence: a reply that is under way is not cut.
+void AdvanceClock(DWORD milliseconds);
+
+// Waits until as many threads are blocked in a wait, a Sleep or a GetOverlappedResult that was begun with exactly this
+// time-out, so that AdvanceClock finds them there. False if that has not come about within ten seconds of real time.
+[[nodiscard]] bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads = 1);
+
+// The named call ("CreateEventA") fails with this error, `count` times, after it has run `skip` times more. A later
+// request for the same call replaces an earlier one. Throws std::invalid_argument for a name that no call has.
+void FailCall(const char* name, DWORD error, unsigned skip = 0, unsigned count = 1);
+
+// How often a call still has to fail: 0 when the request is used up.
+unsigned PendingFailures(const char* name);
+
+void ClearFailures();
+
+} // namespace platform_test

@@ -1,0 +1,76 @@
+// The table of the calls that this stand-in exports: one row per Win32 call. Each has a number (Call::Name) which its
+// boundary in win32_call.h carries, so that a test can make any of them fail by its name.
+#pragma once
+
+#define PHN_WIN32_CALLS(ROW)                                                                                           \
+    ROW(CancelIo)                                                                                                      \
+    ROW(CancelIoEx)                                                                                                    \
+    ROW(CancelSynchronousIo)                                                                                           \
+    ROW(ClearCommError)                                                                                                \
+    ROW(CloseHandle)                                                                                                   \
+    ROW(CreateEventA)                                                                                                  \
+    ROW(CreateFileA)                                                                                                   \
+    ROW(CreateMutexA)                                                                                                  \
+    ROW(CreateThread)                                                                                                  \
+    ROW(CreateWindowExA)                                                                                               \
+    ROW(DeleteFileA)                                                                                                   \
+    ROW(DestroyWindow)                                                                                                 \
+    ROW(DuplicateHandle)                                                                                               \
+    ROW(FreeLibrary)                                                                                                   \
+    ROW(GetCommTimeouts)                                                                                               \
+    ROW(GetExitCodeThread)                                                                                             \
+    ROW(GetFileSizeEx)                                                                                                 \
+    ROW(GetMessageA)                                                                                                   \
+    ROW(GetModuleFileNameA)                                                                                            \
+    ROW(GetModuleHandleA)                                                                                              \
+    ROW(GetModuleHandleExA)                                                                                            \
+    ROW(GetOverlappedResult)                                                                                           \
+    ROW(GetProcAddress)                                                                                                \
+    ROW(GetVersionExA)                                                                                                 \
+    ROW(KillTimer)                                                                                                     \
+    ROW(LoadLibraryA)                                                                                                  \
+    ROW(MsgWaitForMultipleObjects)                                                                                     \
+    ROW(MultiByteToWideChar)                                                                                           \
+    ROW(OpenThread)                                                                                                    \
+    ROW(PostMessageA)                                                                                                  \
+    ROW(PostThreadMessageA)                                                                                            \
+    ROW(PurgeComm)                                                                                                     \
+    ROW(ReadFile)                                                                                                      \
+    ROW(RegCloseKey)                                                                                                   \
+    ROW(RegEnumValueA)                                                                                                 \
+    ROW(RegOpenKeyExA)                                                                                                 \
+    ROW(RegQueryValueExA)                                                                                              \
+    ROW(RegisterClassA)                                                                                                \
+    ROW(RegisterClassExA)                                                                                              \
+    ROW(RegisterDeviceNotificationA)                                                                                   \
+    ROW(RegisterWindowMessageA)                                                                                        \
+    ROW(ReleaseMutex)                                                                                                  \
+    ROW(ResetEvent)                                                                                                    \
+    ROW(SendMessageA)                                                                                                  \
+    ROW(SetCommTimeouts)                                                                                               \
+    ROW(SetEvent)                                                                                                      \
+    ROW(SetFilePointer)                                                                                                \
+    ROW(SetFilePointerEx)                                                                                              \
+    ROW(SetTimer)                                                                                                      \
+    ROW(SetupDiDestroyDeviceInfoList)                                                                                  \
+    ROW(SetupDiEnumDeviceInterfaces)                                                                                   \
+    ROW(SetupDiGetClassDevsA)                                                                                          \
+    ROW(SetupDiGetDeviceInterfaceDetailA)                                                                              \
+    ROW(SystemTimeToTzSpecificLocalTime)                                                                               \
+    ROW(UnregisterClassA)                                                                                              \
+    ROW(UnregisterDeviceNotification)                                                                                  \
+    ROW(WaitForMultipleObjects)                                                                                        \
+    ROW(WaitForSingleObject)                                                                                           \
+    ROW(WideCharToMultiByte)                                                                                           \
+    ROW(WriteFile)
+
+namespace platform {
+
+enum class Call : unsigned char
+{
+#define PHN_ROW(name) name,
+    PHN_WIN32_CALLS(PHN_ROW)
+#undef PHN_ROW
+};
+
+} // namespace platform

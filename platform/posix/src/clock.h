@@ -1,0 +1,32 @@
+// The stand-in's clock: monotonic, shared by all waits, timers and serial time-outs. A test may advance it, and
+// PHNNRV_TIME_SCALE multiplies every duration that a caller states in milliseconds. Points of this clock are compared
+// with Now() only; RealTime() is for handing them to the system.
+#pragma once
+
+#include <chrono>
+
+#include <windows.h>
+
+namespace platform {
+
+using SteadyClock = std::chrono::steady_clock;
+using TimePoint = SteadyClock::time_point;
+using Duration = SteadyClock::duration;
+
+constexpr TimePoint kNever = TimePoint::max();
+
+TimePoint Now();
+
+// When a time-out that starts now is over, by the scaled clock. INFINITE is kNever.
+TimePoint After(DWORD milliseconds);
+
+// A stated duration in the scale of this run.
+Duration Scaled(std::chrono::milliseconds stated);
+
+// The system's monotonic time at which the clock, if nobody advances it, reaches this point.
+TimePoint RealTime(TimePoint point);
+
+// Moves the clock forward. The caller then wakes whoever waits (base_lock.h, service_thread.h).
+void MoveClock(Duration by);
+
+} // namespace platform

@@ -1,0 +1,38 @@
+// What the stand-in knows of a thread, whoever created it: its id, its exit code, the mutexes it owns and what is to be
+// done when it ends. A record is made when a thread first calls in, and signalled after the thread's last code outside
+// this library has run: whoever has waited for a thread may unload the library that the thread ran in.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "waitable.h"
+
+namespace platform {
+
+class Mutex;
+struct SerialOperation;
+
+class ThreadRecord : public Waitable
+{
+public:
+    bool IsSignalled(const Lock&) const override { return ended; }
+
+    DWORD id = 0;       // fixed once the thread runs
+    bool ended = false; // the rest: under the base lock
+    DWORD exitCode = STILL_ACTIVE;
+    std::vector<std::shared_ptr<Mutex>> owned; // abandoned when the thread ends
+    SerialOperation* blockedIn = nullptr;      // the blocking read or write that CancelSynchronousIo ends
+};
+
+// The calling thread's record.
+const std::shared_ptr<ThreadRecord>& CurrentThread();
+
+// The record of a live thread that has called in; null if there is none.
+std::shared_ptr<ThreadRecord> FindThread(DWORD id);
+
+// Runs the function, without any lock, on the calling thread when it ends (not at the end of the process).
+void AtThreadEnd(std::function<void()> function);
+
+} // namespace platform
