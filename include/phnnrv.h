@@ -82,7 +82,10 @@
 #endif
 
 #ifdef __cplusplus
+#define PHN_NOEXCEPT noexcept
 extern "C" {
+#else
+#define PHN_NOEXCEPT
 #endif
 
 /* ---- Error codes ------------------------------------------------------------------------------------------------- */
@@ -424,86 +427,86 @@ typedef struct PHN_CALL_ENTRY /* 84 bytes */
  * wait is over: call again. Calling it while started repeats the greeting and keeps everything.
  * PHN_ERROR_NO_DEVICE: none came; PHN_ERROR_COMMUNICATION: it did not answer; PHN_ERROR_NOT_SUPPORTED: its model is not
  * served, or could not be read; PHN_ERROR_FAILED: out of memory. */
-PHN_API PHN_ERROR PHN_CALL PHN_Startup(void);
+PHN_API PHN_ERROR PHN_CALL PHN_Startup(void) PHN_NOEXCEPT;
 
 /* Says goodbye to the handset and ends all service: callbacks, listings and the map of contact indexes. The library
  * keeps watching the port; PHN_Startup starts again. Returns 0 even if the handset does not answer the goodbye;
  * PHN_ERROR_NO_DEVICE; PHN_ERROR_NO_SERVICE_OBJECT when not started. */
-PHN_API PHN_ERROR PHN_CALL PHN_Shutdown(void);
+PHN_API PHN_ERROR PHN_CALL PHN_Shutdown(void) PHN_NOEXCEPT;
 
 /* ---- Status ------------------------------------------------------------------------------------------------------ */
 
 /* State of the data connection. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetConnectionInfo(PHN_CONNECTION_INFO* pConnectionInfo);
+PHN_API PHN_ERROR PHN_CALL PHN_GetConnectionInfo(PHN_CONNECTION_INFO* pConnectionInfo) PHN_NOEXCEPT;
 
 /* Network and signal. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetNetworkInfo(PHN_NETWORK_INFO* pNetworkInfo);
+PHN_API PHN_ERROR PHN_CALL PHN_GetNetworkInfo(PHN_NETWORK_INFO* pNetworkInfo) PHN_NOEXCEPT;
 
 /* Battery. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetBatteryInfo(PHN_BATTERY_INFO* pBatteryInfo);
+PHN_API PHN_ERROR PHN_CALL PHN_GetBatteryInfo(PHN_BATTERY_INFO* pBatteryInfo) PHN_NOEXCEPT;
 
 /* The name and text of a network error code, such as "PHN_NETWORK_ERROR_1X_FADE, Fade", zero-terminated, into a buffer
  * of nBufferSize bytes, all of which are cleared first. 128 bytes hold every text. Asks the handset nothing, but one
  * must be connected and started. PHN_ERROR_INVALID_PARAMETER: null, size 0 or less, or a code without a text;
  * PHN_ERROR_BUFFER_TOO_SMALL: no room for text and terminator. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetNetworkErrorString(int32_t eError, char* pBuffer, int32_t nBufferSize);
+PHN_API PHN_ERROR PHN_CALL PHN_GetNetworkErrorString(int32_t eError, char* pBuffer, int32_t nBufferSize) PHN_NOEXCEPT;
 
 /* ---- Setup ------------------------------------------------------------------------------------------------------- */
 
 /* Number, serial number, model and versions. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetDeviceInfo(PHN_DEVICE_INFO* pDeviceInfo);
+PHN_API PHN_ERROR PHN_CALL PHN_GetDeviceInfo(PHN_DEVICE_INFO* pDeviceInfo) PHN_NOEXCEPT;
 
 /* Starts over-the-air service provisioning. Success is PHN_ERROR_ACTIVATION_STARTED, never 0; progress comes with
  * PHN_CALLBACK_ACTIVATION. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize;
  * PHN_ERROR_NOT_AUTOMATIC: bAutomatic is 0. */
-PHN_API PHN_ERROR PHN_CALL PHN_Activate(PHN_ACTIVATION_DATA* pActivationData);
+PHN_API PHN_ERROR PHN_CALL PHN_Activate(PHN_ACTIVATION_DATA* pActivationData) PHN_NOEXCEPT;
 
 /* Switches the radio on (1) or off (0); the low byte of the value is sent. */
-PHN_API PHN_ERROR PHN_CALL PHN_SetRadioPower(uint32_t uRadioState);
+PHN_API PHN_ERROR PHN_CALL PHN_SetRadioPower(uint32_t uRadioState) PHN_NOEXCEPT;
 
 /* Locks (1) or unlocks (0) the phone; the low byte of the value is sent. The lock code is a zero-terminated string of
  * exactly four characters, whatever they are. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_INVALID_LOCK_CODE: another
  * length, or the handset refuses the code. */
-PHN_API PHN_ERROR PHN_CALL PHN_SetLock(uint32_t uLock, const char* pExistingLockCode);
+PHN_API PHN_ERROR PHN_CALL PHN_SetLock(uint32_t uLock, const char* pExistingLockCode) PHN_NOEXCEPT;
 
 /* Replaces the lock code; both are strings of exactly four characters. Codes as PHN_SetLock. */
-PHN_API PHN_ERROR PHN_CALL PHN_ChangeLockCode(const char* pExistingLockCode, const char* pNewLockCode);
+PHN_API PHN_ERROR PHN_CALL PHN_ChangeLockCode(const char* pExistingLockCode, const char* pNewLockCode) PHN_NOEXCEPT;
 
 /* Reads the three phone parameters. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetParameters(PHN_PARAMETERS* pParameters);
+PHN_API PHN_ERROR PHN_CALL PHN_GetParameters(PHN_PARAMETERS* pParameters) PHN_NOEXCEPT;
 
 /* Writes the three phone parameters. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_SetParameters(PHN_PARAMETERS* pParameters);
+PHN_API PHN_ERROR PHN_CALL PHN_SetParameters(PHN_PARAMETERS* pParameters) PHN_NOEXCEPT;
 
 /* ---- Phonebook ---------------------------------------------------------------------------------------------------
  * The host numbers contacts by an index of its own. From PHN_Startup to PHN_Shutdown the library remembers which record
  * of the handset an index stands for; an index it has not met is taken for the handset's record number. */
 
 /* The phonebook's sizes. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes);
+PHN_API PHN_ERROR PHN_CALL PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes) PHN_NOEXCEPT;
 
 /* Reads a contact as zero-terminated vCard text into pContactData, all of whose uSizeofData bytes are cleared first.
  * PHN_ERROR_INVALID_PARAMETER: null record or buffer, size 0, or an index beyond the handset's capacity;
  * PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_NOT_FOUND: no contact there; PHN_ERROR_FAILED: also when the text does
  * not fit the buffer. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord);
+PHN_API PHN_ERROR PHN_CALL PHN_GetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord) PHN_NOEXCEPT;
 
 /* Adds or replaces a contact from vCard text of uSizeofData bytes. PHN_ERROR_INVALID_PARAMETER: null, or a text that is
  * rejected; PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_RESULT_4: such as a full phonebook. */
-PHN_API PHN_ERROR PHN_CALL PHN_SetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord);
+PHN_API PHN_ERROR PHN_CALL PHN_SetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord) PHN_NOEXCEPT;
 
 /* Deletes one contact; waits 40 ms before asking. PHN_ERROR_NOT_FOUND, PHN_ERROR_INVALID_PARAMETER: refused by the
  * handset. */
-PHN_API PHN_ERROR PHN_CALL PHN_DeleteContact(uint32_t uIndex);
+PHN_API PHN_ERROR PHN_CALL PHN_DeleteContact(uint32_t uIndex) PHN_NOEXCEPT;
 
 /* Deletes all contacts and forgets every index. May take minutes: see convention 10. */
-PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllContacts(void);
+PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllContacts(void) PHN_NOEXCEPT;
 
 /* The display names of a picture, a ringer and a group, by the id that contacts use. uSize and dwID are set as soon as
  * the handset was asked. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_NOT_FOUND. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetPictureID(uint32_t uIndex, PHN_PICTURE_ID* pPictureID);
-PHN_API PHN_ERROR PHN_CALL PHN_GetRingerID(uint32_t uIndex, PHN_RINGER_ID* pRingTone);
-PHN_API PHN_ERROR PHN_CALL PHN_GetGroup(uint32_t uIndex, PHN_GROUP* pGroup);
+PHN_API PHN_ERROR PHN_CALL PHN_GetPictureID(uint32_t uIndex, PHN_PICTURE_ID* pPictureID) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_GetRingerID(uint32_t uIndex, PHN_RINGER_ID* pRingTone) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_GetGroup(uint32_t uIndex, PHN_GROUP* pGroup) PHN_NOEXCEPT;
 
 /* ---- Calendar ----------------------------------------------------------------------------------------------------
  * The index of an event is the handset's. */
@@ -512,68 +515,68 @@ PHN_API PHN_ERROR PHN_CALL PHN_GetGroup(uint32_t uIndex, PHN_GROUP* pGroup);
  * first. PHN_ERROR_INVALID_PARAMETER: null record or buffer, or size 0; PHN_ERROR_BUFFER_TOO_SMALL: uSize, or a buffer
  * that is too small: then uSizeofData holds the text's length without its terminator; PHN_ERROR_NOT_FOUND: no event
  * there. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetEvent(uint32_t uIndex, PHN_EVENT_RECORD* pRecord);
+PHN_API PHN_ERROR PHN_CALL PHN_GetEvent(uint32_t uIndex, PHN_EVENT_RECORD* pRecord) PHN_NOEXCEPT;
 
 /* Stores the event of the iCalendar text. PHN_ERROR_INVALID_PARAMETER: null record or buffer, size 0, or a text that is
  * rejected; PHN_ERROR_BUFFER_TOO_SMALL: uSize. */
-PHN_API PHN_ERROR PHN_CALL PHN_SetEvent(uint32_t uIndex, PHN_EVENT_RECORD* pRecord);
+PHN_API PHN_ERROR PHN_CALL PHN_SetEvent(uint32_t uIndex, PHN_EVENT_RECORD* pRecord) PHN_NOEXCEPT;
 
 /* Deletes one event. PHN_ERROR_NOT_FOUND, PHN_ERROR_INVALID_PARAMETER: refused by the handset. */
-PHN_API PHN_ERROR PHN_CALL PHN_DeleteEvent(uint32_t uIndex);
+PHN_API PHN_ERROR PHN_CALL PHN_DeleteEvent(uint32_t uIndex) PHN_NOEXCEPT;
 
 /* Deletes all events. */
-PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllEvents(void);
+PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllEvents(void) PHN_NOEXCEPT;
 
 /* ---- Messages ----------------------------------------------------------------------------------------------------
  * Every function but the two of the listing ends a listing in progress. Message indexes are the handset's, 16 bits. */
 
 /* Number of messages in a box; 0 also on every failure, a type out of range included. */
-PHN_API uint32_t PHN_CALL PHN_GetMessageCount(int32_t eType);
+PHN_API uint32_t PHN_CALL PHN_GetMessageCount(int32_t eType) PHN_NOEXCEPT;
 
 /* Sends a message. On success wIndex is its index and uIndexValid 1. PHN_ERROR_INVALID_PARAMETER: null;
  * PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_PDU_NOT_DECODABLE, PHN_ERROR_PDU_NO_DESTINATION,
  * PHN_NETWORK_ERROR_1X_CO_ACCESS_FAILURE: the PDU cannot be used (its User Data, its destination, or an address or
  * call-back number in it). */
-PHN_API PHN_ERROR PHN_CALL PHN_SendMessage(PHN_SMS_MESSAGE* pMessage);
+PHN_API PHN_ERROR PHN_CALL PHN_SendMessage(PHN_SMS_MESSAGE* pMessage) PHN_NOEXCEPT;
 
 /* Saves a message without sending it. As PHN_SendMessage. */
-PHN_API PHN_ERROR PHN_CALL PHN_SaveMessage(PHN_SMS_MESSAGE* pMessage);
+PHN_API PHN_ERROR PHN_CALL PHN_SaveMessage(PHN_SMS_MESSAGE* pMessage) PHN_NOEXCEPT;
 
 /* Starts a listing and reads the first message of a box into pIS637Data, all of whose uSizeofData bytes are cleared
  * first; 512 bytes hold any PDU. uSizeofData becomes the PDU's length: set it anew before the next call.
  * PHN_ERROR_INVALID_PARAMETER: null record or buffer, size 0, or a type out of range; PHN_ERROR_BUFFER_TOO_SMALL:
  * uSize; PHN_ERROR_NO_MORE_MESSAGES: the box is empty. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetFirstMessage(int32_t eType, PHN_SMS_MESSAGE* pMessage);
+PHN_API PHN_ERROR PHN_CALL PHN_GetFirstMessage(int32_t eType, PHN_SMS_MESSAGE* pMessage) PHN_NOEXCEPT;
 
 /* Reads the next message of the listing. As PHN_GetFirstMessage; PHN_ERROR_NO_MORE_MESSAGES: the listing is over, or
  * none was begun. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetNextMessage(PHN_SMS_MESSAGE* pMessage);
+PHN_API PHN_ERROR PHN_CALL PHN_GetNextMessage(PHN_SMS_MESSAGE* pMessage) PHN_NOEXCEPT;
 
 /* Deletes one message, by the low 16 bits of the index. PHN_ERROR_MESSAGE_NOT_FOUND. */
-PHN_API PHN_ERROR PHN_CALL PHN_DeleteMessage(uint32_t uIndex);
+PHN_API PHN_ERROR PHN_CALL PHN_DeleteMessage(uint32_t uIndex) PHN_NOEXCEPT;
 
 /* Deletes all messages of a box. May take minutes: see convention 10. PHN_ERROR_INVALID_PARAMETER: type out of range.
  */
-PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllMessages(int32_t eType);
+PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllMessages(int32_t eType) PHN_NOEXCEPT;
 
 /* Marks a message as read (nonzero) or unread (0), by the low 16 bits of the index. PHN_ERROR_MESSAGE_NOT_FOUND. */
-PHN_API PHN_ERROR PHN_CALL PHN_SetMessageStatus(uint32_t uIndex, uint32_t bRead);
+PHN_API PHN_ERROR PHN_CALL PHN_SetMessageStatus(uint32_t uIndex, uint32_t bRead) PHN_NOEXCEPT;
 
 /* ---- Calls ------------------------------------------------------------------------------------------------------- */
 
 /* Number of entries in a call list; 0 also on every failure, a type out of range included. Ends a listing. */
-PHN_API uint32_t PHN_CALL PHN_GetCallEntryCount(int32_t eType);
+PHN_API uint32_t PHN_CALL PHN_GetCallEntryCount(int32_t eType) PHN_NOEXCEPT;
 
 /* Starts a listing and reads the first entry of a list. PHN_ERROR_INVALID_PARAMETER: null or a type out of range;
  * PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_NO_MORE_ENTRIES: the list is empty. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetFirstCallEntry(int32_t eType, PHN_CALL_ENTRY* pEntry);
+PHN_API PHN_ERROR PHN_CALL PHN_GetFirstCallEntry(int32_t eType, PHN_CALL_ENTRY* pEntry) PHN_NOEXCEPT;
 
 /* Reads the next entry of the listing. PHN_ERROR_INVALID_PARAMETER: null; PHN_ERROR_BUFFER_TOO_SMALL: uSize;
  * PHN_ERROR_NO_MORE_ENTRIES: the listing is over, or none was begun. */
-PHN_API PHN_ERROR PHN_CALL PHN_GetNextCallEntry(PHN_CALL_ENTRY* pEntry);
+PHN_API PHN_ERROR PHN_CALL PHN_GetNextCallEntry(PHN_CALL_ENTRY* pEntry) PHN_NOEXCEPT;
 
 /* Clears a call list. PHN_ERROR_INVALID_PARAMETER: type out of range, or 3. */
-PHN_API PHN_ERROR PHN_CALL PHN_ClearCallEntries(int32_t eType);
+PHN_API PHN_ERROR PHN_CALL PHN_ClearCallEntries(int32_t eType) PHN_NOEXCEPT;
 
 /* ---- Callbacks --------------------------------------------------------------------------------------------------- */
 
@@ -582,25 +585,25 @@ PHN_API PHN_ERROR PHN_CALL PHN_ClearCallEntries(int32_t eType);
  * PHN_ERROR_INVALID_PARAMETER: null (also when removing), or a type outside 0 to 16; PHN_ERROR_NOT_SUPPORTED: a type
  * without callback. */
 PHN_API PHN_ERROR PHN_CALL PHN_SetCallback(int32_t eCallbackType, PHN_CALLBACK_FUNCTION pCallbackFunction,
-                                           uint32_t bRemove);
+                                           uint32_t bRemove) PHN_NOEXCEPT;
 
 /* ---- Functions without implementation ----------------------------------------------------------------------------
  * They ignore their arguments and return PHN_ERROR_NOT_SUPPORTED. The caller removes the arguments, so a host that
  * declares argument lists of its own may keep them. */
 
-PHN_API PHN_ERROR PHN_CALL PHN_CheckForUpgrade(void);
-PHN_API PHN_ERROR PHN_CALL PHN_GetLocationInfo(void);
-PHN_API PHN_ERROR PHN_CALL PHN_GetMassStorageMode(void);
-PHN_API PHN_ERROR PHN_CALL PHN_GetNDISMode(void);
-PHN_API PHN_ERROR PHN_CALL PHN_PlayRingerID(void);
-PHN_API PHN_ERROR PHN_CALL PHN_SetCallbackExtended(void);
-PHN_API PHN_ERROR PHN_CALL PHN_SetFieldTest(void);
-PHN_API PHN_ERROR PHN_CALL PHN_SetLocationMode(void);
-PHN_API PHN_ERROR PHN_CALL PHN_SetMassStorageMode(void);
-PHN_API PHN_ERROR PHN_CALL PHN_SetNDISMode(void);
-PHN_API PHN_ERROR PHN_CALL PHN_SetPower(void);
-PHN_API PHN_ERROR PHN_CALL PHN_SetPowerState(void);
-PHN_API PHN_ERROR PHN_CALL PHN_Upgrade(void);
+PHN_API PHN_ERROR PHN_CALL PHN_CheckForUpgrade(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_GetLocationInfo(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_GetMassStorageMode(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_GetNDISMode(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_PlayRingerID(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_SetCallbackExtended(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_SetFieldTest(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_SetLocationMode(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_SetMassStorageMode(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_SetNDISMode(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_SetPower(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_SetPowerState(void) PHN_NOEXCEPT;
+PHN_API PHN_ERROR PHN_CALL PHN_Upgrade(void) PHN_NOEXCEPT;
 
 #ifdef __cplusplus
 }

@@ -17,7 +17,7 @@ PHN_ERROR CheckEvent(CExportFrame& Frame, const PHN_EVENT_RECORD* pRecord)
 
 } // namespace
 
-PHN_ERROR PHN_GetEvent(uint32_t, PHN_EVENT_RECORD* pRecord)
+PHN_ERROR PHN_GetEvent(uint32_t, PHN_EVENT_RECORD* pRecord) noexcept
 {
     return Export("PHN_GetEvent", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckEvent(Frame, pRecord))
@@ -27,7 +27,7 @@ PHN_ERROR PHN_GetEvent(uint32_t, PHN_EVENT_RECORD* pRecord)
     });
 }
 
-PHN_ERROR PHN_SetEvent(uint32_t, PHN_EVENT_RECORD* pRecord)
+PHN_ERROR PHN_SetEvent(uint32_t, PHN_EVENT_RECORD* pRecord) noexcept
 {
     return Export("PHN_SetEvent", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckEvent(Frame, pRecord))
@@ -36,12 +36,12 @@ PHN_ERROR PHN_SetEvent(uint32_t, PHN_EVENT_RECORD* pRecord)
     });
 }
 
-PHN_ERROR PHN_DeleteEvent(uint32_t)
+PHN_ERROR PHN_DeleteEvent(uint32_t) noexcept
 {
     return Export("PHN_DeleteEvent", [](CExportFrame& Frame) { return Frame.Absent(kCalendar); });
 }
 
-PHN_ERROR PHN_DeleteAllEvents()
+PHN_ERROR PHN_DeleteAllEvents() noexcept
 {
     return Export("PHN_DeleteAllEvents", [](CExportFrame& Frame) { return Frame.Absent(kCalendar); });
 }

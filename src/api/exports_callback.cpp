@@ -1,7 +1,7 @@
 // Registration of host callbacks.
 #include "api/export_frame.h"
 
-PHN_ERROR PHN_SetCallback(int32_t eCallbackType, PHN_CALLBACK_FUNCTION pCallbackFunction, uint32_t)
+PHN_ERROR PHN_SetCallback(int32_t eCallbackType, PHN_CALLBACK_FUNCTION pCallbackFunction, uint32_t) noexcept
 {
     return Export("PHN_SetCallback", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pCallbackFunction || eCallbackType < PHN_CALLBACK_ALL || eCallbackType > PHN_CALLBACK_LAST)

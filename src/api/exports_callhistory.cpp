@@ -10,7 +10,7 @@ bool IsCallList(int32_t eType)
 
 } // namespace
 
-uint32_t PHN_GetCallEntryCount(int32_t eType)
+uint32_t PHN_GetCallEntryCount(int32_t eType) noexcept
 {
     return ExportCount("PHN_GetCallEntryCount", [=](CExportFrame& Frame, uint32_t*) -> PHN_ERROR {
         if (!IsCallList(eType))
@@ -23,7 +23,7 @@ uint32_t PHN_GetCallEntryCount(int32_t eType)
     });
 }
 
-PHN_ERROR PHN_GetFirstCallEntry(int32_t eType, PHN_CALL_ENTRY* pEntry)
+PHN_ERROR PHN_GetFirstCallEntry(int32_t eType, PHN_CALL_ENTRY* pEntry) noexcept
 {
     return Export("PHN_GetFirstCallEntry", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pEntry || !IsCallList(eType))
@@ -39,7 +39,7 @@ PHN_ERROR PHN_GetFirstCallEntry(int32_t eType, PHN_CALL_ENTRY* pEntry)
     });
 }
 
-PHN_ERROR PHN_GetNextCallEntry(PHN_CALL_ENTRY* pEntry)
+PHN_ERROR PHN_GetNextCallEntry(PHN_CALL_ENTRY* pEntry) noexcept
 {
     return Export("PHN_GetNextCallEntry", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pEntry)
@@ -51,7 +51,7 @@ PHN_ERROR PHN_GetNextCallEntry(PHN_CALL_ENTRY* pEntry)
     });
 }
 
-PHN_ERROR PHN_ClearCallEntries(int32_t eType)
+PHN_ERROR PHN_ClearCallEntries(int32_t eType) noexcept
 {
     return Export("PHN_ClearCallEntries", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!IsCallList(eType))

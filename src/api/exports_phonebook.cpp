@@ -16,7 +16,7 @@ PHN_ERROR CheckName(CExportFrame& Frame, PHN_PICTURE_ID* pName, const char* pszA
 
 } // namespace
 
-PHN_ERROR PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes)
+PHN_ERROR PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes) noexcept
 {
     return Export("PHN_GetFieldSizes", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pFieldSizes)
@@ -28,7 +28,7 @@ PHN_ERROR PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes)
     });
 }
 
-PHN_ERROR PHN_GetContact(uint32_t, PHN_CONTACT_RECORD* pRecord)
+PHN_ERROR PHN_GetContact(uint32_t, PHN_CONTACT_RECORD* pRecord) noexcept
 {
     return Export("PHN_GetContact", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pRecord)
@@ -44,7 +44,7 @@ PHN_ERROR PHN_GetContact(uint32_t, PHN_CONTACT_RECORD* pRecord)
 }
 
 // The data pointer is the service's concern.
-PHN_ERROR PHN_SetContact(uint32_t, PHN_CONTACT_RECORD* pRecord)
+PHN_ERROR PHN_SetContact(uint32_t, PHN_CONTACT_RECORD* pRecord) noexcept
 {
     return Export("PHN_SetContact", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pRecord)
@@ -55,17 +55,17 @@ PHN_ERROR PHN_SetContact(uint32_t, PHN_CONTACT_RECORD* pRecord)
     });
 }
 
-PHN_ERROR PHN_DeleteContact(uint32_t)
+PHN_ERROR PHN_DeleteContact(uint32_t) noexcept
 {
     return Export("PHN_DeleteContact", [](CExportFrame& Frame) { return Frame.Absent(kPhonebook); });
 }
 
-PHN_ERROR PHN_DeleteAllContacts()
+PHN_ERROR PHN_DeleteAllContacts() noexcept
 {
     return Export("PHN_DeleteAllContacts", [](CExportFrame& Frame) { return Frame.Absent(kPhonebook); });
 }
 
-PHN_ERROR PHN_GetPictureID(uint32_t, PHN_PICTURE_ID* pPictureID)
+PHN_ERROR PHN_GetPictureID(uint32_t, PHN_PICTURE_ID* pPictureID) noexcept
 {
     return Export("PHN_GetPictureID", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckName(Frame, pPictureID, "pPictureID", "PHN_PICTURE_ID"))
@@ -74,7 +74,7 @@ PHN_ERROR PHN_GetPictureID(uint32_t, PHN_PICTURE_ID* pPictureID)
     });
 }
 
-PHN_ERROR PHN_GetRingerID(uint32_t, PHN_RINGER_ID* pRingTone)
+PHN_ERROR PHN_GetRingerID(uint32_t, PHN_RINGER_ID* pRingTone) noexcept
 {
     return Export("PHN_GetRingerID", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckName(Frame, pRingTone, "pRingTone", "PHN_RINGER_ID"))
@@ -83,7 +83,7 @@ PHN_ERROR PHN_GetRingerID(uint32_t, PHN_RINGER_ID* pRingTone)
     });
 }
 
-PHN_ERROR PHN_GetGroup(uint32_t, PHN_GROUP* pGroup)
+PHN_ERROR PHN_GetGroup(uint32_t, PHN_GROUP* pGroup) noexcept
 {
     return Export("PHN_GetGroup", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckName(Frame, pGroup, "pGroup", "PHN_GROUP"))

@@ -2,12 +2,12 @@
 #include "api/export_frame.h"
 #include "api/startup.h"
 
-PHN_ERROR PHN_Startup()
+PHN_ERROR PHN_Startup() noexcept
 {
     return Export("PHN_Startup", [](CExportFrame&) { return Startup(); });
 }
 
-PHN_ERROR PHN_Shutdown()
+PHN_ERROR PHN_Shutdown() noexcept
 {
     return Export("PHN_Shutdown", [](CExportFrame&) { return Shutdown(); });
 }

@@ -11,7 +11,7 @@ bool IsFourCharacters(const char* pszCode)
 
 } // namespace
 
-PHN_ERROR PHN_GetDeviceInfo(PHN_DEVICE_INFO* pDeviceInfo)
+PHN_ERROR PHN_GetDeviceInfo(PHN_DEVICE_INFO* pDeviceInfo) noexcept
 {
     return Export("PHN_GetDeviceInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pDeviceInfo)
@@ -23,7 +23,7 @@ PHN_ERROR PHN_GetDeviceInfo(PHN_DEVICE_INFO* pDeviceInfo)
     });
 }
 
-PHN_ERROR PHN_Activate(PHN_ACTIVATION_DATA* pActivationData)
+PHN_ERROR PHN_Activate(PHN_ACTIVATION_DATA* pActivationData) noexcept
 {
     return Export("PHN_Activate", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pActivationData)
@@ -39,14 +39,14 @@ PHN_ERROR PHN_Activate(PHN_ACTIVATION_DATA* pActivationData)
     });
 }
 
-PHN_ERROR PHN_SetRadioPower(uint32_t uRadioState)
+PHN_ERROR PHN_SetRadioPower(uint32_t uRadioState) noexcept
 {
     return Export("PHN_SetRadioPower", [=](CExportFrame& Frame) {
         return Frame.Call(kSetup, "SetRadio", &CSetupInformation::SetRadio, uRadioState);
     });
 }
 
-PHN_ERROR PHN_SetLock(uint32_t uLock, const char* pExistingLockCode)
+PHN_ERROR PHN_SetLock(uint32_t uLock, const char* pExistingLockCode) noexcept
 {
     return Export("PHN_SetLock", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pExistingLockCode)
@@ -57,7 +57,7 @@ PHN_ERROR PHN_SetLock(uint32_t uLock, const char* pExistingLockCode)
     });
 }
 
-PHN_ERROR PHN_ChangeLockCode(const char* pExistingLockCode, const char* pNewLockCode)
+PHN_ERROR PHN_ChangeLockCode(const char* pExistingLockCode, const char* pNewLockCode) noexcept
 {
     return Export("PHN_ChangeLockCode", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pExistingLockCode || !pNewLockCode)
@@ -71,7 +71,7 @@ PHN_ERROR PHN_ChangeLockCode(const char* pExistingLockCode, const char* pNewLock
     });
 }
 
-PHN_ERROR PHN_GetParameters(PHN_PARAMETERS* pParameters)
+PHN_ERROR PHN_GetParameters(PHN_PARAMETERS* pParameters) noexcept
 {
     return Export("PHN_GetParameters", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pParameters)
@@ -83,7 +83,7 @@ PHN_ERROR PHN_GetParameters(PHN_PARAMETERS* pParameters)
     });
 }
 
-PHN_ERROR PHN_SetParameters(PHN_PARAMETERS* pParameters)
+PHN_ERROR PHN_SetParameters(PHN_PARAMETERS* pParameters) noexcept
 {
     return Export("PHN_SetParameters", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pParameters)

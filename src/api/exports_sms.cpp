@@ -31,7 +31,7 @@ PHN_ERROR CheckWrite(CExportFrame& Frame, const PHN_SMS_MESSAGE* pMessage)
 
 } // namespace
 
-uint32_t PHN_GetMessageCount(int32_t eType)
+uint32_t PHN_GetMessageCount(int32_t eType) noexcept
 {
     return ExportCount("PHN_GetMessageCount", [=](CExportFrame& Frame, uint32_t*) -> PHN_ERROR {
         if (!IsMessageBox(eType))
@@ -40,7 +40,7 @@ uint32_t PHN_GetMessageCount(int32_t eType)
     });
 }
 
-PHN_ERROR PHN_SendMessage(PHN_SMS_MESSAGE* pMessage)
+PHN_ERROR PHN_SendMessage(PHN_SMS_MESSAGE* pMessage) noexcept
 {
     return Export("PHN_SendMessage", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckWrite(Frame, pMessage))
@@ -49,7 +49,7 @@ PHN_ERROR PHN_SendMessage(PHN_SMS_MESSAGE* pMessage)
     });
 }
 
-PHN_ERROR PHN_GetFirstMessage(int32_t eType, PHN_SMS_MESSAGE* pMessage)
+PHN_ERROR PHN_GetFirstMessage(int32_t eType, PHN_SMS_MESSAGE* pMessage) noexcept
 {
     return Export("PHN_GetFirstMessage", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pMessage || !IsMessageBox(eType))
@@ -60,7 +60,7 @@ PHN_ERROR PHN_GetFirstMessage(int32_t eType, PHN_SMS_MESSAGE* pMessage)
     });
 }
 
-PHN_ERROR PHN_GetNextMessage(PHN_SMS_MESSAGE* pMessage)
+PHN_ERROR PHN_GetNextMessage(PHN_SMS_MESSAGE* pMessage) noexcept
 {
     return Export("PHN_GetNextMessage", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pMessage)
@@ -71,7 +71,7 @@ PHN_ERROR PHN_GetNextMessage(PHN_SMS_MESSAGE* pMessage)
     });
 }
 
-PHN_ERROR PHN_SaveMessage(PHN_SMS_MESSAGE* pMessage)
+PHN_ERROR PHN_SaveMessage(PHN_SMS_MESSAGE* pMessage) noexcept
 {
     return Export("PHN_SaveMessage", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckWrite(Frame, pMessage))
@@ -80,12 +80,12 @@ PHN_ERROR PHN_SaveMessage(PHN_SMS_MESSAGE* pMessage)
     });
 }
 
-PHN_ERROR PHN_DeleteMessage(uint32_t)
+PHN_ERROR PHN_DeleteMessage(uint32_t) noexcept
 {
     return Export("PHN_DeleteMessage", [](CExportFrame& Frame) { return Frame.Absent(kSMS); });
 }
 
-PHN_ERROR PHN_DeleteAllMessages(int32_t eType)
+PHN_ERROR PHN_DeleteAllMessages(int32_t eType) noexcept
 {
     return Export("PHN_DeleteAllMessages", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!IsMessageBox(eType))
@@ -94,7 +94,7 @@ PHN_ERROR PHN_DeleteAllMessages(int32_t eType)
     });
 }
 
-PHN_ERROR PHN_SetMessageStatus(uint32_t, uint32_t)
+PHN_ERROR PHN_SetMessageStatus(uint32_t, uint32_t) noexcept
 {
     return Export("PHN_SetMessageStatus", [](CExportFrame& Frame) { return Frame.Absent(kSMS); });
 }

@@ -12,7 +12,7 @@ constexpr CLogSource Log{LOG_CCALDERAPP};
 
 } // namespace
 
-PHN_ERROR PHN_GetConnectionInfo(PHN_CONNECTION_INFO* pConnectionInfo)
+PHN_ERROR PHN_GetConnectionInfo(PHN_CONNECTION_INFO* pConnectionInfo) noexcept
 {
     return Export("PHN_GetConnectionInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pConnectionInfo)
@@ -26,7 +26,7 @@ PHN_ERROR PHN_GetConnectionInfo(PHN_CONNECTION_INFO* pConnectionInfo)
     });
 }
 
-PHN_ERROR PHN_GetNetworkInfo(PHN_NETWORK_INFO* pNetworkInfo)
+PHN_ERROR PHN_GetNetworkInfo(PHN_NETWORK_INFO* pNetworkInfo) noexcept
 {
     return Export("PHN_GetNetworkInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pNetworkInfo)
@@ -38,7 +38,7 @@ PHN_ERROR PHN_GetNetworkInfo(PHN_NETWORK_INFO* pNetworkInfo)
     });
 }
 
-PHN_ERROR PHN_GetBatteryInfo(PHN_BATTERY_INFO* pBatteryInfo)
+PHN_ERROR PHN_GetBatteryInfo(PHN_BATTERY_INFO* pBatteryInfo) noexcept
 {
     return Export("PHN_GetBatteryInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pBatteryInfo)
@@ -51,7 +51,7 @@ PHN_ERROR PHN_GetBatteryInfo(PHN_BATTERY_INFO* pBatteryInfo)
 }
 
 // The lookup needs no service; hosts rely on 107 before startup all the same.
-PHN_ERROR PHN_GetNetworkErrorString(int32_t eError, char* pBuffer, int32_t nBufferSize)
+PHN_ERROR PHN_GetNetworkErrorString(int32_t eError, char* pBuffer, int32_t nBufferSize) noexcept
 {
     return Export("PHN_GetNetworkErrorString", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pBuffer || nBufferSize <= 0)
