@@ -1,7 +1,5 @@
 // Calls DllMain when the shared object is loaded and unloaded, on the thread that does so. Linked into the library, not
 // into the stand-in. When the whole process ends, DllMain gets a reserved argument that is not null, as on Windows.
-#include <cstdlib>
-
 #include <windows.h>
 
 #include "phn_platform_module.h"
@@ -10,11 +8,10 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD dwReason, LPVOID lpRes
 
 namespace {
 
+// A constructor function cannot refuse the load as DllMain can: after a failed attach the exports find no instance.
 __attribute__((constructor)) void onLoad()
 {
-    // A constructor function cannot refuse the load as DllMain can, and a library without its locks must not be called.
-    if (!DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr))
-        std::abort();
+    DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
 }
 
 __attribute__((destructor)) void onUnload()

@@ -10,3 +10,6 @@ PHN_ERROR Startup();
 
 // Says goodbye to the handset and deletes the service objects. The port stays open.
 PHN_ERROR Shutdown();
+
+// Dispatches at most one pending message of the device window, if the calling thread has one.
+void PumpDeviceWindow();

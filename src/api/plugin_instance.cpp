@@ -1,0 +1,132 @@
+#include "api/plugin_instance.h"
+
+#include <atomic>
+#include <new>
+#include <tuple>
+
+#include "api/service_descriptors.h"
+#include "link/device.h"
+#include "log/log.h"
+#include "status/connection_status.h"
+#include "status/setup_information.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_PHNNRV};
+
+constinit std::atomic<CPluginInstance*> s_pInstance{nullptr};
+
+template <typename T>
+bool CreateService(CPluginInstance& Instance, const CServiceDescriptor<T>& Service)
+{
+    CSharedSlot<T>& Slot = Instance.*Service.m_pSlot;
+    if (!Service.m_pfnCreate || Slot.Get())
+        return true;
+    const std::shared_ptr<T> pService = Service.m_pfnCreate();
+    if (!pService)
+        return false;
+    if (Slot.Adopt(pService))
+        Log.Comment("%s", Service.m_pszCreated);
+    return true;
+}
+
+} // namespace
+
+template <typename T>
+std::shared_ptr<T> MakeService()
+{
+    try {
+        return std::make_shared<T>();
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+template std::shared_ptr<CSetupInformation> MakeService();
+template std::shared_ptr<CConnectionStatus> MakeService();
+
+CPluginInstance* GetInstance()
+{
+    return s_pInstance.load();
+}
+
+CPluginInstance* CreateInstance()
+{
+    if (!GetInstance()) {
+        auto* pInstance = new CPluginInstance;
+        s_pInstance.store(pInstance);
+        SetDeviceOwner(pInstance);
+    }
+    GetInstance()->CreateDeviceObject();
+    return GetInstance();
+}
+
+void DestroyInstance()
+{
+    delete GetInstance();
+}
+
+CPluginInstance::~CPluginInstance()
+{
+    {
+        CCallbackLocks CallbackLocks;
+        DestroyObjects();
+    }
+    DestroyDeviceObject();
+    SetDeviceOwner(nullptr);
+    s_pInstance.store(nullptr);
+}
+
+bool CPluginInstance::CreateDeviceObject()
+{
+    if (m_pDeviceObject.Get())
+        return true;
+    std::shared_ptr<CDevice> pDevice;
+    try {
+        pDevice = std::make_shared<CDevice>();
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    m_pDeviceObject.Exchange(pDevice);
+    pDevice->ScanforDevices(kDiagnosticInterface);
+    pDevice->RegisterDeviceNotification();
+    pDevice->InitPortScanning();
+    Log.Comment("CreateDeviceObject Device Object");
+    return true;
+}
+
+void CPluginInstance::DestroyDeviceObject()
+{
+    const std::shared_ptr<CDevice> pDevice = m_pDeviceObject.Get();
+    if (!pDevice)
+        return;
+    pDevice->UninitPortScanning();
+    pDevice->CloseMDMHandle();
+    pDevice->UnregisterDeviceNotification();
+    pDevice->DestroyDeviceWindow();
+    m_pDeviceObject.Take();
+}
+
+bool CPluginInstance::CreateObjects()
+{
+    if (!CreateDeviceObject())
+        return false;
+    return std::apply([this](const auto&... Service) { return (CreateService(*this, Service) && ...); },
+                      kCreationOrder);
+}
+
+void CPluginInstance::DestroyObjects()
+{
+    std::apply([this](const auto&... Service) { ((this->*Service.m_pSlot).Take(), ...); }, kDeletionOrder);
+}
+
+std::shared_ptr<COpenPort> CPluginInstance::GetCurrentPort()
+{
+    const std::shared_ptr<CDevice> pDevice = m_pDeviceObject.Get();
+    return pDevice ? pDevice->GetPort() : nullptr;
+}
+
+// No callback service is part of this build: nobody has registered for either.
+void CPluginInstance::NotifyDeviceState(bool) {}
+
+void CPluginInstance::PollCallbacks(HWND, HANDLE) {}

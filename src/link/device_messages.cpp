@@ -1,0 +1,191 @@
+// What the hidden window tells the device object: arrival and removal of the handset's interfaces, power events, the
+// two timers and the poll message. All of it runs on the thread that loaded the library.
+#include <algorithm>
+#include <cstddef>
+
+#include <dbt.h>
+
+#include "common/lookup.h"
+#include "common/text.h"
+#include "link/device.h"
+#include "link/interface_list.h"
+#include "log/log.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_CDEVICE};
+
+constexpr UINT kPollPeriod = 2000;
+constexpr UINT kStartDelay = 300;
+
+// The interface path in a broadcast, lower-cased; empty when there is none.
+std::string BroadcastName(const DEV_BROADCAST_DEVICEINTERFACE_A* pInterface)
+{
+    constexpr size_t uName = offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name);
+    if (!pInterface || pInterface->dbcc_size <= uName)
+        return {};
+    const std::string_view strField(reinterpret_cast<const char*>(pInterface) + uName, pInterface->dbcc_size - uName);
+    return LowerCase(strField.substr(0, strField.find('\0')));
+}
+
+struct PowerEvent
+{
+    UINT uEvent;
+    const char* pszText;
+};
+
+constexpr PowerEvent kPowerEvents[]{
+    {PBT_APMQUERYSUSPEND, "CDevice::OnBroadCasting - PBT_APMQUERYSUSPEND"},
+    {PBT_APMQUERYSUSPENDFAILED, "CDevice::OnBroadCasting - PBT_APMQUERYSUSPENDFAILED"},
+    {PBT_APMSUSPEND, "CDevice::OnBroadCasting - PBT_APMSUSPEND"},
+    {PBT_APMRESUMECRITICAL, "CDevice::OnBroadCasting - PBT_APMRESUMECRITICAL"},
+    {PBT_APMRESUMESUSPEND, "CDevice::OnBroadCasting - PBT_APMRESUMESUSPEND"},
+    {PBT_APMBATTERYLOW, "CDevice::OnBroadCasting - PBT_APMBATTERYLOW"},
+    {PBT_APMPOWERSTATUSCHANGE, "CDevice::OnBroadCasting - PBT_APMPOWERSTATUSCHANGE"},
+    {PBT_APMOEMEVENT, "CDevice::OnBroadCasting - PBT_APMOEMEVENT"},
+    {PBT_APMRESUMEAUTOMATIC, "CDevice::OnBroadCasting - PBT_APMRESUMEAUTOMATIC"},
+};
+
+} // namespace
+
+bool CDevice::RegisterDeviceNotification()
+{
+    if (m_hDevNotify)
+        return true;
+    DEV_BROADCAST_DEVICEINTERFACE_A Filter{};
+    Filter.dbcc_size = sizeof Filter;
+    Filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
+    Filter.dbcc_classguid = kDiagnosticInterface;
+    m_hDevNotify = RegisterDeviceNotificationA(GetWindow(), &Filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+    return m_hDevNotify != nullptr;
+}
+
+void CDevice::UnregisterDeviceNotification()
+{
+    if (m_hDevNotify)
+        ::UnregisterDeviceNotification(m_hDevNotify);
+    m_hDevNotify = nullptr;
+}
+
+void CDevice::InitPortScanning()
+{
+    Log.Comment("CDevice::InitPortScanning - Start\n");
+    if (GetWindow())
+        m_nStartTimer = SetTimer(GetWindow(), kStartTimer, kStartDelay, nullptr);
+    Log.Comment("CDevice::InitPortScanning - End\n");
+}
+
+void CDevice::UninitPortScanning()
+{
+    Log.Comment("CDevice::UninitPortScanning - Start\n");
+    m_Watch.End();
+    Log.Comment("CDevice::UninitPortScanning - End\n");
+}
+
+BOOL CDevice::OnDeviceChange(UINT uEvent, const void* pData)
+{
+    const auto* pHeader = static_cast<const DEV_BROADCAST_HDR*>(pData);
+    if (pHeader && pHeader->dbch_devicetype != DBT_DEVTYP_DEVICEINTERFACE)
+        return TRUE;
+    const auto* pInterface = static_cast<const DEV_BROADCAST_DEVICEINTERFACE_A*>(pData);
+    if (uEvent == DBT_DEVICEARRIVAL) {
+        const std::string strName = BroadcastName(pInterface);
+        Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL = %s\n", strName.c_str());
+        if (IsMakersDevice(strName))
+            return OnArrival(pInterface->dbcc_classguid, strName);
+    } else if (uEvent == DBT_DEVICEREMOVECOMPLETE) {
+        const std::string strName = BroadcastName(pInterface);
+        Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEREMOVECOMPLETE = %s\n", strName.c_str());
+        if (IsMakersDevice(strName))
+            OnRemoval(strName);
+    }
+    return TRUE;
+}
+
+BOOL CDevice::OnArrival(const GUID& Class, const std::string& strName)
+{
+    CCallbackLocks CallbackLocks;
+    CLock Lock(g_csDevice);
+    if (GetMDMHandle()) {
+        if (m_bScanning || CheckPort()) {
+            Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, port handle not null.");
+            return TRUE;
+        }
+        LoseHandset();
+    }
+    return OpenArrival(Class, strName);
+}
+
+BOOL CDevice::OpenArrival(const GUID& Class, const std::string& strName)
+{
+    if (IsEqualGUID(Class, kModemInterface)) {
+        if (!OpenModemPort(strName)) {
+            Log.Error("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, unable to open modem port.");
+            return FALSE;
+        }
+        NotifyDeviceState(true);
+        m_bWatchPorts = false;
+        Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, opened modem port.");
+    } else if (IsEqualGUID(Class, kDiagnosticInterface)) {
+        if (!OpenDiagPort(strName)) {
+            Log.Error("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, unable to open diag port.");
+            return FALSE;
+        }
+        NotifyDeviceState(true);
+        m_bWatchPorts = false;
+        Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, opened diag port.");
+    }
+    return TRUE;
+}
+
+void CDevice::OnRemoval(const std::string& strName)
+{
+    CCallbackLocks CallbackLocks;
+    CLock Lock(g_csDevice);
+    const auto pPort = GetPort();
+    if (!pPort || pPort->GetPath() != strName)
+        return;
+    m_bWatchPorts = true;
+    LoseHandset();
+    if (!GetMDMHandle())
+        Log.Comment("CDevice::OnDeviceChange - DBT_DEVICEREMOVECOMPLETE, handle not null");
+}
+
+void CDevice::OnTimer(UINT_PTR nTimer)
+{
+    if (nTimer == kPollTimer && m_nPollTimer) {
+        if (CDeviceOwner* pOwner = GetDeviceOwner())
+            pOwner->PollCallbacks(GetWindow(), GetMDMHandle());
+    } else if (nTimer == kStartTimer && m_nStartTimer) {
+        KillTimer(GetWindow(), kStartTimer);
+        m_nStartTimer = 0;
+        if (!m_Watch.Start())
+            Log.Error("CDevice::OnTimer - Unable to start the port watch. Last error 0x%X", GetLastError());
+    }
+}
+
+void CDevice::OnPollMessage(LPARAM lStart)
+{
+    if (lStart && !m_nPollTimer) {
+        m_nPollTimer = SetTimer(GetWindow(), kPollTimer, kPollPeriod, nullptr);
+    } else if (!lStart && m_nPollTimer) {
+        KillTimer(GetWindow(), kPollTimer);
+        m_nPollTimer = 0;
+    }
+}
+
+BOOL CDevice::OnBroadCasting(UINT uEvent)
+{
+    const PowerEvent* pEvent = Lookup(kPowerEvents, uEvent, &PowerEvent::uEvent);
+    if (!pEvent) {
+        Log.Comment("CDevice::OnBroadCasting - wParam = %d", uEvent);
+        return TRUE;
+    }
+    Log.Comment("%s", pEvent->pszText);
+    if (uEvent == PBT_APMSUSPEND && m_bWatchPorts) {
+        Log.Comment("CDevice::OnBroadCasting - PBT_APMSUSPEND, disconnecting");
+        CCallbackLocks CallbackLocks;
+        LoseHandset();
+    }
+    return TRUE;
+}

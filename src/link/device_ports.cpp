@@ -1,0 +1,116 @@
+// How the device object opens a port: configured, with its port object, and on a modem port after the AT dialogue.
+#include <array>
+
+#include "link/at_commands.h"
+#include "link/device.h"
+#include "link/diagnostic_port.h"
+#include "link/modem_port.h"
+#include "log/log.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_CDEVICE};
+
+constexpr COMMTIMEOUTS kDiagnosticTimeouts{10, 10, 1000, 2, 10};
+constexpr COMMTIMEOUTS kModemTimeouts{7000, 7000, 1000, 2, 8000};
+
+HANDLE OpenPath(const std::string& strPath, DWORD dwFlags)
+{
+    return CreateFileA(strPath.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, dwFlags, nullptr);
+}
+
+} // namespace
+
+std::shared_ptr<COpenPort> CDevice::OpenDiagPortOnly(const std::string& strPath) const
+{
+    const HANDLE hPort = OpenPath(strPath, FILE_FLAG_OVERLAPPED);
+    if (hPort == INVALID_HANDLE_VALUE) {
+        Log.Error("CDevice::OpenDiagPort - Unable to create file. Last error 0x%X", GetLastError());
+        return nullptr;
+    }
+    // From here on the handle has its owner, whatever fails.
+    auto pPort = std::make_shared<COpenPort>(hPort, std::make_unique<DP>(strPath));
+    Log.Comment("CDevice::OpenDiagPort - Setting COM port");
+    if (!SetupComPort(hPort, false)) {
+        Log.Error("CDevice::OpenDiagPort - ERROR setting COM port");
+        pPort->Close();
+        return nullptr;
+    }
+    return pPort;
+}
+
+bool CDevice::OpenDiagPort(const std::string& strPath)
+{
+    const auto pPort = OpenDiagPortOnly(strPath);
+    return pPort && AdoptPort(pPort);
+}
+
+bool CDevice::OpenModemPort(const std::string& strPath)
+{
+    const HANDLE hPort = OpenPath(strPath, 0);
+    if (hPort == INVALID_HANDLE_VALUE) {
+        Log.Error("CDevice::OpenModemPort - Unable to create file. Last error 0x%X", GetLastError());
+        return false;
+    }
+    const auto pPort = std::make_shared<COpenPort>(hPort, std::make_unique<MP>(strPath));
+    Log.Comment("CDevice::OpenModemPort - Setting COM port");
+    if (!SetupComPort(hPort, true)) {
+        Log.Error("CDevice::OpenModemPort - ERROR setting COM port");
+        pPort->Close();
+        return false;
+    }
+    if (!AdoptPort(pPort))
+        return false;
+    if (!StartModem(hPort)) {
+        ClosePort();
+        return false;
+    }
+    Log.Comment("CDevice::OpenModemPort - Setting the Handle");
+    return true;
+}
+
+bool CDevice::StartModem(HANDLE hPort) const
+{
+    std::vector<BYTE> Answer(kATBufferSize);
+    DWORD dwLength = 0;
+    DWORD dwErrSts = 0;
+    const auto Send = [&](std::string_view strCommand) {
+        return GetATCmdStr(hPort, strCommand.data(), static_cast<DWORD>(strCommand.size()), Answer.data(),
+                           static_cast<DWORD>(Answer.size()), &dwLength, &dwErrSts);
+    };
+    Log.Comment("CDevice::OpenModemPort - Sending the AT command");
+    if (!Send("AT\r")) {
+        Log.Error("CDevice::OpenModemPort - ERROR sending the AT command");
+        return false;
+    }
+    Log.Comment("CDevice::OpenModemPort - Sending the AT+MODE=2 command");
+    if (!SetPhoneMode(hPort, 2)) {
+        Log.Error("CDevice::OpenModemPort - ERROR Setting Accessory mode interface");
+        return false;
+    }
+    Log.Comment("CDevice::OpenModemPort - Sending the ATE0 command");
+    if (!Send("ATE0\r")) {
+        Log.Error("CDevice::OpenModemPort - ERROR sending the ATE0 command");
+        return false;
+    }
+    return true;
+}
+
+bool CDevice::SetupComPort(HANDLE hPort, bool bModem) const
+{
+    if (!PurgeComm(hPort, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR)) {
+        Log.Error("CDevice::SetupComPort - ERROR purging COMM port. Last error is 0x%X", GetLastError());
+        return false;
+    }
+    COMMTIMEOUTS Timeouts = bModem ? kModemTimeouts : kDiagnosticTimeouts;
+    if (!SetCommTimeouts(hPort, &Timeouts)) {
+        Log.Error("CDevice::SetupComPort - ERROR setting COMM timeouts. Last error is 0x%X", GetLastError());
+        return false;
+    }
+    DWORD dwErrors = 0;
+    if (!ClearCommError(hPort, &dwErrors, nullptr)) {
+        Log.Error("CDevice::SetupComPort - ERROR clearing COMM port. Last error is 0x%X", GetLastError());
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,94 @@
+#include "link/device_window.h"
+
+#include <exception>
+
+#include "log/log.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_CDEVICE};
+
+constexpr char kWindowClass[] = "PHNNRVDeviceWindow";
+constexpr char kPollMessage[] = "WM_CALLBACK_POLL_MSG";
+
+// The class belongs to this module, so that it goes with it; a program that has the code linked in owns it itself.
+HINSTANCE ModuleInstance()
+{
+    return GetModuleHandleA("PHNNRV.dll");
+}
+
+} // namespace
+
+CDeviceWindow::CDeviceWindow() : m_uPollMessage(RegisterWindowMessageA(kPollMessage))
+{
+    WNDCLASSA WindowClass{};
+    WindowClass.lpfnWndProc = WindowProcedure;
+    WindowClass.hInstance = ModuleInstance();
+    WindowClass.lpszClassName = kWindowClass;
+    RegisterClassA(&WindowClass);
+    m_hWnd = CreateWindowExA(0, kWindowClass, "", 0, 10, 10, 90, 90, nullptr, nullptr, WindowClass.hInstance, nullptr);
+}
+
+CDeviceWindow::~CDeviceWindow()
+{
+    DestroyDeviceWindow();
+}
+
+void CDeviceWindow::EnableMessages()
+{
+    if (m_hWnd)
+        SetWindowLongPtrA(m_hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+void CDeviceWindow::PumpMessage() const
+{
+    MSG Message{};
+    if (!m_hWnd || !PeekMessageA(&Message, m_hWnd, 0, 0, PM_REMOVE))
+        return;
+    TranslateMessage(&Message);
+    DispatchMessageA(&Message);
+}
+
+void CDeviceWindow::DestroyDeviceWindow()
+{
+    if (!m_hWnd)
+        return;
+    SetWindowLongPtrA(m_hWnd, GWLP_USERDATA, 0);
+    DestroyWindow(m_hWnd);
+    m_hWnd = nullptr;
+    UnregisterClassA(kWindowClass, ModuleInstance());
+}
+
+LRESULT CALLBACK CDeviceWindow::WindowProcedure(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    auto* pWindow = reinterpret_cast<CDeviceWindow*>(GetWindowLongPtrA(hWnd, GWLP_USERDATA));
+    if (!pWindow)
+        return DefWindowProcA(hWnd, uMessage, wParam, lParam);
+    // Nothing may be thrown through the window system.
+    try {
+        return pWindow->Dispatch(uMessage, wParam, lParam);
+    } catch (const std::exception&) {
+        Log.Error("CDevice - Out of memory in message %d", uMessage);
+        return TRUE;
+    }
+}
+
+LRESULT CDeviceWindow::Dispatch(UINT uMessage, WPARAM wParam, LPARAM lParam)
+{
+    switch (uMessage) {
+    case WM_DEVICECHANGE:
+        return OnDeviceChange(static_cast<UINT>(wParam), reinterpret_cast<const void*>(lParam));
+    case WM_TIMER:
+        OnTimer(wParam);
+        return 0;
+    case WM_POWERBROADCAST:
+        return OnBroadCasting(static_cast<UINT>(wParam));
+    default:
+        break;
+    }
+    if (uMessage == m_uPollMessage && m_uPollMessage) {
+        OnPollMessage(lParam);
+        return 0;
+    }
+    return DefWindowProcA(m_hWnd, uMessage, wParam, lParam);
+}
