@@ -1,0 +1,21 @@
+// Conversion of a UTC time to local time by the system's rules.
+#pragma once
+
+#include <minwinbase.h>
+
+typedef struct _TIME_ZONE_INFORMATION
+{
+    LONG Bias;
+    WCHAR StandardName[32];
+    SYSTEMTIME StandardDate;
+    LONG StandardBias;
+    WCHAR DaylightName[32];
+    SYSTEMTIME DaylightDate;
+    LONG DaylightBias;
+} TIME_ZONE_INFORMATION, *LPTIME_ZONE_INFORMATION;
+
+PHN_PLATFORM_BEGIN
+// Only the system's own zone: lpTimeZoneInformation is null.
+WINBASEAPI BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
+                                                       const SYSTEMTIME* lpUniversalTime, LPSYSTEMTIME lpLocalTime);
+PHN_PLATFORM_END
