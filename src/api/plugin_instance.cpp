@@ -89,7 +89,7 @@ bool CPluginInstance::CreateDeviceObject()
     }
     m_pDeviceObject.Exchange(pDevice);
     pDevice->ScanforDevices(kDiagnosticInterface);
-    pDevice->RegisterDeviceNotification();
+    pDevice->RegisterNotification();
     pDevice->InitPortScanning();
     Log.Comment("CreateDeviceObject Device Object");
     return true;
@@ -102,7 +102,7 @@ void CPluginInstance::DestroyDeviceObject()
         return;
     pDevice->UninitPortScanning();
     pDevice->CloseMDMHandle();
-    pDevice->UnregisterDeviceNotification();
+    pDevice->UnregisterNotification();
     pDevice->DestroyDeviceWindow();
     m_pDeviceObject.Take();
 }

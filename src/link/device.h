@@ -60,8 +60,8 @@ public:
     bool CheckPort(HANDLE hPort, COpenPort* pPort) const;
     bool CheckPort() const;
 
-    bool RegisterDeviceNotification();
-    void UnregisterDeviceNotification();
+    bool RegisterNotification();
+    void UnregisterNotification();
 
     // Arms the timer that starts the watch threads; ends them, for good.
     void InitPortScanning();

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include <windows.h>
+
 #include <dbt.h>
 
 #include "common/lookup.h"
@@ -48,7 +50,7 @@ constexpr PowerEvent kPowerEvents[]{
 
 } // namespace
 
-bool CDevice::RegisterDeviceNotification()
+bool CDevice::RegisterNotification()
 {
     if (m_hDevNotify)
         return true;
@@ -60,7 +62,7 @@ bool CDevice::RegisterDeviceNotification()
     return m_hDevNotify != nullptr;
 }
 
-void CDevice::UnregisterDeviceNotification()
+void CDevice::UnregisterNotification()
 {
     if (m_hDevNotify)
         ::UnregisterDeviceNotification(m_hDevNotify);
