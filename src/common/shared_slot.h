@@ -1,6 +1,6 @@
-// A shared pointer behind a tiny lock of its own. Readers take a reference and keep it while they use the object, so the
-// owner may empty the slot at any time without waiting for them. The pointer that leaves the slot is dropped after the
-// lock is left: a destructor never runs under it.
+// A shared pointer behind a tiny lock of its own. Readers take a reference and keep it while they use the object, so
+// the owner may empty the slot at any time without waiting for them. The pointer that leaves the slot is dropped after
+// the lock is left: a destructor never runs under it.
 #pragma once
 
 #include <memory>

@@ -8,19 +8,21 @@
 
 #include <windows.h>
 
+#include "common/handle.h"
 #include "common/lock.h"
 #include "link/port.h"
 
 class COpenPort
 {
 public:
-    // Takes ownership of the handle and the port object.
+    // Takes ownership of the handle and the port object. Throws std::bad_alloc when the system has no events left; the
+    // handle is closed then, too.
     COpenPort(HANDLE hPort, std::unique_ptr<CPort> pPort);
     ~COpenPort();
     COpenPort(const COpenPort&) = delete;
     COpenPort& operator=(const COpenPort&) = delete;
 
-    HANDLE GetHandle() const { return m_hPort; }
+    HANDLE GetHandle() const { return m_hPort.Get(); }
     const std::string& GetPath() const { return m_pPort->GetPath(); }
 
     // CPort's operations, with the use registered. After Close they fail as on a closed handle.
@@ -29,4 +31,16 @@ public:
 
     // Ends the exchange in progress, waits until it has left the port, closes the handle. Once; later calls do nothing.
     void Close();
+
+private:
+    bool Enter();
+    void Leave();
+
+    COwnedCriticalSection m_csUse;
+    DWORD m_dwUsers PHN_GUARDED_BY(m_csUse) = 0;
+    bool m_bClosed PHN_GUARDED_BY(m_csUse) = false;
+    CHandle m_evClosing; // set by Close
+    CHandle m_evIdle;    // set while nobody is inside the port
+    std::unique_ptr<CPort> m_pPort;
+    CHandle m_hPort;
 };

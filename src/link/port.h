@@ -1,6 +1,6 @@
 // One exchange's bytes over an opened serial port. CPort is the seam between command execution and the wire: DP
-// (diagnostic_port.h) frames requests and uses overlapped I/O, MP (modem_port.h) passes bytes through with blocking I/O,
-// and tests put a port in memory here. Ports are used under the command lock only, one exchange at a time.
+// (diagnostic_port.h) frames requests and uses overlapped I/O, MP (modem_port.h) passes bytes through with blocking
+// I/O, and tests put a port in memory here. Ports are used under the command lock only, one exchange at a time.
 #pragma once
 
 #include <string>
@@ -20,6 +20,10 @@ public:
     // other than the one the port was opened with fails like a closed one (ERROR_INVALID_HANDLE).
     virtual bool Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritten, DWORD* pdwError) = 0;
     virtual bool Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* pdwError, DWORD dwTimeout) = 0;
+
+    // Ends a blocking operation that another thread has pending, for a port that is being closed. Called again until
+    // that thread has left; a port whose waits end by m_hClosing needs nothing.
+    virtual void CancelPending() {}
 
     // The path with which the port was opened, compared with the names of removed devices.
     const std::string& GetPath() const { return m_strPath; }

@@ -1,0 +1,12 @@
+// The two code-page conversions between the handset's UTF-16 and the host's 8-bit text in the system's ANSI code page.
+// Every service uses these and no other. Time is linear in the text; no text is taken to be terminated.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Precomposed characters, control codes as glyphs. Bytes that are no character become the code page's substitute.
+std::u16string ToWide(std::string_view strText);
+
+// Characters that the code page lacks become its default replacement character.
+std::string ToAnsi(std::u16string_view strText);

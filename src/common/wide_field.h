@@ -1,0 +1,39 @@
+// A fixed-width, zero-padded UTF-16 text inside a packed handset record. It is stored as bytes, because such fields lie
+// at odd offsets too, and never reads or writes past its units: a text that fills the field has no terminator.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "common/text.h"
+
+template <size_t N>
+struct WideField
+{
+    uint8_t m_abyUnits[2 * N];
+
+    static constexpr size_t kUnits = N;
+
+    // The text up to its first zero unit or the field's end.
+    std::u16string GetWide() const
+    {
+        char16_t awUnits[N];
+        std::memcpy(awUnits, m_abyUnits, sizeof m_abyUnits);
+        return std::u16string(awUnits, std::find(awUnits, awUnits + N, u'\0'));
+    }
+    std::string GetText() const { return ToAnsi(GetWide()); }
+
+    // Stores as many units as fit and zeroes the rest. False if the text was cut.
+    bool SetWide(std::u16string_view strText)
+    {
+        const size_t uUnits = std::min(strText.size(), N);
+        std::memset(m_abyUnits, 0, sizeof m_abyUnits);
+        std::memcpy(m_abyUnits, strText.data(), uUnits * sizeof(char16_t));
+        return uUnits == strText.size();
+    }
+    bool SetText(std::string_view strText) { return SetWide(ToWide(strText)); }
+};
+static_assert(sizeof(WideField<36>) == 72 && alignof(WideField<36>) == 1);

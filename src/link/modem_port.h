@@ -1,0 +1,28 @@
+// The handset's modem port: passes bytes through with blocking I/O. A read lasts until the port's time-outs end it,
+// however long they multiply to; closing the port cancels it on the thread that is inside.
+#pragma once
+
+#include "common/handle.h"
+#include "common/lock.h"
+#include "link/port.h"
+
+class MP final : public CPort
+{
+public:
+    using CPort::CPort;
+
+    bool Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritten, DWORD* pdwError) override;
+
+    // A reply may be empty; the time-out is not used.
+    bool Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* pdwError, DWORD dwTimeout) override;
+
+    void CancelPending() override;
+
+private:
+    bool Enter(HANDLE hPort);
+    void Leave();
+    bool Fail(HANDLE hPort, DWORD* pdwError);
+
+    COwnedCriticalSection m_csThread;
+    CHandle m_hThread PHN_GUARDED_BY(m_csThread); // the thread inside; empty when there is none
+};

@@ -1,0 +1,58 @@
+// The log file and its filter. One object, designated by a process-wide pointer and made on first need, holds the open
+// file; Open and Log work on any object, so that a temporary one can bring the file into being. The application object
+// opens the log before anything else exists and closes it after everything else is gone.
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+
+#include <windows.h>
+
+#include "common/handle.h"
+#include "common/lock.h"
+
+// Guards the file. Created on attach, destroyed on detach.
+extern CCriticalSection g_csLog;
+
+class CLogFile
+{
+public:
+    CLogFile() = default;
+    ~CLogFile();
+    CLogFile(const CLogFile&) = delete;
+    CLogFile& operator=(const CLogFile&) = delete;
+
+    // Reads the registry; if logging is on, makes the process-wide object and opens its file. False without a registry
+    // key or if the file cannot be opened.
+    bool Open();
+
+    // Writes one line to the process-wide object's file if the masks let it pass.
+    void Log(std::string_view strText, DWORD dwCategory, DWORD dwLevel);
+
+    // The filter of Log alone, with its effects: takes over the registry's value, opens a closed file.
+    bool Passes(DWORD dwCategory, DWORD dwLevel);
+
+    // Writes the time and the text, which begins with category and level.
+    static void WriteLine(std::string_view strText);
+
+    static CLogFile* GetGlobal();
+    // Closes the file and deletes the process-wide object.
+    static void CloseGlobal();
+
+private:
+    bool ReadLoggingLevel(DWORD* pdwValue);
+    bool OpenFile();
+    void SetMasks(DWORD dwValue);
+    static CLogFile* MakeGlobal();
+    std::string_view FormatTime() PHN_REQUIRES(g_csLog);
+
+    std::atomic<HKEY> m_hKey{nullptr};
+    std::atomic<DWORD> m_dwLevelMask{0};
+    std::atomic<DWORD> m_dwCategoryMask{0};
+    CHandle m_hFile PHN_GUARDED_BY(g_csLog);
+    std::atomic<bool> m_bFileOpen{false};
+};
+
+// The file's full path for a time of opening: the module's own path, then the local time.
+std::string MakeLogFileName(const SYSTEMTIME& stNow);
