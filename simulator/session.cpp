@@ -167,7 +167,7 @@ std::string Session::ExecuteAt(std::string_view line)
 {
     std::string command(line.substr(2));
     std::transform(command.begin(), command.end(), command.begin(),
-                   [](char c) { return static_cast<char>(std::toupper(c)); });
+                   [](char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); });
     if (command == "E0" || command == "E1")
         echo_ = command == "E1";
     else if (command == "+MODE?")

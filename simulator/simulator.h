@@ -1,22 +1,22 @@
-// A simulated handset on a pseudo terminal, published in a device directory under the name that a real one would have.
-// Used by tests, by phnctl and by phnsim; it serves on a thread of its own, and everything here may be called from any
-// thread. The link is removed when the handset is unplugged or the simulator ends; a link that a killed simulator left
-// is replaced.
+// A simulated handset at work: it offers a line, usually a pseudo terminal in a device directory under the name that a
+// real handset would have, and serves whoever opens it. Used by tests, by phnctl and by phnsim. It serves on a thread
+// of its own, and everything here may be called from any other thread.
 #pragma once
 
 #include "simulator/handset.h"
+#include "simulator/line.h"
 #include "simulator/session.h"
 
 #include <condition_variable>
+#include <cstdint>
+#include <exception>
 #include <filesystem>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace simulator {
-
-class Line;
 
 // The names under which a handset appears in a device directory.
 std::string UsbInterfaceName(const std::string& instance);   // usb#vid_fffe&pid_0001#INSTANCE#{diagnostic class}
@@ -25,25 +25,33 @@ std::string ModemInterfaceName(const std::string& instance); // the same with th
 class Simulator
 {
 public:
-    // `name` is the entry's name in the directory: "com5", UsbInterfaceName("0001") or ModemInterfaceName("0001").
+    Simulator(LineOpener opener, PortKind kind, Phone phone = DefaultPhone());
+    // On a pseudo terminal; `name` is the entry's name in the directory: "com5", UsbInterfaceName("0001") or
+    // ModemInterfaceName("0001"). A link that a killed simulator left is replaced.
     Simulator(std::filesystem::path devices, std::string name, PortKind kind = PortKind::Diagnostic,
-              Phone phone = DefaultPhone());
+              Phone phone = DefaultPhone())
+        : Simulator(PtyLines(std::move(devices), std::move(name)), kind, std::move(phone))
+    {
+    }
     ~Simulator();
     Simulator(const Simulator&) = delete;
     Simulator& operator=(const Simulator&) = delete;
 
-    // Each returns when the link is there, or gone. Start and Replug throw std::system_error when the entry cannot be
-    // published (no such directory, another simulator serves under this name).
-    void Start();
+    // Memory, faults and counters.
+    Handset& Control() { return handset_; }
+
+    // Each returns when the entry is there, or gone. Start and Replug throw std::system_error when the line cannot be
+    // offered (no such directory, another simulator serves under this name).
+    void Start() { Want(Wanted::Plugged); }
+    void Unplug() { Want(Wanted::Unplugged); }
+    void Replug() { Want(Wanted::Plugged); }
+    // For good: the simulator cannot be started again.
     void Stop();
-    void Unplug();
-    void Replug();
-    // Drops the line and offers it again: an open host sees its port fail, the next open works.
+    // Drops the line and offers it again: an open host sees its port fail, the next open works. Nothing while
+    // unplugged.
     void HangUp();
 
     bool IsPlugged() const;
-    Handset& Control() { return handset_; }
-    std::filesystem::path Link() const { return devices_ / name_; }
 
 private:
     enum class Wanted
@@ -55,19 +63,19 @@ private:
 
     void Want(Wanted wanted);
     void Serve();
-    void ServeLine(std::unique_lock<std::mutex>& lock);
+    std::unique_ptr<Line> Open();
+    void ServeLine(Line& line);
     bool Perform(const Step& step, Line& line);
 
-    const std::filesystem::path devices_;
-    const std::string name_;
+    const LineOpener opener_;
     const PortKind kind_;
     Handset handset_;
 
     mutable std::mutex mutex_;
     std::condition_variable changed_;
-    Wanted wanted_ = Wanted::Stopped;
-    bool plugged_ = false;
-    std::uint64_t lines_ = 0;
+    Wanted wanted_ = Wanted::Unplugged;
+    bool isPlugged_ = false;
+    std::uint64_t opened_ = 0;
     Line* line_ = nullptr;
     std::exception_ptr failure_;
     std::thread thread_;

@@ -1,0 +1,38 @@
+// One opened line to a host: bytes in, bytes out, and an end that another thread can bring about at any time.
+// A Simulator opens a line, serves it until it ends and opens the next; what is published for it goes with the object.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace simulator {
+
+class Line
+{
+public:
+    virtual ~Line() = default;
+
+    // Waits for bytes; 0 when the line has ended.
+    virtual std::size_t Read(std::span<std::uint8_t> buffer) = 0;
+    // Both false when the line has ended.
+    virtual bool Write(std::span<const std::uint8_t> bytes) = 0;
+    virtual bool Pause(std::chrono::milliseconds time) = 0;
+    // Ends the line: what waits in it returns at once, and so does everything later.
+    virtual void Interrupt() = 0;
+};
+
+// Opens the next line; throws std::system_error when it cannot be offered.
+using LineOpener = std::function<std::unique_ptr<Line>()>;
+
+// A pseudo terminal, linked into the device directory as `name` for as long as the line lives.
+LineOpener PtyLines(std::filesystem::path devices, std::string name);
+// One connection at a time to `port` on 127.0.0.1. Throws std::system_error when the port is taken.
+LineOpener TcpLines(std::uint16_t port);
+
+} // namespace simulator

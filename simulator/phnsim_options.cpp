@@ -1,0 +1,58 @@
+#include "simulator/phnsim_options.h"
+
+#include "simulator/fault.h"
+
+#include <CLI/CLI.hpp>
+
+namespace simulator {
+namespace {
+
+constexpr int kUsageError = 2;
+
+constexpr const char* kFooter = R"(
+Control lines on standard input change the handset while it runs: "help" lists them.
+With --data the state is loaded from FILE if it exists, and saved there at the end.
+Ctrl-C ends the simulator and removes its link.
+
+Faults:
+)";
+
+} // namespace
+
+std::variant<PhnsimOptions, int> ParsePhnsimOptions(int argumentCount, char** arguments)
+{
+    PhnsimOptions options;
+    std::string port, usb, modem;
+    std::uint16_t tcp = 0;
+    CLI::App app("A simulated handset on a serial port.", "phnsim");
+    app.footer(kFooter + FaultHelp());
+    auto* way = app.add_option_group("port", "how it is reached (one of these)");
+    way->add_option("--port", port, "a plain serial port of this name, such as com5")->type_name("NAME");
+    way->add_option("--usb", usb, "the diagnostic interface of a USB handset, such as 0001")->type_name("INSTANCE");
+    way->add_option("--modem", modem, "the modem interface of a USB handset, such as 0001")->type_name("INSTANCE");
+    auto* tcpOption = way->add_option("--tcp", tcp, "a TCP port on 127.0.0.1")->type_name("PORT");
+    way->add_flag("--list-commands", options.listCommands, "list the commands it answers, and end");
+    way->require_option(1);
+    options.devices = "/dev/phnnrv";
+    app.add_option("--devices", options.devices, "the device directory")
+        ->envname("PHNNRV_DEVICES")
+        ->capture_default_str();
+    app.add_option("--data", options.data, "the state as JSON")->type_name("FILE");
+    app.add_option("--fault", options.faults, "a fault, as below; may be given again")->type_name("FAULT");
+    app.add_option("--seed", options.seed, "for faults that strike by chance")->capture_default_str();
+    app.add_flag("--trace", options.trace, "print each frame, decoded, on one line");
+    app.add_flag("--hex", options.hex, "with the bytes as well");
+    try {
+        app.parse(argumentCount, arguments);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : kUsageError;
+    }
+    options.trace = options.trace || options.hex;
+    if (tcpOption->count() != 0)
+        options.tcpPort = tcp;
+    options.name = !usb.empty() ? UsbInterfaceName(usb) : !modem.empty() ? ModemInterfaceName(modem) : port;
+    options.kind = modem.empty() ? PortKind::Diagnostic : PortKind::Modem;
+    return options;
+}
+
+} // namespace simulator
