@@ -1,0 +1,72 @@
+// What a command is: its words, its help, its arguments and the function that carries it out. Every noun has a file
+// that lists its commands; command_line.cpp turns the lists into parsing and help, so a new noun touches neither.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace phnctl {
+
+// The options that every command takes.
+struct Options
+{
+    bool simulator = false;
+    bool json = false;
+    unsigned waitSeconds = 40;
+    std::string library; // empty: the usual places
+    std::string labels;  // the folder of the label files; empty: the shipped one
+    std::optional<std::uint32_t> logLevel;
+};
+
+enum class Count
+{
+    One,
+    Optional,
+    Many,
+};
+
+struct Argument
+{
+    std::string name; // as the help shows it: CODE
+    std::string help;
+    Count count = Count::One;
+    std::vector<std::string> allowed; // empty: any text
+};
+
+struct Invocation
+{
+    Options options;
+    std::map<std::string, std::vector<std::string>> values; // by the argument's name
+
+    // The value of an argument that was given once, or nothing.
+    std::optional<std::string> Value(const std::string& name) const
+    {
+        const auto found = values.find(name);
+        return found == values.end() || found->second.empty() ? std::nullopt
+                                                              : std::optional<std::string>(found->second.front());
+    }
+};
+
+struct Command
+{
+    std::string words; // "info", or "parameters get"
+    std::string summary;
+    std::string details; // what to know, and examples
+    std::vector<Argument> arguments;
+    int (*run)(const Invocation&) = nullptr; // null: a heading for the commands that begin with this word
+};
+
+// The nouns, one file each.
+std::vector<Command> InfoCommands();
+std::vector<Command> StatusCommands();
+std::vector<Command> RadioCommands();
+std::vector<Command> LockCommands();
+std::vector<Command> ParametersCommands();
+std::vector<Command> ActivateCommands();
+std::vector<Command> ErrorCommands();
+std::vector<Command> DoctorCommands();
+
+} // namespace phnctl

@@ -1,0 +1,19 @@
+// How the process ends before its time: on Ctrl-C, and after a search for a handset that was given up while the library
+// was still at it. Temporary files are removed on every one of these ways.
+#pragma once
+
+#include <filesystem>
+
+namespace phnctl {
+
+// A folder or file to remove when the process ends early; `Forget` when it is gone.
+void RemoveAtEnd(const std::filesystem::path& path);
+void Forget(const std::filesystem::path& path);
+
+// Ctrl-C ends the process from now on, status 130. Call it before any other thread is started.
+void EndOnInterrupt();
+
+// Ends the process without running destructors: a call into the library may still be in progress on another thread.
+[[noreturn]] void EndNow(int status);
+
+} // namespace phnctl

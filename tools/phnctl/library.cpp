@@ -1,0 +1,86 @@
+#include "phnctl/library.h"
+
+#include "phnctl/failure.h"
+#include "system/system.h"
+
+#include <cstring>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+namespace phnctl {
+
+namespace {
+
+template <class Function>
+void Find(HMODULE module, const char* name, Function& function)
+{
+    const auto address = GetProcAddress(module, name);
+    if (!address)
+        throw Failure(kRefused,
+                      fmt::format("the library has no function {}: it is another one, or an older one", name));
+    static_assert(sizeof function == sizeof address);
+    std::memcpy(&function, &address, sizeof function);
+}
+
+bool IsFile(const std::string& path)
+{
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error);
+}
+
+} // namespace
+
+Library::Library(const std::string& path)
+{
+    Load(path);
+    try {
+        Bind();
+    } catch (...) {
+        FreeLibrary(m_module);
+        throw;
+    }
+}
+
+Library::~Library()
+{
+    FreeLibrary(m_module);
+}
+
+void Library::Load(const std::string& path)
+{
+    const std::vector<std::string> candidates =
+        path.empty() ? host::LibraryCandidates() : std::vector<std::string>{path};
+    for (const std::string& candidate : candidates) {
+        m_module = LoadLibraryA(candidate.c_str());
+        if (m_module) {
+            m_path = candidate;
+            return;
+        }
+        if (IsFile(candidate))
+            throw Failure(kRefused, fmt::format("the library {} does not load, system error {}: it was built for "
+                                                "another system, or something it needs is missing",
+                                                candidate, GetLastError()));
+    }
+    throw Failure(kRefused, fmt::format("the handset library was not found. Looked for: {}\n"
+                                        "Name it with --library PATH.",
+                                        fmt::join(candidates, ", ")));
+}
+
+void Library::Bind()
+{
+    Find(m_module, "PHN_Startup", Startup);
+    Find(m_module, "PHN_Shutdown", Shutdown);
+    Find(m_module, "PHN_GetConnectionInfo", GetConnectionInfo);
+    Find(m_module, "PHN_GetNetworkInfo", GetNetworkInfo);
+    Find(m_module, "PHN_GetBatteryInfo", GetBatteryInfo);
+    Find(m_module, "PHN_GetNetworkErrorString", GetNetworkErrorString);
+    Find(m_module, "PHN_GetDeviceInfo", GetDeviceInfo);
+    Find(m_module, "PHN_Activate", Activate);
+    Find(m_module, "PHN_SetRadioPower", SetRadioPower);
+    Find(m_module, "PHN_SetLock", SetLock);
+    Find(m_module, "PHN_ChangeLockCode", ChangeLockCode);
+    Find(m_module, "PHN_GetParameters", GetParameters);
+    Find(m_module, "PHN_SetParameters", SetParameters);
+}
+
+} // namespace phnctl

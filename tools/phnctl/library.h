@@ -1,0 +1,45 @@
+// The handset library, loaded at run time: phnctl links nothing of it and knows only its public header. Load and unload
+// it on the thread that dispatches window messages, while no call is in progress.
+#pragma once
+
+#include "phnnrv.h"
+
+#include <string>
+#include <windows.h>
+
+namespace phnctl {
+
+class Library
+{
+public:
+    // An empty path means the usual places. Throws Failure that says where was looked and what went wrong.
+    explicit Library(const std::string& path);
+    ~Library();
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    const std::string& Path() const { return m_path; }
+
+    decltype(&PHN_Startup) Startup;
+    decltype(&PHN_Shutdown) Shutdown;
+    decltype(&PHN_GetConnectionInfo) GetConnectionInfo;
+    decltype(&PHN_GetNetworkInfo) GetNetworkInfo;
+    decltype(&PHN_GetBatteryInfo) GetBatteryInfo;
+    decltype(&PHN_GetNetworkErrorString) GetNetworkErrorString;
+    decltype(&PHN_GetDeviceInfo) GetDeviceInfo;
+    decltype(&PHN_Activate) Activate;
+    decltype(&PHN_SetRadioPower) SetRadioPower;
+    decltype(&PHN_SetLock) SetLock;
+    decltype(&PHN_ChangeLockCode) ChangeLockCode;
+    decltype(&PHN_GetParameters) GetParameters;
+    decltype(&PHN_SetParameters) SetParameters;
+
+private:
+    void Load(const std::string& path);
+    void Bind();
+
+    HMODULE m_module = nullptr;
+    std::string m_path;
+};
+
+} // namespace phnctl

@@ -1,0 +1,44 @@
+// One use of the library: set up, load, find a handset, work with it, say goodbye, unload. Commands use WithHandset;
+// doctor takes the steps one by one. The thread that makes a Session dispatches window messages; work runs on another.
+#pragma once
+
+#include "phnctl/command.h"
+#include "phnctl/embedded.h"
+#include "phnctl/handset.h"
+#include "phnctl/library.h"
+#include "phnctl/log_setup.h"
+
+#include <functional>
+#include <memory>
+
+namespace phnctl {
+
+class Session
+{
+public:
+    // Loads the library, which begins to look for a handset at once. Throws Failure.
+    explicit Session(const Options& options);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    const Library& Loaded() const { return *m_library; }
+
+    // Asks for a handset until the wait is over, or until one is refused for good. Returns the library's last answer.
+    PHN_ERROR Find();
+
+    // Does the work with the handset that Find has found.
+    void Run(const std::function<void(const Handset&)>& work);
+
+private:
+    const Options& m_options;
+    std::unique_ptr<EmbeddedHandset> m_embedded;
+    std::unique_ptr<LogSetup> m_log;
+    std::shared_ptr<Library> m_library;
+    bool m_abandoned = false; // the search still runs in the library
+};
+
+// Finds a handset, does the work and returns kDone. Throws Failure when there is none or it is refused.
+int WithHandset(const Options& options, const std::function<void(const Handset&)>& work);
+
+} // namespace phnctl

@@ -1,0 +1,92 @@
+#include "phnctl/surroundings.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+
+namespace phnctl {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kDiagnosticClass = "{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7a5}";
+constexpr const char* kModemClass = "{2c7089aa-2e0e-11d1-b114-00c04fc2aae4}";
+constexpr const char* kHandsetTerminals[] = {"ttyUSB", "ttyACM", "rfcomm"};
+
+fs::path DeviceDirectory()
+{
+    const char* named = std::getenv("PHNNRV_DEVICES");
+    return named ? named : "/dev/phnnrv";
+}
+
+std::string Kind(std::string name)
+{
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+    if (name.ends_with(kDiagnosticClass))
+        return name.find("vid_fffe") == std::string::npos ? "foreign USB interface" : "USB interface";
+    if (name.ends_with(kModemClass))
+        return "modem interface";
+    return name.ends_with('}') ? "foreign interface" : "serial port";
+}
+
+bool IsHandsetTerminal(const std::string& name)
+{
+    return std::any_of(std::begin(kHandsetTerminals), std::end(kHandsetTerminals),
+                       [&](const char* beginning) { return name.starts_with(beginning); });
+}
+
+// The first of com1, com2, ... that is not taken.
+std::string FreeName(const fs::path& directory)
+{
+    for (unsigned number = 1;; ++number) {
+        const std::string name = "com" + std::to_string(number);
+        std::error_code error;
+        if (!fs::exists(fs::symlink_status(directory / name, error)))
+            return name;
+    }
+}
+
+std::vector<UnlistedTerminal> Unlisted(const fs::path& directory, const std::vector<PortEntry>& entries)
+{
+    std::set<fs::path> listed;
+    std::error_code error;
+    for (const PortEntry& entry : entries)
+        listed.insert(fs::weakly_canonical(entry.path, error));
+    std::vector<UnlistedTerminal> terminals;
+    for (const auto& terminal : fs::directory_iterator("/dev", error))
+        if (IsHandsetTerminal(terminal.path().filename().string()) && !listed.contains(terminal.path()))
+            terminals.push_back({terminal.path().string(), "sudo ln -s " + terminal.path().string() + " '" +
+                                                               (directory / FreeName(directory)).string() + "'"});
+    return terminals;
+}
+
+} // namespace
+
+Surroundings LookAround()
+{
+    const fs::path directory = DeviceDirectory();
+    Surroundings found;
+    found.place = "device directory " + directory.string();
+    std::error_code error;
+    fs::directory_iterator entry(directory, error);
+    if (error) {
+        found.problem = error.message();
+        found.remedy = error == std::errc::no_such_file_or_directory
+                           ? "sudo install -d -o \"$USER\" '" + directory.string() + "'"
+                           : "sudo chmod a+rx '" + directory.string() + "'";
+        return found;
+    }
+    for (; entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        found.entries.push_back({name, entry->path().string(), Kind(name)});
+    }
+    std::sort(found.entries.begin(), found.entries.end(),
+              [](const PortEntry& a, const PortEntry& b) { return a.name < b.name; });
+    found.unlisted = Unlisted(directory, found.entries);
+    return found;
+}
+
+} // namespace phnctl

@@ -1,0 +1,27 @@
+// Text between the two worlds: the code page inside the library, UTF-8 outside. Used wherever handset text is shown or
+// a typed text goes to the handset. Handset text is hostile: no control character of it reaches a terminal.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace phnctl {
+
+// From the ANSI code page to UTF-8.
+std::string FromHandset(std::string_view text);
+
+// The same for a fixed-width field, which may be filled to its last byte without a terminating zero.
+template <std::size_t Size>
+std::string FromHandset(const char (&field)[Size])
+{
+    const std::string_view whole(field, Size);
+    return FromHandset(whole.substr(0, whole.find('\0')));
+}
+
+// From UTF-8 to the ANSI code page. Throws Failure(kUsage) that names the text when it holds what has no place there.
+std::string ToHandset(const std::string& text);
+
+// UTF-8 made fit for a terminal: control characters, and bytes that are no UTF-8, as \xNN or \u{NNNN}.
+std::string Printable(std::string_view text);
+
+} // namespace phnctl

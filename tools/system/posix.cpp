@@ -1,0 +1,100 @@
+#include "system/system.h"
+
+#include <csignal>
+#include <iostream>
+#include <stdexcept>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <thread>
+#include <unistd.h>
+
+namespace host {
+
+namespace {
+
+// Keeps the terminal from showing what is typed, for as long as the object lives.
+class EchoOff
+{
+public:
+    EchoOff()
+    {
+        tcgetattr(STDIN_FILENO, &m_before);
+        termios quiet = m_before;
+        quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
+    }
+    ~EchoOff() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before); }
+    EchoOff(const EchoOff&) = delete;
+    EchoOff& operator=(const EchoOff&) = delete;
+
+private:
+    termios m_before{};
+};
+
+std::string ReadLine()
+{
+    std::string line;
+    if (!std::getline(std::cin, line))
+        throw std::runtime_error("standard input ended before a value came");
+    return line;
+}
+
+} // namespace
+
+std::vector<std::string> Arguments(int argc, char** argv)
+{
+    return {argv + 1, argv + argc};
+}
+
+unsigned TerminalWidth(std::FILE* stream)
+{
+    const int descriptor = fileno(stream);
+    if (!isatty(descriptor))
+        return 0;
+    winsize size{};
+    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col ? size.ws_col : 80;
+}
+
+std::string ReadSecret(const std::string& prompt)
+{
+    if (!isatty(STDIN_FILENO))
+        return ReadLine();
+    std::fputs(prompt.c_str(), stderr);
+    const EchoOff quiet;
+    std::string line = ReadLine();
+    std::fputc('\n', stderr);
+    return line;
+}
+
+void OnInterrupt(std::function<void()> action)
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGHUP);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::thread([signals, act = std::move(action)] {
+        int number = 0;
+        if (sigwait(&signals, &number) == 0)
+            act();
+    }).detach();
+}
+
+std::filesystem::path ExecutableDirectory()
+{
+    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
+}
+
+std::vector<std::string> LibraryCandidates()
+{
+    const std::filesystem::path here = ExecutableDirectory();
+    return {(here.parent_path() / "lib" / "libphnnrv.so").string(), (here / "libphnnrv.so").string(), "libphnnrv.so"};
+}
+
+std::filesystem::path DataDirectory()
+{
+    return ExecutableDirectory().parent_path() / "share" / "phnnrv";
+}
+
+} // namespace host

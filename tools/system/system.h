@@ -1,0 +1,62 @@
+// What the programs need of a system beyond Win32: the terminal, Ctrl-C, where the program lies, who holds a port.
+// Used by the tools. One implementation per system (posix*.cpp, windows.cpp), chosen by CMake; nothing here knows the
+// library or the handset.
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+// The program's arguments in UTF-8, without the program's name; also makes the terminal take UTF-8.
+std::vector<std::string> Arguments(int argc, char** argv);
+
+// Columns of the terminal that the stream writes to, 0 when it is none.
+unsigned TerminalWidth(std::FILE* stream);
+
+// Asks on the terminal and reads one line that is not echoed. Where standard input is no terminal, reads one line from
+// it without asking. Throws std::runtime_error at the end of input.
+std::string ReadSecret(const std::string& prompt);
+
+// From now on Ctrl-C, and a request to terminate, calls `action` on a thread of its own, once. Call it before any other
+// thread is started.
+void OnInterrupt(std::function<void()> action);
+
+std::filesystem::path ExecutableDirectory();
+
+// Where the handset library may lie, most likely place first. The last may be a bare name, for the system's own search.
+std::vector<std::string> LibraryCandidates();
+
+// Where files that belong to the program but are no code lie.
+std::filesystem::path DataDirectory();
+
+enum class PortState
+{
+    Free,
+    Busy,
+    NoPermission,
+    Unusable, // dangling, no terminal, gone
+};
+
+struct Process
+{
+    long id = 0;
+    std::string name; // empty when it may not be known
+};
+
+struct PortReport
+{
+    PortState state = PortState::Free;
+    std::string target;           // what the path leads to; empty when that is the path itself
+    std::string reason;           // why it is not free
+    std::vector<Process> holders; // of a busy port
+    std::string remedy;           // the command that mends it; empty when nothing needs mending
+};
+
+// Looks at a serial port without opening it. The calling process does not count as a holder.
+PortReport ExaminePort(const std::string& path);
+
+} // namespace host

@@ -1,0 +1,116 @@
+#include "system/system.h"
+
+#include <io.h>
+#include <iostream>
+#include <stdexcept>
+#include <windows.h>
+
+namespace host {
+
+namespace {
+
+std::function<void()> interruptAction;
+
+BOOL WINAPI OnConsoleEvent(DWORD)
+{
+    interruptAction();
+    return TRUE;
+}
+
+std::string Utf8(const wchar_t* text)
+{
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, result.data(), size, nullptr, nullptr);
+    result.pop_back();
+    return result;
+}
+
+} // namespace
+
+std::vector<std::string> Arguments(int argc, char** argv)
+{
+    SetConsoleOutputCP(CP_UTF8);
+    std::vector<std::string> arguments;
+    for (int i = 1; i < argc; ++i) {
+        const int size = MultiByteToWideChar(CP_ACP, 0, argv[i], -1, nullptr, 0);
+        std::wstring wide(static_cast<size_t>(size), L'\0');
+        MultiByteToWideChar(CP_ACP, 0, argv[i], -1, wide.data(), size);
+        arguments.push_back(Utf8(wide.c_str()));
+    }
+    return arguments;
+}
+
+unsigned TerminalWidth(std::FILE* stream)
+{
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    return GetConsoleScreenBufferInfo(handle, &info)
+               ? static_cast<unsigned>(info.srWindow.Right - info.srWindow.Left + 1)
+               : 0;
+}
+
+std::string ReadSecret(const std::string& prompt)
+{
+    const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
+    DWORD mode = 0;
+    const bool console = GetConsoleMode(input, &mode);
+    if (console) {
+        std::fputs(prompt.c_str(), stderr);
+        SetConsoleMode(input, mode & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
+    }
+    std::string line;
+    const bool read = static_cast<bool>(std::getline(std::cin, line));
+    if (console) {
+        SetConsoleMode(input, mode);
+        std::fputc('\n', stderr);
+    }
+    if (!read)
+        throw std::runtime_error("standard input ended before a value came");
+    return line;
+}
+
+void OnInterrupt(std::function<void()> action)
+{
+    interruptAction = std::move(action);
+    SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
+}
+
+std::filesystem::path ExecutableDirectory()
+{
+    wchar_t path[32768] = {};
+    GetModuleFileNameW(nullptr, path, 32767);
+    return std::filesystem::path(path).parent_path();
+}
+
+std::vector<std::string> LibraryCandidates()
+{
+    return {(ExecutableDirectory() / "PHNNRV.dll").string(), "PHNNRV.dll"};
+}
+
+std::filesystem::path DataDirectory()
+{
+    return ExecutableDirectory();
+}
+
+PortReport ExaminePort(const std::string& path)
+{
+    PortReport report;
+    const HANDLE port = CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                    FILE_FLAG_OVERLAPPED, nullptr);
+    if (port != INVALID_HANDLE_VALUE) {
+        CloseHandle(port);
+        return report;
+    }
+    const DWORD error = GetLastError();
+    // A port that another program has open is refused with "access denied".
+    report.state =
+        error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION ? PortState::Busy : PortState::Unusable;
+    report.reason = report.state == PortState::Busy ? "another program uses it"
+                                                    : "does not open, system error " + std::to_string(error);
+    report.remedy = report.state == PortState::Busy ? "close the program that uses it (resmon shows which)"
+                                                    : "unplug the handset and plug it in again";
+    return report;
+}
+
+} // namespace host
