@@ -105,6 +105,7 @@ void Prepare(Simulator& simulator, const PhnsimOptions& options)
 
 int Run(const PhnsimOptions& options)
 {
+    std::signal(SIGPIPE, SIG_IGN); // a TCP peer or a reader of the trace that goes is no reason to die
     const Descriptor signals(BlockEndSignals());
     Simulator simulator(options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name),
                         options.kind);
@@ -113,7 +114,7 @@ int Run(const PhnsimOptions& options)
     const std::string place =
         options.tcpPort ? "127.0.0.1:" + std::to_string(*options.tcpPort) : options.devices + "/" + options.name;
     Print("serving " + simulator.Control().Snapshot().identity.model + " on " + place);
-    Control control{.simulator = simulator, .dataFile = options.data, .print = Print};
+    Control control{.simulator = simulator, .dataFile = options.data, .print = Print, .trace = PrintTrace};
     RunControl(control, signals.Get());
     simulator.Stop();
     if (!options.data.empty())

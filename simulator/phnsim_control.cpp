@@ -85,7 +85,7 @@ void SetTrace(Control& control, std::string_view how)
 {
     if (how != "on" && how != "hex" && how != "off")
         throw std::invalid_argument("trace is on, hex or off");
-    control.simulator.Control().SetTrace(how == "off" ? Handset::TraceSink() : control.print,
+    control.simulator.Control().SetTrace(how == "off" ? Handset::TraceSink() : control.trace,
                                          how == "hex" ? TraceDetail::Hex : TraceDetail::Decoded);
 }
 

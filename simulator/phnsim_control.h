@@ -15,6 +15,7 @@ struct Control
     Simulator& simulator;
     std::string dataFile; // where "save" and "load" go when no file is named
     std::function<void(std::string_view)> print;
+    Handset::TraceSink trace; // where "trace on" sends the frames
     bool isOver = false;
 };
 

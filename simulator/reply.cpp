@@ -44,9 +44,14 @@ void Compose(Answered& answered, const Command& command, const Outcome& outcome,
         answered.reply += body.Description();
 }
 
-void Turned(Answered& answered, const Command& command, Status status, const std::string& why)
+std::string InTrace(const std::string& description)
 {
-    answered.request += " (" + why + ")";
+    return description.empty() ? "" : ":" + description;
+}
+
+void TurnAway(Answered& answered, const Command& command, Status status, const std::string& why)
+{
+    answered.request = command.name + (" (" + why + ")");
     Compose(answered, command, status, FieldWriter());
 }
 
@@ -61,15 +66,14 @@ Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const std:
     if (!command) {
         const Command unknown{answered.command, "unknown command", kRequestHeaderSize, kReplyHeaderSize, false,
                               nullptr};
-        Turned(answered, unknown, kUnknownCommand, "unknown command");
+        TurnAway(answered, unknown, kUnknownCommand, "refused");
         return answered;
     }
-    answered.request = command->name;
     const auto expected = ExpectedSize(*command, record);
     if (one != 1 || expected != record.size()) {
         const std::string size = expected ? std::to_string(*expected) : "more";
-        Turned(answered, *command, kMalformedRequest,
-               one != 1 ? "bytes 4 and 5 are not 1" : std::to_string(record.size()) + " bytes instead of " + size);
+        TurnAway(answered, *command, kMalformedRequest,
+                 one != 1 ? "bytes 4 and 5 are not 1" : std::to_string(record.size()) + " bytes instead of " + size);
         return answered;
     }
     answered.isCounted = true;
@@ -78,7 +82,7 @@ Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const std:
     FieldWriter body;
     if (!outcome.IsRefused())
         outcome = command->handle(phone, request, body);
-    answered.request += ":" + request.Description();
+    answered.request = command->name + InTrace(request.Description());
     Compose(answered, *command, outcome, body);
     return answered;
 }
