@@ -1,6 +1,6 @@
-/* What the entry code of a module (module_entry.cpp) needs from the stand-in beyond Win32: whether the process is ending.
-   DllMain then gets a reserved argument that is not null, as on Windows, and nothing is waited for. Ask from a function
-   in the module's fini section (__attribute__((destructor))): it runs after the flag is set. */
+/* What the entry code of a module (module_entry.cpp) needs from the stand-in beyond Win32: whether the process is
+   ending. DllMain then gets a reserved argument that is not null, as on Windows, and nothing is waited for. Ask from a
+   function in the module's fini section (__attribute__((destructor))): it runs after the flag is set. */
 #pragma once
 
 #ifdef __cplusplus
@@ -8,7 +8,7 @@ extern "C" {
 #endif
 
 /* Not 0 once exit() has begun. */
-int PhnProcessIsEnding(void);
+__attribute__((visibility("default"))) int PhnProcessIsEnding(void);
 
 #ifdef __cplusplus
 }

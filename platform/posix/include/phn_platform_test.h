@@ -4,24 +4,26 @@
 
 #include <windows.h>
 
+#define PHN_PLATFORM_TEST __attribute__((visibility("default")))
+
 namespace platform_test {
 
 // Moves the clock forward. Every wait with a time-out, Sleep, timer, window timer and serial time-out sees the new time
 // at once; time-outs that are now over end. A serial read still ends by its interval time-out only after that time, or
 // 10 ms if it is longer, of real silence: a reply that is under way is not cut.
-void AdvanceClock(DWORD milliseconds);
+PHN_PLATFORM_TEST void AdvanceClock(DWORD milliseconds);
 
-// Waits until as many threads are blocked in a wait, a Sleep or a GetOverlappedResult that was begun with exactly this
-// time-out, so that AdvanceClock finds them there. False if that has not come about within ten seconds of real time.
-[[nodiscard]] bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads = 1);
+// Waits until as many threads are blocked in a wait or a Sleep that was begun with exactly this time-out and is not
+// over yet, so that AdvanceClock finds them there. False if that has not come about within ten seconds of real time.
+[[nodiscard]] PHN_PLATFORM_TEST bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads = 1);
 
 // The named call ("CreateEventA") fails with this error, `count` times, after it has run `skip` times more. A later
 // request for the same call replaces an earlier one. Throws std::invalid_argument for a name that no call has.
-void FailCall(const char* name, DWORD error, unsigned skip = 0, unsigned count = 1);
+PHN_PLATFORM_TEST void FailCall(const char* name, DWORD error, unsigned skip = 0, unsigned count = 1);
 
 // How often a call still has to fail: 0 when the request is used up.
-unsigned PendingFailures(const char* name);
+PHN_PLATFORM_TEST unsigned PendingFailures(const char* name);
 
-void ClearFailures();
+PHN_PLATFORM_TEST void ClearFailures();
 
 } // namespace platform_test

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <list>
 #include <mutex>
 
 #include "clock.h"
@@ -31,6 +32,44 @@ bool BlockUntil(Lock& lock, TimePoint deadline, Predicate&& holds)
         WaitForWake(lock, deadline);
     }
     return true;
+}
+
+#if PHN_TEST_HOOKS
+struct BlockedThread
+{
+    DWORD timeout;
+    TimePoint deadline;
+};
+#endif
+
+// A wait that a caller asked for with a stated time-out, for as long as it lasts; a test can look for it.
+class StatedWait
+{
+public:
+#if PHN_TEST_HOOKS
+    StatedWait(const Lock& lock, DWORD milliseconds, TimePoint deadline);
+    ~StatedWait();
+#else
+    StatedWait(const Lock&, DWORD, TimePoint) {}
+#endif
+    StatedWait(const StatedWait&) = delete;
+    StatedWait& operator=(const StatedWait&) = delete;
+
+#if PHN_TEST_HOOKS
+private:
+    std::list<BlockedThread>::iterator place_;
+#endif
+};
+
+// The same for a caller's time-out, by the scaled clock; INFINITE has none.
+template <typename Predicate>
+bool BlockFor(Lock& lock, DWORD milliseconds, Predicate&& holds)
+{
+    const TimePoint deadline = After(milliseconds);
+    if (holds())
+        return true;
+    const StatedWait wait(lock, milliseconds, deadline);
+    return BlockUntil(lock, deadline, holds);
 }
 
 } // namespace platform

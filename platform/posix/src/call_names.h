@@ -2,6 +2,8 @@
 // boundary in win32_call.h carries, so that a test can make any of them fail by its name.
 #pragma once
 
+#include <cstddef>
+
 #define PHN_WIN32_CALLS(ROW)                                                                                           \
     ROW(CancelIo)                                                                                                      \
     ROW(CancelIoEx)                                                                                                    \
@@ -72,5 +74,9 @@ enum class Call : unsigned char
     PHN_WIN32_CALLS(PHN_ROW)
 #undef PHN_ROW
 };
+
+#define PHN_ROW(name) +1
+constexpr std::size_t kCallCount = PHN_WIN32_CALLS(PHN_ROW);
+#undef PHN_ROW
 
 } // namespace platform

@@ -12,18 +12,21 @@
 namespace platform {
 
 class Mutex;
-struct SerialOperation;
+class SerialPort;
 
 class ThreadRecord : public Waitable
 {
 public:
     bool IsSignalled(const Lock&) const override { return ended; }
 
-    DWORD id = 0;       // fixed once the thread runs
-    bool ended = false; // the rest: under the base lock
+    DWORD id = 0; // fixed once the thread runs
+
+    // Under the base lock:
+    bool started = false;
+    bool ended = false;
     DWORD exitCode = STILL_ACTIVE;
     std::vector<std::shared_ptr<Mutex>> owned; // abandoned when the thread ends
-    SerialOperation* blockedIn = nullptr;      // the blocking read or write that CancelSynchronousIo ends
+    SerialPort* blockedIn = nullptr;           // where a blocking read or write of the thread is pending
 };
 
 // The calling thread's record.

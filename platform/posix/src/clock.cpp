@@ -1,0 +1,52 @@
+#include "clock.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+
+namespace platform {
+namespace {
+
+std::atomic<Duration::rep> advanced = 0;
+
+// A factor that is no number, not above zero or out of all proportion is taken for 1.
+double ReadScale()
+{
+    const char* text = std::getenv("PHNNRV_TIME_SCALE");
+    const double scale = text ? std::strtod(text, nullptr) : 1.0;
+    return scale > 0.0 && scale <= 1000.0 ? scale : 1.0;
+}
+
+} // namespace
+
+TimePoint Now()
+{
+    return SteadyClock::now() + Duration(advanced.load(std::memory_order_relaxed));
+}
+
+Duration Scaled(std::chrono::milliseconds stated)
+{
+    static const double scale = ReadScale();
+    if (scale == 1.0)
+        return stated;
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    constexpr Milliseconds longest = std::chrono::hours(24 * 365 * 100);
+    return std::chrono::duration_cast<Duration>(std::min(Milliseconds(stated) * scale, longest));
+}
+
+TimePoint After(DWORD milliseconds)
+{
+    return milliseconds == INFINITE ? kNever : Now() + Scaled(std::chrono::milliseconds(milliseconds));
+}
+
+TimePoint RealTime(TimePoint point)
+{
+    return point == kNever ? kNever : point - Duration(advanced.load(std::memory_order_relaxed));
+}
+
+void MoveClock(Duration by)
+{
+    advanced.fetch_add(by.count(), std::memory_order_relaxed);
+}
+
+} // namespace platform

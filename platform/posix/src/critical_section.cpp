@@ -1,0 +1,45 @@
+// Critical sections are recursive mutexes of the system. They have nothing to do with the base lock and cannot fail.
+#include <pthread.h>
+
+#include <windows.h>
+
+namespace {
+
+static_assert(sizeof(pthread_mutex_t) <= sizeof(CRITICAL_SECTION) &&
+              alignof(pthread_mutex_t) <= alignof(CRITICAL_SECTION));
+
+pthread_mutex_t* MutexOf(LPCRITICAL_SECTION section)
+{
+    return reinterpret_cast<pthread_mutex_t*>(section->storage);
+}
+
+} // namespace
+
+void WINAPI InitializeCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
+{
+    pthread_mutexattr_t attributes;
+    pthread_mutexattr_init(&attributes);
+    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
+    pthread_mutex_init(MutexOf(lpCriticalSection), &attributes);
+    pthread_mutexattr_destroy(&attributes);
+}
+
+void WINAPI EnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
+{
+    pthread_mutex_lock(MutexOf(lpCriticalSection));
+}
+
+BOOL WINAPI TryEnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
+{
+    return pthread_mutex_trylock(MutexOf(lpCriticalSection)) == 0;
+}
+
+void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
+{
+    pthread_mutex_unlock(MutexOf(lpCriticalSection));
+}
+
+void WINAPI DeleteCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
+{
+    pthread_mutex_destroy(MutexOf(lpCriticalSection));
+}

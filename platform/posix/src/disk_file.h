@@ -1,0 +1,25 @@
+// An ordinary file: blocking reads and writes at the file's position, or at its end for one opened to append.
+#pragma once
+
+#include "file.h"
+#include "unique_descriptor.h"
+
+namespace platform {
+
+class DiskFile : public File
+{
+public:
+    explicit DiskFile(UniqueDescriptor descriptor) : descriptor_(std::move(descriptor)) {}
+
+    DWORD Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
+    DWORD Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
+
+    // Moves the position and gives the new one.
+    LONGLONG Seek(LONGLONG distance, DWORD method);
+    LONGLONG Size() const;
+
+private:
+    const UniqueDescriptor descriptor_;
+};
+
+} // namespace platform

@@ -1,0 +1,32 @@
+// The event object: what CreateEventA makes, and what an overlapped operation signals when it is over.
+#pragma once
+
+#include "waitable.h"
+
+namespace platform {
+
+class Event : public Waitable
+{
+public:
+    Event(bool manualReset, bool signalled) : manualReset_(manualReset), signalled_(signalled) {}
+
+    bool IsSignalled(const Lock&) const override { return signalled_; }
+    bool Acquire(const Lock&) override
+    {
+        signalled_ = signalled_ && manualReset_;
+        return false;
+    }
+
+    void Set(const Lock& lock)
+    {
+        signalled_ = true;
+        WakeWaiters(lock);
+    }
+    void Reset(const Lock&) { signalled_ = false; }
+
+private:
+    const bool manualReset_;
+    bool signalled_;
+};
+
+} // namespace platform

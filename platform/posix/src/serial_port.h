@@ -1,0 +1,84 @@
+// A serial port: a terminal in raw mode, with a queue of operations for each direction. An operation begins on the
+// caller's thread and, if it is not over at once, is carried on by the service thread; buffers and OVERLAPPED records
+// are touched under the base lock only, and never again once the operation is over (completed, timed out, cancelled,
+// purged, or its port closed). A terminal that has hung up fails everything with ERROR_GEN_FAILURE.
+#pragma once
+
+#include <deque>
+#include <functional>
+
+#include "event.h"
+#include "file.h"
+#include "serial_timing.h"
+#include "service_thread.h"
+#include "thread_record.h"
+#include "unique_descriptor.h"
+
+namespace platform {
+
+// One ReadFile or WriteFile.
+struct SerialOperation
+{
+    unsigned char* buffer; // a write only reads it
+    DWORD size;
+    OVERLAPPED* record;                                     // null: none
+    std::shared_ptr<Event> event = {};                      // of the record; null: none
+    std::shared_ptr<ThreadRecord> thread = CurrentThread(); // whose operation it is
+    bool begun = false;
+    SerialTiming timing = {};
+    DWORD done = 0;
+    bool over = false;
+    DWORD error = ERROR_SUCCESS;
+};
+
+class SerialPort : public File
+{
+public:
+    SerialPort(UniqueDescriptor descriptor, bool overlapped)
+        : overlapped_(overlapped), descriptor_(std::move(descriptor))
+    {
+    }
+
+    DWORD Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
+    DWORD Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
+    void OnLastHandleClosed() override;
+
+    // Ends the pending operations that are meant, with ERROR_OPERATION_ABORTED. False if there are none.
+    bool Cancel(const Lock& lock, const std::function<bool(const SerialOperation&)>& isMeant);
+
+    // The rest throws ERROR_INVALID_HANDLE once the port is closed.
+    COMMTIMEOUTS GetTimeouts() const;
+    void SetTimeouts(const COMMTIMEOUTS& timeouts);
+    void Purge(DWORD flags);
+    COMSTAT GetStatus() const;
+
+private:
+    // The operations of one direction; only the first one moves bytes.
+    struct Direction
+    {
+        bool reads;
+        std::deque<std::shared_ptr<SerialOperation>> operations = {};
+        TimerId timer = 0;
+        TimePoint timerDue = kNever;
+    };
+
+    void CheckOpen() const;
+    DWORD Run(Direction& direction, std::shared_ptr<SerialOperation> operation, DWORD* done);
+    void Block(Lock& lock, const SerialOperation& operation);
+    bool CancelIn(const Lock& lock, Direction& direction, const std::function<bool(const SerialOperation&)>& isMeant);
+    void Advance(const Lock& lock, Direction& direction);
+    void MoveBytes(const Direction& direction, SerialOperation& operation) const;
+    void AwaitMore(const Lock& lock, Direction& direction, TimePoint end);
+    void Watch(const Lock& lock);
+
+    const bool overlapped_;
+    // Under the base lock:
+    UniqueDescriptor descriptor_; // none once the port is closed
+    COMMTIMEOUTS timeouts_{};
+    Direction reads_{true};
+    Direction writes_{false};
+    WatchId watch_ = 0;
+    std::uint32_t watched_ = 0;
+};
+
+} // namespace platform

@@ -1,0 +1,72 @@
+#include "serial_timing.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace platform {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Neither the scale nor a test's clock makes an interval shorter than this: a reply that is under way would be cut.
+constexpr milliseconds kShortestInterval{10};
+
+// multiplier * size + constant, from now on; none if both are zero. What no clock can count is no time-out.
+TimePoint TotalEnd(DWORD multiplier, DWORD constant, DWORD size)
+{
+    if (multiplier == 0 && constant == 0)
+        return kNever;
+    constexpr std::uint64_t longest = 24ull * 365 * 100 * 60 * 60 * 1000;
+    const std::uint64_t total = std::uint64_t{multiplier} * size;
+    if (total >= longest)
+        return kNever;
+    return Now() + Scaled(milliseconds(total + constant));
+}
+
+} // namespace
+
+SerialTiming SerialTiming::OfRead(const COMMTIMEOUTS& timeouts, DWORD size)
+{
+    const DWORD multiplier = timeouts.ReadTotalTimeoutMultiplier;
+    const DWORD constant = timeouts.ReadTotalTimeoutConstant;
+    SerialTiming timing;
+    if (timeouts.ReadIntervalTimeout != MAXDWORD) {
+        const milliseconds interval(timeouts.ReadIntervalTimeout);
+        timing.silence_ = std::min(interval, kShortestInterval);
+        timing.interval_ = std::max(Scaled(interval), timing.silence_);
+        timing.total_ = TotalEnd(multiplier, constant, size);
+    } else if (multiplier == MAXDWORD && constant != 0 && constant != MAXDWORD) {
+        timing.endsWithBytes_ = true;
+        timing.total_ = TotalEnd(0, constant, size);
+    } else if (multiplier == 0 && constant == 0) {
+        timing.total_ = TimePoint{};
+    } else {
+        timing.total_ = TotalEnd(multiplier, constant, size);
+    }
+    return timing;
+}
+
+SerialTiming SerialTiming::OfWrite(const COMMTIMEOUTS& timeouts, DWORD size)
+{
+    SerialTiming timing;
+    timing.total_ = TotalEnd(timeouts.WriteTotalTimeoutMultiplier, timeouts.WriteTotalTimeoutConstant, size);
+    return timing;
+}
+
+void SerialTiming::OnBytes()
+{
+    lastBytes_ = Now();
+    lastBytesReal_ = SteadyClock::now();
+    if (endsWithBytes_)
+        total_ = TimePoint{};
+}
+
+TimePoint SerialTiming::End() const
+{
+    if (interval_ == Duration::zero() || lastBytes_ == kNever)
+        return total_;
+    const Duration silenceLeft = lastBytesReal_ + silence_ - SteadyClock::now();
+    return std::min(total_, std::max(lastBytes_ + interval_, Now() + silenceLeft));
+}
+
+} // namespace platform

@@ -1,0 +1,130 @@
+#if PHN_TEST_HOOKS
+
+#include "phn_platform_test.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <list>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "base_lock.h"
+#include "faults.h"
+#include "service_thread.h"
+
+namespace platform {
+namespace {
+
+constexpr std::array<std::string_view, kCallCount> kCallNames = {
+#define PHN_ROW(name) #name,
+    PHN_WIN32_CALLS(PHN_ROW)
+#undef PHN_ROW
+};
+
+struct Failure
+{
+    DWORD error = ERROR_SUCCESS;
+    unsigned skip = 0;
+    unsigned count = 0; // how often it is still to happen
+};
+
+constinit std::mutex failuresMutex;
+constinit std::array<Failure, kCallCount> failures{};
+std::atomic<bool> anyFailure = false;
+
+Failure& FailureOf(const char* name)
+{
+    const auto* const found = std::ranges::find(kCallNames, name);
+    if (found == kCallNames.end())
+        throw std::invalid_argument(std::string("no such call: ") + name);
+    return failures[static_cast<std::size_t>(found - kCallNames.begin())];
+}
+
+// Under the base lock. Never destroyed: threads may still wait while the process ends.
+auto& blockedThreads = *new std::list<BlockedThread>;
+unsigned observers = 0; // threads in AwaitBlocked
+
+} // namespace
+
+DWORD InjectedError(Call call) noexcept
+{
+    if (!anyFailure.load(std::memory_order_relaxed))
+        return ERROR_SUCCESS;
+    const std::lock_guard guard(failuresMutex);
+    Failure& failure = failures[static_cast<std::size_t>(call)];
+    if (failure.count == 0)
+        return ERROR_SUCCESS;
+    if (failure.skip > 0) {
+        failure.skip--;
+        return ERROR_SUCCESS;
+    }
+    failure.count--;
+    return failure.error;
+}
+
+StatedWait::StatedWait(const Lock& lock, DWORD milliseconds, TimePoint deadline)
+    : place_(blockedThreads.insert(blockedThreads.end(), {milliseconds, deadline}))
+{
+    if (observers > 0)
+        WakeWaiters(lock);
+}
+
+StatedWait::~StatedWait()
+{
+    blockedThreads.erase(place_);
+}
+
+} // namespace platform
+
+namespace platform_test {
+
+using namespace platform;
+
+void AdvanceClock(DWORD milliseconds)
+{
+    const Lock lock = TakeBaseLock();
+    MoveClock(std::chrono::milliseconds(milliseconds));
+    OnClockMoved(lock);
+    WakeWaiters(lock);
+}
+
+bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads)
+{
+    const auto giveUp = SteadyClock::now() + std::chrono::seconds(10);
+    const auto isBlocked = [&](const BlockedThread& thread) {
+        return thread.timeout == timeoutMilliseconds && Now() < thread.deadline;
+    };
+    Lock lock = TakeBaseLock();
+    observers++;
+    const auto found = [&] { return std::ranges::count_if(blockedThreads, isBlocked) >= std::ptrdiff_t{threads}; };
+    while (!found() && SteadyClock::now() < giveUp)
+        WaitForWake(lock, Now() + (giveUp - SteadyClock::now()));
+    observers--;
+    return found();
+}
+
+void FailCall(const char* name, DWORD error, unsigned skip, unsigned count)
+{
+    const std::lock_guard guard(failuresMutex);
+    FailureOf(name) = {error, skip, count};
+    anyFailure = true;
+}
+
+unsigned PendingFailures(const char* name)
+{
+    const std::lock_guard guard(failuresMutex);
+    return FailureOf(name).count;
+}
+
+void ClearFailures()
+{
+    const std::lock_guard guard(failuresMutex);
+    failures = {};
+    anyFailure = false;
+}
+
+} // namespace platform_test
+
+#endif

@@ -1,0 +1,137 @@
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include "thread_start.h"
+#include "win32_call.h"
+
+namespace platform {
+namespace {
+
+// All signals that come from outside; those of the thread's own faults stay.
+sigset_t SignalsFromOutside()
+{
+    sigset_t signals;
+    sigfillset(&signals);
+    for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS, SIGPROF})
+        sigdelset(&signals, fault);
+    return signals;
+}
+
+struct ThreadStart
+{
+    std::shared_ptr<ThreadRecord> record;
+    LPTHREAD_START_ROUTINE routine;
+    LPVOID parameter;
+};
+
+void SetExitCode(DWORD code)
+{
+    const auto& record = CurrentThread();
+    const Lock lock = TakeBaseLock();
+    record->exitCode = code;
+}
+
+extern "C" void* RunThread(void* argument)
+{
+    ThreadStart start = [argument] {
+        const std::unique_ptr<ThreadStart> passed(static_cast<ThreadStart*>(argument));
+        return std::move(*passed);
+    }();
+    AttachThread(std::move(start.record));
+    {
+        const Lock lock = TakeBaseLock();
+        CurrentThread()->started = true;
+        WakeWaiters(lock);
+    }
+    SetExitCode(start.routine(start.parameter));
+    return nullptr;
+}
+
+} // namespace
+
+void StartDetachedThread(void* (*entry)(void*), void* argument)
+{
+    const sigset_t blocked = SignalsFromOutside();
+    sigset_t before;
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    pthread_t thread;
+    const int error = pthread_create(&thread, nullptr, entry, argument);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    if (error)
+        throw Win32Error{ERROR_NOT_ENOUGH_MEMORY};
+    pthread_detach(thread);
+}
+
+} // namespace platform
+
+using namespace platform;
+
+HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE lpStartAddress, LPVOID lpParameter,
+                           DWORD dwCreationFlags, LPDWORD lpThreadId)
+{
+    return Win32Call(Call::CreateThread, HANDLE{}, [&] {
+        if (!lpStartAddress || dwCreationFlags)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        const auto record = std::make_shared<ThreadRecord>();
+        auto start = std::make_unique<ThreadStart>(ThreadStart{record, lpStartAddress, lpParameter});
+        const HANDLE handle = NewHandle(record);
+        if (const DWORD error = ErrorOf([&] { StartDetachedThread(RunThread, start.get()); })) {
+            FreeHandle(handle);
+            throw Win32Error{error};
+        }
+        start.release();
+        Lock lock = TakeBaseLock();
+        BlockUntil(lock, kNever, [&] { return record->started; });
+        if (lpThreadId)
+            *lpThreadId = record->id;
+        return handle;
+    });
+}
+
+// Unwinds the thread's stack, so objects on it are destroyed; a catch (...) on the way must pass the unwinding on.
+void WINAPI ExitThread(DWORD dwExitCode)
+{
+    SetExitCode(dwExitCode);
+    pthread_exit(nullptr);
+}
+
+BOOL WINAPI GetExitCodeThread(HANDLE hThread, LPDWORD lpExitCode)
+{
+    return Win32Call(Call::GetExitCodeThread, FALSE, [&] {
+        const auto record = FromHandle<ThreadRecord>(hThread);
+        const Lock lock = TakeBaseLock();
+        *lpExitCode = record->ended ? record->exitCode : STILL_ACTIVE;
+        return TRUE;
+    });
+}
+
+HANDLE WINAPI OpenThread(DWORD, BOOL, DWORD dwThreadId)
+{
+    return Win32Call(Call::OpenThread, HANDLE{}, [&] {
+        auto record = FindThread(dwThreadId);
+        if (!record)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        return NewHandle(std::move(record));
+    });
+}
+
+DWORD WINAPI GetCurrentThreadId()
+{
+    return CurrentThread()->id;
+}
+
+HANDLE WINAPI GetCurrentThread()
+{
+    return reinterpret_cast<HANDLE>(std::intptr_t{-2}); // NOLINT(performance-no-int-to-ptr)
+}
+
+HANDLE WINAPI GetCurrentProcess()
+{
+    return reinterpret_cast<HANDLE>(std::intptr_t{-1}); // NOLINT(performance-no-int-to-ptr)
+}
+
+DWORD WINAPI GetCurrentProcessId()
+{
+    return static_cast<DWORD>(getpid());
+}

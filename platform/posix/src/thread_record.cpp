@@ -1,0 +1,100 @@
+#include "thread_record.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <map>
+
+#include "mutex.h"
+#include "thread_start.h"
+
+namespace platform {
+namespace {
+
+// What a thread keeps until its very end. The end comes through a pthread key: after the destructors of the thread's
+// own objects, and not when the process ends.
+struct Attachment
+{
+    std::shared_ptr<ThreadRecord> record;
+    std::vector<std::function<void()>> atEnd;
+};
+
+thread_local Attachment* attachment = nullptr;
+
+struct LiveThreads
+{
+    std::mutex mutex; // a leaf
+    std::map<DWORD, std::shared_ptr<ThreadRecord>> byId;
+};
+
+LiveThreads& Live()
+{
+    static LiveThreads& live = *new LiveThreads;
+    return live;
+}
+
+void EndThread(void* pointer)
+{
+    const std::unique_ptr<Attachment> ending(static_cast<Attachment*>(pointer));
+    for (auto function = ending->atEnd.rbegin(); function != ending->atEnd.rend(); ++function)
+        (*function)();
+    ThreadRecord& record = *ending->record;
+    {
+        const std::lock_guard guard(Live().mutex);
+        Live().byId.erase(record.id);
+    }
+    const Lock lock = TakeBaseLock();
+    for (const auto& mutex : record.owned)
+        mutex->Abandon(lock);
+    record.owned.clear();
+    record.ended = true;
+    attachment = nullptr;
+    WakeWaiters(lock);
+}
+
+pthread_key_t EndKey()
+{
+    static const pthread_key_t key = [] {
+        pthread_key_t created = 0;
+        if (const int error = pthread_key_create(&created, EndThread))
+            throw std::system_error(error, std::generic_category());
+        return created;
+    }();
+    return key;
+}
+
+} // namespace
+
+void AttachThread(std::shared_ptr<ThreadRecord> record)
+{
+    auto attached = std::make_unique<Attachment>();
+    record->id = static_cast<DWORD>(gettid());
+    attached->record = std::move(record);
+    if (const int error = pthread_setspecific(EndKey(), attached.get()))
+        throw std::system_error(error, std::generic_category());
+    attachment = attached.release();
+    const std::lock_guard guard(Live().mutex);
+    Live().byId[attachment->record->id] = attachment->record;
+}
+
+const std::shared_ptr<ThreadRecord>& CurrentThread()
+{
+    if (!attachment)
+        AttachThread(std::make_shared<ThreadRecord>());
+    return attachment->record;
+}
+
+std::shared_ptr<ThreadRecord> FindThread(DWORD id)
+{
+    const std::lock_guard guard(Live().mutex);
+    const auto found = Live().byId.find(id);
+    return found == Live().byId.end() ? nullptr : found->second;
+}
+
+void AtThreadEnd(std::function<void()> function)
+{
+    CurrentThread();
+    attachment->atEnd.push_back(std::move(function));
+}
+
+} // namespace platform
