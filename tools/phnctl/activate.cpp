@@ -14,7 +14,8 @@ int Activate(const Invocation& invocation)
         data.uSize = sizeof data;
         data.bAutomatic = 1;
         const PHN_ERROR answer = handset.Api().Activate(&data);
-        handset.Check(answer == PHN_ERROR_ACTIVATION_STARTED ? PHN_ERROR_NONE : answer, "starting the activation");
+        if (answer != PHN_ERROR_ACTIVATION_STARTED)
+            handset.Check(answer, "starting the activation");
         PrintDone(invocation.options, "Activation has started. The handset goes on by itself.",
                   {{{"", "", {{"activation", "Activation", "started"}}}}});
     });

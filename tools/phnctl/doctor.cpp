@@ -2,6 +2,7 @@
 #include "phnctl/command.h"
 #include "phnctl/error_names.h"
 #include "phnctl/failure.h"
+#include "phnctl/json.h"
 #include "phnctl/session.h"
 #include "phnctl/surroundings.h"
 #include "phnctl/text.h"
