@@ -1,0 +1,31 @@
+// Benchmarks that are judged by a ratio. A program registers its benchmarks with Google Benchmark as usual, lists which
+// of them stand beside which reference, and calls RunBenchmarks: after the usual table it prints each ratio of the best
+// repetitions beside its bound, and the exit status is 1 if one is missed. Only ratios of one run mean anything: the
+// machines are noisy.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace bench {
+
+enum class Bound
+{
+    AtMost,
+    AtLeast,
+};
+
+// The value is `subject` divided by `reference` for AtMost and the other way round for AtLeast ("times as fast").
+// Without a reference it is the subject's time in microseconds.
+struct Ratio
+{
+    std::string what;
+    std::string subject;
+    std::string reference;
+    Bound bound;
+    double limit;
+};
+
+int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios);
+
+} // namespace bench
