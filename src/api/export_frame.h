@@ -95,7 +95,9 @@ private:
         if (const PHN_ERROR weError = Device())
             return weError;
         *ppService = (m_pInstance->*Descriptor.m_pSlot).Get();
-        return *ppService ? PHN_ERROR_NONE : ServiceMissing(Descriptor.m_pszMember);
+        if (!*ppService)
+            return ServiceMissing(Descriptor.m_pszMember);
+        return PHN_ERROR_NONE;
     }
 
     PHN_ERROR ServiceMissing(const char* pszMember) const;

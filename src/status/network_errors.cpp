@@ -1,5 +1,6 @@
 #include "status/network_errors.h"
 
+#include "common/lookup.h"
 #include "phnnrv.h"
 
 namespace {
@@ -86,6 +87,12 @@ constexpr SNetworkError kNetworkErrors[] = {
 
 #undef PHN_NETWORK_TEXT
 
+static_assert(IsSorted(kNetworkErrors, &SNetworkError::nCode));
+
 } // namespace
 
-std::string_view FindNetworkErrorText(int32_t eError) {}
+std::string_view FindNetworkErrorText(int32_t eError)
+{
+    const SNetworkError* pError = FindSorted(kNetworkErrors, &SNetworkError::nCode, eError);
+    return pError ? pError->strText : std::string_view();
+}

@@ -51,3 +51,13 @@ static_assert(sizeof(PHONE_PARAMETERS) == 4);
 PHN_OFFSET(PHONE_PARAMETERS, byParameter1, 0);
 PHN_OFFSET(PHONE_PARAMETERS, byParameter2, 1);
 PHN_OFFSET(PHONE_PARAMETERS, wParameter3, 2);
+
+// What follows the request header of an activation: the flag, and the text that the handset dials.
+struct PHN_PACKED ACTIVATION_REQUEST
+{
+    uint32_t bAutomatic;
+    WideField<104> wszDialString;
+};
+static_assert(sizeof(ACTIVATION_REQUEST) == 212);
+PHN_OFFSET(ACTIVATION_REQUEST, bAutomatic, 0);
+PHN_OFFSET(ACTIVATION_REQUEST, wszDialString, 4);

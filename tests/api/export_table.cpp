@@ -1,0 +1,84 @@
+#include "api/export_table.h"
+
+#include "phnnrv.h"
+
+namespace {
+
+constexpr const char* kStatus = "m_pConnectionStatusObject";
+constexpr const char* kSetup = "m_pSetupObject";
+constexpr const char* kPhonebook = "m_pPhoneBookObject";
+constexpr const char* kCalendar = "m_pCalendarObject";
+constexpr const char* kSms = "m_pSMSObject";
+constexpr const char* kCalls = "m_pCallHistoryObject";
+constexpr const char* kCallback = "m_pCallbackObject";
+
+void PHN_CALL Ignore(uint32_t) {}
+
+template <typename Record>
+Record* As(void* record)
+{
+    return static_cast<Record*>(record);
+}
+
+} // namespace
+
+// clang-format off
+#define EXPORT(name) reinterpret_cast<decltype(&name)>(find(#name))
+#define RECORD(type) #type, sizeof(type)
+#define ROW(name, member, argument, record, from, data, ...) \
+    {#name, member, argument, RECORD(record), from, data, \
+     [call = EXPORT(name)]([[maybe_unused]] void* p) -> uint32_t { return call __VA_ARGS__; }}
+#define PLAIN(name, member, ...) \
+    {#name, member, nullptr, nullptr, 0, 0, Data::None, \
+     [call = EXPORT(name)](void*) -> uint32_t { return call __VA_ARGS__; }}
+
+std::vector<ExportRow> ExportTable(const FindExport& find)
+{
+    std::vector<ExportRow> rows = {
+        ROW(PHN_GetConnectionInfo, kStatus, "pConnectionInfo", PHN_CONNECTION_INFO, 4, Data::None, (As<PHN_CONNECTION_INFO>(p))),
+        ROW(PHN_GetNetworkInfo, kStatus, "pNetworkInfo", PHN_NETWORK_INFO, 4, Data::None, (As<PHN_NETWORK_INFO>(p))),
+        ROW(PHN_GetBatteryInfo, kStatus, "pBatteryInfo", PHN_BATTERY_INFO, 4, Data::None, (As<PHN_BATTERY_INFO>(p))),
+        ROW(PHN_GetDeviceInfo, kSetup, "pDeviceInfo", PHN_DEVICE_INFO, 4, Data::None, (As<PHN_DEVICE_INFO>(p))),
+        ROW(PHN_Activate, kSetup, "pActivationData", PHN_ACTIVATION_DATA, 120, Data::None, (As<PHN_ACTIVATION_DATA>(p))),
+        PLAIN(PHN_SetRadioPower, kSetup, (1)),
+        PLAIN(PHN_SetLock, kSetup, (1, "    ")),
+        PLAIN(PHN_ChangeLockCode, kSetup, ("0000", "\x01\xFFz9")),
+        ROW(PHN_GetParameters, kSetup, "pParameters", PHN_PARAMETERS, 4, Data::None, (As<PHN_PARAMETERS>(p))),
+        ROW(PHN_SetParameters, kSetup, "pParameters", PHN_PARAMETERS, 14, Data::None, (As<PHN_PARAMETERS>(p))),
+        ROW(PHN_GetFieldSizes, kPhonebook, "pFieldSizes", PHN_FIELD_SIZES, 4, Data::None, (As<PHN_FIELD_SIZES>(p))),
+        ROW(PHN_GetContact, kPhonebook, "pRecord", PHN_CONTACT_RECORD, sizeof(PHN_CONTACT_RECORD), Data::Cleared, (0, As<PHN_CONTACT_RECORD>(p))),
+        ROW(PHN_SetContact, kPhonebook, "pRecord", PHN_CONTACT_RECORD, sizeof(PHN_CONTACT_RECORD), Data::Kept, (0, As<PHN_CONTACT_RECORD>(p))),
+        PLAIN(PHN_DeleteContact, kPhonebook, (0)),
+        PLAIN(PHN_DeleteAllContacts, kPhonebook, ()),
+        ROW(PHN_GetPictureID, kPhonebook, "pPictureID", PHN_PICTURE_ID, 8, Data::None, (0, As<PHN_PICTURE_ID>(p))),
+        ROW(PHN_GetRingerID, kPhonebook, "pRingTone", PHN_RINGER_ID, 8, Data::None, (0, As<PHN_RINGER_ID>(p))),
+        ROW(PHN_GetGroup, kPhonebook, "pGroup", PHN_GROUP, 8, Data::None, (0, As<PHN_GROUP>(p))),
+        ROW(PHN_GetEvent, kCalendar, "pRecord", PHN_EVENT_RECORD, sizeof(PHN_EVENT_RECORD), Data::Cleared, (0, As<PHN_EVENT_RECORD>(p))),
+        ROW(PHN_SetEvent, kCalendar, "pRecord", PHN_EVENT_RECORD, sizeof(PHN_EVENT_RECORD), Data::Kept, (0, As<PHN_EVENT_RECORD>(p))),
+        PLAIN(PHN_DeleteEvent, kCalendar, (0)),
+        PLAIN(PHN_DeleteAllEvents, kCalendar, ()),
+        PLAIN(PHN_GetMessageCount, kSms, (4)),
+        ROW(PHN_SendMessage, kSms, "pMessage", PHN_SMS_MESSAGE, sizeof(PHN_SMS_MESSAGE), Data::Kept, (As<PHN_SMS_MESSAGE>(p))),
+        ROW(PHN_GetFirstMessage, kSms, "pMessage", PHN_SMS_MESSAGE, sizeof(PHN_SMS_MESSAGE), Data::Cleared, (4, As<PHN_SMS_MESSAGE>(p))),
+        ROW(PHN_GetNextMessage, kSms, "pMessage", PHN_SMS_MESSAGE, sizeof(PHN_SMS_MESSAGE), Data::Cleared, (As<PHN_SMS_MESSAGE>(p))),
+        ROW(PHN_SaveMessage, kSms, "pMessage", PHN_SMS_MESSAGE, sizeof(PHN_SMS_MESSAGE), Data::Kept, (As<PHN_SMS_MESSAGE>(p))),
+        PLAIN(PHN_DeleteMessage, kSms, (0)),
+        PLAIN(PHN_DeleteAllMessages, kSms, (4)),
+        PLAIN(PHN_SetMessageStatus, kSms, (0, 1)),
+        PLAIN(PHN_GetCallEntryCount, kCalls, (2)),
+        ROW(PHN_GetFirstCallEntry, kCalls, "pEntry", PHN_CALL_ENTRY, 4, Data::None, (2, As<PHN_CALL_ENTRY>(p))),
+        ROW(PHN_GetNextCallEntry, kCalls, "pEntry", PHN_CALL_ENTRY, 4, Data::None, (As<PHN_CALL_ENTRY>(p))),
+        PLAIN(PHN_ClearCallEntries, kCalls, (2)),
+        PLAIN(PHN_SetCallback, kCallback, (16, Ignore, 0)),
+    };
+    // clang-format on
+    for (ExportRow& row : rows) {
+        const std::string name = row.name;
+        row.returnsCount = name.ends_with("Count");
+        if (name == "PHN_GetFirstMessage")
+            row.nullLine = "pMessage is NULL or eType is out of range. eType = 4(0x4).";
+        if (name == "PHN_GetFirstCallEntry")
+            row.nullLine = "pEntry is NULL or eType is out of range. eType = 2(0x2).";
+    }
+    return rows;
+}

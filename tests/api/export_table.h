@@ -1,0 +1,35 @@
+// Every export that is implemented and needs a service, as one row: what a correct call looks like, what it clears and
+// which service object it needs. The guard tests walk the table; a new export is a new row.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+enum class Data
+{
+    None,    // the record has no data buffer
+    Kept,    // it has one, which the export leaves alone
+    Cleared, // it has one, which the export clears whole
+};
+
+struct ExportRow
+{
+    const char* name;
+    const char* member;     // the service object as log lines name it
+    const char* argument;   // the record argument as log lines name it; null when there is none
+    const char* recordName; // the record as log lines name it
+    size_t size;            // of the record
+    size_t clearedFrom;     // the first byte that is cleared; size: none is
+    Data data;
+    std::function<uint32_t(void* record)> call;
+    bool returnsCount = false;
+    const char* nullLine = nullptr; // the whole text after the name, where it is not "ARGUMENT is NULL."
+};
+
+// Finds an export's address by its name.
+using FindExport = std::function<void*(const char* name)>;
+
+std::vector<ExportRow> ExportTable(const FindExport& find);

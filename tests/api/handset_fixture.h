@@ -1,0 +1,68 @@
+// A host process for tests: the library loaded at run time as a host does, a simulated handset that it can find, the
+// log file and the registry value that rules it. What differs between systems stands behind TestBench, one .cpp per
+// system.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "phnnrv.h"
+#include "simulator/handset.h"
+
+// The surroundings of one library: a place of its own in the file system, logging on, no handset until Plug.
+class TestBench
+{
+public:
+    static constexpr uint32_t kAllLines = 0xFFFFF;
+    static constexpr uint32_t kExportLines = 0x1FF;
+
+    TestBench();
+    ~TestBench();
+    TestBench(const TestBench&) = delete;
+    TestBench& operator=(const TestBench&) = delete;
+
+    // A copy of the library, so that its log file belongs to this process.
+    std::string LibraryPath() const;
+    void SetLoggingLevel(uint32_t level);
+    // What was logged since the last call: category, tab, level, tab, text; the time is cut off.
+    std::vector<std::string> TakeLog();
+
+    // Publishes the handset as a USB interface. A library that is loaded then opens it at once.
+    void Plug();
+    simulator::Handset& Handset();
+
+private:
+    struct World;
+    std::unique_ptr<World> world_;
+};
+
+class HandsetTest : public testing::Test
+{
+protected:
+    ~HandsetTest() override;
+
+    void Load();
+    // Plugs the handset in, loads the library and starts the service; the log is taken.
+    void StartService();
+
+    template <typename Function>
+    Function* Find(const char* name) const
+    {
+        return reinterpret_cast<Function*>(FindAddress(name));
+    }
+
+    TestBench bench_;
+
+private:
+    void* FindAddress(const char* name) const;
+
+    HMODULE library_ = nullptr;
+};
+
+// The export of this name, in a HandsetTest.
+#define CALL(name) (*Find<decltype(name)>(#name))
