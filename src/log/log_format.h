@@ -47,7 +47,7 @@ public:
 
 private:
     // The character of the next conversion, which *ppszNext is then behind; 0 at the end of the format.
-    static consteval char FindConversion(const char** ppszNext)
+    static constexpr char FindConversion(const char** ppszNext)
     {
         const char*& pszNext = *ppszNext;
         while (*pszNext && *pszNext != '%')
@@ -61,7 +61,7 @@ private:
     }
 
     template <typename T>
-    static consteval void CheckArgument(const char** ppszNext)
+    static constexpr void CheckArgument(const char** ppszNext)
     {
         const char cConversion = FindConversion(ppszNext);
         if (IsLogText<T> ? cConversion != 's'
