@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "api/plugin_instance.h"
-#include "common/text.h"
+#include "common/ascii_case.h"
 #include "link/device.h"
 #include "log/log.h"
 #include "phnnrv.h"
@@ -52,7 +52,7 @@ EModelVersion CPluginInstance::GetVersion()
     const std::string strModel(DeviceInfo.szModel, strnlen(DeviceInfo.szModel, sizeof DeviceInfo.szModel));
     Log.Comment("GetVersion - Model version is %s", strModel.c_str());
     for (const ModelRow& Row : kModels) {
-        if (LowerCase(strModel) == LowerCase(Row.pszModel)) {
+        if (EqualsIgnoringCase(strModel, Row.pszModel)) {
             Log.Comment("%s", Row.pszText);
             return Row.eVersion;
         }

@@ -7,8 +7,8 @@
 
 #include <dbt.h>
 
+#include "common/ascii_case.h"
 #include "common/lookup.h"
-#include "common/text.h"
 #include "link/device.h"
 #include "link/interface_list.h"
 #include "log/log.h"
@@ -47,6 +47,7 @@ constexpr PowerEvent kPowerEvents[]{
     {PBT_APMOEMEVENT, "CDevice::OnBroadCasting - PBT_APMOEMEVENT"},
     {PBT_APMRESUMEAUTOMATIC, "CDevice::OnBroadCasting - PBT_APMRESUMEAUTOMATIC"},
 };
+static_assert(IsSorted(kPowerEvents, &PowerEvent::uEvent));
 
 } // namespace
 
@@ -178,7 +179,7 @@ void CDevice::OnPollMessage(LPARAM lStart)
 
 BOOL CDevice::OnBroadCasting(UINT uEvent)
 {
-    const PowerEvent* pEvent = Lookup(kPowerEvents, uEvent, &PowerEvent::uEvent);
+    const PowerEvent* pEvent = FindSorted(kPowerEvents, &PowerEvent::uEvent, uEvent);
     if (!pEvent) {
         Log.Comment("CDevice::OnBroadCasting - wParam = %d", uEvent);
         return TRUE;

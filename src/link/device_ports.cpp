@@ -1,7 +1,8 @@
 // How the device object opens a port: configured, with its port object, and on a modem port after the AT dialogue.
-#include <array>
+#include <string_view>
 
 #include "link/at_commands.h"
+#include "link/command.h"
 #include "link/device.h"
 #include "link/diagnostic_port.h"
 #include "link/modem_port.h"
@@ -23,13 +24,14 @@ HANDLE OpenPath(const std::string& strPath, DWORD dwFlags)
 
 std::shared_ptr<COpenPort> CDevice::OpenDiagPortOnly(const std::string& strPath) const
 {
+    auto pObject = std::make_unique<DP>(strPath);
     const HANDLE hPort = OpenPath(strPath, FILE_FLAG_OVERLAPPED);
     if (hPort == INVALID_HANDLE_VALUE) {
         Log.Error("CDevice::OpenDiagPort - Unable to create file. Last error 0x%X", GetLastError());
         return nullptr;
     }
     // From here on the handle has its owner, whatever fails.
-    auto pPort = std::make_shared<COpenPort>(hPort, std::make_unique<DP>(strPath));
+    auto pPort = std::make_shared<COpenPort>(hPort, std::move(pObject));
     Log.Comment("CDevice::OpenDiagPort - Setting COM port");
     if (!SetupComPort(hPort, false)) {
         Log.Error("CDevice::OpenDiagPort - ERROR setting COM port");
@@ -47,12 +49,13 @@ bool CDevice::OpenDiagPort(const std::string& strPath)
 
 bool CDevice::OpenModemPort(const std::string& strPath)
 {
+    auto pObject = std::make_unique<MP>(strPath);
     const HANDLE hPort = OpenPath(strPath, 0);
     if (hPort == INVALID_HANDLE_VALUE) {
         Log.Error("CDevice::OpenModemPort - Unable to create file. Last error 0x%X", GetLastError());
         return false;
     }
-    const auto pPort = std::make_shared<COpenPort>(hPort, std::make_unique<MP>(strPath));
+    const auto pPort = std::make_shared<COpenPort>(hPort, std::move(pObject));
     Log.Comment("CDevice::OpenModemPort - Setting COM port");
     if (!SetupComPort(hPort, true)) {
         Log.Error("CDevice::OpenModemPort - ERROR setting COM port");
@@ -71,10 +74,11 @@ bool CDevice::OpenModemPort(const std::string& strPath)
 
 bool CDevice::StartModem(HANDLE hPort) const
 {
-    std::vector<BYTE> Answer(kATBufferSize);
+    std::vector<char> Answer;
     DWORD dwLength = 0;
     DWORD dwErrSts = 0;
     const auto Send = [&](std::string_view strCommand) {
+        Answer.assign(kMaxReply, '\0');
         return GetATCmdStr(hPort, strCommand.data(), static_cast<DWORD>(strCommand.size()), Answer.data(),
                            static_cast<DWORD>(Answer.size()), &dwLength, &dwErrSts);
     };

@@ -5,9 +5,9 @@
 #include <memory>
 #include <new>
 
-#include "common/text.h"
+#include "common/ascii_case.h"
 #include "link/device.h"
-#include "link/registry_key.h"
+#include "link/machine_key.h"
 #include "log/log.h"
 
 const GUID kDiagnosticInterface{0x6B1D2E40, 0x5C77, 0x4A1E, {0x9D, 0x3A, 0x2F, 0x80, 0xC4, 0xE1, 0xB7, 0xA5}};
@@ -105,13 +105,13 @@ bool CheckIfUSB(std::string_view strPath, const std::string& strPort)
     if (strKey.empty())
         return false;
     Log.Comment("CDevice::CheckIfUSB - opening reg %s", strKey.c_str());
-    const CRegistryKey Key(strKey);
+    const CMachineKey Key(strKey);
     std::string strValue;
     if (!Key.ReadString("PortName", &strValue))
         return false;
     Log.Comment("CDevice::CheckIfUSB - comparing %s with reg %s", strPort.c_str(), strValue.c_str());
     const size_t uBackslash = strPort.rfind('\\');
-    if (uBackslash == std::string::npos || LowerCase(strPort.substr(uBackslash + 1)) != LowerCase(strValue))
+    if (uBackslash == std::string::npos || !EqualsIgnoringCase(strPort.substr(uBackslash + 1), strValue))
         return false;
     Log.Comment("CDevice::CheckIfUSB - port %s found in USB", strValue.c_str());
     return true;

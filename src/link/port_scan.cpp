@@ -2,9 +2,9 @@
 // map, by two threads side by side, and one that was found is asked every seventh cycle whether it is still there.
 #include <exception>
 
-#include "common/text.h"
+#include "common/ascii_case.h"
 #include "link/device.h"
-#include "link/registry_key.h"
+#include "link/machine_key.h"
 #include "log/log.h"
 
 namespace {
@@ -90,7 +90,7 @@ void CDevice::Scan()
 
 bool CDevice::ScanPorts()
 {
-    const CRegistryKey Map(kSerialMap);
+    const CMachineKey Map(kSerialMap);
     if (!Map.IsOpen())
         return false;
     std::vector<std::string> Odd;

@@ -123,20 +123,22 @@ void CPortWatch::RunCycles()
     ReleaseMutex(g_mtxWatch);
 }
 
+// Both return right after their last event, because their code may be gone a second later: they keep nothing that has a
+// destructor, and the system ends them as ExitThread does.
 DWORD WINAPI CPortWatch::ScanPortsWorker(LPVOID pDevice)
 {
     static_cast<CDevice*>(pDevice)->GetWatch().RunWorker();
     SetEvent(g_evScanDone);
-    ExitThread(0);
+    return 0;
 }
 
 DWORD WINAPI CPortWatch::BT_Thread(LPVOID pDevice)
 {
     if (!pDevice) {
         Log.Comment("BT_Thread - Ending thread as p is NULL\n");
-        ExitThread(1);
+        return 1;
     }
     static_cast<CDevice*>(pDevice)->GetWatch().RunCycles();
     SetEvent(g_evWatchEnded);
-    ExitThread(0);
+    return 0;
 }

@@ -6,15 +6,14 @@
 
 #include <windows.h>
 
-class CRegistryKey
+#include "common/handle.h"
+
+class CMachineKey
 {
 public:
-    explicit CRegistryKey(const std::string& strPath);
-    ~CRegistryKey();
-    CRegistryKey(const CRegistryKey&) = delete;
-    CRegistryKey& operator=(const CRegistryKey&) = delete;
+    explicit CMachineKey(const std::string& strPath);
 
-    bool IsOpen() const { return m_hKey != nullptr; }
+    bool IsOpen() const { return static_cast<bool>(m_hKey); }
 
     // A string value of at most 259 characters.
     bool ReadString(const std::string& strName, std::string* pstrValue) const;
@@ -23,5 +22,5 @@ public:
     bool GetValueName(DWORD dwIndex, std::string* pstrName) const;
 
 private:
-    HKEY m_hKey = nullptr;
+    CRegistryKey m_hKey;
 };
