@@ -61,7 +61,7 @@ Outcome ClearCalls(Phone& phone, FieldReader& request, FieldWriter&)
 {
     const std::uint32_t list = request.U32("list");
     if (!IsList(list))
-        return kMalformedRequest; // this reply has no result
+        return kNoSuchList; // this reply has no result
     std::erase_if(phone.calls, [&](const auto& call) { return call.second.list == list; });
     return {};
 }

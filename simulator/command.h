@@ -19,12 +19,13 @@ constexpr std::size_t kReplyHeaderSize = 8;
 constexpr std::size_t kLongestRequest = 8181;     // what one request frame can carry
 constexpr std::int64_t kLargestPayload = 1 << 20; // what a fault may blow a reply up to
 
-// Values of the reply header's status. The first two are this handset's own; a host takes them for a plain failure.
+// Values of the reply header's status. 1 to 3 are this handset's own; a host takes them for a plain failure.
 enum Status : std::uint16_t
 {
     kDone = 0,
     kUnknownCommand = 1,
     kMalformedRequest = 2,
+    kNoSuchList = 3,
     kNotAutomatic = 5,
     kWrongLockCode = 10,
 };

@@ -148,12 +148,12 @@ struct Message
     std::uint32_t box = 0;
     std::uint32_t status = 0;
     std::uint32_t replyOption = 0;
-    DateTime time; // UTC
-    std::string address;
-    std::string callback;
+    DateTime time{}; // UTC
+    std::string address{};
+    std::string callback{};
     std::uint32_t priority = 0;
     bool hasBody = true; // an empty body still travels as its terminator; no body travels as nothing
-    std::string body;
+    std::string body{};
 };
 
 struct Call

@@ -82,7 +82,10 @@ void Session::ReceiveFramed(std::uint8_t byte, std::vector<Step>& steps)
 // Takes one item from the front of what was received; false when more bytes are needed.
 bool Session::TakeModemInput(std::vector<Step>& steps)
 {
-    if (received_.front() == '\r' || received_.front() == '\n')
+    const bool isLineEnd = received_.front() == '\r' || received_.front() == '\n';
+    // Records of commands 13 and 10 begin with the same bytes; there, zeros follow.
+    const bool mayBeRecord = mode_ == kRecordMode && (received_.size() < 2 || received_[1] == 0);
+    if (isLineEnd && !mayBeRecord)
         received_.erase(received_.begin());
     else if (IsAt(received_))
         return TakeAtLine(steps);

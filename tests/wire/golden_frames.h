@@ -39,8 +39,8 @@ inline constexpr std::uint8_t kStartupRequest[] = {
 inline constexpr std::uint8_t kWriteParametersRecord[] = {
     0x0D, 0x00, 0x00, 0x00, // command 13: write parameters
     0x01, 0x00,             // always 1
-    0x7E,                   // first parameter, stuffed
-    0x7D,                   // second parameter, stuffed
+    0x7E,                   // first parameter: a flag byte
+    0x7D,                   // second parameter: an escape byte
     0x2C, 0x01,             // third parameter
 };
 inline constexpr std::uint8_t kWriteParametersRequest[] = {
@@ -50,8 +50,8 @@ inline constexpr std::uint8_t kWriteParametersRequest[] = {
     0x02, 0x00, 0x00, 0x00, // sequence identifier
     0x0D, 0x00, 0x00, 0x00, // command 13: write parameters
     0x01, 0x00,             // always 1
-    0x7D, 0x5E,             // first parameter, stuffed
-    0x7D, 0x5D,             // second parameter, stuffed
+    0x7D, 0x5E,             // first parameter: a flag byte
+    0x7D, 0x5D,             // second parameter: an escape byte
     0x2C, 0x01,             // third parameter
     0x5B, 0x31,             // check value
     0x7E,                   // flag
@@ -177,7 +177,7 @@ inline constexpr std::uint8_t kBatteryInformationPayload[] = {
     0x05, 0x00, 0x00, 0x00, // header: this handset repeats the command
     0x01, 0x00,             // header: and the 1
     0x00, 0x00,             // header: status
-    0x7E,                   // first battery value, stuffed
+    0x7E,                   // first battery value: a flag byte
     0x50,                   // second battery value
 };
 inline constexpr std::uint8_t kBatteryInformationReply[] = {
@@ -188,7 +188,7 @@ inline constexpr std::uint8_t kBatteryInformationReply[] = {
     0x05, 0x00, 0x00, 0x00,             // header: this handset repeats the command
     0x01, 0x00,                         // header: and the 1
     0x00, 0x00,                         // header: status
-    0x7D, 0x5E,                         // first battery value, stuffed
+    0x7D, 0x5E,                         // first battery value: a flag byte
     0x50,                               // second battery value
     0x79, 0xCC,                         // check value
     0x7E,                               // flag

@@ -1,0 +1,182 @@
+// Frames, request checks and the modem dialogue of the simulated handset.
+#include "simulator/command.h"
+#include "simulator/host_side.h"
+#include "wire/golden_frames.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace {
+
+using namespace simulator;
+
+// As the golden replies show it.
+Phone GoldenPhone()
+{
+    Phone phone = DefaultPhone();
+    phone.battery = {0x7E, 0x50};
+    phone.variance = kNetworkChanged | kBatteryChanged | kMessagesChanged;
+    phone.setup.lockCode = "1234";
+    phone.ringers[3] = "Bell";
+    phone.contacts.clear();
+    phone.calls.clear();
+    return phone;
+}
+
+Bytes Answer(Session& session, const Bytes& bytes)
+{
+    return host::Sent(session.Receive(bytes));
+}
+
+TEST(SimulatorProtocol, AnswersGoldenRequestsWithGoldenReplies)
+{
+    Handset handset(GoldenPhone());
+    Session session(handset, PortKind::Diagnostic);
+    for (const wire::GoldenFrame& request : wire::kRequests) {
+        const auto reply = std::find_if(std::begin(wire::kReplies), std::end(wire::kReplies),
+                                        [&](const auto& one) { return one.sequence == request.sequence; });
+        ASSERT_NE(reply, std::end(wire::kReplies)) << request.name;
+        EXPECT_EQ(Answer(session, Bytes(request.frame.begin(), request.frame.end())),
+                  Bytes(reply->frame.begin(), reply->frame.end()))
+            << request.name;
+    }
+    struct Extra
+    {
+        std::uint32_t sequence;
+        Bytes record;
+    };
+    const Extra extras[] = {{6, host::Record(35, {0})}, {7, host::Record(26, {1})}, {8, host::Record(40, {3})}};
+    for (const Extra& extra : extras) {
+        const auto reply = std::find_if(std::begin(wire::kReplies), std::end(wire::kReplies),
+                                        [&](const auto& one) { return one.sequence == extra.sequence; });
+        EXPECT_EQ(Answer(session, host::Frame(extra.sequence, extra.record)),
+                  Bytes(reply->frame.begin(), reply->frame.end()))
+            << reply->name;
+    }
+}
+
+TEST(SimulatorProtocol, TurnsBrokenFramesAwayAndAnswersTheNext)
+{
+    const Bytes good = host::Frame(1, host::Record(1, {}));
+    const auto with = [&](std::size_t at, std::uint8_t value) {
+        Bytes bytes = good;
+        bytes[at] = value;
+        return bytes;
+    };
+    Bytes header(good.begin(), good.end() - 3);
+    header[2] = 0x14;
+    FieldWriter wrongHeader;
+    wrongHeader.Append(header);
+    wrongHeader.U16("check", CheckValue(header));
+    struct Case
+    {
+        Bytes bytes;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {with(14, 0x00), "a wrong check value"},
+        {with(8, 0x02), "a wrong check value"},
+        {Stuff(wrongHeader.Written()), "a wrong frame header"},
+        {{0x4B, 0x00, 0x7E}, "a frame of 2 bytes"},
+        {{0x4B, 0x7D, 0x7E}, "an escape right before the flag"},
+        {host::Frame(1, Bytes(5)), "a request of 5 bytes"},
+        {[] {
+             Bytes endless(kLongestRequestFrame, 0x4B);
+             endless.push_back(kFlag);
+             return endless;
+         }(),
+         "a frame of more than 8193 bytes"},
+    };
+    Handset handset;
+    Session session(handset, PortKind::Diagnostic);
+    std::uint64_t rejected = 0;
+    for (const Case& one : cases) {
+        EXPECT_EQ(Answer(session, one.bytes), Bytes()) << one.reason;
+        EXPECT_EQ(handset.LastRejection(), one.reason);
+        EXPECT_EQ(handset.Rejected(), ++rejected);
+        Bytes reply;
+        for (const std::uint8_t byte : good)
+            reply = Answer(session, {byte});
+        EXPECT_FALSE(reply.empty()) << one.reason;
+    }
+    EXPECT_EQ(handset.Requests(1), std::size(cases));
+}
+
+TEST(SimulatorProtocol, HoldsEveryCommandToItsRequestSize)
+{
+    for (const Command& command : AllCommands()) {
+        Handset handset;
+        Session session(handset, PortKind::Diagnostic);
+        FieldWriter record = host::Record(command.number);
+        record.Zeros(command.requestSize - kRequestHeaderSize);
+        for (const int difference : {-1, 1, 0}) {
+            Bytes sized = record.Written();
+            sized.resize(sized.size() + static_cast<std::size_t>(difference));
+            const bool hasSixBytes = sized.size() >= kRequestHeaderSize;
+            const Bytes reply = Answer(session, host::Frame(1, sized));
+            EXPECT_EQ(reply.empty(), !hasSixBytes) << command.name;
+            if (!hasSixBytes)
+                continue;
+            const bool isRefused = reply[19] == kMalformedRequest;
+            EXPECT_EQ(isRefused, difference != 0) << command.name << " " << difference;
+            EXPECT_GE(reply.size(), command.replySize + 16) << command.name; // stuffing only adds
+        }
+        Bytes notOne = record.Written();
+        notOne[4] = 2;
+        EXPECT_EQ(Answer(session, host::Frame(1, notOne))[19], kMalformedRequest) << command.name;
+        EXPECT_EQ(handset.Requests(), 1u) << command.name;
+    }
+    Handset handset;
+    Session session(handset, PortKind::Diagnostic);
+    EXPECT_EQ(Answer(session, host::Frame(1, host::Record(7, {})))[19], kUnknownCommand);
+}
+
+TEST(SimulatorProtocol, WillNotTakeMoreItemsThanTheRequestHolds)
+{
+    Handset handset;
+    Session session(handset, PortKind::Diagnostic);
+    for (const std::uint32_t count : {1u, 0xFFFFFFFFu}) {
+        FieldWriter contact = host::Record(36);
+        contact.Zeros(460);
+        contact.U32("entries", count);
+        EXPECT_EQ(Answer(session, host::Frame(1, contact.Written()))[19], kMalformedRequest);
+    }
+}
+
+TEST(SimulatorProtocol, SpeaksAtAndThenRawRecordsOnTheModemPort)
+{
+    struct Case
+    {
+        std::string sent;
+        std::string answer;
+    };
+    const std::string startup("\x01\x00\x00\x00\x01\x00", 6);
+    const std::string started("\x01\x00\x00\x00\x01\x00\x00\x00", 8);
+    const Case cases[] = {
+        {startup, ""}, // not before the mode is set
+        {"AT\r", "AT\r\r\nOK\r\n"},
+        {"AT+MODE=7\r", "AT+MODE=7\r\r\nERROR\r\n"},
+        {"AT+MO", ""},
+        {"DE=2\r", "AT+MODE=2\r\r\nOK\r\n"},
+        {"ATE0\r", "ATE0\r\r\nOK\r\n"},
+        {"at+mode?\r", "\r\n+MODE: 2\r\n\r\nOK\r\n"},
+        {startup, started},
+        {startup.substr(0, 3), ""},
+        {startup.substr(3), started},
+        {"AT\r\n", "\r\nOK\r\n"},
+        {startup + "AT\r", started + "\r\nOK\r\n"},
+        {std::string("\x07\x00\x00\x00\x01\x00", 6), std::string("\x07\x00\x00\x00\x01\x00\x01\x00", 8)},
+        {"AT" + std::string(600, 'x') + "\r", ""},
+        {"AT\r", "\r\nOK\r\n"},
+    };
+    Handset handset;
+    Session session(handset, PortKind::Modem);
+    for (const Case& one : cases) {
+        const Bytes answer = Answer(session, Bytes(one.sent.begin(), one.sent.end()));
+        EXPECT_EQ(std::string(answer.begin(), answer.end()), one.answer) << one.sent;
+    }
+}
+
+} // namespace
