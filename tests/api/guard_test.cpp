@@ -244,6 +244,19 @@ TEST_F(GuardTest, ArgumentChecksGiveTheirCodesAndLines)
     EXPECT_EQ(bench_.TakeLog(), expected);
 }
 
+// The call list type 3 is in range but names no list: it is answered by the export itself, without a line.
+TEST_F(GuardTest, TheListThatDoesNotExistIsCountedSilently)
+{
+    bench_.Plug();
+    Load();
+    bench_.TakeLog();
+    EXPECT_EQ(CALL(PHN_GetCallEntryCount)(PHN_CALL_LIST_NONE), 0u);
+    EXPECT_EQ(bench_.TakeLog(), Lines{Comment("PHN_GetCallEntryCount is being executed.")});
+    EXPECT_EQ(CALL(PHN_ClearCallEntries)(PHN_CALL_LIST_NONE), PHN_ERROR_NO_SERVICE_OBJECT);
+    EXPECT_EQ(bench_.TakeLog(), (Lines{Comment("PHN_ClearCallEntries is being executed."),
+                                       Error("PHN_ClearCallEntries - pInstance->m_pCallHistoryObject is NULL.")}));
+}
+
 TEST_F(GuardTest, UnimplementedExportsAnswer103AndLogNothing)
 {
     bench_.Plug();
