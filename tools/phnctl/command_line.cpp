@@ -24,14 +24,22 @@ constexpr const char* kEpilogue = "Exit status: 0 done; 1 the handset or the lib
                                   "  phnctl doctor";
 constexpr const char* kLogLevelName = "--log";
 
+// The help shows the bounds in the option's own words.
+CLI::Validator WaitRange()
+{
+    CLI::Validator range = CLI::Range(1u, 3600u);
+    range.description("");
+    return range;
+}
+
 void AddOptions(CLI::App& app, Options& options, std::string& logLevel)
 {
     app.add_flag("--simulator", options.simulator, "Use a simulated handset of the tool's own");
     app.add_flag("--json", options.json, "Answer with one JSON object");
-    app.add_option("--wait", options.waitSeconds, "How long to look for a handset")
+    app.add_option("--wait", options.waitSeconds, "How long to look for a handset, 1 to 3600")
         ->type_name("SECONDS")
         ->capture_default_str()
-        ->check(CLI::Range(1u, 3600u));
+        ->check(WaitRange());
     app.add_option("--library", options.library, "The handset library (default: the one that belongs to the tool)")
         ->type_name("PATH");
     app.add_option("--labels", options.labels, "Folder of label files, which name what only a handset model knows")
@@ -47,9 +55,9 @@ void AddArgument(CLI::App& app, const Argument& argument, std::vector<std::strin
     option->required(argument.count != Count::Optional);
     option->type_name(argument.allowed.empty() ? "TEXT" : fmt::format("{}", fmt::join(argument.allowed, "|")));
     if (argument.count == Count::Many)
-        option->expected(1, 1000);
+        option->expected(-1);
     else
-        option->expected(1);
+        option->expected(1)->allow_extra_args(false);
     if (!argument.allowed.empty())
         option->check([&argument](const std::string& value) {
             if (std::find(argument.allowed.begin(), argument.allowed.end(), value) != argument.allowed.end())

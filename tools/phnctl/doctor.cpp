@@ -127,7 +127,7 @@ private:
 
     bool SkipHandset()
     {
-        Add({"handset", "missing", "there is no port to ask on",
+        Add({"handset", "missing", "there is no free port to ask on",
              "plug a handset in, or start a simulated one: phnsim --port com5"});
         return false;
     }

@@ -15,7 +15,10 @@ constexpr std::size_t kCodeLength = 4;
 // A code of the command line, or one that is typed unseen: arguments are visible to every user of the machine.
 std::string LockCode(const std::optional<std::string>& given, const char* prompt)
 {
-    std::string code = ToHandset(given ? *given : host::ReadSecret(prompt));
+    const auto text = given ? given : host::ReadSecret(prompt);
+    if (!text)
+        throw Failure(kUsage, "no lock code was given");
+    std::string code = ToHandset(*text);
     if (code.size() != kCodeLength)
         throw Failure(kUsage, "a lock code has exactly 4 characters");
     return code;

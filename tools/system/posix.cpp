@@ -2,7 +2,6 @@
 
 #include <csignal>
 #include <iostream>
-#include <stdexcept>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <thread>
@@ -31,12 +30,10 @@ private:
     termios m_before{};
 };
 
-std::string ReadLine()
+std::optional<std::string> ReadLine()
 {
     std::string line;
-    if (!std::getline(std::cin, line))
-        throw std::runtime_error("standard input ended before a value came");
-    return line;
+    return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
 }
 
 } // namespace
@@ -55,13 +52,13 @@ unsigned TerminalWidth(std::FILE* stream)
     return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col ? size.ws_col : 80;
 }
 
-std::string ReadSecret(const std::string& prompt)
+std::optional<std::string> ReadSecret(const std::string& prompt)
 {
     if (!isatty(STDIN_FILENO))
         return ReadLine();
     std::fputs(prompt.c_str(), stderr);
     const EchoOff quiet;
-    std::string line = ReadLine();
+    const auto line = ReadLine();
     std::fputc('\n', stderr);
     return line;
 }

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,8 @@ std::vector<std::string> Arguments(int argc, char** argv);
 unsigned TerminalWidth(std::FILE* stream);
 
 // Asks on the terminal and reads one line that is not echoed. Where standard input is no terminal, reads one line from
-// it without asking. Throws std::runtime_error at the end of input.
-std::string ReadSecret(const std::string& prompt);
+// it without asking. Nothing at the end of input.
+std::optional<std::string> ReadSecret(const std::string& prompt);
 
 // From now on Ctrl-C, and a request to terminate, calls `action` on a thread of its own, once. Call it before any other
 // thread is started.

@@ -2,7 +2,6 @@
 
 #include <io.h>
 #include <iostream>
-#include <stdexcept>
 #include <windows.h>
 
 namespace host {
@@ -50,7 +49,7 @@ unsigned TerminalWidth(std::FILE* stream)
                : 0;
 }
 
-std::string ReadSecret(const std::string& prompt)
+std::optional<std::string> ReadSecret(const std::string& prompt)
 {
     const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
     DWORD mode = 0;
@@ -65,9 +64,7 @@ std::string ReadSecret(const std::string& prompt)
         SetConsoleMode(input, mode);
         std::fputc('\n', stderr);
     }
-    if (!read)
-        throw std::runtime_error("standard input ended before a value came");
-    return line;
+    return read ? std::optional(line) : std::nullopt;
 }
 
 void OnInterrupt(std::function<void()> action)
