@@ -1,0 +1,27 @@
+#include "phonebook/value_limits.h"
+
+#include "log/log.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_CPHONEBOOK};
+
+} // namespace
+
+bool FitsLimit(EVCardKey eKey, std::string_view strValue)
+{
+    if (strValue.size() <= kMaxPropertyValue)
+        return true;
+    Log.Error("VCardToNorvik - Value of %s has %d characters, more than %d.", kVCardKeys[eKey].data(), strValue.size(),
+              kMaxPropertyValue);
+    return false;
+}
+
+bool ReadNumber(const CVCardText& Text, EVCardKey eKey, int32_t* pnNumber)
+{
+    std::string_view strValue;
+    if (!Text.GetVCardProperty(eKey, &strValue))
+        return true;
+    *pnNumber = ReadDecimal(strValue);
+    return FitsLimit(eKey, strValue);
+}
