@@ -1,0 +1,96 @@
+// The test hooks of the stand-in: time that passes at once, and calls that fail when asked to.
+#include <array>
+#include <stdexcept>
+#include <thread>
+
+#include <phn_platform_test.h>
+
+#include "platform/port_fixture.h"
+
+namespace {
+
+using platform_test::AdvanceClock;
+using platform_test::AwaitBlocked;
+
+TEST(Clock, EveryWaitWithATimeOutSeesTheNewTime)
+{
+    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    DWORD waited = WAIT_FAILED;
+    std::thread waiter([&] { waited = WaitForSingleObject(event, 15000); });
+    std::thread sleeper([] { Sleep(3600000); });
+    const ULONGLONG start = GetTickCount64();
+    ASSERT_TRUE(AwaitBlocked(15000));
+    ASSERT_TRUE(AwaitBlocked(3600000));
+    AdvanceClock(14000);
+    ASSERT_TRUE(AwaitBlocked(15000)); // not over yet
+    AdvanceClock(3600000);
+    waiter.join();
+    sleeper.join();
+    EXPECT_EQ(waited, WAIT_TIMEOUT);
+    EXPECT_GE(GetTickCount64() - start, 3614000u);
+    CloseHandle(event);
+}
+
+class ClockOfPorts : public PortTest
+{
+};
+
+TEST_F(ClockOfPorts, ASilentReadEndsWhenItsTotalIsOver)
+{
+    const HANDLE port = Open(FILE_FLAG_OVERLAPPED, {7000, 7000, 1000, 0, 0});
+    std::array<char, 10> buffer{};
+    Operation reading;
+    ASSERT_FALSE(ReadFile(port, buffer.data(), 10, nullptr, &reading.record));
+    AdvanceClock(70000);
+    EXPECT_EQ(WaitForSingleObject(reading.record.hEvent, 0), WAIT_TIMEOUT);
+    AdvanceClock(1000);
+    DWORD got = 99;
+    EXPECT_EQ(reading.Finish(port, &got), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(got, 0u);
+    CloseHandle(port);
+}
+
+TEST_F(ClockOfPorts, ALongIntervalPassesAtOnceAndAReplyUnderWayIsNotCut)
+{
+    const HANDLE port = Open(FILE_FLAG_OVERLAPPED, {7000, 0, 0, 0, 0});
+    std::array<char, 4> buffer{};
+    Operation reading;
+    DWORD got = 0;
+    ASSERT_FALSE(ReadFile(port, buffer.data(), 4, nullptr, &reading.record));
+    Send("OK");
+    while (WaitForSingleObject(reading.record.hEvent, 0) == WAIT_TIMEOUT)
+        AdvanceClock(7000);
+    EXPECT_EQ(reading.Finish(port, &got), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(std::string(buffer.data(), got), "OK");
+
+    ASSERT_FALSE(ReadFile(port, buffer.data(), 4, nullptr, &reading.record));
+    for (const char* byte : {"a", "b", "c", "d"}) {
+        Send(byte);
+        AdvanceClock(6000); // the interval is counted from the last byte
+    }
+    EXPECT_EQ(reading.Finish(port, &got), DWORD{ERROR_SUCCESS});
+    EXPECT_EQ(std::string(buffer.data(), got), "abcd");
+    CloseHandle(port);
+}
+
+TEST(Faults, ACallFailsWhenItIsAskedToAndThenRunsAgain)
+{
+    platform_test::FailCall("CreateEventA", ERROR_NO_SYSTEM_RESOURCES, 1, 2);
+    for (const bool works : {true, false, false, true}) {
+        const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+        EXPECT_EQ(event != nullptr, works);
+        if (event)
+            CloseHandle(event);
+        else
+            EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_SYSTEM_RESOURCES});
+    }
+    EXPECT_EQ(platform_test::PendingFailures("CreateEventA"), 0u);
+    platform_test::FailCall("WaitForSingleObject", ERROR_INVALID_HANDLE);
+    platform_test::ClearFailures();
+    const HANDLE event = CreateEventA(nullptr, TRUE, TRUE, nullptr);
+    EXPECT_EQ(WaitForSingleObject(event, 0), WAIT_OBJECT_0);
+    CloseHandle(event);
+    EXPECT_THROW(platform_test::FailCall("NoSuchCall", ERROR_SUCCESS), std::invalid_argument);
+}
+
+} // namespace

@@ -1,0 +1,87 @@
+// Ordinary files: what CreateFileA makes of its arguments, and where bytes go.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include <windows.h>
+
+namespace {
+
+class Files : public testing::Test
+{
+protected:
+    Files() { std::filesystem::create_directory(folder); }
+    ~Files() override { std::filesystem::remove_all(folder); }
+
+    std::string Path(const char* name) const { return (folder / name).string(); }
+
+    HANDLE Open(const char* name, DWORD access, DWORD disposition) const
+    {
+        return CreateFileA(Path(name).c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+    }
+
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("files_test." + std::to_string(GetCurrentProcessId()));
+};
+
+TEST_F(Files, DispositionsCreateOpenOrRefuse)
+{
+    const struct
+    {
+        const char* name;
+        DWORD disposition;
+        DWORD error; // the last error after the call
+        bool opens;
+    } cases[] = {
+        {"a", OPEN_EXISTING, ERROR_FILE_NOT_FOUND, false},
+        {"a", TRUNCATE_EXISTING, ERROR_FILE_NOT_FOUND, false},
+        {"a", OPEN_ALWAYS, ERROR_SUCCESS, true},
+        {"a", OPEN_ALWAYS, ERROR_ALREADY_EXISTS, true},
+        {"a", CREATE_ALWAYS, ERROR_ALREADY_EXISTS, true},
+        {"a", CREATE_NEW, ERROR_FILE_EXISTS, false},
+        {"b", CREATE_NEW, ERROR_SUCCESS, true},
+        {".", OPEN_EXISTING, ERROR_ACCESS_DENIED, false},
+        {"a", 9, ERROR_INVALID_PARAMETER, false},
+    };
+    for (const auto& tried : cases) {
+        const HANDLE file = Open(tried.name, GENERIC_READ | GENERIC_WRITE, tried.disposition);
+        EXPECT_EQ(GetLastError(), tried.error) << tried.name << ' ' << tried.disposition;
+        EXPECT_EQ(file != INVALID_HANDLE_VALUE, tried.opens) << tried.name << ' ' << tried.disposition;
+        if (file != INVALID_HANDLE_VALUE)
+            CloseHandle(file);
+    }
+}
+
+TEST_F(Files, AppendersWriteBehindEachOther)
+{
+    const HANDLE first = Open("log", FILE_APPEND_DATA, OPEN_ALWAYS);
+    const HANDLE second = Open("log", FILE_APPEND_DATA, OPEN_ALWAYS);
+    DWORD written = 0;
+    EXPECT_TRUE(WriteFile(first, "one ", 4, &written, nullptr));
+    EXPECT_TRUE(WriteFile(second, "two ", 4, &written, nullptr));
+    EXPECT_TRUE(WriteFile(first, "three", 5, &written, nullptr));
+    EXPECT_EQ(written, 5u);
+    CloseHandle(first);
+    CloseHandle(second);
+
+    const HANDLE reader = Open("log", GENERIC_READ, OPEN_EXISTING);
+    char text[64] = {};
+    DWORD got = 0;
+    EXPECT_EQ(SetFilePointer(reader, -9, nullptr, FILE_END), 4u);
+    EXPECT_TRUE(ReadFile(reader, text, sizeof text, &got, nullptr));
+    EXPECT_STREQ(text, "two three");
+    EXPECT_TRUE(ReadFile(reader, text, sizeof text, &got, nullptr)); // at the end: success without bytes
+    EXPECT_EQ(got, 0u);
+    EXPECT_FALSE(WriteFile(reader, "x", 1, &written, nullptr));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(SetFilePointer(reader, -14, nullptr, FILE_END), INVALID_SET_FILE_POINTER);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NEGATIVE_SEEK});
+    CloseHandle(reader);
+    EXPECT_TRUE(DeleteFileA(Path("log").c_str()));
+    EXPECT_FALSE(DeleteFileA(Path("log").c_str()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+}
+
+} // namespace

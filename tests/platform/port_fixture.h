@@ -1,0 +1,52 @@
+// A serial port for the tests of the platform's calls, with the test at its far end. On Linux it is a pseudo terminal
+// that the fixture publishes in a device directory of its own; on Windows it is the port that PHNNRV_TEST_PORT names
+// ("COM5"), whose far end is the TCP port PHNNRV_TEST_PEER on 127.0.0.1, and without these the test is skipped.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include <windows.h>
+
+class PortTest : public testing::Test
+{
+protected:
+    PortTest();
+    ~PortTest() override;
+    void SetUp() override;
+
+    // What CreateFileA opens.
+    std::string PortName() const;
+
+    void Send(std::string_view bytes);
+
+    // The next bytes that arrive at the far end; fewer if they do not come within five seconds.
+    std::string Receive(std::size_t count);
+
+    // The port opened with these time-outs.
+    HANDLE Open(DWORD flags, const COMMTIMEOUTS& timeouts);
+
+    struct FarEnd;
+    std::unique_ptr<FarEnd> farEnd;
+};
+
+// An OVERLAPPED record with its event, which must be over before it goes.
+class Operation
+{
+public:
+    Operation() { record.hEvent = CreateEventA(nullptr, TRUE, FALSE, nullptr); }
+    ~Operation() { CloseHandle(record.hEvent); }
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
+
+    // Waits until the operation is over; its bytes, and its error code.
+    DWORD Finish(HANDLE port, DWORD* bytes)
+    {
+        return GetOverlappedResult(port, &record, bytes, TRUE) ? DWORD{ERROR_SUCCESS} : GetLastError();
+    }
+
+    OVERLAPPED record{};
+};

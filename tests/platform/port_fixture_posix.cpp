@@ -1,0 +1,71 @@
+#include <poll.h>
+#include <pty.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+
+#include "platform/pty_fixture.h"
+
+namespace {
+
+std::filesystem::path MakeDeviceDirectory()
+{
+    std::string pattern = (std::filesystem::temp_directory_path() / "ports.XXXXXX").string();
+    if (!mkdtemp(pattern.data()))
+        throw std::system_error(errno, std::generic_category());
+    setenv("PHNNRV_DEVICES", pattern.c_str(), 1);
+    return pattern;
+}
+
+} // namespace
+
+PortTest::PortTest() : farEnd(std::make_unique<FarEnd>())
+{
+    farEnd->directory = MakeDeviceDirectory();
+    int terminal = -1;
+    std::array<char, 64> name{};
+    if (openpty(&farEnd->master, &terminal, name.data(), nullptr, nullptr))
+        throw std::system_error(errno, std::generic_category());
+    close(terminal);
+    std::filesystem::create_symlink(name.data(), farEnd->directory / "com5");
+}
+
+PortTest::~PortTest()
+{
+    farEnd->HangUp();
+    std::filesystem::remove_all(farEnd->directory);
+}
+
+void PortTest::FarEnd::HangUp()
+{
+    if (master >= 0)
+        close(master);
+    master = -1;
+}
+
+void PortTest::SetUp() {}
+
+std::string PortTest::PortName() const
+{
+    return "\\\\?\\COM5";
+}
+
+void PortTest::Send(std::string_view bytes)
+{
+    ASSERT_EQ(write(farEnd->master, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+}
+
+std::string PortTest::Receive(std::size_t count)
+{
+    std::string received;
+    pollfd ready{farEnd->master, POLLIN, 0};
+    while (received.size() < count && poll(&ready, 1, 5000) > 0) {
+        std::array<char, 4096> chunk{};
+        const ssize_t got = read(farEnd->master, chunk.data(), std::min(chunk.size(), count - received.size()));
+        if (got <= 0)
+            break;
+        received.append(chunk.data(), static_cast<std::size_t>(got));
+    }
+    return received;
+}
