@@ -1,0 +1,74 @@
+// A device object as the library makes it, in a world of its own: an empty device directory, an empty registry, a log
+// that can be read, and an owner that writes down what it is told. The test's thread is the window's thread.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "link/device.h"
+#include "simulator/device_directory.h"
+#include "simulator/simulator.h"
+
+// What the device object tells its owner, in order: "opened", "lost", "released", "poll".
+class RecordingOwner final : public CDeviceOwner
+{
+public:
+    std::shared_ptr<COpenPort> GetCurrentPort() override;
+    void NotifyDeviceState(bool connected) override { Record(connected ? "opened" : "lost"); }
+    void DestroyObjects() override PHN_REQUIRES(g_csCallbackPoll, g_csCallbackRemoved) { Record("released"); }
+    void PollCallbacks(HWND, HANDLE) override { Record("poll"); }
+
+    std::vector<std::string> TakeEvents();
+    void SetDevice(CDevice* device) { device_ = device; }
+
+private:
+    void Record(const char* event);
+
+    std::mutex mutex_;
+    std::vector<std::string> events_;
+    CDevice* device_ = nullptr;
+};
+
+class DeviceTest : public testing::Test
+{
+protected:
+    using Events = std::vector<std::string>;
+
+    DeviceTest();
+    ~DeviceTest() override;
+
+    // What the library does on load: look for a USB handset, register for notifications, arm the start timer.
+    void Create();
+    // Lets the start timer fire: the watch thread runs from here on, and its first cycle begins.
+    void StartWatch();
+    // Waits until the watch thread has finished a cycle, and begins the next one.
+    void NextCycle();
+
+    // Dispatches this thread's messages until the condition holds; false if it does not within ten seconds.
+    bool PumpUntil(const std::function<bool()>& condition);
+    // Sends the window a device message as the system does.
+    LRESULT Broadcast(WPARAM event, const GUID& interfaceClass, const std::string& name);
+    LRESULT Send(UINT message, WPARAM wParam, LPARAM lParam = 0);
+
+    simulator::Simulator& Attach(const std::string& name, simulator::PortKind kind = simulator::PortKind::Diagnostic);
+    void WriteRegistry(const std::string& keys);
+    // The device object's lines since the last call, without time, category and level.
+    std::vector<std::string> TakeLog();
+    bool HasLine(const std::string& text);
+
+    CDevice& Device() { return *device_; }
+    RecordingOwner owner_;
+    simulator::DeviceDirectory devices_;
+
+private:
+    std::unique_ptr<CDevice> device_;
+    std::vector<std::unique_ptr<simulator::Simulator>> simulators_;
+    simulator::DeviceDirectory folder_; // registry and log
+    size_t taken_ = 0;
+};

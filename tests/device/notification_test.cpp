@@ -1,0 +1,186 @@
+// What the hidden window hears: interfaces that come and go, power events, the poll message and its timer.
+#include <dbt.h>
+
+#include <thread>
+
+#include "device/device_world.h"
+#include "link/interface_list.h"
+#include "phn_platform_test.h"
+
+using platform_test::AdvanceClock;
+using platform_test::AwaitBlocked;
+using simulator::ModemInterfaceName;
+using simulator::UsbInterfaceName;
+
+namespace {
+
+constexpr std::uint32_t kStartup = 1;
+
+class NotificationTest : public DeviceTest
+{
+protected:
+    bool IsOpen() const { return device().GetMDMHandle() != nullptr; }
+    const CDevice& device() const { return const_cast<NotificationTest*>(this)->Device(); }
+};
+
+} // namespace
+
+TEST_F(NotificationTest, AUsbHandsetIsFoundAtOnceLostWithItsInterfaceAndFoundWhenItReturns)
+{
+    simulator::Simulator& handset = Attach(UsbInterfaceName("0001"));
+    Create();
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
+
+    // Another interface of the maker comes and goes: the open handset is asked, and kept.
+    simulator::Simulator& other = Attach(UsbInterfaceName("0002"));
+    EXPECT_TRUE(PumpUntil([&] { return handset.Control().Requests(kStartup) == 1; }));
+    other.Unplug();
+    EXPECT_TRUE(PumpUntil([this] {
+        return HasLine("CDevice::OnDeviceChange, DBT_DEVICEREMOVECOMPLETE = \\\\?\\" + UsbInterfaceName("0002"));
+    }));
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(owner_.TakeEvents(), Events{});
+
+    handset.Unplug();
+    EXPECT_TRUE(PumpUntil([this] { return !IsOpen(); }));
+    EXPECT_EQ(owner_.TakeEvents(), (Events{"lost", "released"}));
+    handset.Replug();
+    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
+    EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
+}
+
+TEST_F(NotificationTest, AnArrivalReplacesAnOpenPortThatNoLongerAnswers)
+{
+    simulator::Simulator& dead = Attach(UsbInterfaceName("0001"));
+    Create();
+    dead.HangUp();
+    owner_.TakeEvents();
+    Attach(UsbInterfaceName("0002"));
+    EXPECT_TRUE(PumpUntil([this] {
+        return Device().GetPort() && Device().GetPort()->GetPath() == "\\\\?\\" + UsbInterfaceName("0002");
+    }));
+    EXPECT_EQ(owner_.TakeEvents(), (Events{"lost", "released", "opened"}));
+}
+
+TEST_F(NotificationTest, ARemovalEndsTheExchangeInProgressAndThePortOpensAgain)
+{
+    simulator::Simulator& handset = Attach(UsbInterfaceName("0001"));
+    Create();
+    handset.Control().AddFault("silence*1");
+    bool answered = true;
+    std::thread reader([&] { answered = Device().CheckPort(); });
+    ASSERT_TRUE(AwaitBlocked(3000));
+    // The line is still good: only the message says that the interface is gone. No clock moves.
+    Broadcast(DBT_DEVICEREMOVECOMPLETE, kDiagnosticInterface, "\\\\?\\" + UsbInterfaceName("0001"));
+    reader.join();
+    EXPECT_FALSE(answered);
+    EXPECT_FALSE(IsOpen());
+    EXPECT_EQ(Broadcast(DBT_DEVICEARRIVAL, kDiagnosticInterface, "\\\\?\\" + UsbInterfaceName("0001")), TRUE);
+    EXPECT_TRUE(Device().CheckPort());
+}
+
+TEST_F(NotificationTest, ArrivalsAreAnsweredByClassAndName)
+{
+    Create();
+    simulator::Simulator& modem = Attach(ModemInterfaceName("0001"), simulator::PortKind::Modem);
+    const std::string path = "\\\\?\\" + ModemInterfaceName("0001");
+    const GUID other{1, 2, 3, {}};
+    TakeLog();
+    EXPECT_EQ(Broadcast(DBT_DEVICEARRIVAL, kModemInterface, "\\\\?\\USB#VID_1234&PID_1#1#{}"), TRUE);
+    EXPECT_EQ(TakeLog(), Events{"CDevice::OnDeviceChange, DBT_DEVICEARRIVAL = \\\\?\\usb#vid_1234&pid_1#1#{}"});
+    EXPECT_EQ(Broadcast(DBT_DEVICEARRIVAL, other, path), TRUE);
+    EXPECT_EQ(Send(WM_DEVICECHANGE, DBT_DEVICEARRIVAL), TRUE);
+    EXPECT_EQ(Broadcast(DBT_DEVICEARRIVAL, kDiagnosticInterface, "\\\\?\\usb#vid_fffe&pid_9#absent#{}"), FALSE);
+    EXPECT_FALSE(IsOpen());
+
+    // A modem port whose dialogue fails is released whole, so that the next attempt can open it.
+    for (const char* fault : {"error@at*1", "hangup@at*1"}) {
+        modem.Control().AddFault(fault);
+        EXPECT_EQ(Broadcast(DBT_DEVICEARRIVAL, kModemInterface, path), FALSE) << fault;
+        EXPECT_FALSE(Device().GetPort());
+        EXPECT_EQ(owner_.TakeEvents(), Events{});
+    }
+}
+
+TEST_F(NotificationTest, OnlyASerialHandsetIsDroppedBySuspend)
+{
+    Attach("com5");
+    Create();
+    StartWatch();
+    ASSERT_TRUE(PumpUntil([this] { return IsOpen(); }));
+    owner_.TakeEvents();
+    TakeLog();
+    EXPECT_EQ(Send(WM_POWERBROADCAST, PBT_APMQUERYSUSPEND), TRUE);
+    EXPECT_EQ(Send(WM_POWERBROADCAST, 99), TRUE);
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(Send(WM_POWERBROADCAST, PBT_APMSUSPEND), TRUE);
+    EXPECT_FALSE(IsOpen());
+    EXPECT_EQ(owner_.TakeEvents(), (Events{"lost", "released"}));
+    NextCycle();
+    ASSERT_TRUE(PumpUntil([this] { return IsOpen(); }));
+
+    Send(WM_POWERBROADCAST, PBT_APMSUSPEND);
+    owner_.TakeEvents();
+    simulator::Simulator& usb = Attach(UsbInterfaceName("0001"));
+    ASSERT_TRUE(PumpUntil([this] { return IsOpen(); }));
+    EXPECT_EQ(Send(WM_POWERBROADCAST, PBT_APMSUSPEND), TRUE);
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
+    EXPECT_EQ(usb.Control().Rejected(), 0u);
+}
+
+TEST_F(NotificationTest, PowerEventsAreLoggedByName)
+{
+    Attach(UsbInterfaceName("0001"));
+    Create();
+    TakeLog();
+    for (const WPARAM event : {0, 2, 4, 6, 7, 9, 10, 11, 18, 5})
+        Send(WM_POWERBROADCAST, event);
+    EXPECT_EQ(
+        TakeLog(),
+        (Events{"CDevice::OnBroadCasting - PBT_APMQUERYSUSPEND", "CDevice::OnBroadCasting - PBT_APMQUERYSUSPENDFAILED",
+                "CDevice::OnBroadCasting - PBT_APMSUSPEND", "CDevice::OnBroadCasting - PBT_APMRESUMECRITICAL",
+                "CDevice::OnBroadCasting - PBT_APMRESUMESUSPEND", "CDevice::OnBroadCasting - PBT_APMBATTERYLOW",
+                "CDevice::OnBroadCasting - PBT_APMPOWERSTATUSCHANGE", "CDevice::OnBroadCasting - PBT_APMOEMEVENT",
+                "CDevice::OnBroadCasting - PBT_APMRESUMEAUTOMATIC", "CDevice::OnBroadCasting - wParam = 5"}));
+}
+
+TEST_F(NotificationTest, ThePollTimerRunsBetweenItsTwoMessages)
+{
+    Create();
+    const UINT poll = RegisterWindowMessageA("WM_CALLBACK_POLL_MSG");
+    Send(poll, 0, 1);
+    Send(poll, 0, 1);
+    AdvanceClock(2000);
+    EXPECT_TRUE(PumpUntil([this] { return !owner_.TakeEvents().empty(); }));
+    Send(poll, 0, 0);
+    AdvanceClock(2000);
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+        DispatchMessageA(&message);
+    EXPECT_EQ(owner_.TakeEvents(), Events{});
+}
+
+TEST(InterfaceListTest, LeadsFromAPathToTheKeyOfItsUsbDevice)
+{
+    const std::string before = "SYSTEM\\CurrentControlSet\\Enum\\USB\\";
+    const std::string behind = "\\Device Parameters";
+    const struct
+    {
+        std::string path;
+        std::string device;
+    } rows[] = {
+        {"\\\\?\\usb#vid_fffe&pid_0001#0001#{6b1d}", "vid_fffe&pid_0001\\0001"},
+        {"a#b#c#d#e", "b#c\\d"},
+        {"a#b#c", "b"},
+        {"a#b", "b"},
+        {"a", "a"},
+        {"", ""},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(UsbParametersKey(row.path), before + row.device + behind);
+    const size_t room = 259 - before.size() - behind.size();
+    EXPECT_EQ(UsbParametersKey(std::string(room, 'x')).size(), 259u);
+    EXPECT_EQ(UsbParametersKey(std::string(room + 1, 'x')), "");
+}

@@ -1,0 +1,136 @@
+// The search for a handset on a plain serial port, and the watch over the one that was found.
+#include <algorithm>
+
+#include "device/device_world.h"
+#include "phn_platform_test.h"
+
+using platform_test::AdvanceClock;
+using platform_test::AwaitBlocked;
+
+namespace {
+
+constexpr std::uint32_t kStartup = 1;
+constexpr DWORD kProbe = 3000;
+
+class PortWatchTest : public DeviceTest
+{
+protected:
+    // Creates the device object and lets it find the one handset there is, on com5.
+    simulator::Simulator& FindHandset()
+    {
+        simulator::Simulator& handset = Attach("com5");
+        Create();
+        StartWatch();
+        EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+        EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
+        return handset;
+    }
+};
+
+} // namespace
+
+TEST_F(PortWatchTest, ProbesOfBothHalvesTakeTurnsAndTheFirstHandsetWins)
+{
+    simulator::Simulator* const ports[] = {&Attach("com1"), &Attach("com2"), &Attach("com3"), &Attach("com4")};
+    const auto probes = [&] {
+        std::uint64_t sum = 0;
+        for (const simulator::Simulator* port : ports)
+            sum += const_cast<simulator::Simulator*>(port)->Control().Requests(kStartup);
+        return sum;
+    };
+    for (int silent : {0, 1, 2})
+        ports[silent]->Control().AddFault("silence");
+    Create();
+    StartWatch();
+    // com1 and com3 are one half, com2 and com4 the other. Each silent port costs its own three seconds.
+    std::uint64_t turns = 0;
+    while (!Device().GetMDMHandle() && turns < 3) {
+        ASSERT_TRUE(AwaitBlocked(kProbe));
+        EXPECT_EQ(probes(), ++turns) << "two probes at a time";
+        AdvanceClock(kProbe);
+        PumpUntil([&] { return Device().GetMDMHandle() || probes() > turns; });
+    }
+    EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+    EXPECT_EQ(Device().GetPort()->GetPath(), "\\\\?\\com4");
+    EXPECT_EQ(ports[3]->Control().Requests(kStartup), 1u);
+}
+
+TEST_F(PortWatchTest, AsksTheOpenPortEverySeventhCycleAndDropsItWhenItNoLongerAnswers)
+{
+    simulator::Simulator& handset = FindHandset();
+    for (int cycle = 1; cycle <= 7; ++cycle) {
+        NextCycle();
+        ASSERT_TRUE(AwaitBlocked(15000));
+        EXPECT_EQ(handset.Control().Requests(kStartup), cycle < 7 ? 1u : 2u) << "cycle " << cycle;
+    }
+    EXPECT_EQ(owner_.TakeEvents(), Events{});
+
+    handset.Unplug();
+    for (int cycle = 1; cycle <= 7; ++cycle) {
+        EXPECT_TRUE(Device().GetMDMHandle());
+        NextCycle();
+        ASSERT_TRUE(AwaitBlocked(15000));
+    }
+    EXPECT_FALSE(Device().GetMDMHandle());
+    EXPECT_EQ(owner_.TakeEvents(), (Events{"lost", "released"}));
+
+    handset.Replug();
+    NextCycle();
+    EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+    EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
+}
+
+TEST_F(PortWatchTest, APortOfTheMakersUsbDeviceEndsItsHalfOfTheScan)
+{
+    // The interface is there but cannot be opened, so the search goes on over the serial ports.
+    std::filesystem::create_symlink("nowhere", devices_.Path() / simulator::UsbInterfaceName("0001"));
+    WriteRegistry("[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\USB\\vid_fffe&pid_0001\\0001\\"
+                  "Device Parameters]\n\"PortName\"=\"COM1\"\n");
+    simulator::Simulator& usb = Attach("com1");
+    simulator::Simulator& behind = Attach("com3");
+    simulator::Simulator& other = Attach("com2");
+    other.Control().AddFault("hangup");
+    Create();
+    StartWatch();
+    ASSERT_TRUE(AwaitBlocked(15000));
+    EXPECT_TRUE(HasLine("CDevice::ScanPorts - the port to be opened is an USB"));
+    EXPECT_EQ(usb.Control().Requests(), 0u);
+    EXPECT_EQ(behind.Control().Requests(), 0u);
+    EXPECT_EQ(other.Control().Requests(kStartup), 1u);
+    EXPECT_FALSE(Device().GetMDMHandle());
+}
+
+TEST_F(PortWatchTest, StoppingEndsAScanThatWaitsForASilentPort)
+{
+    Attach("com1").Control().AddFault("silence");
+    Attach("com2").Control().AddFault("silence");
+    Create();
+    StartWatch();
+    ASSERT_TRUE(AwaitBlocked(kProbe));
+    const ULONGLONG begin = GetTickCount64();
+    Device().UninitPortScanning();
+    EXPECT_LT(GetTickCount64() - begin, kProbe); // the second of grace, no probe's time-out
+    EXPECT_TRUE(HasLine("CDevice::ScanPorts will exit as main thread wants to exit"));
+}
+
+TEST_F(PortWatchTest, StoppingBeforeTheStartTimerDoesNotWaitForAThread)
+{
+    Create();
+    Device().UninitPortScanning();
+    const std::vector<std::string> lines = TakeLog();
+    EXPECT_EQ(lines.back(), "CDevice::UninitPortScanning - End");
+    EXPECT_EQ(std::ranges::count(lines, "BT_Thread - Ending thread"), 0);
+}
+
+TEST_F(PortWatchTest, AThreadThatCannotBeMadeLeavesTheDeviceWorking)
+{
+    platform_test::FailCall("CreateThread", ERROR_NOT_ENOUGH_MEMORY, 1); // the worker is made, the watch thread is not
+    Attach("com1");
+    Create();
+    AdvanceClock(300);
+    EXPECT_TRUE(PumpUntil([] { return platform_test::PendingFailures("CreateThread") == 0; }));
+    EXPECT_TRUE(HasLine("CDevice::OnTimer - Unable to start the port watch. Last error 0x8"));
+    simulator::Simulator& usb = Attach(simulator::UsbInterfaceName("0001"));
+    EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+    EXPECT_EQ(usb.Control().Rejected(), 0u);
+}

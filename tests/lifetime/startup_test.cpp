@@ -1,0 +1,186 @@
+// The beginning and the end of the service, as a host sees them: waiting for a port, the greeting, the models that are
+// refused, what is left after a failure, and a handset that goes while it is served.
+#include <algorithm>
+#include <atomic>
+#include <functional>
+#include <thread>
+
+#include "api/handset_fixture.h"
+#include "phn_platform_test.h"
+
+using platform_test::AdvanceClock;
+using platform_test::AwaitBlocked;
+
+namespace {
+
+constexpr std::uint32_t kInstanceLines = 0x3FF; // of the exports and of the instance
+
+class StartupTest : public HandsetTest
+{
+protected:
+    using Lines = std::vector<std::string>;
+
+    PHN_ERROR Startup() { return CALL(PHN_Startup)(); }
+    PHN_ERROR Shutdown() { return CALL(PHN_Shutdown)(); }
+
+    PHN_ERROR Battery()
+    {
+        PHN_BATTERY_INFO info{};
+        info.uSize = sizeof info;
+        return CALL(PHN_GetBatteryInfo)(&info);
+    }
+
+    // Runs a call of the host while another thread lets the time pass for whoever waits with this time-out.
+    PHN_ERROR WhileTimePasses(DWORD timeout, const std::function<PHN_ERROR()>& call)
+    {
+        std::atomic<bool> done = false;
+        std::thread clock([&] {
+            while (!done && AwaitBlocked(timeout))
+                AdvanceClock(timeout);
+        });
+        const PHN_ERROR error = call();
+        done = true;
+        Sleep(timeout); // the last thing the clock waits for
+        clock.join();
+        return error;
+    }
+
+    bool PumpUntil(const std::function<bool()>& condition)
+    {
+        for (int turn = 0; turn < 1000; ++turn) {
+            if (condition())
+                return true;
+            MSG message;
+            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+            while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+                DispatchMessageA(&message);
+        }
+        return false;
+    }
+};
+
+} // namespace
+
+TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
+{
+    const struct
+    {
+        const char* model;
+        const char* line;
+    } rows[] = {
+        {"R3P", "phnnrv\tComment\tGetVersion - Phone model is eVer1."},
+        {"t5w", "phnnrv\tComment\tGetVersion - Phone model is eVer1."},
+        {"Wq", "phnnrv\tComment\tGetVersion - Phone model is eVer2."},
+        {"n8R", "phnnrv\tComment\tGetVersion - Phone model is eVer3."},
+        {"B4S", "phnnrv\tComment\tGetVersion - Phone model is eVer3."},
+        {"g2HQ", "phnnrv\tComment\tGetVersion - Phone model is eVer3."},
+        {"h2k", "phnnrv\tComment\tGetVersion - Phone model is eVer4."},
+    };
+    bench_.SetLoggingLevel(kInstanceLines);
+    bench_.Plug();
+    Load();
+    bench_.TakeLog();
+    for (const auto& row : rows) {
+        bench_.Handset().SetModel(row.model);
+        EXPECT_EQ(Startup(), PHN_ERROR_NOT_SUPPORTED) << row.model;
+        EXPECT_EQ(bench_.TakeLog(), (Lines{"CCalderApp\tComment\tPHN_Startup is being executed.",
+                                           "phnnrv\tComment\tCreateObjects Setup Object",
+                                           "phnnrv\tComment\tCreateObjects Connection Status Object",
+                                           "phnnrv\tComment\tGetVersion being executed.",
+                                           std::string("phnnrv\tComment\tGetVersion - Model version is ") + row.model,
+                                           row.line, "CCalderApp\tError\tPHN_Startup - Model not supported."}));
+        EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
+        bench_.TakeLog();
+    }
+    bench_.Handset().SetModel("R3px");
+    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
+    bench_.TakeLog();
+
+    // An identity that cannot be read counts as the oldest class, and takes the objects of a running service with it.
+    bench_.Handset().AddFault("status=3@6*1");
+    EXPECT_EQ(Startup(), PHN_ERROR_NOT_SUPPORTED);
+    const Lines lines = bench_.TakeLog();
+    EXPECT_NE(std::ranges::find(lines, "phnnrv\tError\tGetVersion - m_pSetupObject->GetDeviceInfo returned false."),
+              lines.end());
+    EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
+}
+
+TEST_F(StartupTest, TheServiceEndsOnceAndBeginsAgainOnTheSamePort)
+{
+    StartService();
+    EXPECT_EQ(bench_.Handset().Requests(1), 1u);
+    EXPECT_EQ(bench_.Handset().Requests(6), 1u);
+    EXPECT_EQ(Battery(), PHN_ERROR_NONE);
+    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
+    EXPECT_EQ(Shutdown(), PHN_ERROR_NONE);
+    EXPECT_EQ(bench_.Handset().Requests(2), 1u);
+    bench_.TakeLog();
+    EXPECT_EQ(Shutdown(), PHN_ERROR_NO_SERVICE_OBJECT);
+    EXPECT_EQ(bench_.TakeLog(),
+              (Lines{"CCalderApp\tComment\tPHN_Shutdown is being executed.",
+                     "CCalderApp\tError\tPHN_Shutdown - pInstance->m_pConnectionStatusObject is NULL."}));
+    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
+    bench_.Handset().AddFault("command@2*1");
+    EXPECT_EQ(Shutdown(), PHN_ERROR_NONE);
+    EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
+}
+
+TEST_F(StartupTest, WithoutAHandsetItWaitsFifteenSecondsAndSaysSo)
+{
+    Load();
+    bench_.TakeLog();
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_EQ(WhileTimePasses(50, [this] { return Startup(); }), PHN_ERROR_NO_DEVICE);
+    EXPECT_GE(GetTickCount64() - begin, 15000u);
+    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCalderApp\tComment\tPHN_Startup is being executed.",
+                                       "CCalderApp\tError\tPHN_Startup - hDevice is NULL."}));
+    EXPECT_EQ(Shutdown(), PHN_ERROR_NO_DEVICE);
+    EXPECT_EQ(bench_.TakeLog().back(), "CCalderApp\tError\tPHN_Shutdown - hDevice is NULL.");
+}
+
+TEST_F(StartupTest, AHandsetThatArrivesDuringTheWaitIsServed)
+{
+    Load();
+    std::thread person([this] {
+        EXPECT_TRUE(AwaitBlocked(50));
+        bench_.Plug();
+    });
+    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
+    person.join();
+}
+
+TEST_F(StartupTest, AGreetingWithoutAnswerStartsNothing)
+{
+    bench_.Plug();
+    Load();
+    bench_.Handset().AddFault("silence@1*1");
+    bench_.TakeLog();
+    EXPECT_EQ(WhileTimePasses(15000, [this] { return Startup(); }), PHN_ERROR_COMMUNICATION);
+    EXPECT_EQ(bench_.TakeLog().size(), 2u);
+    EXPECT_EQ(bench_.Handset().Requests(6), 0u);
+    EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
+}
+
+TEST_F(StartupTest, AHandsetThatGoesTakesTheServiceWithIt)
+{
+    StartService();
+    bench_.Handset().AddFault("unplug@5*1");
+    EXPECT_EQ(Battery(), PHN_ERROR_FAILED);
+    EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
+    bench_.Plug();
+    EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_SERVICE_OBJECT; }));
+    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
+    EXPECT_EQ(Battery(), PHN_ERROR_NONE);
+}
+
+TEST_F(StartupTest, AServiceObjectThatIsBeingUsedOutlivesItsShutdown)
+{
+    StartService();
+    bench_.Handset().AddFault("delay=300@5*1");
+    PHN_ERROR error = PHN_ERROR_FAILED;
+    std::thread host([&] { error = Battery(); });
+    EXPECT_TRUE(bench_.Handset().WaitForRequests(5, 1, std::chrono::seconds(10)));
+    EXPECT_EQ(Shutdown(), PHN_ERROR_NONE);
+    host.join();
+    EXPECT_EQ(error, PHN_ERROR_NONE);
+}
