@@ -28,10 +28,10 @@ std::string UsersRegistry()
     return text.str();
 }
 
-// Where a value is given twice, the later one holds.
+// Where a value is given twice, the later one holds. What does not begin like a registry file counts as absent.
 std::string WithLevel(std::string registry, std::uint32_t level)
 {
-    if (registry.empty())
+    if (!registry.starts_with("REGEDIT4"))
         registry = "REGEDIT4\r\n";
     return registry + fmt::format("\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\r\n"
                                   "\"Logging Level\"=dword:{:08x}\r\n",

@@ -1,0 +1,77 @@
+// Wrong command lines: each says what is wrong and what is allowed, on standard error, before anything is loaded.
+#include "phnctl/program.h"
+
+#include <gtest/gtest.h>
+
+namespace phnctl_test {
+namespace {
+
+TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
+{
+    const struct
+    {
+        const char* words;
+        const char* input;
+        std::vector<const char*> says;
+    } cases[] = {
+        {"", "", {"needs a command", "info", "doctor"}},
+        {"inof", "", {"unknown command 'inof'", "info", "status"}},
+        {"--json --wait 3 inof", "", {"unknown command 'inof'"}},
+        {"parameters", "", {"needs a command: get, set"}},
+        {"parameters gte", "", {"unknown command 'gte'", "get, set"}},
+        {"--frob info", "", {"--frob"}},
+        {"info surplus", "", {"surplus"}},
+        {"radio", "", {"STATE"}},
+        {"radio maybe", "", {"'maybe'", "on, off"}},
+        {"radio on off", "", {"off"}},
+        {"info --wait 0", "", {"--wait", "1 to 3600"}},
+        {"info --wait soon", "", {"--wait"}},
+        {"info --log loud", "", {"'loud'", "off, error, comment, all"}},
+        {"lock on 123", "", {"exactly 4"}},
+        {"lock on", "", {"no lock code"}},
+        {"lock-code 0000", "12345\n", {"exactly 4"}},
+        {"parameters set uParameter1=256", "", {"uParameter1", "0 to 255"}},
+        {"parameters set wParameter3=", "", {"wParameter3", "0 to 65535"}},
+        {"parameters set uParameter=1", "", {"uParameter1=NUMBER"}},
+        {"error twelve", "", {"'twelve'", "a number"}},
+        {"error 150", "", {"150", "1000 to 1031"}},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.words);
+        Program program;
+        const Outcome outcome = program.Run(Split(test.words), test.input);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.out, "");
+        for (const char* text : test.says)
+            EXPECT_NE(outcome.err.find(text), std::string::npos) << text << "\n" << outcome.err;
+    }
+}
+
+TEST(CommandLine, EveryCommandHasHelpWithAnExample)
+{
+    for (const char* words : {"info", "status", "radio", "lock", "lock-code", "parameters get", "parameters set",
+                              "activate", "error", "doctor"}) {
+        SCOPED_TRACE(words);
+        Program program;
+        const Outcome outcome = program.Run(Split(words + std::string(" --help")));
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_NE(outcome.out.find(std::string("  phnctl ") + words), std::string::npos) << outcome.out;
+    }
+}
+
+TEST(CommandLine, NamesTheLibraryThatDoesNotLoad)
+{
+    const std::pair<const char*, const char*> cases[] = {{"/nonexistent/library.so", "was not found"},
+                                                         {"/etc/passwd", "does not load"},
+                                                         {"libc.so.6", "has no function PHN_Startup"}};
+    for (const auto& [path, text] : cases) {
+        SCOPED_TRACE(path);
+        Program program;
+        const Outcome outcome = program.Run({"info", "--library", path});
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
+    }
+}
+
+} // namespace
+} // namespace phnctl_test

@@ -1,0 +1,87 @@
+#include "phnctl/program.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <spawn.h>
+#include <sstream>
+#include <sys/wait.h>
+#include <system_error>
+
+namespace phnctl_test {
+
+namespace {
+
+std::string ReadAll(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+} // namespace
+
+Program::Program()
+{
+    // Nothing of the machine that runs the tests shows through.
+    m_environment = {{"PATH", "/usr/bin:/bin"},
+                     {"LC_ALL", "C.UTF-8"},
+                     {"TMPDIR", m_temporary.Path().string()},
+                     {"PHNNRV_DEVICES", "/nonexistent"},
+                     {"PHNNRV_REGISTRY", "/nonexistent"}};
+}
+
+Outcome Program::Run(const std::vector<std::string>& arguments, const std::string& input)
+{
+    return Finish(Start(arguments, input));
+}
+
+pid_t Program::Start(const std::vector<std::string>& arguments, const std::string& input)
+{
+    std::ofstream(m_streams.Path() / "in") << input;
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, (m_streams.Path() / "in").c_str(), O_RDONLY, 0);
+    constexpr int kWrite = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, 1, (m_streams.Path() / "out").c_str(), kWrite, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, (m_streams.Path() / "err").c_str(), kWrite, 0600);
+
+    std::vector<std::string> words{PHNCTL};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> variables;
+    for (const auto& [name, value] : m_environment)
+        variables.push_back(name + "=" + value);
+    pid_t process = 0;
+    const int error =
+        posix_spawn(&process, PHNCTL, &actions, nullptr, Pointers(words).data(), Pointers(variables).data());
+    posix_spawn_file_actions_destroy(&actions);
+    if (error)
+        throw std::system_error(error, std::generic_category(), PHNCTL);
+    return process;
+}
+
+Outcome Program::Finish(pid_t process)
+{
+    int status = 0;
+    while (waitpid(process, &status, 0) < 0 && errno == EINTR)
+        continue;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 256 + WTERMSIG(status), ReadAll(m_streams.Path() / "out"),
+            ReadAll(m_streams.Path() / "err")};
+}
+
+std::vector<std::string> Split(const std::string& words)
+{
+    std::istringstream stream(words);
+    return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
+}
+
+} // namespace phnctl_test

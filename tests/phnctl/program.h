@@ -1,0 +1,43 @@
+// Runs the built phnctl the way a person does and keeps what it said. Used by every test of this folder; each run gets
+// its own folder for temporary files, so that a test can see what is left behind.
+#pragma once
+
+#include "simulator/device_directory.h"
+
+#include <map>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace phnctl_test {
+
+struct Outcome
+{
+    int status = -1; // 256 + signal when a signal ended it
+    std::string out;
+    std::string err;
+};
+
+class Program
+{
+public:
+    Program();
+
+    const std::filesystem::path& TemporaryFolder() const { return m_temporary.Path(); }
+    void Set(const std::string& variable, const std::string& value) { m_environment[variable] = value; }
+
+    Outcome Run(const std::vector<std::string>& arguments, const std::string& input = "");
+
+    // The two halves of Run, for a test that does something in between.
+    pid_t Start(const std::vector<std::string>& arguments, const std::string& input = "");
+    Outcome Finish(pid_t process);
+
+private:
+    simulator::DeviceDirectory m_temporary;
+    simulator::DeviceDirectory m_streams; // what the program reads and writes
+    std::map<std::string, std::string> m_environment;
+};
+
+std::vector<std::string> Split(const std::string& words);
+
+} // namespace phnctl_test

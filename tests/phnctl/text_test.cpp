@@ -1,0 +1,73 @@
+// What reaches a terminal: no control character of a handset, no line wider than the terminal.
+#include "phnctl/report.h"
+#include "phnctl/text.h"
+
+#include <gtest/gtest.h>
+
+namespace phnctl {
+namespace {
+
+TEST(Printable, ShowsOnlyWhatATerminalMayGet)
+{
+    const std::pair<std::string, std::string> cases[] = {
+        {"plain 7", "plain 7"},
+        {"gr\xC3\xBC\xC3\x9F \xE6\x97\xA5 \xF0\x9F\x93\xB1", "gr\xC3\xBC\xC3\x9F \xE6\x97\xA5 \xF0\x9F\x93\xB1"},
+        {"\x1B[2J\x07\n\x7F", "\\x1B[2J\\x07\\x0A\\x7F"},
+        {std::string("a\0b", 3), "a\\x00b"},
+        {"\xC2\x9B", "\\x9B"}, // the 8-bit form of ESC [
+        {"\xE2\x80\xAE"
+         "abc",
+         "\\u{202E}abc"},                             // text from right to left
+        {"\xC0\xAF", "\\xC0\\xAF"},                   // an overlong '/'
+        {"\xE0\x80\x9B", "\\xE0\\x80\\x9B"},          // an overlong ESC [
+        {"\xED\xA0\x80", "\\xED\\xA0\\x80"},          // half of a surrogate pair
+        {"\xF4\x90\x80\x80", "\\xF4\\x90\\x80\\x80"}, // beyond U+10FFFF
+        {"\xE6\x97", "\\xE6\\x97"},                   // cut
+        {"\xE6"
+         "a",
+         "\\xE6"
+         "a"},
+        {"\x80\xFF", "\\x80\\xFF"},
+    };
+    for (const auto& [text, shown] : cases)
+        EXPECT_EQ(Printable(text), shown);
+}
+
+TEST(Report, AlignsAndWrapsToTheTerminal)
+{
+    const Report report{{{"",
+                          "",
+                          {{"model", "Model", "Fjord 40"},
+                           {"text", "Text", "one two three four five six"},
+                           {"word", "Word",
+                            "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\xA4\xC3\xB6\xC3\xBC\xC3\xA4\xC3\xB6\xC3\xBC"
+                            "\xC3\xA4\xC3\xB6\xC3\xBC"},
+                           {"none", "None", ""},
+                           {"hidden", "", "for programs"}}},
+                         {"battery", "Battery", {{"uBattery2", "Charge", 80}}}}};
+    EXPECT_EQ(ToText(report, 18),
+              "Model   Fjord 40\n"
+              "Text    one two\n"
+              "        three four\n"
+              "        five six\n"
+              "Word    \xC3\xA4\xC3\xB6\xC3\xBC\xC3\xA4\xC3\xB6\xC3\xBC\xC3\xA4\xC3\xB6\xC3\xBC\xC3\xA4\n"
+              "        \xC3\xB6\xC3\xBC\n"
+              "None    -\n"
+              "\n"
+              "Battery\n"
+              "  Charge  80\n");
+    EXPECT_EQ(
+        WriteJson(ToJson(report)),
+        "{\"model\":\"Fjord 40\",\"text\":\"one two three four five six\",\"word\":\"äöüäöüäöüäöü\",\"none\":\"\","
+        "\"hidden\":\"for programs\",\"battery\":{\"uBattery2\":80}}");
+}
+
+TEST(Json, RefusesWhatIsNone)
+{
+    const std::string deep(100000, '[');
+    for (const std::string& text : {std::string(), std::string("{\"a\":"), std::string("{} x"), deep})
+        EXPECT_THROW(ParseJson(text), std::runtime_error);
+}
+
+} // namespace
+} // namespace phnctl
