@@ -33,7 +33,8 @@ void Simulator::Want(Wanted wanted)
     if (wanted != Wanted::Plugged && line_)
         line_->Interrupt();
     changed_.notify_all();
-    changed_.wait(lock, [&] { return failure_ || wanted_ != wanted || isPlugged_ == (wanted == Wanted::Plugged); });
+    const Presence presence = wanted == Wanted::Plugged ? Presence::There : Presence::Gone;
+    changed_.wait(lock, [&] { return failure_ || wanted_ != wanted || presence_ == presence; });
     if (failure_)
         std::rethrow_exception(std::exchange(failure_, nullptr));
 }
@@ -66,7 +67,7 @@ void Simulator::HangUp()
 bool Simulator::IsPlugged() const
 {
     const std::scoped_lock lock(mutex_);
-    return isPlugged_;
+    return presence_ == Presence::There;
 }
 
 void Simulator::Serve()
@@ -74,7 +75,7 @@ void Simulator::Serve()
     std::unique_lock lock(mutex_);
     while (wanted_ != Wanted::Stopped) {
         if (wanted_ == Wanted::Unplugged) {
-            isPlugged_ = false;
+            presence_ = Presence::Gone;
             changed_.notify_all();
             changed_.wait(lock, [&] { return wanted_ != Wanted::Unplugged; });
             continue;
@@ -84,7 +85,7 @@ void Simulator::Serve()
             ServeLine(*line);
         lock.lock();
     }
-    isPlugged_ = false;
+    presence_ = Presence::Gone;
     changed_.notify_all();
 }
 
@@ -105,7 +106,7 @@ std::unique_ptr<Line> Simulator::Open()
             wanted_ = Wanted::Unplugged;
     } else {
         line_ = line.get();
-        isPlugged_ = true;
+        presence_ = Presence::There;
         ++opened_;
         if (wanted_ != Wanted::Plugged)
             line->Interrupt();
@@ -127,6 +128,7 @@ void Simulator::ServeLine(Line& line)
     }
     const std::scoped_lock lock(mutex_);
     line_ = nullptr;
+    presence_ = Presence::Changing;
 }
 
 bool Simulator::Perform(const Step& step, Line& line)

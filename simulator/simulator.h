@@ -61,6 +61,13 @@ private:
         Stopped,
     };
 
+    enum class Presence
+    {
+        Gone,
+        Changing, // being opened or taken down
+        There,
+    };
+
     void Want(Wanted wanted);
     void Serve();
     std::unique_ptr<Line> Open();
@@ -74,7 +81,7 @@ private:
     mutable std::mutex mutex_;
     std::condition_variable changed_;
     Wanted wanted_ = Wanted::Unplugged;
-    bool isPlugged_ = false;
+    Presence presence_ = Presence::Gone;
     std::uint64_t opened_ = 0;
     Line* line_ = nullptr;
     std::exception_ptr failure_;
