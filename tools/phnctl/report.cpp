@@ -30,10 +30,10 @@ std::size_t BreakAt(const std::string& text, std::size_t columns)
     for (; end < text.size(); ++end) {
         if ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
             continue;
-        if (seen++ == columns)
-            return space ? space : end;
         if (text[end] == ' ')
             space = end;
+        if (seen++ == columns)
+            return space ? space : end;
     }
     return end;
 }
