@@ -40,10 +40,8 @@ public:
     PHN_ERROR OutOfRange(const char* pszText, int32_t eType) const;
     PHN_ERROR Fail(PHN_ERROR weError, const char* pszText) const;
 
-    // The steps up to the open port; 0 or PHN_ERROR_NO_DEVICE. GetDevice and GetHandle are valid after a 0.
+    // The steps up to the open port; 0 or PHN_ERROR_NO_DEVICE.
     PHN_ERROR Device();
-    CDevice& GetDevice() const { return *m_pDevice; }
-    HANDLE GetHandle() const { return m_hDevice; }
 
     // The steps up to the service object; 0, PHN_ERROR_NO_DEVICE or PHN_ERROR_NO_SERVICE_OBJECT.
     template <typename T>
