@@ -1,0 +1,182 @@
+#include "code_page.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+
+namespace platform {
+namespace {
+
+constexpr UINT kDefaultAnsi = 1252;
+
+// iconv looks at a whole run again when it meets a unit that the target lacks: short runs keep that cheap.
+constexpr size_t kRunUnits = 64;
+
+const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
+
+std::string IconvName(UINT number)
+{
+    switch (number) {
+    case CP_UTF8:
+        return "UTF-8";
+    case 20866:
+        return "KOI8-R";
+    case 21866:
+        return "KOI8-U";
+    case 54936:
+        return "GB18030";
+    default:
+        return number >= 28591 && number <= 28605 ? "ISO-8859-" + std::to_string(number - 28590)
+                                                  : "CP" + std::to_string(number);
+    }
+}
+
+// Appends to the output what the input gives, as far as it can be converted; returns how much of the input that was.
+size_t Convert(iconv_t converter, std::string_view input, std::string& output)
+{
+    char* in = const_cast<char*>(input.data());
+    size_t left = input.size();
+    for (;;) {
+        char buffer[1024];
+        char* out = buffer;
+        size_t room = sizeof buffer;
+        const size_t result = iconv(converter, &in, &left, &out, &room);
+        output.append(buffer, out);
+        if (result != static_cast<size_t>(-1) || errno != E2BIG)
+            return input.size() - left;
+    }
+}
+
+// Appends what the converter still holds, and brings it to its first state.
+void Flush(iconv_t converter, std::string& output)
+{
+    char buffer[32];
+    char* out = buffer;
+    size_t room = sizeof buffer;
+    iconv(converter, nullptr, nullptr, &out, &room);
+    output.append(buffer, out);
+}
+
+void AppendUnit(std::string& output, char16_t unit)
+{
+    output.append(reinterpret_cast<const char*>(&unit), sizeof unit);
+}
+
+} // namespace
+
+CodePage* CodePage::Find(UINT number)
+{
+    struct Known
+    {
+        std::mutex mutex; // a leaf
+        std::map<UINT, std::unique_ptr<CodePage>> pages;
+    };
+    static Known& known = *new Known;
+    const std::lock_guard guard(known.mutex);
+    const auto found = known.pages.find(number);
+    if (found != known.pages.end())
+        return found->second.get();
+    const std::string name = IconvName(number);
+    const iconv_t decoder = iconv_open("UTF-16LE", name.c_str());
+    if (decoder == kNone)
+        return nullptr;
+    const iconv_t encoder = iconv_open(name.c_str(), "UTF-16LE");
+    if (encoder == kNone) {
+        iconv_close(decoder);
+        return nullptr;
+    }
+    auto& page = known.pages[number];
+    page.reset(new CodePage(number, decoder, encoder));
+    return page.get();
+}
+
+UINT CodePage::Ansi()
+{
+    const char* const text = std::getenv("PHNNRV_ANSI_CODE_PAGE");
+    if (!text)
+        return kDefaultAnsi;
+    char* end = nullptr;
+    const unsigned long number = std::strtoul(text, &end, 10);
+    const bool known = *text && !*end && number <= 0xFFFF && Find(static_cast<UINT>(number));
+    return known ? static_cast<UINT>(number) : kDefaultAnsi;
+}
+
+CodePage::CodePage(UINT number, iconv_t decoder, iconv_t encoder)
+    : number_(number), decoder_(decoder), encoder_(encoder)
+{
+    FindUndefinedBytes();
+}
+
+void CodePage::FindUndefinedBytes()
+{
+    for (unsigned byte = 0x80; byte <= 0xFF; byte++) {
+        const char c = static_cast<char>(byte);
+        std::string unused;
+        if (Convert(decoder_, {&c, 1}, unused) == 1)
+            continue;
+        if (errno == EINVAL) { // the first byte of several
+            passed_.reset();
+            return;
+        }
+        passed_.set(byte, byte <= 0x9F);
+    }
+    std::string unused;
+    Flush(decoder_, unused);
+}
+
+std::u16string CodePage::Decode(std::string_view bytes, bool* valid)
+{
+    const std::lock_guard guard(mutex_);
+    std::string output;
+    output.reserve(bytes.size() * sizeof(char16_t));
+    while (!bytes.empty()) {
+        bytes.remove_prefix(Convert(decoder_, bytes, output));
+        if (bytes.empty())
+            break;
+        Flush(decoder_, output);
+        const auto byte = static_cast<unsigned char>(bytes[0]);
+        if (passed_[byte]) {
+            AppendUnit(output, byte);
+        } else {
+            AppendUnit(output, number_ == CP_UTF8 ? u'\uFFFD' : u'?');
+            *valid = false;
+        }
+        bytes.remove_prefix(1);
+    }
+    Flush(decoder_, output);
+    std::u16string units(output.size() / sizeof(char16_t), u'\0');
+    std::memcpy(units.data(), output.data(), output.size());
+    return units;
+}
+
+std::string CodePage::Encode(std::u16string_view units, std::string_view replacement, bool* valid)
+{
+    const std::lock_guard guard(mutex_);
+    std::string output;
+    output.reserve(units.size());
+    while (!units.empty()) {
+        size_t run = std::min(units.size(), kRunUnits);
+        if (run < units.size() && (units[run - 1] & 0xFC00) == 0xD800)
+            run++; // a surrogate pair stays together
+        const std::string_view bytes(reinterpret_cast<const char*>(units.data()), run * sizeof(char16_t));
+        const size_t done = Convert(encoder_, bytes, output) / sizeof(char16_t);
+        units.remove_prefix(done);
+        if (done == run)
+            continue;
+        Flush(encoder_, output);
+        if (units[0] <= 0xFF && passed_[units[0]]) {
+            output += static_cast<char>(units[0]);
+        } else {
+            output += replacement;
+            *valid = false;
+        }
+        units.remove_prefix(1);
+    }
+    Flush(encoder_, output);
+    return output;
+}
+
+} // namespace platform

@@ -1,0 +1,44 @@
+// A code page's two conversions, through the C library's iconv and linear in their text whatever the bytes. What cannot
+// be converted is replaced byte by byte or unit by unit, so that the rest of the text stays. Used by the text calls.
+#pragma once
+
+#include <iconv.h>
+
+#include <bitset>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include <windows.h>
+
+namespace platform {
+
+class CodePage
+{
+public:
+    // The code page of this number, kept from its first use on; null if iconv does not know it.
+    static CodePage* Find(UINT number);
+
+    // The number of the system's ANSI code page (PHNNRV_ANSI_CODE_PAGE).
+    static UINT Ansi();
+
+    // Both set *valid to false when something had to be replaced, and leave it alone otherwise.
+    std::u16string Decode(std::string_view bytes, bool* valid);
+    std::string Encode(std::u16string_view units, std::string_view replacement, bool* valid);
+
+    // What stands for a unit that the code page lacks.
+    std::string_view DefaultReplacement() const { return number_ == CP_UTF8 ? "\xEF\xBF\xBD" : "?"; }
+
+private:
+    CodePage(UINT number, iconv_t decoder, iconv_t encoder);
+
+    void FindUndefinedBytes();
+
+    const UINT number_;
+    std::mutex mutex_; // a leaf; the converters have a state
+    iconv_t decoder_;
+    iconv_t encoder_;
+    std::bitset<256> passed_; // bytes of a single-byte code page that mean nothing and stand for their own value
+};
+
+} // namespace platform

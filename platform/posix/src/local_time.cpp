@@ -1,0 +1,85 @@
+// The time of day. Zone rules are the C library's, by the TZ variable, which is looked at again at every call.
+#include <time.h>
+
+#include <cerrno>
+
+#include "win32_call.h"
+
+using namespace platform;
+
+namespace {
+
+SYSTEMTIME SystemTimeOf(const tm& time, long milliseconds)
+{
+    return {.wYear = static_cast<WORD>(time.tm_year + 1900),
+            .wMonth = static_cast<WORD>(time.tm_mon + 1),
+            .wDayOfWeek = static_cast<WORD>(time.tm_wday),
+            .wDay = static_cast<WORD>(time.tm_mday),
+            .wHour = static_cast<WORD>(time.tm_hour),
+            .wMinute = static_cast<WORD>(time.tm_min),
+            .wSecond = static_cast<WORD>(time.tm_sec),
+            .wMilliseconds = static_cast<WORD>(milliseconds)};
+}
+
+SYSTEMTIME LocalTimeOf(time_t seconds, long milliseconds)
+{
+    tzset();
+    tm local{};
+    if (!localtime_r(&seconds, &local))
+        ThrowErrno();
+    return SystemTimeOf(local, milliseconds);
+}
+
+timespec TimeOfDay()
+{
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return now;
+}
+
+// The seconds since 1970 of a UTC time; throws ERROR_INVALID_PARAMETER for a date or a time that does not exist.
+time_t SecondsOf(const SYSTEMTIME& utc)
+{
+    tm time{};
+    time.tm_year = utc.wYear - 1900;
+    time.tm_mon = utc.wMonth - 1;
+    time.tm_mday = utc.wDay;
+    time.tm_hour = utc.wHour;
+    time.tm_min = utc.wMinute;
+    time.tm_sec = utc.wSecond;
+    const bool inRange = utc.wYear >= 1601 && utc.wYear <= 30827 && utc.wHour < 24 && utc.wMinute < 60 &&
+                         utc.wSecond < 60 && utc.wMilliseconds < 1000;
+    const time_t seconds = timegm(&time); // which normalises a 30 February
+    if (!inRange || time.tm_mon != utc.wMonth - 1 || time.tm_mday != utc.wDay)
+        throw Win32Error{ERROR_INVALID_PARAMETER};
+    return seconds;
+}
+
+} // namespace
+
+void WINAPI GetSystemTime(LPSYSTEMTIME lpSystemTime)
+{
+    const timespec now = TimeOfDay();
+    tm utc{};
+    gmtime_r(&now.tv_sec, &utc);
+    *lpSystemTime = SystemTimeOf(utc, now.tv_nsec / 1'000'000);
+}
+
+void WINAPI GetLocalTime(LPSYSTEMTIME lpSystemTime)
+{
+    const timespec now = TimeOfDay();
+    *lpSystemTime = LocalTimeOf(now.tv_sec, now.tv_nsec / 1'000'000);
+}
+
+BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
+                                            const SYSTEMTIME* lpUniversalTime, LPSYSTEMTIME lpLocalTime)
+{
+    return Win32Call(Call::SystemTimeToTzSpecificLocalTime, FALSE, [&] {
+        if (!lpUniversalTime || !lpLocalTime)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        if (lpTimeZoneInformation)
+            throw Win32Error{ERROR_NOT_SUPPORTED};
+        *lpLocalTime = LocalTimeOf(SecondsOf(*lpUniversalTime), lpUniversalTime->wMilliseconds);
+        return TRUE;
+    });
+}

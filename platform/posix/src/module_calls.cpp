@@ -1,0 +1,221 @@
+// Modules. A module's handle is the address at which it is loaded. Loaded modules are found by walking the dynamic
+// linker's list, which is safe while a module is being loaded or unloaded: the library asks for its own then.
+#include <dlfcn.h>
+#include <link.h>
+#include <stdlib.h>
+#include <strings.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "win32_call.h"
+
+using namespace platform;
+
+namespace {
+
+struct Module
+{
+    HMODULE handle = nullptr;
+    std::string name; // as it was loaded; empty for the program
+};
+
+// The first loaded module that fits; a null handle if none does. The program comes first.
+Module FindModule(const std::function<bool(const Module&)>& fits)
+{
+    struct Search
+    {
+        const std::function<bool(const Module&)>& fits;
+        Module found;
+    } search{fits, {}};
+    dl_iterate_phdr(
+        [](dl_phdr_info* info, size_t, void* context) {
+            const auto* const end = info->dlpi_phdr + info->dlpi_phnum;
+            const auto* const first = std::find_if(info->dlpi_phdr, end, [](auto& p) { return p.p_type == PT_LOAD; });
+            if (first == end)
+                return 0;
+            const auto page = static_cast<uintptr_t>(getpagesize());
+            const uintptr_t base = (info->dlpi_addr + first->p_vaddr) & ~(page - 1);
+            const Module module{reinterpret_cast<HMODULE>(base), info->dlpi_name};
+            auto& current = *static_cast<Search*>(context);
+            if (!current.fits(module))
+                return 0;
+            current.found = module;
+            return 1;
+        },
+        &search);
+    return search.found;
+}
+
+Module ModuleOf(HMODULE handle)
+{
+    Module module = FindModule([=](const Module& m) { return !handle || m.handle == handle; });
+    if (!module.handle)
+        throw Win32Error{ERROR_MOD_NOT_FOUND};
+    return module;
+}
+
+// The file that a module's Windows name stands for.
+std::string FileOf(const char* name)
+{
+    return strcasecmp(name, "PHNNRV.dll") == 0 ? "libphnnrv.so" : name;
+}
+
+HMODULE LoadedModule(const char* name)
+{
+    if (!name)
+        return ModuleOf(nullptr).handle;
+    const std::string file = FileOf(name);
+    const bool isPath = file.find('/') != file.npos;
+    const Module module = FindModule([&](const Module& m) {
+        return m.name == file || (!isPath && m.name.size() > file.size() && m.name.ends_with('/' + file));
+    });
+    if (!module.handle)
+        throw Win32Error{ERROR_MOD_NOT_FOUND};
+    return module.handle;
+}
+
+std::string PathOf(const Module& module)
+{
+    const std::string name = module.name.empty() ? "/proc/self/exe" : module.name;
+    if (!module.name.empty() && name.starts_with('/'))
+        return name;
+    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(name.c_str(), nullptr), free);
+    return resolved ? resolved.get() : name;
+}
+
+HMODULE BaseOf(const void* address)
+{
+    Dl_info info{};
+    if (!dladdr(address, &info))
+        throw Win32Error{ERROR_MOD_NOT_FOUND};
+    return static_cast<HMODULE>(info.dli_fbase);
+}
+
+// One reference to a loaded module, as dlopen counts them.
+std::unique_ptr<void, int (*)(void*)> Reference(HMODULE handle)
+{
+    const std::string name = ModuleOf(handle).name;
+    void* const reference = dlopen(name.empty() ? nullptr : name.c_str(), RTLD_NOLOAD | RTLD_LAZY);
+    if (!reference)
+        throw Win32Error{ERROR_MOD_NOT_FOUND};
+    return {reference, dlclose};
+}
+
+// A library named without a path is looked for beside this one first.
+void* Open(const std::string& file)
+{
+    if (file.find('/') == file.npos) {
+        const std::string own = PathOf(ModuleOf(BaseOf(reinterpret_cast<const void*>(&GetModuleHandleA))));
+        const std::string beside = own.substr(0, own.rfind('/') + 1) + file;
+        if (access(beside.c_str(), F_OK) == 0)
+            return dlopen(beside.c_str(), RTLD_NOW | RTLD_LOCAL);
+        return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    }
+    const std::unique_ptr<char, void (*)(void*)> path(realpath(file.c_str(), nullptr), free);
+    if (!path)
+        ThrowErrno();
+    return dlopen(path.get(), RTLD_NOW | RTLD_LOCAL);
+}
+
+} // namespace
+
+HMODULE WINAPI GetModuleHandleA(LPCSTR lpModuleName)
+{
+    return Win32Call(Call::GetModuleHandleA, HMODULE{}, [&] { return LoadedModule(lpModuleName); });
+}
+
+BOOL WINAPI GetModuleHandleExA(DWORD dwFlags, LPCSTR lpModuleName, HMODULE* phModule)
+{
+    return Win32Call(Call::GetModuleHandleExA, FALSE, [&] {
+        constexpr DWORD kKnown = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+        if (!phModule || (dwFlags & ~kKnown))
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        *phModule = nullptr;
+        const bool fromAddress = dwFlags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
+        const HMODULE module = fromAddress ? BaseOf(lpModuleName) : LoadedModule(lpModuleName);
+        if (!(dwFlags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT))
+            Reference(module).release();
+        *phModule = module;
+        return TRUE;
+    });
+}
+
+DWORD WINAPI GetModuleFileNameA(HMODULE hModule, LPSTR lpFilename, DWORD nSize)
+{
+    return Win32Call(Call::GetModuleFileNameA, DWORD{0}, [&] {
+        const std::string path = PathOf(ModuleOf(hModule));
+        if (!lpFilename || nSize == 0)
+            throw Win32Error{ERROR_INSUFFICIENT_BUFFER};
+        const size_t length = std::min<size_t>(path.size(), nSize - 1);
+        std::memcpy(lpFilename, path.data(), length);
+        lpFilename[length] = '\0';
+        if (length == path.size())
+            return static_cast<DWORD>(length);
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return nSize;
+    });
+}
+
+HMODULE WINAPI LoadLibraryA(LPCSTR lpLibFileName)
+{
+    return Win32Call(Call::LoadLibraryA, HMODULE{}, [&] {
+        if (!lpLibFileName || !*lpLibFileName)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        const std::string file = FileOf(lpLibFileName);
+        void* const opened = Open(file);
+        if (!opened)
+            throw Win32Error{file.find('/') == file.npos ? DWORD{ERROR_MOD_NOT_FOUND} : DWORD{ERROR_BAD_EXE_FORMAT}};
+        const link_map* map = nullptr;
+        dlinfo(opened, RTLD_DI_LINKMAP, &map);
+        return BaseOf(map->l_ld);
+    });
+}
+
+BOOL WINAPI FreeLibrary(HMODULE hLibModule)
+{
+    return Win32Call(Call::FreeLibrary, FALSE, [&] {
+        if (!hLibModule)
+            throw Win32Error{ERROR_INVALID_HANDLE};
+        dlclose(Reference(hLibModule).get()); // the caller's reference, and then this one's
+        return TRUE;
+    });
+}
+
+FARPROC WINAPI GetProcAddress(HMODULE hModule, LPCSTR lpProcName)
+{
+    return Win32Call(Call::GetProcAddress, FARPROC{}, [&] {
+        constexpr uintptr_t kOrdinals = 0xFFFF;
+        void* const symbol =
+            reinterpret_cast<uintptr_t>(lpProcName) > kOrdinals ? dlsym(Reference(hModule).get(), lpProcName) : nullptr;
+        // dlsym looks into what the module depends on as well.
+        if (!symbol || BaseOf(symbol) != ModuleOf(hModule).handle)
+            throw Win32Error{ERROR_PROC_NOT_FOUND};
+        return reinterpret_cast<FARPROC>(symbol);
+    });
+}
+
+BOOL WINAPI DisableThreadLibraryCalls(HMODULE)
+{
+    return TRUE; // nothing here calls a module at the start or end of a thread
+}
+
+BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA lpVersionInformation)
+{
+    return Win32Call(Call::GetVersionExA, FALSE, [&] {
+        if (!lpVersionInformation || lpVersionInformation->dwOSVersionInfoSize != sizeof *lpVersionInformation)
+            throw Win32Error{ERROR_INSUFFICIENT_BUFFER};
+        *lpVersionInformation = {.dwOSVersionInfoSize = sizeof *lpVersionInformation,
+                                 .dwMajorVersion = 6,
+                                 .dwMinorVersion = 2,
+                                 .dwBuildNumber = 9200,
+                                 .dwPlatformId = VER_PLATFORM_WIN32_NT,
+                                 .szCSDVersion = {}};
+        return TRUE;
+    });
+}
