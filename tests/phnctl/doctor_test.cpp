@@ -59,9 +59,8 @@ TEST(Doctor, FindsTheHandset)
     program.Set("PHNNRV_DEVICES", devices.Path().string());
     const Outcome outcome = program.Run({"doctor"});
     EXPECT_EQ(outcome.status, 0) << outcome.out << outcome.err;
-    EXPECT_NE(
-        outcome.out.find("ports     ok             device directory " + devices.Path().string() + ": 1 entries\n"),
-        std::string::npos)
+    EXPECT_NE(outcome.out.find("ports     ok             device directory " + devices.Path().string() + ": 1 entry\n"),
+              std::string::npos)
         << outcome.out;
     EXPECT_NE(outcome.out.find("handset   ok             answers: Fjord 40\n"), std::string::npos) << outcome.out;
     EXPECT_EQ(program.Run(Split("doctor --json")).out.rfind("{\"ok\":true,\"findings\":[{\"step\":\"library\"", 0), 0u);

@@ -18,8 +18,8 @@ protected:
         m_program.Set("PHNNRV_DEVICES", m_devices.Path().string());
     }
 
-    simulator::Handset& Handset() { return m_simulator.Phone(); }
-    simulator::Setup Setup() { return Handset().Snapshot().setup; }
+    simulator::Handset& Handset() { return m_simulator.Control(); }
+    simulator::Setup Stored() { return Handset().Snapshot().setup; }
     Outcome Run(const std::string& words, const std::string& input = "") { return m_program.Run(Split(words), input); }
 
     simulator::DeviceDirectory m_devices;
@@ -89,19 +89,19 @@ TEST_F(WithHandset, NothingOfTheHandsetReachesTheTerminalRaw)
 TEST_F(WithHandset, CommandsReachTheHandset)
 {
     const auto parameters = [&] {
-        const simulator::Setup now = Setup();
+        const simulator::Setup now = Stored();
         return std::vector<int>{now.parameter1, now.parameter2, now.parameter3};
     };
     EXPECT_EQ(Run("radio off").out, "The radio is off.\n");
-    EXPECT_EQ(Setup().radio, 0);
+    EXPECT_EQ(Stored().radio, 0);
     EXPECT_EQ(Run("radio on --json").out, "{\"radio\":\"on\"}\n");
-    EXPECT_EQ(Setup().radio, 1);
+    EXPECT_EQ(Stored().radio, 1);
     EXPECT_EQ(Run("lock on 0000").out, "The handset is locked.\n");
-    EXPECT_EQ(Setup().lock, 1);
+    EXPECT_EQ(Stored().lock, 1);
     EXPECT_EQ(Run("lock off", "0000\n").out, "The handset is unlocked.\n");
-    EXPECT_EQ(Setup().lock, 0);
+    EXPECT_EQ(Stored().lock, 0);
     EXPECT_EQ(Run("lock-code 0000", "4711\n").out, "The lock code is changed.\n");
-    EXPECT_EQ(Setup().lockCode, "4711");
+    EXPECT_EQ(Stored().lockCode, "4711");
     EXPECT_EQ(Run("parameters set uParameter2=255 wParameter3=0x1234").out,
               "uParameter1  1\nuParameter2  255\nwParameter3  4660\n");
     EXPECT_EQ(parameters(), (std::vector<int>{1, 255, 0x1234}));
@@ -109,7 +109,7 @@ TEST_F(WithHandset, CommandsReachTheHandset)
     const Outcome activation = Run("activate");
     EXPECT_EQ(activation.status, 0) << activation.err;
     EXPECT_NE(activation.out.find("Activation has started"), std::string::npos);
-    EXPECT_EQ(Setup().activationDialled, "*48015");
+    EXPECT_EQ(Stored().activationDialled, "*48015");
 }
 
 TEST_F(WithHandset, RefusalsGiveCodeNameAndMeaning)

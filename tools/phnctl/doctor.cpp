@@ -104,7 +104,10 @@ private:
         if (!around.problem.empty())
             Add({"ports", "missing", around.place + ": " + around.problem, around.remedy});
         else
-            Add({"ports", "ok", fmt::format("{}: {} entries", around.place, around.entries.size()), ""});
+            Add({"ports", "ok",
+                 fmt::format("{}: {} {}", around.place, around.entries.size(),
+                             around.entries.size() == 1 ? "entry" : "entries"),
+                 ""});
         for (const PortEntry& entry : around.entries)
             LookAtPort(entry);
         for (const UnlistedTerminal& terminal : around.unlisted)
