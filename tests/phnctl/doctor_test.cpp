@@ -95,6 +95,24 @@ TEST(Doctor, TellsEveryTroubleApart)
     EXPECT_NE(outcome.out.find("handset   missing        there is no free port to ask on\n"), std::string::npos);
 }
 
+TEST(Doctor, NoPermissionIsNotBusy)
+{
+    if (geteuid() == 0)
+        GTEST_SKIP() << "root may use every port";
+    const simulator::DeviceDirectory devices;
+    const Terminal forbidden((devices.Path() / "com2").string());
+    ASSERT_EQ(chmod(forbidden.Path().c_str(), 0), 0);
+    Program program;
+    program.Set("PHNNRV_DEVICES", devices.Path().string());
+    const Outcome outcome = program.Run({"doctor"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(HasLine(outcome.out,
+                        "port      no permission  com2, serial port -> " + forbidden.Path() +
+                            ": this user may not read and write it",
+                        "sudo chown \"$USER\" '" + forbidden.Path() + "'"))
+        << outcome.out;
+}
+
 TEST(Doctor, TellsAMissingDirectoryFromAnEmptyOne)
 {
     const simulator::DeviceDirectory devices;

@@ -1,5 +1,6 @@
 #include "system/system.h"
 
+#include <atomic>
 #include <csignal>
 #include <iostream>
 #include <sys/ioctl.h>
@@ -11,23 +12,31 @@ namespace host {
 
 namespace {
 
+// What the terminal is put back to after a secret was typed; also when an interrupt ends the program in between.
+termios echoing{};
+std::atomic<bool> echoIsOff = false;
+
+void RestoreEcho()
+{
+    if (echoIsOff.exchange(false))
+        tcsetattr(STDIN_FILENO, TCSAFLUSH, &echoing);
+}
+
 // Keeps the terminal from showing what is typed, for as long as the object lives.
 class EchoOff
 {
 public:
     EchoOff()
     {
-        tcgetattr(STDIN_FILENO, &m_before);
-        termios quiet = m_before;
+        tcgetattr(STDIN_FILENO, &echoing);
+        echoIsOff = true;
+        termios quiet = echoing;
         quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
         tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
     }
-    ~EchoOff() { tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before); }
+    ~EchoOff() { RestoreEcho(); }
     EchoOff(const EchoOff&) = delete;
     EchoOff& operator=(const EchoOff&) = delete;
-
-private:
-    termios m_before{};
 };
 
 std::optional<std::string> ReadLine()
@@ -73,8 +82,10 @@ void OnInterrupt(std::function<void()> action)
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::thread([signals, act = std::move(action)] {
         int number = 0;
-        if (sigwait(&signals, &number) == 0)
-            act();
+        if (sigwait(&signals, &number) != 0)
+            return;
+        RestoreEcho();
+        act();
     }).detach();
 }
 
