@@ -1,0 +1,49 @@
+// Contact records of the handset, byte by byte: built and taken apart independently of the library's own records.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct Entry
+{
+    uint32_t type = 0;
+    std::u16string value{};
+    uint32_t speedDial = 0;
+    uint32_t isDefault = 0;
+
+    bool operator==(const Entry&) const = default;
+};
+
+struct Contact
+{
+    uint32_t record = 0;
+    std::u16string first{};
+    std::u16string last{};
+    std::vector<Entry> entries{};
+    uint32_t group = 0;
+    uint32_t pictureSet = 0;
+    uint32_t pictureGet = 0;
+    uint32_t ringer = 0;
+
+    bool operator==(const Contact&) const = default;
+};
+
+using Bytes = std::vector<uint8_t>;
+
+void Put32(Bytes& bytes, uint32_t value);
+void Put16(Bytes& bytes, uint16_t value);
+// As many units as the text has, then zeros up to the width.
+void PutWide(Bytes& bytes, std::u16string_view text, size_t units);
+
+uint32_t Get32(const Bytes& bytes, size_t offset);
+
+Bytes ToBytes(const Contact& contact);
+// The contact at the begin of the bytes, which must hold nothing else.
+Contact FromBytes(const Bytes& bytes);
+
+// For messages of failed tests.
+void PrintTo(const Entry& entry, std::ostream* out);
+void PrintTo(const Contact& contact, std::ostream* out);

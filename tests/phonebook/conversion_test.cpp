@@ -1,0 +1,241 @@
+// Both directions of the vCard conversion, as the members of the phonebook carry them out.
+#include <gtest/gtest.h>
+
+#include "phonebook/contact_bytes.h"
+#include "phonebook/speed_dial_phonebook.h"
+
+namespace {
+
+struct Conversion
+{
+    bool converted;
+    std::string text;
+};
+
+// The text of a record, read into a buffer of `room` bytes.
+Conversion Write(const Contact& contact, size_t room = 8192)
+{
+    const Bytes bytes = ToBytes(contact);
+    CSpeedDialPhonebook phonebook;
+    PB_CONTACT record{};
+    EXPECT_EQ(phonebook.ParseRecords(bytes.data(), static_cast<DWORD>(bytes.size()), &record, 1), 1u);
+    std::vector<char> buffer(room, '#');
+    PHN_CONTACT_RECORD host{sizeof host, buffer.data(), static_cast<uint32_t>(room)};
+    const bool converted = phonebook.NorvikToVCard(&host, &record);
+    phonebook.FreeEntries(&record, 1);
+    if (!converted) {
+        EXPECT_EQ(std::string(buffer.begin(), buffer.end()), std::string(room, '#')) << "a failure writes nothing";
+        return {false, {}};
+    }
+    return {true, buffer.data()};
+}
+
+// The record of a text; an empty one if the text is rejected.
+Contact Read(std::string text, bool* converted = nullptr)
+{
+    CSpeedDialPhonebook phonebook;
+    PHN_CONTACT_RECORD host{sizeof host, text.data(), static_cast<uint32_t>(text.size())};
+    PB_CONTACT record{};
+    const bool accepted = phonebook.VCardToNorvik(&record, &host);
+    Bytes bytes;
+    const auto append = [&bytes](const void* data, size_t length) {
+        const auto* const begin = static_cast<const uint8_t*>(data);
+        bytes.insert(bytes.end(), begin, begin + length);
+    };
+    append(&record.rcRecord, sizeof record.rcRecord);
+    append(record.pEntries, record.rcRecord.dwNumOfEntries * sizeof(PB_NUMBER_ENTRY));
+    phonebook.FreeEntries(&record, 1);
+    if (converted)
+        *converted = accepted;
+    else
+        EXPECT_TRUE(accepted) << text;
+    return accepted ? FromBytes(bytes) : Contact{};
+}
+
+std::string Card(const std::string& lines)
+{
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\n" + lines + "END:VCARD\r\n";
+}
+
+TEST(Conversion, ARecordBecomesText)
+{
+    const std::string full(36, 'n');
+    const struct
+    {
+        Contact contact;
+        std::string name, entries, ids, defaultNo{}, speedDials{};
+    } cases[] = {
+        {{.first = u"Alpha",
+          .last = u"Beta",
+          .entries = {{0, u"5550100", 2, 1}, {5, u"alpha"}},
+          .group = 1,
+          .pictureSet = 9,
+          .ringer = 4},
+         "FN:Alpha Beta\r\n",
+         "TEL;TYPE=CELL:5550100\r\nEMAIL:alpha\r\n",
+         "1 0 4",
+         "1",
+         "2,0,0,0,0"},
+        {{.first = u"Alpha", .group = 0xFFFFFFFF, .pictureGet = 0x80000000}, "FN:Alpha\r\n", "", "-1 -2147483648 0"},
+        {{.last = u"Beta"}, "FN:Beta\r\n", "", "0 0 0"},
+        {{}, "", "", "0 0 0"},
+        {{.first = std::u16string(36, u'n'), .last = std::u16string(36, u'n')},
+         "FN:" + full + " " + full + "\r\n",
+         "",
+         "0 0 0"},
+        // Every type and its position; the last default counts, of two speed dials of a type the first.
+        {{.entries = {{6, u"b", 9},
+                      {4, u"5", 50},
+                      {3, u"4", 40},
+                      {2, u"3", 30},
+                      {1, u"2", 20, 1},
+                      {0, u"1", 10},
+                      {5, u"a", 9},
+                      {0, u"6", 60},
+                      {7, u"x", 70},
+                      {4, u"", 0, 7}}},
+         "",
+         "X-PHN-EMAIL-2:b\r\nTEL;TYPE=FAX:5\r\nTEL;TYPE=WORK:4\r\nTEL;TYPE=HOME:3\r\nX-PHN-MOBILE-2:2\r\n"
+         "TEL;TYPE=CELL:1\r\nEMAIL:a\r\nTEL;TYPE=CELL:6\r\nTEL;TYPE=FAX:\r\n",
+         "0 0 0",
+         "5",
+         "10,30,40,20,50"},
+        {{.entries = {{1, u"2", 0xFFFFFFFF, 1}}}, "", "X-PHN-MOBILE-2:2\r\n", "0 0 0", "4", "0,0,0,-1,0"},
+        {{.entries = {{0, u"1", 0, 1}, {5, u"a", 0, 1}}}, // the default has no position
+         "",
+         "TEL;TYPE=CELL:1\r\nEMAIL:a\r\n",
+         "0 0 0",
+         "",
+         "0,0,0,0,0"},
+        {{.entries = {{0xFFFFFFFF, u"1", 1, 1}}}, "", "", "0 0 0", "", "0,0,0,0,0"},
+        {{.entries = {{0, std::u16string(52, u'1')}}}, // a value that fills its field
+         "",
+         "TEL;TYPE=CELL:" + std::string(52, '1') + "\r\n",
+         "0 0 0",
+         "",
+         "0,0,0,0,0"},
+        {{.first = u"M\u00FCller", .last = u"\u65E5"}, "FN:M\xFCller ?\r\n", "", "0 0 0"}, // code page 1252
+    };
+    for (const auto& [contact, name, entries, ids, defaultNo, speedDials] : cases) {
+        const size_t first = ids.find(' '), second = ids.rfind(' ');
+        EXPECT_EQ(Write(contact).text,
+                  Card(name + entries + "REV:N/A\r\nUID:N/A\r\nX-PHN-GROUP-ID:" + ids.substr(0, first) +
+                       "\r\nX-PHN-PICTURE-ID:" + ids.substr(first + 1, second - first - 1) +
+                       "\r\nX-PHN-RINGER-ID:" + ids.substr(second + 1) + "\r\nX-PHN-DEFAULT-NO:" + defaultNo +
+                       "\r\nX-PHN-SPEEDDIAL-LIST:" + speedDials + "\r\n"));
+    }
+}
+
+TEST(Conversion, TheTextMustFitTheHostsBufferAndItsOwnLimit)
+{
+    Contact contact{.first = u"Alpha", .entries = {{0, u"5550100"}}};
+    const std::string text = Write(contact).text;
+    EXPECT_EQ(Write(contact, text.size() + 1).text, text);
+    EXPECT_FALSE(Write(contact, text.size()).converted);
+    EXPECT_FALSE(Write(contact, 1).converted);
+
+    // Lines of 14 + 52 + 2 characters, and one that fills the 4095 and then goes beyond them.
+    contact.entries.assign(57, {0, std::u16string(52, u'1')});
+    const size_t length = Write(contact).text.size();
+    ASSERT_LT(length, 4095u);
+    contact.entries.push_back({5, std::u16string(4095 - length - sizeof "EMAIL:\r\n" + 1, u'a')});
+    EXPECT_EQ(Write(contact).text.size(), 4095u);
+    contact.entries.back().value += u'a';
+    EXPECT_FALSE(Write(contact).converted);
+}
+
+TEST(Conversion, ATextBecomesARecord)
+{
+    const struct
+    {
+        const char* lines;
+        Contact contact;
+    } cases[] = {
+        {"FN:Alpha\r\nEMAIL:Beta\r\nTEL;TYPE=HOME:12 3\r\n",
+         {.first = u"Alpha", .entries = {{5, u"Beta"}, {2, u"123"}}}},
+        {"fn:Alpha Beta Gamma\ntel;type=cell:(555) 123-4567 P 89\n",
+         {.first = u"Alpha", .last = u"Beta Gamma", .entries = {{0, u"5551234567p89"}}}},
+        {"FN:\nX-PHN-EMAIL-2:b\nEMAIL:a\nTEL;TYPE=FAX:5\nTEL;TYPE=WORK:4\nTEL;TYPE=HOME:3\nX-PHN-MOBILE-2:2\n"
+         "TEL;TYPE=CELL:1\nX-PHN-SPEEDDIAL-LIST:1,2,3,4,5\nX-PHN-DEFAULT-NO:4\n",
+         {.entries = {{6, u"b"}, {5, u"a"}, {4, u"5", 5}, {3, u"4", 3}, {2, u"3", 2}, {1, u"2", 4, 1}, {0, u"1", 1}}}},
+        // Only the first line of a key counts.
+        {"FN:A\nTEL;TYPE=CELL:1\nEMAIL:a\nTEL;TYPE=CELL:2\nX-PHN-DEFAULT-NO: +1x\n",
+         {.first = u"A", .entries = {{0, u"1", 0, 1}, {5, u"a"}}}},
+        // No value, or nothing to dial: an entry all zero, which has the place of a mobile number in the list.
+        {"FN:A\nTEL;TYPE=FAX:none\nEMAIL:\nTEL;TYPE=WORK:1\nX-PHN-DEFAULT-NO:5\nX-PHN-SPEEDDIAL-LIST:7,0,8,0,9\n",
+         {.first = u"A", .entries = {{0, u"", 7}, {0, u"", 7}, {3, u"1", 8}}}},
+        {"FN:A\nEMAIL:a\nX-PHN-DEFAULT-NO:6\nX-PHN-SPEEDDIAL-LIST:\n", {.first = u"A", .entries = {{5, u"a"}}}},
+        {"FN:A\nEMAIL:a\nX-PHN-DEFAULT-NO:0\nX-PHN-GROUP-ID:123\nX-PHN-RINGER-ID:7\nX-PHN-PICTURE-ID:-1\n",
+         {.first = u"A", .entries = {{5, u"a"}}, .group = 123, .pictureSet = 0xFFFFFFFF, .ringer = 7}},
+        {"FN:M\xFCller\nEMAIL:\x80\n", {.first = u"M\u00FCller", .entries = {{5, u"\u20AC"}}}}, // code page 1252
+    };
+    for (const auto& [lines, contact] : cases)
+        EXPECT_EQ(Read(Card(lines)), contact) << lines;
+}
+
+TEST(Conversion, NamesAreCutAndValuesRejectedAtTheirLimits)
+{
+    const std::string name(37, 'n');
+    const Contact cut = Read(Card("FN:" + name + " " + name + "\nEMAIL:a\n"));
+    EXPECT_EQ(cut.first, std::u16string(36, u'n'));
+    EXPECT_EQ(cut.last, std::u16string(36, u'n'));
+
+    const struct
+    {
+        std::string lines;
+        bool accepted;
+    } cases[] = {
+        {"FN:A\nEMAIL:" + std::string(52, 'a') + "\n", true},
+        {"FN:A\nEMAIL:" + std::string(53, 'a') + "\n", false},
+        {"FN:A\nTEL;TYPE=FAX:" + std::string(52, '1') + "\n", true},
+        {"FN:A\nTEL;TYPE=FAX:" + std::string(53, '1') + "\n", false},
+        {"FN:A\nTEL;TYPE=FAX:" + std::string(259, '-') + "\n", true},
+        {"FN:A\nTEL;TYPE=FAX:" + std::string(260, '-') + "\n", false},
+        {"FN:" + std::string(259, 'a') + "\nEMAIL:a\n", true},
+        {"FN:" + std::string(260, 'a') + "\nEMAIL:a\n", false},
+        {"FN:A\nEMAIL:a\nX-PHN-DEFAULT-NO:" + std::string(260, '1') + "\n", false},
+        {"FN:A\nEMAIL:a\nX-PHN-PICTURE-ID:" + std::string(260, '1') + "\n", false},
+        {"FN:A\nEMAIL:a\nX-PHN-SPEEDDIAL-LIST:1,2,3,4," + std::string(251, '5') + "\n", true},
+        {"FN:A\nEMAIL:a\nX-PHN-SPEEDDIAL-LIST:1,2,3,4," + std::string(252, '5') + "\n", false},
+    };
+    for (const auto& [lines, accepted] : cases) {
+        bool converted = false;
+        Read(Card(lines), &converted);
+        EXPECT_EQ(converted, accepted) << lines;
+    }
+}
+
+TEST(Conversion, OnlyWholeRecordsAreUnpacked)
+{
+    const Bytes first = ToBytes({.record = 1, .entries = {{0, u"1"}, {5, u"a"}}});
+    const Bytes second = ToBytes({.record = 2});
+    Bytes both = first;
+    both.insert(both.end(), second.begin(), second.end());
+    Bytes liar = second;
+    liar[463] = 0xFF; // some four thousand million entries
+    const struct
+    {
+        Bytes bytes;
+        DWORD count, whole;
+    } cases[] = {
+        {both, 2, 2},
+        {both, 1, 1},
+        {both, 9, 2},
+        {Bytes(both.begin(), both.end() - 1), 9, 1},
+        {first, 1, 1},
+        {Bytes(first.begin(), first.end() - 1), 1, 0},
+        {Bytes(first.begin(), first.begin() + 463), 1, 0},
+        {liar, 1, 0},
+        {{}, 1, 0},
+    };
+    for (const auto& [bytes, count, whole] : cases) {
+        CSpeedDialPhonebook phonebook;
+        std::vector<PB_CONTACT> records(count);
+        EXPECT_EQ(phonebook.ParseRecords(bytes.data(), static_cast<DWORD>(bytes.size()), records.data(), count), whole);
+        for (DWORD record = 0; record < count; ++record)
+            EXPECT_EQ(+records[record].rcRecord.dwRecordID, record < whole ? record + 1 : 0);
+        phonebook.FreeEntries(records.data(), count);
+    }
+}
+
+} // namespace

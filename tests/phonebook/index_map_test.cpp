@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include "phonebook/index_map.h"
+
+namespace {
+
+DWORD RecordOf(const CIndexMap& map, DWORD index, bool mapped)
+{
+    DWORD record = 0;
+    EXPECT_EQ(map.IndexToRecordID(index, &record), mapped) << "index " << index;
+    return record;
+}
+
+TEST(IndexMap, AnUnmappedIndexIsItsOwnRecordUnlessAnotherContactHoldsThat)
+{
+    CIndexMap map;
+    EXPECT_EQ(RecordOf(map, 5, false), 5u);
+    EXPECT_EQ(RecordOf(map, 0xFFFFFFFF, false), 0xFFFFFFFF);
+    map.AddIndexMapping(9, 5);
+    EXPECT_EQ(RecordOf(map, 9, true), 5u);
+    EXPECT_EQ(RecordOf(map, 5, false), 0u);
+    map.AddIndexMapping(0, 0);
+    map.AddIndexMapping(1, 2);
+    EXPECT_EQ(RecordOf(map, 5, false), 1u);
+}
+
+TEST(IndexMap, BothDirectionsForgetTogether)
+{
+    CIndexMap map;
+    map.AddIndexMapping(1, 10);
+    map.AddIndexMapping(1, 11); // the index moves: record 10 is free
+    EXPECT_EQ(RecordOf(map, 10, false), 10u);
+    EXPECT_EQ(RecordOf(map, 1, true), 11u);
+    map.AddIndexMapping(2, 11); // the record moves: index 1 is unmapped
+    EXPECT_EQ(RecordOf(map, 1, false), 1u);
+    map.RemoveIndexMapping(1); // and takes nothing from index 2
+    EXPECT_EQ(RecordOf(map, 2, true), 11u);
+    EXPECT_EQ(RecordOf(map, 11, false), 0u);
+    map.RemoveIndexMapping(2);
+    EXPECT_EQ(RecordOf(map, 11, false), 11u);
+    map.AddIndexMapping(3, 4);
+    map.RemoveAllMappings();
+    EXPECT_EQ(RecordOf(map, 3, false), 3u);
+    EXPECT_EQ(RecordOf(map, 4, false), 4u);
+}
+
+TEST(IndexMap, TheLowestFreeRecordBelowAThousandIsTaken)
+{
+    CIndexMap map;
+    for (DWORD record = 0; record < 1000; ++record) {
+        EXPECT_EQ(map.GetFreeRecordID(), record);
+        map.AddIndexMapping(2000 + record, record);
+    }
+    EXPECT_EQ(map.GetFreeRecordID(), 1000u);
+    EXPECT_EQ(RecordOf(map, 7, false), 1000u);
+    map.RemoveIndexMapping(2999);
+    EXPECT_EQ(RecordOf(map, 7, false), 999u);
+}
+
+} // namespace

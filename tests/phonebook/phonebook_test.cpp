@@ -1,0 +1,362 @@
+// The phonebook's operations: what they send, what they make of the replies, and what the index map becomes.
+#include "phonebook/phonebook_fixture.h"
+
+#include <functional>
+#include <thread>
+
+#include "phn_platform_test.h"
+
+namespace {
+
+constexpr const char* kCard = "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha\nTEL;TYPE=CELL:123\nEND:VCARD\n";
+
+Bytes Request(std::initializer_list<uint32_t> parameters, uint32_t command)
+{
+    Bytes bytes;
+    Put32(bytes, command);
+    Put16(bytes, 1);
+    for (const uint32_t parameter : parameters)
+        Put32(bytes, parameter);
+    return bytes;
+}
+
+class Phonebook : public PhonebookTest
+{
+protected:
+    static Bytes ReplyWith(const Contact& contact, uint32_t count = 1)
+    {
+        return Reply({0, 0xEEEEEEEE, count}, ToBytes(contact));
+    }
+
+    // The record id that a request is for.
+    uint32_t TakeRecord() { return Get32(TakeRequest(), 6); }
+
+    template <typename Method, typename... Arguments>
+    PHN_ERROR Run(Method method, Arguments... arguments)
+    {
+        PHN_ERROR error = PHN_ERROR_NONE;
+        const bool done = std::invoke(method, phonebook_, Device(), arguments..., &error);
+        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        return error;
+    }
+    PHN_ERROR Delete(DWORD index) { return Run(&CPhonebook::DeleteContact, index); }
+    PHN_ERROR DeleteAll() { return Run(&CPhonebook::DeleteAllContacts); }
+    PHN_ERROR Sizes(PHN_FIELD_SIZES* sizes) { return Run(&CPhonebook::GetFieldSizes, sizes); }
+    PHN_ERROR Group(DWORD id, PHN_GROUP* group) { return Run(&CPhonebook::GetGroup, id, group); }
+};
+
+TEST_F(Phonebook, EachCheckOfAReplyHasItsLineAndItsCode)
+{
+    using Operation = std::function<PHN_ERROR()>;
+    PHN_FIELD_SIZES sizes{};
+    PHN_GROUP group{};
+    const struct
+    {
+        std::string name;
+        Operation run;
+        std::vector<std::string> entry;
+        size_t minimum;
+        std::string reply, status, result; // the names in the lines
+    } operations[] = {
+        {"GetFieldSizes",
+         [&] { return Sizes(&sizes); },
+         {"C GetFieldSizes being executed."},
+         50,
+         "PB_RET_FIELDSIZE_RES(50, 0x32)",
+         "rcRxHeader.wStatus",
+         ""},
+        {"GetContact",
+         [&] { return Get(1); },
+         {"C GetContact being executed."},
+         20,
+         "PB_RET_INFO_CNT_RES(20, 0x14)",
+         "rcRxHeader.wStatus",
+         "prcPBRetInfo->dwResult"},
+        {"SetContact",
+         [&] { return Set(1, kCard); },
+         {"C SetContact being executed."},
+         16,
+         "PB_RET_RES(16, 0x10)",
+         "rcPBRetRes.wStatus",
+         "rcPBRetRes->dwResult"},
+        {"DeleteContact",
+         [&] { return Delete(1); },
+         {"C DeleteContact being executed."},
+         16,
+         "PB_RET_RES(16, 0x10)",
+         "rcPBRetRes.wStatus",
+         "rcPBRetRes.dwResult"},
+        {"DeleteAllContacts",
+         [&] { return DeleteAll(); },
+         {"C DeleteAllContacts being executed."},
+         16,
+         "PB_RET_RES(16, 0x10)",
+         "rcPBRetRes.wStatus",
+         "rcPBRetRes.dwResult"},
+        {"GetName",
+         [&] { return Group(1, &group); },
+         {"C GetGroup being executed."},
+         84,
+         "PB_RET_NAME_RES(84, 0x54)",
+         "rcRxHeader.wStatus",
+         "prcPBRetName->dwResult"},
+    };
+    for (const auto& [name, run, entry, minimum, reply, status, result] : operations) {
+        const auto fails = [&](const std::optional<Bytes>& bytes, PHN_ERROR error, const std::string& line) {
+            port_->Script(bytes);
+            EXPECT_EQ(run(), error) << line;
+            Lines lines = entry;
+            lines.push_back("E " + name + " - " + line);
+            EXPECT_EQ(log_.TakeLines(), lines);
+        };
+        fails(std::nullopt, 104, "ExecCmd failed with dwErrSts = 121(0x79).");
+        char length[32];
+        std::snprintf(length, sizeof length, "%zu, 0x%zX", minimum - 1, minimum - 1);
+        Bytes refused(minimum - 1);
+        refused[6] = 10; // the length is looked at before the status
+        fails(refused, 104, "dwRetBufferLen(" + std::string(length) + ") is less than " + reply + ".");
+        refused.resize(minimum);
+        refused[8] = 8; // and that before the result
+        fails(refused, 203, status + " = 10(0xA).");
+        if (result.empty())
+            continue;
+        refused[6] = 0;
+        refused[8] = 2;
+        fails(refused, 305, result + " = 2(0x2).");
+    }
+}
+
+TEST_F(Phonebook, FieldSizesAreCopiedFromWhatWasReceived)
+{
+    port_->Script(Reply({0xFFFF0001, 2, 3, 4, 5, 6, 0x10007, 0xFFFFFFFF, 9, 10, 11}));
+    PHN_FIELD_SIZES sizes{};
+    ASSERT_EQ(Sizes(&sizes), PHN_ERROR_NONE);
+    EXPECT_EQ(TakeRequest(), Request({}, 34));
+    EXPECT_EQ(+sizes.uSize, 34u);
+    EXPECT_EQ(+sizes.wFieldSize1, 1);
+    EXPECT_EQ(+sizes.wFieldSize6, 6);
+    EXPECT_EQ(+sizes.wFieldSize7, 7);
+    EXPECT_EQ(+sizes.dwFieldSize8, 0xFFFFFFFF);
+    EXPECT_EQ(+sizes.dwFieldSize11, 11u);
+
+    Bytes shortest = Reply({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 0x44332211});
+    shortest.resize(50); // half of the last value; the other half reads as zero
+    port_->Script(shortest);
+    ASSERT_EQ(Sizes(&sizes), PHN_ERROR_NONE);
+    EXPECT_EQ(+sizes.dwFieldSize11, 0x2211u);
+}
+
+TEST_F(Phonebook, ReadsTheFirstContactOfAReply)
+{
+    Bytes two = ToBytes({.first = u"Alpha", .entries = {{0, u"123"}}});
+    const Bytes other = ToBytes({.first = u"Beta"});
+    two.insert(two.end(), other.begin(), other.end());
+    for (const uint32_t count : {1u, 2u, 3u, 0xFFFFFFFFu}) { // whatever the handset claims beyond it
+        port_->Script(Reply({0, 0, count}, two));
+        std::string text;
+        ASSERT_EQ(Get(5, &text), PHN_ERROR_NONE) << count;
+        EXPECT_EQ(TakeRequest(), Request({5}, 35));
+        EXPECT_NE(text.find("\r\nFN:Alpha\r\nTEL;TYPE=CELL:123\r\n"), std::string::npos) << text;
+    }
+}
+
+TEST_F(Phonebook, NothingIsTakenOnAHostileReplysWord)
+{
+    const Bytes whole = ToBytes({.entries = {{0, u"123"}, {0, u"456"}}});
+    Bytes cut(whole.begin(), whole.end() - 14); // the frame's 13 trailing bytes do not make up for it
+    Bytes entries = ToBytes({});
+    std::fill(entries.begin() + 460, entries.end(), uint8_t{0xFF});
+    Bytes wrapping = ToBytes({}); // times 116 its count is 4 in 32 bits
+    wrapping[460] = 0x35, wrapping[461] = 0xC2, wrapping[462] = 0x72, wrapping[463] = 0x0F;
+    const struct
+    {
+        Bytes reply;
+        PHN_ERROR error;
+        const char* line;
+    } cases[] = {
+        {Reply({0, 0, 0}), 304, "E GetContact - prcPBRetInfo->dwNumOfRecs = 0(0x0)."},
+        {Reply({0, 0, 1}), 104, "E GetContact - The first of 1(0x1) records is not whole."},
+        {Reply({0, 0, 0xFFFFFFFF}), 104, "E GetContact - The first of -1(0xFFFFFFFF) records is not whole."},
+        {Reply({0, 0, 1}, cut), 104, "E GetContact - The first of 1(0x1) records is not whole."},
+        {Reply({0, 0, 1}, entries), 104, "E GetContact - The first of 1(0x1) records is not whole."},
+        {Reply({0, 0, 1}, wrapping), 104, "E GetContact - The first of 1(0x1) records is not whole."},
+    };
+    for (const auto& [reply, error, line] : cases) {
+        port_->Script(reply);
+        EXPECT_EQ(Get(1), error) << line;
+        EXPECT_EQ(log_.TakeLines(), (Lines{"C GetContact being executed.", line}));
+    }
+    // None of it was mapped.
+    port_->Script(Reply({0, 1}));
+    EXPECT_EQ(Set(2, kCard), PHN_ERROR_NONE);
+    port_->TakeRequests();
+    port_->Script(Reply({0, 0, 0}));
+    Get(1);
+    EXPECT_EQ(TakeRecord(), 0u);
+}
+
+TEST_F(Phonebook, ATextThatDoesNotFitIsAFailedRead)
+{
+    port_->Script(ReplyWith({}));
+    char buffer[20];
+    PHN_CONTACT_RECORD record{0, buffer, sizeof buffer};
+    EXPECT_EQ(Run(&CPhonebook::GetContact, DWORD{1}, &record), PHN_ERROR_FAILED);
+    EXPECT_EQ(log_.TakeLines(),
+              (Lines{"C GetContact being executed.", "E NorvikToVCard - VCardFormatData returned false.",
+                     "E GetContact - NorvikToVCard returned false."}));
+}
+
+TEST_F(Phonebook, AWriteSendsTheWholeRecordOrNothing)
+{
+    port_->Script(Reply({0, 7}));
+    ASSERT_EQ(Set(7, "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha Beta\nTEL;TYPE=WORK:1 2\nEMAIL:a\nX-PHN-DEFAULT-NO:3\n"
+                     "X-PHN-PICTURE-ID:3\nX-PHN-GROUP-ID:2\nX-PHN-RINGER-ID:1\nX-PHN-SPEEDDIAL-LIST:0,0,9,0,0\nEND\n"),
+              PHN_ERROR_NONE);
+    Bytes request = Request({}, 36);
+    const Bytes contact = ToBytes({.record = 7,
+                                   .first = u"Alpha",
+                                   .last = u"Beta",
+                                   .entries = {{3, u"12", 9, 1}, {5, u"a"}},
+                                   .group = 2,
+                                   .pictureSet = 3,
+                                   .ringer = 1});
+    request.insert(request.end(), contact.begin(), contact.end());
+    EXPECT_EQ(TakeRequest(), request);
+    log_.TakeLines();
+
+    EXPECT_EQ(Set(7, "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha\nEND:VCARD\n"), PHN_ERROR_INVALID_PARAMETER);
+    EXPECT_TRUE(port_->TakeRequests().empty());
+    EXPECT_EQ(log_.TakeLines(),
+              (Lines{"C SetContact being executed.", "E VCardToNorvik - ComposeNrvContact returned false.",
+                     "E VCardToNorvik - CPhonebook::VCardToNorvik returned false.",
+                     "E SetContact - VCardToNorvik returned false."}));
+}
+
+TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
+{
+    const auto set = [this](DWORD index, uint32_t stored) {
+        port_->Script(Reply({0, stored}));
+        EXPECT_EQ(Set(index, kCard), PHN_ERROR_NONE);
+        return TakeRecord();
+    };
+    const auto get = [this](DWORD index) {
+        port_->Script(Reply({0, 0, 0}));
+        EXPECT_EQ(Get(index), PHN_ERROR_NOT_FOUND);
+        return TakeRecord();
+    };
+    EXPECT_EQ(get(7), 7u); // finding nothing maps nothing
+    EXPECT_EQ(set(5, 7), 5u);
+    EXPECT_EQ(get(5), 7u);
+    EXPECT_EQ(set(7, 20), 0u); // record 7 is taken: the lowest free one is asked for
+    EXPECT_EQ(get(7), 20u);
+    EXPECT_EQ(set(5, 8), 7u); // the handset moves the contact
+    EXPECT_EQ(get(5), 8u);
+    EXPECT_EQ(get(8), 0u);
+
+    port_->Script(Reply({4, 30})); // a refused write leaves the map as it was
+    EXPECT_EQ(Set(5, kCard), PHN_ERROR_RESULT_4);
+    EXPECT_EQ(TakeRecord(), 8u);
+    EXPECT_EQ(get(5), 8u);
+
+    port_->Script(ReplyWith({})); // a read maps what it asked for
+    EXPECT_EQ(Get(8), PHN_ERROR_NONE);
+    EXPECT_EQ(TakeRecord(), 0u);
+    EXPECT_EQ(get(0), 1u);
+
+    const struct
+    {
+        uint32_t result;
+        PHN_ERROR error;
+        uint32_t after; // the record of index 5
+    } deletions[] = {{1, PHN_ERROR_NOT_FOUND, 8}, {8, PHN_ERROR_INVALID_PARAMETER, 5}, {0, PHN_ERROR_NONE, 5}};
+    for (const auto& [result, error, after] : deletions) {
+        port_->Script(Reply({result, 0}));
+        EXPECT_EQ(Delete(5), error);
+        port_->TakeRequests();
+        EXPECT_EQ(get(5), after);
+    }
+
+    port_->Script(Reply({1, 0}));
+    EXPECT_EQ(DeleteAll(), PHN_ERROR_NOT_FOUND);
+    EXPECT_EQ(TakeRequest(), Request({}, 38));
+    EXPECT_EQ(port_->LastTimeout(), 301000u);
+    EXPECT_EQ(get(7), 20u);
+    EXPECT_EQ(port_->LastTimeout(), 15000u);
+    port_->Script(Reply({0, 0}));
+    EXPECT_EQ(DeleteAll(), PHN_ERROR_NONE);
+    port_->TakeRequests();
+    EXPECT_EQ(get(7), 7u);
+    EXPECT_EQ(get(20), 20u);
+}
+
+TEST_F(Phonebook, ADeletionLeavesTheHandsetAloneFirst)
+{
+    port_->Script(Reply({0, 0}));
+    std::thread host([this] { EXPECT_EQ(Delete(3), PHN_ERROR_NONE); });
+    EXPECT_TRUE(platform_test::AwaitBlocked(40));
+    EXPECT_TRUE(port_->TakeRequests().empty());
+    platform_test::AdvanceClock(40);
+    host.join();
+    EXPECT_EQ(TakeRequest(), Request({3}, 37));
+}
+
+TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
+{
+    const struct
+    {
+        const char* codePage;
+        std::u16string stored;
+        std::string name;
+    } cases[] = {
+        {"1252", u"Caf\u00E9", "Caf\xE9"},
+        {"1252", std::u16string(36, u'n'), std::string(36, 'n')},
+        {"932", std::u16string(32, u'\u65E5'),
+         [] {
+             std::string name;
+             for (int i = 0; i < 32; ++i)
+                 name += "\x93\xFA";
+             return name;
+         }()},
+        {"932", u"x" + std::u16string(35, u'\u65E5'),
+         [] {
+             std::string name = "x"; // 63 bytes: half a character more would fit
+             for (int i = 0; i < 31; ++i)
+                 name += "\x93\xFA";
+             return name;
+         }()},
+    };
+    for (const auto& [codePage, stored, name] : cases) {
+        setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
+        Bytes field;
+        PutWide(field, stored, 36);
+        port_->Script(Reply({0}, field));
+        PHN_GROUP group{};
+        EXPECT_EQ(Group(9, &group), PHN_ERROR_NONE);
+        EXPECT_EQ(TakeRequest(), Request({9}, 41));
+        EXPECT_EQ(std::string(group.szName, sizeof group.szName), name + std::string(64 - name.size(), '\0'));
+        EXPECT_EQ(+group.uSize, 72u);
+        EXPECT_EQ(+group.dwID, 9u);
+    }
+    unsetenv("PHNNRV_ANSI_CODE_PAGE");
+}
+
+TEST_F(Phonebook, ANameRecordSaysWhatWasAskedForEvenWhenItIsRefused)
+{
+    PHN_PICTURE_ID picture{};
+    port_->Script(std::nullopt);
+    EXPECT_EQ(Run(&CPhonebook::GetPictureID, DWORD{0x01020304}, &picture), PHN_ERROR_FAILED);
+    EXPECT_EQ(TakeRequest(), Request({0x01020304, 0}, 39));
+    EXPECT_EQ(+picture.uSize, 72u);
+    EXPECT_EQ(+picture.dwID, 0x01020304u);
+
+    PHN_RINGER_ID ringer{};
+    port_->Script(std::nullopt);
+    EXPECT_EQ(Run(&CPhonebook::GetRingerID, DWORD{6}, &ringer), PHN_ERROR_FAILED);
+    EXPECT_EQ(TakeRequest(), Request({6}, 40));
+    EXPECT_EQ(+ringer.dwID, 6u);
+    EXPECT_EQ(log_.TakeLines(),
+              (Lines{"C GetPictureID being executed.", "E GetName - ExecCmd failed with dwErrSts = 121(0x79).",
+                     "C GetRingerID being executed.", "E GetName - ExecCmd failed with dwErrSts = 121(0x79)."}));
+}
+
+} // namespace
