@@ -52,6 +52,8 @@ class PtyLine : public DescriptorLine
 public:
     PtyLine(const std::filesystem::path& devices, const std::string& name)
     {
+        if (!std::filesystem::is_directory(devices))
+            Fail(std::errc::no_such_file_or_directory, "the device directory " + devices.string());
         const std::filesystem::path folder = std::filesystem::canonical(devices);
         claim_.Reset(ClaimEntry(folder / name));
         OpenTerminal();
