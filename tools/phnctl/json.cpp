@@ -22,8 +22,8 @@ struct ToLibrary
     Library operator()(const JsonObject& object) const
     {
         Library result = Library::object();
-        for (const auto& [name, member] : object)
-            result[name] = std::visit(*this, member.value);
+        for (const JsonMember& member : object)
+            result[member.name] = std::visit(*this, member.value.value);
         return result;
     }
     template <class Value>
@@ -65,8 +65,9 @@ const Json* Json::Find(const std::string& name) const
     const JsonObject* object = Object();
     if (!object)
         return nullptr;
-    const auto member = std::find_if(object->begin(), object->end(), [&](const auto& m) { return m.first == name; });
-    return member == object->end() ? nullptr : &member->second;
+    const auto member =
+        std::find_if(object->begin(), object->end(), [&](const JsonMember& m) { return m.name == name; });
+    return member == object->end() ? nullptr : &member->value;
 }
 
 std::string WriteJson(const Json& json)

@@ -11,8 +11,9 @@
 namespace phnctl {
 
 struct Json;
+struct JsonMember;
 using JsonList = std::vector<Json>;
-using JsonObject = std::vector<std::pair<std::string, Json>>;
+using JsonObject = std::vector<JsonMember>;
 
 struct Json
 {
@@ -22,6 +23,14 @@ struct Json
     const Json* Find(const std::string& name) const;
     const std::string* Text() const { return std::get_if<std::string>(&value); }
     const JsonObject* Object() const { return std::get_if<JsonObject>(&value); }
+};
+
+struct JsonMember
+{
+    JsonMember(std::string memberName, Json memberValue) : name(std::move(memberName)), value(std::move(memberValue)) {}
+
+    std::string name;
+    Json value;
 };
 
 // One line without a line end. The text must be UTF-8; what is not becomes U+FFFD.
