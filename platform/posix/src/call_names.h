@@ -17,8 +17,12 @@
     ROW(CreateWindowExA)                                                                                               \
     ROW(DeleteFileA)                                                                                                   \
     ROW(DestroyWindow)                                                                                                 \
+    ROW(DispatchMessageA)                                                                                              \
     ROW(DuplicateHandle)                                                                                               \
+    ROW(EnumThreadWindows)                                                                                             \
+    ROW(FindWindowExA)                                                                                                 \
     ROW(FreeLibrary)                                                                                                   \
+    ROW(GetClassNameA)                                                                                                 \
     ROW(GetCommTimeouts)                                                                                               \
     ROW(GetExitCodeThread)                                                                                             \
     ROW(GetFileSizeEx)                                                                                                 \
@@ -29,11 +33,13 @@
     ROW(GetOverlappedResult)                                                                                           \
     ROW(GetProcAddress)                                                                                                \
     ROW(GetVersionExA)                                                                                                 \
+    ROW(GetWindowLongPtrA)                                                                                             \
     ROW(KillTimer)                                                                                                     \
     ROW(LoadLibraryA)                                                                                                  \
     ROW(MsgWaitForMultipleObjects)                                                                                     \
     ROW(MultiByteToWideChar)                                                                                           \
     ROW(OpenThread)                                                                                                    \
+    ROW(PeekMessageA)                                                                                                  \
     ROW(PostMessageA)                                                                                                  \
     ROW(PostThreadMessageA)                                                                                            \
     ROW(PurgeComm)                                                                                                     \
@@ -54,6 +60,7 @@
     ROW(SetFilePointer)                                                                                                \
     ROW(SetFilePointerEx)                                                                                              \
     ROW(SetTimer)                                                                                                      \
+    ROW(SetWindowLongPtrA)                                                                                             \
     ROW(SetupDiDestroyDeviceInfoList)                                                                                  \
     ROW(SetupDiEnumDeviceInterfaces)                                                                                   \
     ROW(SetupDiGetClassDevsA)                                                                                          \

@@ -1,0 +1,186 @@
+// Posting, sending, taking and dispatching messages, and waiting for them together with handles.
+#include <algorithm>
+#include <map>
+
+#include "message_queue.h"
+#include "registry_tree.h"
+#include "waitable.h"
+#include "win32_call.h"
+
+using namespace platform;
+
+namespace {
+
+constexpr UINT kFirstRegistered = 0xC000;
+constexpr UINT kLastRegistered = 0xFFFF;
+
+// Checks the window of a filter: none, or one that is there.
+MessageFilter FilterOf(const Lock& lock, HWND window, UINT first, UINT last)
+{
+    if (window)
+        WindowOf(lock, window);
+    return {window, first, last};
+}
+
+// The calling thread's new input, as an object that a wait can be for.
+class InputArrival : public Waitable
+{
+public:
+    InputArrival(std::shared_ptr<MessageQueue> queue, DWORD kinds) : queue_(std::move(queue)), kinds_(kinds) {}
+
+    bool IsSignalled(const Lock& lock) const override { return queue_->HasNewInput(lock, kinds_); }
+
+private:
+    const std::shared_ptr<MessageQueue> queue_;
+    const DWORD kinds_;
+};
+
+// Sends to another thread's window and waits until it was handled; the messages that others send to this thread are
+// handled meanwhile.
+LRESULT SendAcross(Lock& lock, const std::shared_ptr<SentMessage>& message)
+{
+    message->window->queue->Send(lock, message);
+    const auto own = MessageQueue::Current(lock);
+    for (;;) {
+        own->RunSent(lock);
+        if (message->done)
+            break;
+        WaitForWake(lock, kNever);
+    }
+    if (!message->reached)
+        throw Win32Error{ERROR_INVALID_WINDOW_HANDLE};
+    return message->result;
+}
+
+// Calls the function of a timer that has one, if the timer is the calling thread's: the pointer came in a message.
+bool RunTimerProcedure(Lock& lock, const MSG& message)
+{
+    const auto procedure = reinterpret_cast<TIMERPROC>(message.lParam);
+    if (message.message != WM_TIMER || !procedure)
+        return false;
+    if (MessageQueue::Current(lock)->HasTimer(lock, message.hwnd, procedure)) {
+        lock.unlock();
+        procedure(message.hwnd, WM_TIMER, message.wParam, GetTickCount());
+        lock.lock();
+    }
+    return true;
+}
+
+} // namespace
+
+BOOL WINAPI PeekMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax, UINT wRemoveMsg)
+{
+    return Win32Call(Call::PeekMessageA, FALSE, [&]() -> BOOL {
+        Lock lock = TakeBaseLock();
+        const auto queue = MessageQueue::Current(lock);
+        const auto filter = FilterOf(lock, hWnd, wMsgFilterMin, wMsgFilterMax);
+        queue->RunSent(lock);
+        return queue->Take(lock, filter, (wRemoveMsg & PM_REMOVE) != 0, *lpMsg);
+    });
+}
+
+BOOL WINAPI GetMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax)
+{
+    return Win32Call(Call::GetMessageA, BOOL{-1}, [&]() -> BOOL {
+        Lock lock = TakeBaseLock();
+        const auto queue = MessageQueue::Current(lock);
+        const auto filter = FilterOf(lock, hWnd, wMsgFilterMin, wMsgFilterMax);
+        for (;;) {
+            queue->RunSent(lock);
+            if (queue->Take(lock, filter, true, *lpMsg))
+                return lpMsg->message != WM_QUIT;
+            WaitForWake(lock, queue->NextTimer(lock));
+        }
+    });
+}
+
+BOOL WINAPI TranslateMessage(const MSG*)
+{
+    return FALSE; // there are no keys
+}
+
+LRESULT WINAPI DispatchMessageA(const MSG* lpMsg)
+{
+    return Win32Call(Call::DispatchMessageA, LRESULT{0}, [&]() -> LRESULT {
+        Lock lock = TakeBaseLock();
+        if (RunTimerProcedure(lock, *lpMsg) || !lpMsg->hwnd)
+            return 0;
+        const auto window = OwnWindowOf(lock, lpMsg->hwnd);
+        return CallWindow(lock, *window, lpMsg->message, lpMsg->wParam, lpMsg->lParam);
+    });
+}
+
+BOOL WINAPI PostMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam)
+{
+    return Win32Call(Call::PostMessageA, FALSE, [&] {
+        const Lock lock = TakeBaseLock();
+        const auto queue = hWnd ? WindowOf(lock, hWnd)->queue : MessageQueue::Current(lock);
+        queue->Post(lock, hWnd, Msg, wParam, lParam);
+        return TRUE;
+    });
+}
+
+BOOL WINAPI PostThreadMessageA(DWORD idThread, UINT Msg, WPARAM wParam, LPARAM lParam)
+{
+    return Win32Call(Call::PostThreadMessageA, FALSE, [&] {
+        const Lock lock = TakeBaseLock();
+        const auto queue = MessageQueue::OfThread(lock, idThread);
+        if (!queue)
+            throw Win32Error{ERROR_INVALID_THREAD_ID};
+        queue->Post(lock, nullptr, Msg, wParam, lParam);
+        return TRUE;
+    });
+}
+
+void WINAPI PostQuitMessage(int nExitCode)
+{
+    const Lock lock = TakeBaseLock();
+    MessageQueue::Current(lock)->PostQuit(lock, nExitCode);
+}
+
+LRESULT WINAPI SendMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam)
+{
+    return Win32Call(Call::SendMessageA, LRESULT{0}, [&]() -> LRESULT {
+        Lock lock = TakeBaseLock();
+        const auto window = WindowOf(lock, hWnd);
+        if (window->queue == MessageQueue::Current(lock))
+            return CallWindow(lock, *window, Msg, wParam, lParam);
+        return SendAcross(lock, std::make_shared<SentMessage>(SentMessage{window, Msg, wParam, lParam, {}}));
+    });
+}
+
+UINT WINAPI RegisterWindowMessageA(LPCSTR lpString)
+{
+    return Win32Call(Call::RegisterWindowMessageA, UINT{0}, [&] {
+        if (!lpString || !*lpString)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        static auto& registered = *new std::map<std::string, UINT>;
+        const Lock lock = TakeBaseLock();
+        const UINT next = kFirstRegistered + static_cast<UINT>(registered.size());
+        const std::string name = LowerCase(lpString);
+        if (next > kLastRegistered && !registered.contains(name))
+            throw Win32Error{ERROR_NOT_ENOUGH_MEMORY};
+        return registered.try_emplace(name, next).first->second;
+    });
+}
+
+DWORD WINAPI MsgWaitForMultipleObjects(DWORD nCount, const HANDLE* pHandles, BOOL fWaitAll, DWORD dwMilliseconds,
+                                       DWORD dwWakeMask)
+{
+    return Win32Call(Call::MsgWaitForMultipleObjects, WAIT_FAILED, [&]() -> DWORD {
+        if (nCount >= MAXIMUM_WAIT_OBJECTS)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        auto objects = WaitablesOf(pHandles, nCount);
+        Lock lock = TakeBaseLock();
+        const auto queue = MessageQueue::Current(lock);
+        objects.push_back(std::make_shared<InputArrival>(queue, dwWakeMask));
+        const TimePoint deadline = After(dwMilliseconds);
+        const StatedWait wait(lock, dwMilliseconds, deadline);
+        for (;;) {
+            const DWORD result = WaitFor(lock, objects, fWaitAll != FALSE, 0);
+            if (result != WAIT_TIMEOUT || Now() >= deadline)
+                return result;
+            WaitForWake(lock, std::min(deadline, queue->NextTimer(lock)));
+        }
+    });
+}
