@@ -6,22 +6,16 @@
 #include <termios.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "device_directory.h"
 #include "disk_file.h"
 #include "serial_port.h"
 #include "win32_call.h"
 
 namespace platform {
 namespace {
-
-std::string DeviceDirectory()
-{
-    const char* directory = std::getenv("PHNNRV_DEVICES");
-    return directory ? directory : "/dev/phnnrv";
-}
 
 // The path of the device directory's entry of this name, without regard to case; empty if there is none.
 std::string FindDevice(const char* name)

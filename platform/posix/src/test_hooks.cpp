@@ -98,7 +98,9 @@ bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads)
     };
     Lock lock = TakeBaseLock();
     observers++;
-    const auto found = [&] { return std::ranges::count_if(blockedThreads, isBlocked) >= std::ptrdiff_t{threads}; };
+    const auto found = [&] {
+        return std::ranges::count_if(blockedThreads, isBlocked) >= static_cast<std::ptrdiff_t>(threads);
+    };
     while (!found() && SteadyClock::now() < giveUp)
         WaitForWake(lock, Now() + (giveUp - SteadyClock::now()));
     observers--;
