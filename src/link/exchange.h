@@ -25,7 +25,7 @@ struct ExchangeSpec
     const char* pszStatus = "rcRxHeader.wStatus";
     const char* pszResult =
         nullptr; // the result's name in its line; none: the record has no result, or it is not looked at
-    DWORD dwTimeout = kTimeout;
+    DWORD dwTimeout = kServiceTimeout;
     PHN_ERROR (*pfnMapResult)(DWORD) = MapDeviceResult;
 };
 
@@ -40,7 +40,7 @@ public:
     template <typename T, size_t uOffset = 0>
     T Load() const
     {
-        static_assert(std::is_trivially_copyable_v<T> && uOffset + sizeof(T) <= kReplyBuffer);
+        static_assert(std::is_trivially_copyable_v<T> && uOffset + sizeof(T) <= kReplyBufferSize);
         T Record;
         std::memcpy(&Record, m_abyBuffer + uOffset, sizeof Record);
         return Record;
@@ -56,7 +56,7 @@ public:
 private:
     friend class CExchange;
 
-    uint8_t m_abyBuffer[kReplyBuffer] = {};
+    uint8_t m_abyBuffer[kReplyBufferSize] = {};
     DWORD m_dwLength = 0;
 };
 

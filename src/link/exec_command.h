@@ -6,6 +6,11 @@
 #include <windows.h>
 
 #include "link/open_port.h"
+#include "link/sync.h"
+
+// The command lock, g_csCommand, made on attach and destroyed on detach.
+void CreateCommandLock();
+void DestroyCommandLock();
 
 // The reply is stored in pReply, *pdwRetBufferLen says how many bytes of it count, *pdwErrSts receives the system error
 // code of a failed port operation, 0 if none. dwTimeout (milliseconds) is for each read of the port. pPort is the port

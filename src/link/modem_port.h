@@ -21,7 +21,7 @@ public:
 private:
     bool Enter(HANDLE hPort);
     void Leave();
-    bool Fail(HANDLE hPort, DWORD* pdwError);
+    void TakeError(HANDLE hPort, DWORD* pdwError);
 
     COwnedCriticalSection m_csThread;
     CHandle m_hThread PHN_GUARDED_BY(m_csThread); // the thread inside; empty when there is none

@@ -33,6 +33,18 @@ public:
     void Close();
 
 private:
+    class CUse
+    {
+    public:
+        explicit CUse(COpenPort& Port) : m_Port(Port) {}
+        ~CUse() { m_Port.Leave(); }
+        CUse(const CUse&) = delete;
+        CUse& operator=(const CUse&) = delete;
+
+    private:
+        COpenPort& m_Port;
+    };
+
     bool Enter();
     void Leave();
 
@@ -40,7 +52,7 @@ private:
     DWORD m_dwUsers PHN_GUARDED_BY(m_csUse) = 0;
     bool m_bClosed PHN_GUARDED_BY(m_csUse) = false;
     CHandle m_evClosing; // set by Close
-    CHandle m_evIdle;    // set while nobody is inside the port
+    CHandle m_evIdle;    // set when the last one inside has left a port that is being closed
     std::unique_ptr<CPort> m_pPort;
     CHandle m_hPort;
 };

@@ -12,8 +12,15 @@
 #include "common/handle.h"
 #include "common/lock.h"
 
-// Guards the file. Created on attach, destroyed on detach.
+// Guards the file.
 extern CCriticalSection g_csLog;
+
+// Made on attach, destroyed on detach.
+void CreateLogLock();
+void DestroyLogLock();
+
+// Closes the file and deletes the process-wide object; a line that is logged later makes a new one.
+void CloseLog();
 
 class CLogFile
 {
@@ -33,18 +40,19 @@ public:
     // The filter of Log alone, with its effects: takes over the registry's value, opens a closed file.
     bool Passes(DWORD dwCategory, DWORD dwLevel);
 
-    // Writes the time and the text, which begins with category and level.
+    // Writes one line that has passed; by way of WriteLine, which puts the time before it.
+    static void WriteMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel);
     static void WriteLine(std::string_view strText);
 
+    // The process-wide object; null before it is needed, and after CloseLog.
     static CLogFile* GetGlobal();
-    // Closes the file and deletes the process-wide object.
-    static void CloseGlobal();
 
 private:
-    bool ReadLoggingLevel(DWORD* pdwValue);
-    bool OpenFile();
-    void SetMasks(DWORD dwValue);
     static CLogFile* MakeGlobal();
+    bool OpenKey();
+    DWORD ReadLoggingLevel() const;
+    void SetMasks(DWORD dwValue);
+    bool OpenFile(const std::string& strName);
     std::string_view FormatTime() PHN_REQUIRES(g_csLog);
 
     std::atomic<HKEY> m_hKey{nullptr};
@@ -52,6 +60,8 @@ private:
     std::atomic<DWORD> m_dwCategoryMask{0};
     CHandle m_hFile PHN_GUARDED_BY(g_csLog);
     std::atomic<bool> m_bFileOpen{false};
+    SYSTEMTIME m_stFormatted PHN_GUARDED_BY(g_csLog) = {};
+    char m_szTime[40] PHN_GUARDED_BY(g_csLog) = {};
 };
 
 // The file's full path for a time of opening: the module's own path, then the local time.

@@ -1,0 +1,33 @@
+#include "link/overlapped.h"
+
+#include "link/sync.h"
+
+COverlappedOperation::COverlappedOperation() : m_evDone(CreateEventA(nullptr, TRUE, FALSE, nullptr))
+{
+    m_Record.hEvent = m_evDone.Get();
+}
+
+bool COverlappedOperation::Await(HANDLE hClosing, DWORD dwTimeout) const
+{
+    HANDLE ahWait[3] = {m_evDone.Get()};
+    DWORD dwCount = 1;
+    for (const HANDLE hEnd : {hClosing, g_evStop}) {
+        if (hEnd)
+            ahWait[dwCount++] = hEnd;
+    }
+    const DWORD dwResult = WaitForMultipleObjects(dwCount, ahWait, FALSE, dwTimeout);
+    if (dwResult > WAIT_OBJECT_0 && dwResult < WAIT_OBJECT_0 + dwCount)
+        SetLastError(ERROR_OPERATION_ABORTED);
+    return dwResult == WAIT_OBJECT_0;
+}
+
+void COverlappedOperation::Abandon(HANDLE hPort)
+{
+    DWORD dwErrors = 0;
+    ClearCommError(hPort, &dwErrors, nullptr);
+    PurgeComm(hPort, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
+    // A purge alone may leave the operation pending.
+    CancelIoEx(hPort, &m_Record);
+    DWORD dwBytes = 0;
+    GetOverlappedResult(hPort, &m_Record, &dwBytes, TRUE);
+}

@@ -1,0 +1,31 @@
+// One overlapped operation of a diagnostic port: its event and its record. Before either goes, the operation is over:
+// whoever gives up calls Abandon first.
+#pragma once
+
+#include <windows.h>
+
+#include "common/handle.h"
+
+class COverlappedOperation
+{
+public:
+    COverlappedOperation();
+    COverlappedOperation(const COverlappedOperation&) = delete;
+    COverlappedOperation& operator=(const COverlappedOperation&) = delete;
+
+    // Has the event been created?
+    explicit operator bool() const { return static_cast<bool>(m_evDone); }
+
+    OVERLAPPED* GetRecord() { return &m_Record; }
+
+    // Waits for completion. False when the time is over, and also when the port is being closed or the library unloaded;
+    // then the last error is ERROR_OPERATION_ABORTED.
+    bool Await(HANDLE hClosing, DWORD dwTimeout) const;
+
+    // Clears and purges the port and waits until the operation is over.
+    void Abandon(HANDLE hPort);
+
+private:
+    CHandle m_evDone;
+    OVERLAPPED m_Record{};
+};

@@ -1,0 +1,70 @@
+#include "log/log.h"
+
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include "log/log_file.h"
+
+namespace {
+
+// What is asked of the process-wide log object; without one, of a temporary object, which may bring it into being.
+template <typename Call>
+auto WithLogFile(Call&& Use)
+{
+    if (CLogFile* pLogFile = CLogFile::GetGlobal())
+        return Use(*pLogFile);
+    CLogFile Temporary;
+    Temporary.Open();
+    return Use(Temporary);
+}
+
+size_t GetFormatted(int nLength)
+{
+    return nLength < 0 ? 0 : static_cast<size_t>(nLength);
+}
+
+} // namespace
+
+void LogMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel) noexcept
+{
+    try {
+        WithLogFile([=](CLogFile& LogFile) { LogFile.Log(strText, dwCategory, dwLevel); });
+    } catch (const std::exception&) {
+        // No failure of logging reaches a caller.
+    }
+}
+
+bool CLogSource::Passes(DWORD dwLevel) const noexcept
+{
+    try {
+        return WithLogFile([=, this](CLogFile& LogFile) { return LogFile.Passes(m_dwCategory, dwLevel); });
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+void CLogSource::Write(DWORD dwLevel, const char* pszFormat, ...) const noexcept
+{
+    va_list Arguments;
+    va_start(Arguments, pszFormat);
+    va_list Again;
+    va_copy(Again, Arguments);
+    try {
+        std::array<char, 512> szText;
+        const size_t uLength = GetFormatted(std::vsnprintf(szText.data(), szText.size(), pszFormat, Arguments));
+        if (uLength < szText.size()) {
+            CLogFile::WriteMessage({szText.data(), uLength}, m_dwCategory, dwLevel);
+        } else {
+            std::string strText(uLength, '\0');
+            std::vsnprintf(strText.data(), uLength + 1, pszFormat, Again);
+            CLogFile::WriteMessage(strText, m_dwCategory, dwLevel);
+        }
+    } catch (const std::exception&) {
+        // As above.
+    }
+    va_end(Again);
+    va_end(Arguments);
+}

@@ -1,0 +1,228 @@
+#include "log/log_file.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "common/lookup.h"
+
+CCriticalSection g_csLog;
+
+namespace {
+
+constexpr const char* kKeyName = "SOFTWARE\\Norvik\\LinkDesk";
+constexpr const char* kValueName = "Logging Level";
+constexpr const char* kModuleName = "PHNNRV.dll";
+constexpr DWORD kLevelBits = 0xFF;
+constexpr DWORD kCategoryBits = 0xFFF00;
+
+constinit std::atomic<CLogFile*> s_pGlobal{nullptr};
+
+struct SLogName
+{
+    DWORD dwValue;
+    std::string_view strText;
+};
+
+constexpr SLogName kLevelNames[] = {
+    {1, "Debug\t"},     {2, "Comment\t"},   {4, "Error\t"},     {8, "Reserved\t"},
+    {16, "Reserved\t"}, {32, "Reserved\t"}, {64, "Reserved\t"}, {128, "Reserved\t"},
+};
+static_assert(IsSorted(kLevelNames, &SLogName::dwValue));
+
+constexpr SLogName kCategoryNames[] = {
+    {0x100, "CCalderApp\t"},
+    {0x200, "phnnrv\t"},
+    {0x400, "CDevice\t"},
+    {0x800, "CPort\t"},
+    {0x1000, "readwrite\t"},
+    {0x2000, "CCalendar\t"},
+    {0x4000, "CCallback\t"},
+    {0x8000, "CCallHistory\t"},
+    {0x10000, "connectionstatus\t"},
+    {0x20000, "CPhonebook\t"},
+    {0x40000, "setupinformation\t"},
+    {0x80000, "CSMS\t"},
+};
+static_assert(IsSorted(kCategoryNames, &SLogName::dwValue));
+
+template <size_t N>
+std::string_view FindName(const SLogName (&Names)[N], DWORD dwValue)
+{
+    const SLogName* pName = FindSorted(Names, &SLogName::dwValue, dwValue);
+    return pName ? pName->strText : std::string_view("Unknown\t");
+}
+
+} // namespace
+
+void CreateLogLock()
+{
+    g_csLog.Create();
+}
+
+void DestroyLogLock()
+{
+    g_csLog.Destroy();
+}
+
+void CloseLog()
+{
+    delete s_pGlobal.exchange(nullptr);
+}
+
+CLogFile::~CLogFile()
+{
+    CRegistryKey(m_hKey.load());
+}
+
+CLogFile* CLogFile::GetGlobal()
+{
+    return s_pGlobal.load(std::memory_order_acquire);
+}
+
+CLogFile* CLogFile::MakeGlobal()
+{
+    CLock Lock(g_csLog);
+    if (!GetGlobal())
+        s_pGlobal.store(new CLogFile, std::memory_order_release);
+    return GetGlobal();
+}
+
+bool CLogFile::OpenKey()
+{
+    if (m_hKey.load())
+        return true;
+    HKEY hKey = nullptr;
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kKeyName, 0, KEY_READ, &hKey) != ERROR_SUCCESS)
+        return false;
+    HKEY hNone = nullptr;
+    if (!m_hKey.compare_exchange_strong(hNone, hKey))
+        RegCloseKey(hKey); // another thread was first
+    return true;
+}
+
+// The value as it is now; 0 if it is missing.
+DWORD CLogFile::ReadLoggingLevel() const
+{
+    DWORD dwValue = 0;
+    DWORD dwSize = sizeof dwValue;
+    const LSTATUS nStatus =
+        RegQueryValueExA(m_hKey.load(), kValueName, nullptr, nullptr, reinterpret_cast<LPBYTE>(&dwValue), &dwSize);
+    return nStatus == ERROR_SUCCESS ? dwValue : 0;
+}
+
+void CLogFile::SetMasks(DWORD dwValue)
+{
+    m_dwLevelMask = dwValue & kLevelBits;
+    m_dwCategoryMask = dwValue & kCategoryBits;
+}
+
+bool CLogFile::Open()
+{
+    if (!OpenKey())
+        return false;
+    const DWORD dwValue = ReadLoggingLevel();
+    if (dwValue == 0)
+        return true;
+    SYSTEMTIME stNow;
+    GetLocalTime(&stNow);
+    CLogFile* pGlobal = MakeGlobal();
+    pGlobal->SetMasks(dwValue);
+    return pGlobal->OpenFile(MakeLogFileName(stNow));
+}
+
+bool CLogFile::OpenFile(const std::string& strName)
+{
+    CLock Lock(g_csLog);
+    if (m_bFileOpen)
+        return true;
+    // With append access alone, every line goes to the file's end, also when another process writes the same file.
+    m_hFile.Reset(CreateFileA(strName.c_str(), GENERIC_READ | FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                              nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    m_bFileOpen = static_cast<bool>(m_hFile);
+    return m_bFileOpen;
+}
+
+void CLogFile::Log(std::string_view strText, DWORD dwCategory, DWORD dwLevel)
+{
+    if (Passes(dwCategory, dwLevel))
+        WriteMessage(strText, dwCategory, dwLevel);
+}
+
+bool CLogFile::Passes(DWORD dwCategory, DWORD dwLevel)
+{
+    if (!OpenKey())
+        return false;
+    const DWORD dwValue = ReadLoggingLevel();
+    if (dwValue == 0)
+        return false;
+    CLogFile* pGlobal = GetGlobal();
+    if (pGlobal && pGlobal->m_bFileOpen)
+        pGlobal->SetMasks(dwValue);
+    else
+        Open();
+    pGlobal = GetGlobal();
+    return pGlobal && (pGlobal->m_dwLevelMask & dwLevel) != 0 && (pGlobal->m_dwCategoryMask & dwCategory) != 0;
+}
+
+void CLogFile::WriteMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel)
+{
+    std::string strLine;
+    strLine.reserve(64 + strText.size());
+    strLine.append(FindName(kCategoryNames, dwCategory)).append(FindName(kLevelNames, dwLevel)).append(strText);
+    WriteLine(strLine);
+}
+
+void CLogFile::WriteLine(std::string_view strText)
+{
+    CLock Lock(g_csLog);
+    CLogFile* pGlobal = GetGlobal();
+    if (!pGlobal || !pGlobal->m_bFileOpen)
+        return;
+    const std::string_view strTime = pGlobal->FormatTime();
+    std::string strLine;
+    strLine.reserve(strTime.size() + strText.size() + 2);
+    strLine.append(strTime).append(strText).append("\r\n");
+    DWORD dwWritten = 0;
+    WriteFile(pGlobal->m_hFile.Get(), strLine.data(), static_cast<DWORD>(strLine.size()), &dwWritten, nullptr);
+}
+
+// The time that begins a line, made once a second.
+std::string_view CLogFile::FormatTime()
+{
+    SYSTEMTIME stNow;
+    GetLocalTime(&stNow);
+    stNow.wMilliseconds = 0;
+    if (std::memcmp(&stNow, &m_stFormatted, sizeof stNow) != 0) {
+        m_stFormatted = stNow;
+        std::snprintf(m_szTime, sizeof m_szTime, "%02u/%02u/%02u %02u:%02u:%02u\t", stNow.wMonth, stNow.wDay,
+                      stNow.wYear % 100u, stNow.wHour, stNow.wMinute, stNow.wSecond);
+    }
+    return m_szTime;
+}
+
+// The path of the library's own module; empty if the system does not know it.
+static std::string GetModulePath()
+{
+    const HMODULE hModule = GetModuleHandleA(kModuleName);
+    if (!hModule)
+        return {};
+    constexpr DWORD kLongestPath = 32768;
+    std::string strPath(MAX_PATH, '\0');
+    for (;;) {
+        const DWORD dwSize = static_cast<DWORD>(strPath.size());
+        const DWORD dwLength = GetModuleFileNameA(hModule, strPath.data(), dwSize);
+        if (dwLength < dwSize || dwSize >= kLongestPath) {
+            strPath.resize(dwLength);
+            return strPath;
+        }
+        strPath.resize(dwSize * 2);
+    }
+}
+
+std::string MakeLogFileName(const SYSTEMTIME& stNow)
+{
+    char szTime[64];
+    std::snprintf(szTime, sizeof szTime, "%04u_%02u_%02u_%02u_%02u_.log", stNow.wYear, stNow.wMonth, stNow.wDay,
+                  stNow.wHour, stNow.wMinute);
+    return GetModulePath() + szTime;
+}
