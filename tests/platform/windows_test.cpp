@@ -1,0 +1,238 @@
+// Windows, messages and timers, on the thread that owns them and across threads.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <windows.h>
+
+namespace {
+
+constexpr char kClass[] = "PlatformTestWindow";
+
+struct Seen
+{
+    UINT message;
+    WPARAM wParam;
+    DWORD thread;
+};
+
+// A window whose procedure notes the messages that these tests are about and answers WM_APP with its two parameters.
+class TestWindow
+{
+public:
+    TestWindow()
+    {
+        WNDCLASSA definition{};
+        definition.lpfnWndProc = Procedure;
+        definition.lpszClassName = kClass;
+        RegisterClassA(&definition); // already there when a test makes a second window
+        handle = CreateWindowExA(0, kClass, "title", 0, 10, 10, 90, 90, nullptr, nullptr, nullptr, this);
+    }
+    ~TestWindow()
+    {
+        DestroyWindow(handle);
+        UnregisterClassA(kClass, nullptr);
+    }
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+
+    std::vector<UINT> Messages() const
+    {
+        std::vector<UINT> messages;
+        std::ranges::transform(seen, std::back_inserter(messages), &Seen::message);
+        return messages;
+    }
+
+    HWND handle = nullptr;
+    HWND answers = nullptr; // the window that a WM_USER is sent on to
+    std::vector<Seen> seen;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+    {
+        if (message == WM_NCCREATE) {
+            const auto* const creation = reinterpret_cast<const CREATESTRUCTA*>(lParam);
+            SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creation->lpCreateParams));
+        }
+        auto* const self = reinterpret_cast<TestWindow*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+        const UINT noted[] = {WM_NCCREATE, WM_CREATE, WM_DESTROY, WM_NCDESTROY, WM_TIMER, WM_USER, WM_APP};
+        if (self && std::ranges::count(noted, message))
+            self->seen.push_back({message, wParam, GetCurrentThreadId()});
+        if (message == WM_USER)
+            return SendMessageA(self->answers, WM_APP, wParam, lParam) + 1;
+        return message == WM_APP ? static_cast<LRESULT>(wParam) * 100 + lParam
+                                 : DefWindowProcA(window, message, wParam, lParam);
+    }
+};
+
+// Handles messages until the end of the thread is asked for.
+void RunMessageLoop()
+{
+    MSG message{};
+    while (GetMessageA(&message, nullptr, 0, 0) > 0)
+        DispatchMessageA(&message);
+}
+
+void DrainMessages()
+{
+    MSG message{};
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+        DispatchMessageA(&message);
+}
+
+TEST(Windows, AreMadeFoundAndDestroyed)
+{
+    HWND gone = nullptr;
+    {
+        TestWindow window;
+        ASSERT_NE(window.handle, nullptr);
+        EXPECT_EQ(window.Messages(), (std::vector<UINT>{WM_NCCREATE, WM_CREATE}));
+        EXPECT_EQ(FindWindowExA(nullptr, nullptr, "platformtestWINDOW", nullptr), window.handle);
+        EXPECT_EQ(FindWindowExA(nullptr, nullptr, kClass, "other title"), nullptr);
+        char name[8];
+        EXPECT_EQ(GetClassNameA(window.handle, name, sizeof name), 7);
+        EXPECT_STREQ(name, "Platfor");
+        EXPECT_FALSE(UnregisterClassA(kClass, nullptr));
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_HAS_WINDOWS});
+        DWORD error = 0;
+        std::thread([&] { error = DestroyWindow(window.handle) ? 0 : GetLastError(); }).join();
+        EXPECT_EQ(error, DWORD{ERROR_ACCESS_DENIED}); // it is another thread's
+        gone = window.handle;
+        PostMessageA(gone, WM_APP, 0, 0);
+        DestroyWindow(gone);
+        EXPECT_EQ(window.Messages(), (std::vector<UINT>{WM_NCCREATE, WM_CREATE, WM_DESTROY, WM_NCDESTROY}));
+    }
+    EXPECT_FALSE(IsWindow(gone));
+    EXPECT_FALSE(PostMessageA(gone, WM_APP, 0, 0));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    MSG message{};
+    EXPECT_FALSE(PeekMessageA(&message, nullptr, WM_APP, WM_APP, PM_REMOVE)); // it went with its window
+    EXPECT_EQ(CreateWindowExA(0, kClass, "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_CANNOT_FIND_WND_CLASS});
+}
+
+TEST(Windows, EndWithTheirThread)
+{
+    HWND window = nullptr;
+    std::thread([&] {
+        WNDCLASSA definition{};
+        definition.lpfnWndProc = DefWindowProcA;
+        definition.lpszClassName = "PlatformTestOrphan";
+        RegisterClassA(&definition);
+        window = CreateWindowExA(0, "PlatformTestOrphan", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+        EXPECT_TRUE(IsWindow(window));
+    }).join();
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(SendMessageA(window, WM_APP, 1, 2), 0);
+    EXPECT_TRUE(UnregisterClassA("PlatformTestOrphan", nullptr));
+}
+
+TEST(Messages, ComeInOrderThroughFiltersAndTheEndComesLast)
+{
+    TestWindow first;
+    TestWindow second;
+    DrainMessages();
+    PostQuitMessage(7);
+    PostMessageA(first.handle, WM_APP, 1, 0);
+    PostMessageA(second.handle, WM_APP, 2, 0);
+    PostMessageA(first.handle, WM_APP + 1, 3, 0);
+    PostThreadMessageA(GetCurrentThreadId(), WM_APP, 4, 0);
+
+    MSG message{};
+    EXPECT_FALSE(PeekMessageA(&message, first.handle, WM_APP + 2, WM_APP + 9, PM_REMOVE));
+    EXPECT_TRUE(PeekMessageA(&message, second.handle, 0, 0, PM_NOREMOVE));
+    EXPECT_EQ(message.wParam, 2u);
+    EXPECT_TRUE(PeekMessageA(&message, first.handle, WM_APP + 1, WM_APP + 1, PM_REMOVE));
+    EXPECT_EQ(message.wParam, 3u);
+    for (const WPARAM expected : {1u, 2u, 4u}) {
+        EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
+        EXPECT_EQ(message.wParam, expected);
+    }
+    EXPECT_EQ(message.hwnd, nullptr);
+    EXPECT_EQ(GetMessageA(&message, nullptr, 0, 0), 0);
+    EXPECT_EQ(message.message, UINT{WM_QUIT});
+    EXPECT_EQ(message.wParam, 7u);
+    EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
+}
+
+TEST(Messages, SentOnesRunOnTheWindowsThreadAlsoWhileItSendsItself)
+{
+    TestWindow here;
+    TestWindow* there = nullptr;
+    const DWORD ownThread = GetCurrentThreadId();
+    DWORD otherThread = 0;
+    const HANDLE ready = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    std::thread other([&] {
+        TestWindow window;
+        window.answers = here.handle;
+        there = &window;
+        otherThread = GetCurrentThreadId();
+        SetEvent(ready);
+        RunMessageLoop();
+        EXPECT_EQ(window.seen.back().thread, GetCurrentThreadId());
+    });
+    WaitForSingleObject(ready, INFINITE);
+    // The other thread's procedure sends to the window here, while this thread waits for its answer.
+    EXPECT_EQ(SendMessageA(there->handle, WM_USER, 3, 4), 305);
+    EXPECT_EQ(here.seen.back().message, UINT{WM_APP});
+    EXPECT_EQ(here.seen.back().thread, ownThread);
+    EXPECT_EQ(SendMessageA(there->handle, WM_APP, 5, 6), 506);
+
+    PostThreadMessageA(otherThread, WM_QUIT, 0, 0);
+    other.join();
+    CloseHandle(ready);
+}
+
+TEST(Messages, RegisteredOnesHaveOneNumberPerNameWhateverItsCase)
+{
+    const UINT number = RegisterWindowMessageA("WM_PLATFORM_TEST");
+    EXPECT_GE(number, 0xC000u);
+    EXPECT_LE(number, 0xFFFFu);
+    EXPECT_EQ(RegisterWindowMessageA("wm_platform_TEST"), number);
+    EXPECT_NE(RegisterWindowMessageA("WM_PLATFORM_TEST2"), number);
+}
+
+TEST(Waits, ForInputEndForAHandleForAMessageAndNotForWhatWasSeen)
+{
+    TestWindow window;
+    DrainMessages();
+    const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    EXPECT_EQ(MsgWaitForMultipleObjects(1, &event, FALSE, 0, QS_ALLINPUT), WAIT_TIMEOUT);
+    SetEvent(event);
+    EXPECT_EQ(MsgWaitForMultipleObjects(1, &event, FALSE, 10000, QS_ALLINPUT), WAIT_OBJECT_0);
+
+    std::thread poster([&] { PostMessageA(window.handle, WM_APP, 1, 0); });
+    EXPECT_EQ(MsgWaitForMultipleObjects(1, &event, FALSE, 10000, QS_ALLINPUT), WAIT_OBJECT_0 + 1);
+    poster.join();
+    MSG message{};
+    EXPECT_TRUE(PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE));
+    EXPECT_EQ(MsgWaitForMultipleObjects(1, &event, FALSE, 0, QS_ALLINPUT), WAIT_TIMEOUT);
+    DrainMessages();
+    CloseHandle(event);
+}
+
+TEST(Timers, ComeWithTheirWindowAfterPostedMessagesUntilTheyAreKilled)
+{
+    TestWindow window;
+    DrainMessages();
+    EXPECT_EQ(SetTimer(window.handle, 3, 20, nullptr), 3u);
+    Sleep(60);
+    PostMessageA(window.handle, WM_APP, 0, 0);
+    MSG message{};
+    EXPECT_EQ(GetMessageA(&message, window.handle, 0, 0), TRUE);
+    EXPECT_EQ(message.message, UINT{WM_APP});
+    EXPECT_EQ(GetMessageA(&message, window.handle, 0, 0), TRUE);
+    EXPECT_EQ(message.message, UINT{WM_TIMER});
+    EXPECT_EQ(message.hwnd, window.handle);
+    EXPECT_EQ(message.wParam, 3u);
+    DispatchMessageA(&message);
+    EXPECT_EQ(window.seen.back().message, UINT{WM_TIMER});
+    EXPECT_TRUE(KillTimer(window.handle, 3));
+    EXPECT_FALSE(KillTimer(window.handle, 3));
+    EXPECT_FALSE(PeekMessageA(&message, window.handle, WM_TIMER, WM_TIMER, PM_REMOVE));
+}
+
+} // namespace
