@@ -14,71 +14,85 @@ namespace {
 
 constexpr CLogSource Log{LOG_READWRITE};
 
-// Sends one command on the current port; the reply is zeroed beyond what came.
-bool Send(HANDLE hDevice, const char* pCommand, DWORD dwCommandLen, char* pReply, DWORD* pdwReplyLen, DWORD* pdwErrSts)
-{
-    return ExecCmd(hDevice, pCommand, dwCommandLen, pReply, kMaxReply, pdwReplyLen, pdwErrSts, kServiceTimeout,
-                   nullptr);
-}
+constexpr DWORD kCommandSize = 260;
 
-// Does the text up to its first zero byte hold the word, in any mix of cases?
-bool HoldsError(std::string_view strReply)
+// Is "ERROR" in the answer, in any mix of cases, up to its first zero?
+bool HasError(std::string_view strAnswer)
 {
     constexpr std::string_view kError = "ERROR";
-    strReply = strReply.substr(0, strReply.find('\0'));
-    return std::search(strReply.begin(), strReply.end(), kError.begin(), kError.end(),
-                       [](char cReply, char cError) { return (cReply & ~0x20) == cError; }) != strReply.end();
+    const auto ToUpper = [](char cLetter) {
+        return cLetter >= 'a' && cLetter <= 'z' ? static_cast<char>(cLetter - 'a' + 'A') : cLetter;
+    };
+    const auto pEnd = std::find(strAnswer.begin(), strAnswer.end(), '\0');
+    return std::search(strAnswer.begin(), pEnd, kError.begin(), kError.end(),
+                       [=](char cAnswer, char cError) { return ToUpper(cAnswer) == cError; }) != pEnd;
 }
 
-// What stands behind the first colon and the character after it; all of it without a colon.
-std::string_view GetAnswer(std::string_view strReply)
+// What follows the first colon and the character after it; empty if nothing does.
+std::string_view GetValue(std::string_view strAnswer)
 {
-    const size_t uColon = strReply.find(':');
+    const size_t uColon = strAnswer.find(':');
     if (uColon == std::string_view::npos)
-        return strReply;
-    return strReply.substr(std::min(uColon + 2, strReply.size()));
+        return strAnswer;
+    return strAnswer.substr(std::min(uColon + 2, strAnswer.size()));
 }
+
+// One exchange on the current port, with the buffer that its answer is in.
+class CAnswer
+{
+public:
+    bool Ask(HANDLE hDevice, std::string_view strCommand, DWORD* pdwErrSts)
+    {
+        return ExecCmd(hDevice, strCommand.data(), static_cast<DWORD>(strCommand.size()), m_pBuffer.get(), kMaxReply,
+                       &m_dwLength, pdwErrSts, kServiceTimeout, nullptr);
+    }
+    std::string_view GetText() const { return {m_pBuffer.get(), m_dwLength}; }
+
+private:
+    std::unique_ptr<char[]> m_pBuffer = std::make_unique<char[]>(kMaxReply);
+    DWORD m_dwLength = 0;
+};
 
 } // namespace
 
 bool GetATCmdStr(HANDLE hDevice, const char* pCommand, DWORD dwCommandLen, char* pAnswer, DWORD dwAnswerSize,
                  DWORD* pdwAnswerLen, DWORD* pdwErrSts)
 {
-    const auto pReply = std::make_unique<char[]>(kMaxReply);
-    if (!Send(hDevice, pCommand, dwCommandLen, pReply.get(), pdwAnswerLen, pdwErrSts)) {
+    CAnswer Answer;
+    const bool bAnswered = Answer.Ask(hDevice, {pCommand, dwCommandLen}, pdwErrSts);
+    const std::string_view strAnswer = Answer.GetText();
+    *pdwAnswerLen = static_cast<DWORD>(strAnswer.size());
+    if (!bAnswered) {
         Log.Error("GetATCmdStr::ERROR executing AT command");
         return false;
     }
-    const DWORD dwReplyLen = *pdwAnswerLen;
-    if (dwReplyLen + 1 > dwAnswerSize) {
+    if (strAnswer.size() + 1 > dwAnswerSize) {
         Log.Error("GetATCmdStr::Returned data is longer than supplied buffer; Buffer Length = %d, Data Length = %d",
-                  dwAnswerSize, dwReplyLen);
+                  dwAnswerSize, strAnswer.size());
         return false;
     }
-    const std::string_view strReply(pReply.get(), dwReplyLen);
-    if (HoldsError(strReply)) {
+    if (HasError(strAnswer)) {
         Log.Error("GetATCmdStr::ERROR found in returned string");
         return false;
     }
-    const std::string_view strAnswer = GetAnswer(strReply);
-    strAnswer.copy(pAnswer, strAnswer.size());
-    *pdwAnswerLen = static_cast<DWORD>(strAnswer.size());
+    const std::string_view strValue = GetValue(strAnswer);
+    std::ranges::copy(strValue, pAnswer);
+    *pdwAnswerLen = static_cast<DWORD>(strValue.size());
     return true;
 }
 
 bool SetPhoneMode(HANDLE hDevice, int nMode)
 {
-    char szCommand[260] = {};
-    std::snprintf(szCommand, sizeof szCommand, "%s%d\r", "AT+MODE=", nMode);
+    char szCommand[kCommandSize] = {};
+    const int nLength = std::snprintf(szCommand, sizeof szCommand, "%s%d\r", "AT+MODE=", nMode);
     Log.Comment("SetPhoneMode::Initializing the mode");
-    const auto pReply = std::make_unique<char[]>(kMaxReply);
-    DWORD dwReplyLen = 0;
+    CAnswer Answer;
     DWORD dwErrSts = 0;
-    if (!Send(hDevice, szCommand, static_cast<DWORD>(std::strlen(szCommand)), pReply.get(), &dwReplyLen, &dwErrSts)) {
+    if (!Answer.Ask(hDevice, {szCommand, static_cast<size_t>(nLength)}, &dwErrSts)) {
         Log.Error("SetPhoneMode::ERROR setting AT mode");
         return false;
     }
-    if (HoldsError(std::string_view(pReply.get(), dwReplyLen))) {
+    if (HasError(Answer.GetText())) {
         Log.Error("SetPhoneMode::ERROR found in returned string");
         return false;
     }

@@ -23,7 +23,7 @@ public:
     bool Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* pdwError, DWORD dwTimeout) override;
 
 private:
-    bool ReadFrame(HANDLE hPort, COverlappedOperation& Operation, DWORD* pdwTotal, DWORD* pdwError, DWORD dwTimeout);
+    bool ReadFrame(HANDLE hPort, DWORD* pdwTotal, DWORD* pdwError, DWORD dwTimeout);
     bool ReadChunk(HANDLE hPort, COverlappedOperation& Operation, DWORD* pdwGot, DWORD* pdwError, DWORD dwTimeout);
 
     std::unique_ptr<uint8_t[]> m_pChunk;       // received bytes of one read

@@ -10,15 +10,25 @@ namespace {
 
 constexpr CLogSource Log{LOG_READWRITE};
 
-// The port to use: the given one, or the current one, which Current then keeps alive. Null when there is none.
-COpenPort* SelectPort(COpenPort* pPort, std::shared_ptr<COpenPort>& Current)
+// The given port, or the current one, of which a reference is kept for as long as it is in use.
+class CPortChoice
 {
-    if (pPort)
-        return pPort;
-    if (CDeviceOwner* pOwner = GetDeviceOwner())
-        Current = pOwner->GetCurrentPort();
-    return Current.get();
-}
+public:
+    explicit CPortChoice(COpenPort* pGiven) : m_pPort(pGiven)
+    {
+        CDeviceOwner* pOwner = pGiven ? nullptr : GetDeviceOwner();
+        if (!pOwner)
+            return;
+        m_pCurrent = pOwner->GetCurrentPort();
+        m_pPort = m_pCurrent.get();
+    }
+
+    COpenPort* Get() const { return m_pPort; }
+
+private:
+    std::shared_ptr<COpenPort> m_pCurrent;
+    COpenPort* m_pPort;
+};
 
 } // namespace
 
@@ -66,15 +76,14 @@ bool WriteDevice(HANDLE hDevice, const void* pRequest, DWORD dwRequestLen, DWORD
         Log.Error("WriteDevice - Handle is NULL.");
         return false;
     }
-    std::shared_ptr<COpenPort> Current;
-    COpenPort* const pSelected = SelectPort(pPort, Current);
-    if (!pSelected) {
+    const CPortChoice Port(pPort);
+    if (!Port.Get()) {
         Log.Error(
             "WriteDevice - pInstance, pInstance->m_pDeviceObject or pInstance->m_pDeviceObject->GetPort() is NULL.");
         return false;
     }
     DWORD dwWritten = 0;
-    if (!pSelected->Write(hDevice, pRequest, dwRequestLen, &dwWritten, pdwErrSts)) {
+    if (!Port.Get()->Write(hDevice, pRequest, dwRequestLen, &dwWritten, pdwErrSts)) {
         Log.Error("WriteDevice - pInstance->m_pDeviceObject->GetPort()->Write returned false.");
         return false;
     }
@@ -97,14 +106,13 @@ bool ReadDevice(HANDLE hDevice, void* pReply, DWORD dwReplySize, DWORD* pdwReply
         Log.Error("ReadDevice - Handle is NULL.");
         return false;
     }
-    std::shared_ptr<COpenPort> Current;
-    COpenPort* const pSelected = SelectPort(pPort, Current);
-    if (!pSelected) {
+    const CPortChoice Port(pPort);
+    if (!Port.Get()) {
         Log.Error(
             "ReadDevice - pInstance, pInstance->m_pDeviceObject or pInstance->m_pDeviceObject->GetPort() is NULL.");
         return false;
     }
-    if (!pSelected->Read(hDevice, pReply, dwReplySize, pdwReplyLen, pdwErrSts, dwTimeout)) {
+    if (!Port.Get()->Read(hDevice, pReply, dwReplySize, pdwReplyLen, pdwErrSts, dwTimeout)) {
         Log.Error("ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.");
         return false;
     }

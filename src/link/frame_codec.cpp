@@ -14,9 +14,9 @@ constexpr CLogSource Log{LOG_CPORT};
 
 constexpr uint8_t kCommandCode = 0x4B;
 constexpr uint8_t kFlag = 0x7E;
-constexpr DWORD kRequestHeaderSize = 8;                   // of a request frame
+constexpr DWORD kRequestHeaderSize = 8;                    // of a request frame
 constexpr DWORD kRequestOverhead = kRequestHeaderSize + 3; // with check sequence and flag
-constexpr DWORD kReplyHeaderSize = 13;                    // of a reply frame
+constexpr DWORD kReplyHeaderSize = 13;                     // of a reply frame
 constexpr DWORD kReplyOverhead = kReplyHeaderSize + 3;
 constexpr DWORD kLengthOffset = 5;
 constexpr DWORD kSequenceOffset = 9;
@@ -144,9 +144,10 @@ bool CFrameCodec::DecomposeData(const uint8_t* pFrame, DWORD dwLength, void* pDe
         return false;
     }
     if (uint64_t{dwSize} + kReplyOverhead < dwLength) {
-        Log.Error("DP::DecomposeData - Destination buffer size is not enough. Destination buffer = %d, data read = %d - "
-                  "Header = %d",
-                  dwSize, dwLength, kReplyOverhead);
+        Log.Error(
+            "DP::DecomposeData - Destination buffer size is not enough. Destination buffer = %d, data read = %d - "
+            "Header = %d",
+            dwSize, dwLength, kReplyOverhead);
         return false;
     }
     std::memset(pDest, 0, dwSize);

@@ -8,67 +8,60 @@ constexpr CLogSource Log{LOG_CPORT};
 
 } // namespace
 
-// Registers the calling thread as the one inside, for CancelPending. False for a handle that is not this port's.
-bool MP::Enter(HANDLE hPort)
-{
-    if (hPort != m_hPort) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return false;
-    }
-    HANDLE hThread = nullptr;
-    DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &hThread, 0, FALSE,
-                    DUPLICATE_SAME_ACCESS);
-    CLock Lock(m_csThread);
-    m_hThread.Reset(hThread);
-    return true;
-}
-
-void MP::Leave()
-{
-    const DWORD dwError = GetLastError();
-    {
-        CLock Lock(m_csThread);
-        m_hThread.Reset();
-    }
-    SetLastError(dwError);
-}
-
-// Takes the system's error code and clears the port's error state.
-void MP::TakeError(HANDLE hPort, DWORD* pdwError)
-{
-    *pdwError = GetLastError();
-    if (hPort == m_hPort)
-        ClearCommError(hPort, nullptr, nullptr);
-}
-
 bool MP::Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritten, DWORD* pdwError)
 {
-    *pdwError = 0;
-    bool bDone = false;
-    if (Enter(hPort)) {
-        bDone = WriteFile(hPort, pData, dwLength, pdwWritten, nullptr);
-        Leave();
-    }
-    if (!bDone) {
-        TakeError(hPort, pdwError);
+    CInside Inside(*this);
+    if (!Owns(hPort) || IsClosing() || !WriteFile(hPort, pData, dwLength, pdwWritten, nullptr)) {
+        *pdwError = CleanUp(hPort);
         Log.Error("MP::Write - WriteFile failed. Last error is 0x%X", *pdwError);
+        return false;
     }
-    return bDone;
+    return true;
 }
 
 bool MP::Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* pdwError, DWORD)
 {
-    *pdwError = 0;
-    bool bDone = false;
-    if (Enter(hPort)) {
-        bDone = ReadFile(hPort, pBuffer, dwSize, pdwRead, nullptr);
-        Leave();
-    }
-    if (!bDone) {
-        TakeError(hPort, pdwError);
+    CInside Inside(*this);
+    if (!Owns(hPort) || IsClosing() || !ReadFile(hPort, pBuffer, dwSize, pdwRead, nullptr)) {
+        *pdwError = CleanUp(hPort);
         Log.Error("MP::Read - ReadFile failed. Last error is 0x%X", *pdwError);
+        return false;
     }
-    return bDone;
+    return true;
+}
+
+// Is the port being closed? Then the last error is that of a cancelled operation.
+bool MP::IsClosing() const
+{
+    const bool bClosing = m_hClosing && WaitForSingleObject(m_hClosing, 0) == WAIT_OBJECT_0;
+    if (bClosing)
+        SetLastError(ERROR_OPERATION_ABORTED);
+    return bClosing;
+}
+
+// Clears the port's error state after a failure, whose code it returns.
+DWORD MP::CleanUp(HANDLE hPort) const
+{
+    const DWORD dwError = GetLastError();
+    DWORD dwErrors = 0;
+    if (dwError != ERROR_INVALID_HANDLE)
+        ClearCommError(hPort, &dwErrors, nullptr);
+    return dwError;
+}
+
+MP::CInside::CInside(MP& Port) : m_Port(Port)
+{
+    HANDLE hThread = nullptr;
+    DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &hThread, 0, FALSE,
+                    DUPLICATE_SAME_ACCESS);
+    CLock Lock(m_Port.m_csThread);
+    m_Port.m_hThread.Reset(hThread);
+}
+
+MP::CInside::~CInside()
+{
+    CLock Lock(m_Port.m_csThread);
+    m_Port.m_hThread.Reset();
 }
 
 void MP::CancelPending()

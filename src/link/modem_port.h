@@ -19,9 +19,21 @@ public:
     void CancelPending() override;
 
 private:
-    bool Enter(HANDLE hPort);
-    void Leave();
-    void TakeError(HANDLE hPort, DWORD* pdwError);
+    // For as long as a thread is inside the port, it can be cancelled there.
+    class CInside
+    {
+    public:
+        explicit CInside(MP& Port);
+        ~CInside();
+        CInside(const CInside&) = delete;
+        CInside& operator=(const CInside&) = delete;
+
+    private:
+        MP& m_Port;
+    };
+
+    bool IsClosing() const;
+    DWORD CleanUp(HANDLE hPort) const;
 
     COwnedCriticalSection m_csThread;
     CHandle m_hThread PHN_GUARDED_BY(m_csThread); // the thread inside; empty when there is none

@@ -33,26 +33,26 @@ public:
     void Close();
 
 private:
+    // One thread's stay inside the port object. A port that has been closed admits no handle any more.
     class CUse
     {
     public:
-        explicit CUse(COpenPort& Port) : m_Port(Port) {}
-        ~CUse() { m_Port.Leave(); }
+        explicit CUse(COpenPort& Port);
+        ~CUse();
         CUse(const CUse&) = delete;
         CUse& operator=(const CUse&) = delete;
+        HANDLE Admit(HANDLE hPort) const { return m_bOpen ? hPort : INVALID_HANDLE_VALUE; }
 
     private:
         COpenPort& m_Port;
+        bool m_bOpen;
     };
-
-    bool Enter();
-    void Leave();
 
     COwnedCriticalSection m_csUse;
     DWORD m_dwUsers PHN_GUARDED_BY(m_csUse) = 0;
     bool m_bClosed PHN_GUARDED_BY(m_csUse) = false;
     CHandle m_evClosing; // set by Close
-    CHandle m_evIdle;    // set when the last one inside has left a port that is being closed
+    CHandle m_evIdle;    // set while nobody is inside the port
     std::unique_ptr<CPort> m_pPort;
     CHandle m_hPort;
 };

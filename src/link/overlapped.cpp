@@ -21,13 +21,17 @@ bool COverlappedOperation::Await(HANDLE hClosing, DWORD dwTimeout) const
     return dwResult == WAIT_OBJECT_0;
 }
 
-void COverlappedOperation::Abandon(HANDLE hPort)
+DWORD COverlappedOperation::Abandon(HANDLE hPort)
 {
+    const DWORD dwError = GetLastError();
+    if (dwError == ERROR_INVALID_HANDLE)
+        return dwError; // no port to clean, and nothing was begun on it
     DWORD dwErrors = 0;
     ClearCommError(hPort, &dwErrors, nullptr);
     PurgeComm(hPort, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
     // A purge alone may leave the operation pending.
-    CancelIoEx(hPort, &m_Record);
     DWORD dwBytes = 0;
+    CancelIoEx(hPort, &m_Record);
     GetOverlappedResult(hPort, &m_Record, &dwBytes, TRUE);
+    return dwError;
 }

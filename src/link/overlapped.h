@@ -18,12 +18,13 @@ public:
 
     OVERLAPPED* GetRecord() { return &m_Record; }
 
-    // Waits for completion. False when the time is over, and also when the port is being closed or the library unloaded;
-    // then the last error is ERROR_OPERATION_ABORTED.
+    // Waits for completion. False when the time is over, and also when the port is being closed or the library
+    // unloaded; then the last error is ERROR_OPERATION_ABORTED.
     bool Await(HANDLE hClosing, DWORD dwTimeout) const;
 
-    // Clears and purges the port and waits until the operation is over.
-    void Abandon(HANDLE hPort);
+    // After a failed step, whose last error it returns: clears and purges the port and waits until the operation is
+    // over.
+    DWORD Abandon(HANDLE hPort);
 
 private:
     CHandle m_evDone;

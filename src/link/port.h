@@ -36,6 +36,15 @@ public:
     }
 
 protected:
+    // Is this the handle that the port was opened with? If not, the last error is ERROR_INVALID_HANDLE.
+    bool Owns(HANDLE hPort) const
+    {
+        if (hPort && hPort == m_hPort)
+            return true;
+        SetLastError(ERROR_INVALID_HANDLE);
+        return false;
+    }
+
     HANDLE m_hPort = nullptr;
     HANDLE m_hClosing = nullptr;
 

@@ -4,9 +4,9 @@
 
 #include "link/frame_codec.h"
 
-// Data is copied eight bytes at a time up to the next byte that needs escaping, which a zero-byte test on the whole word
-// finds. Bytes to be escaped that follow each other are handled one by one, so that a handset which sends nothing else
-// costs no more than a plain loop would.
+// Data is copied eight bytes at a time up to the next byte that needs escaping, which a zero-byte test on the whole
+// word finds. Bytes to be escaped that follow each other are handled one by one, so that a handset which sends nothing
+// else costs no more than a plain loop would.
 
 namespace {
 
