@@ -23,22 +23,34 @@ constexpr bool IsLineEnd(char c)
     return c == '\r' || c == '\n';
 }
 
-// The keys that begin with a letter: kVCardKeys[byFirst] up to, not including, kVCardKeys[byEnd].
-struct SKeyRange
+// The keys that begin with the same letter: kVCardKeys[uFirst] up to, not including, kVCardKeys[uEnd], and what they
+// have in common. Looking for that first keeps a text full of such letters cheap.
+struct SKeyGroup
 {
-    uint8_t byFirst = 0;
-    uint8_t byEnd = 0;
+    size_t uFirst = 0;
+    size_t uEnd = 0;
+    std::string_view strCommon;
 };
 
-constexpr auto kKeysOfLetter = [] {
-    std::array<SKeyRange, 256> Ranges{};
+constexpr std::string_view GetCommon(std::string_view strOne, std::string_view strOther)
+{
+    const auto itEnd = std::mismatch(strOne.begin(), strOne.end(), strOther.begin(), strOther.end()).first;
+    return strOne.substr(0, static_cast<size_t>(itEnd - strOne.begin()));
+}
+
+// For each byte that a line may begin with.
+constexpr auto kKeyGroups = [] {
+    std::array<SKeyGroup, 256> Groups{};
     for (size_t uKey = 0; uKey < eKeyCount; ++uKey) {
-        SKeyRange& Range = Ranges[static_cast<uint8_t>(kVCardKeys[uKey].front())];
-        if (Range.byEnd == 0)
-            Range.byFirst = static_cast<uint8_t>(uKey);
-        Range.byEnd = static_cast<uint8_t>(uKey + 1);
+        SKeyGroup& Group = Groups[static_cast<uint8_t>(kVCardKeys[uKey].front())];
+        if (Group.uEnd == 0)
+            Group = {.uFirst = uKey, .uEnd = 0, .strCommon = kVCardKeys[uKey]};
+        Group.uEnd = uKey + 1;
+        Group.strCommon = GetCommon(Group.strCommon, kVCardKeys[uKey]);
     }
-    return Ranges;
+    for (char c = 'a'; c <= 'z'; ++c)
+        Groups[static_cast<uint8_t>(c)] = Groups[static_cast<uint8_t>(ToUpper(c))];
+    return Groups;
 }();
 
 } // namespace
@@ -62,9 +74,11 @@ CVCardText::CVCardText(std::string_view strText) : m_strText(strText.substr(0, s
     const size_t uSize = m_strText.size();
     const size_t uLastLine = std::max(m_strText.rfind('\r') + 1, m_strText.rfind('\n') + 1); // npos + 1 is 0
     for (size_t uPosition = 0; uPosition < uSize; ++uPosition) {
-        if (m_strText[uPosition] == ' ' || m_strText[uPosition] == '\t')
+        const char c = m_strText[uPosition];
+        if (c == ' ' || c == '\t')
             continue;
-        NoteKeys(uPosition);
+        if (kKeyGroups[static_cast<uint8_t>(c)].uEnd != 0)
+            NoteKeys(uPosition);
         while (uPosition < uLastLine && !IsLineEnd(m_strText[uPosition]))
             ++uPosition;
     }
@@ -73,8 +87,10 @@ CVCardText::CVCardText(std::string_view strText) : m_strText(strText.substr(0, s
 void CVCardText::NoteKeys(size_t uPosition)
 {
     const std::string_view strRest = m_strText.substr(uPosition);
-    const SKeyRange Range = kKeysOfLetter[static_cast<uint8_t>(ToUpper(strRest.front()))];
-    for (size_t uKey = Range.byFirst; uKey < Range.byEnd; ++uKey)
+    const SKeyGroup& Group = kKeyGroups[static_cast<uint8_t>(strRest.front())];
+    if (!BeginsIgnoringCase(strRest, Group.strCommon))
+        return;
+    for (size_t uKey = Group.uFirst; uKey < Group.uEnd; ++uKey)
         if (m_auPositions[uKey] == kNone && BeginsIgnoringCase(strRest, kVCardKeys[uKey]))
             m_auPositions[uKey] = uPosition;
 }
