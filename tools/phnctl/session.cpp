@@ -18,10 +18,10 @@ constexpr DWORD kPauseAfterSilence = 500;
 class SearchNotice
 {
 public:
-    explicit SearchNotice(unsigned seconds)
+    SearchNotice()
     {
         if (m_shown)
-            fmt::print(stderr, "looking for a handset (up to {} s, Ctrl-C ends) ...", seconds);
+            fmt::print(stderr, "looking for a handset ...");
     }
     ~SearchNotice()
     {
@@ -101,7 +101,7 @@ PHN_ERROR Session::Find()
 {
     const auto search = std::make_shared<Search>();
     search->library = m_library;
-    const SearchNotice notice(m_options.waitSeconds);
+    const SearchNotice notice;
     m_abandoned = !RunDispatching([search] { search->Run(); }, std::chrono::seconds(m_options.waitSeconds));
     search->over = true;
     return search->answer;
