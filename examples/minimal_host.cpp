@@ -15,6 +15,7 @@ void PrintBattery()
     if (PHN_GetBatteryInfo(&battery) == PHN_ERROR_NONE)
         std::printf("battery %u %u\n", static_cast<unsigned>(battery.uBattery1),
                     static_cast<unsigned>(battery.uBattery2));
+    std::fflush(stdout);
 }
 
 // The library may be called from here. What must not happen here is waiting for another thread.
@@ -26,7 +27,6 @@ void PHN_CALL Changed(uint32_t type)
         PrintBattery();
     else
         std::printf("changed: callback type %u\n", static_cast<unsigned>(type));
-    std::fflush(stdout);
 }
 
 } // namespace
@@ -38,8 +38,11 @@ int main()
         return 1;
     }
     PrintBattery();
-    if (const PHN_ERROR error = PHN_SetCallback(PHN_CALLBACK_ALL, Changed, 0); error != PHN_ERROR_NONE)
+    if (const PHN_ERROR error = PHN_SetCallback(PHN_CALLBACK_ALL, Changed, 0); error != PHN_ERROR_NONE) {
         std::fprintf(stderr, "PHN_SetCallback: error %u\n", static_cast<unsigned>(error));
+        PHN_Shutdown();
+        return 1;
+    }
 
     MSG message;
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
