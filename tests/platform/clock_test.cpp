@@ -1,5 +1,7 @@
 // The test hooks of the stand-in: time that passes at once, and calls that fail when asked to.
 #include <array>
+#include <chrono>
+#include <cstdlib>
 #include <stdexcept>
 #include <thread>
 
@@ -29,6 +31,20 @@ TEST(Clock, EveryWaitWithATimeOutSeesTheNewTime)
     EXPECT_EQ(waited, WAIT_TIMEOUT);
     EXPECT_GE(GetTickCount64() - start, 3614000u);
     CloseHandle(event);
+}
+
+// The scale is read once, so it has a process of its own.
+TEST(Clock, TheScaleAppliesToStatedTimes)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    const auto sleepScaled = [] {
+        setenv("PHNNRV_TIME_SCALE", "0.001", 1);
+        const auto start = std::chrono::steady_clock::now();
+        Sleep(60000);
+        const auto slept = std::chrono::steady_clock::now() - start;
+        std::exit(slept >= std::chrono::milliseconds(60) && slept < std::chrono::seconds(30) ? 0 : 1);
+    };
+    EXPECT_EXIT(sleepScaled(), testing::ExitedWithCode(0), "");
 }
 
 class ClockOfPorts : public PortTest

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdlib>
 #include <ctime>
 
 #include "platform/pty_fixture.h"
