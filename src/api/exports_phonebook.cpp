@@ -1,5 +1,6 @@
 // Contacts, and the display names that they refer to.
 #include "api/export_frame.h"
+#include "phonebook/phonebook.h"
 
 namespace {
 
@@ -24,11 +25,11 @@ PHN_ERROR PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes) noexcept
         if (pFieldSizes->uSize < sizeof *pFieldSizes)
             return Frame.TooSmall("pFieldSizes", pFieldSizes->uSize, "PHN_FIELD_SIZES", sizeof *pFieldSizes);
         ClearFrom(pFieldSizes, 4);
-        return Frame.Absent(kPhonebook);
+        return Frame.Call(kPhonebook, "GetFieldSizes", &CPhonebook::GetFieldSizes, pFieldSizes);
     });
 }
 
-PHN_ERROR PHN_GetContact(uint32_t, PHN_CONTACT_RECORD* pRecord) noexcept
+PHN_ERROR PHN_GetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord) noexcept
 {
     return Export("PHN_GetContact", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pRecord)
@@ -39,55 +40,59 @@ PHN_ERROR PHN_GetContact(uint32_t, PHN_CONTACT_RECORD* pRecord) noexcept
         if (pRecord->uSize < sizeof *pRecord)
             return Frame.TooSmall("pRecord", pRecord->uSize, "PHN_CONTACT_RECORD", sizeof *pRecord);
         std::memset(pRecord->pContactData, 0, pRecord->uSizeofData);
-        return Frame.Absent(kPhonebook);
+        return Frame.Call(kPhonebook, "GetContact", &CPhonebook::GetContact, uIndex, pRecord);
     });
 }
 
 // The data pointer is the service's concern.
-PHN_ERROR PHN_SetContact(uint32_t, PHN_CONTACT_RECORD* pRecord) noexcept
+PHN_ERROR PHN_SetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord) noexcept
 {
     return Export("PHN_SetContact", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pRecord)
             return Frame.Null("pRecord");
         if (pRecord->uSize < sizeof *pRecord)
             return Frame.TooSmall("pRecord", pRecord->uSize, "PHN_CONTACT_RECORD", sizeof *pRecord);
-        return Frame.Absent(kPhonebook);
+        return Frame.Call(kPhonebook, "SetContact", &CPhonebook::SetContact, uIndex, pRecord);
     });
 }
 
-PHN_ERROR PHN_DeleteContact(uint32_t) noexcept
+PHN_ERROR PHN_DeleteContact(uint32_t uIndex) noexcept
 {
-    return Export("PHN_DeleteContact", [](CExportFrame& Frame) { return Frame.Absent(kPhonebook); });
+    return Export("PHN_DeleteContact", [=](CExportFrame& Frame) {
+        return Frame.Call(kPhonebook, "DeleteContact", &CPhonebook::DeleteContact, uIndex);
+    });
 }
 
 PHN_ERROR PHN_DeleteAllContacts() noexcept
 {
-    return Export("PHN_DeleteAllContacts", [](CExportFrame& Frame) { return Frame.Absent(kPhonebook); });
+    return Export("PHN_DeleteAllContacts", [](CExportFrame& Frame) {
+        return Frame.Call(kPhonebook, "DeleteAllContacts", &CPhonebook::DeleteAllContacts);
+    });
 }
 
-PHN_ERROR PHN_GetPictureID(uint32_t, PHN_PICTURE_ID* pPictureID) noexcept
+PHN_ERROR PHN_GetPictureID(uint32_t uIndex, PHN_PICTURE_ID* pPictureID) noexcept
 {
     return Export("PHN_GetPictureID", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckName(Frame, pPictureID, "pPictureID", "PHN_PICTURE_ID"))
             return weError;
-        return Frame.Absent(kPhonebook);
+        return Frame.Call(kPhonebook, "GetPictureID", &CPhonebook::GetPictureID, uIndex, pPictureID);
     });
 }
 
-PHN_ERROR PHN_GetRingerID(uint32_t, PHN_RINGER_ID* pRingTone) noexcept
+PHN_ERROR PHN_GetRingerID(uint32_t uIndex, PHN_RINGER_ID* pRingTone) noexcept
 {
     return Export("PHN_GetRingerID", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckName(Frame, pRingTone, "pRingTone", "PHN_RINGER_ID"))
             return weError;
-        return Frame.Absent(kPhonebook);
+        return Frame.Call(kPhonebook, "GetRingerID", &CPhonebook::GetRingerID, uIndex, pRingTone);
     });
 }
 
-PHN_ERROR PHN_GetGroup(uint32_t, PHN_GROUP* pGroup) noexcept
+PHN_ERROR PHN_GetGroup(uint32_t uIndex, PHN_GROUP* pGroup) noexcept
 {
     return Export("PHN_GetGroup", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckName(Frame, pGroup, "pGroup", "PHN_GROUP"))
             return weError;
-        return Frame.Absent(kPhonebook);
+        return Frame.Call(kPhonebook, "GetGroup", &CPhonebook::GetGroup, uIndex, pGroup);
     });
 }

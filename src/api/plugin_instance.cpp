@@ -7,6 +7,7 @@
 #include "api/service_descriptors.h"
 #include "link/device.h"
 #include "log/log.h"
+#include "phonebook/speed_dial_phonebook.h"
 #include "status/connection_status.h"
 #include "status/setup_information.h"
 
@@ -32,11 +33,11 @@ bool CreateService(CPluginInstance& Instance, const CServiceDescriptor<T>& Servi
 
 } // namespace
 
-template <typename T>
+template <typename T, typename TMade>
 std::shared_ptr<T> MakeService()
 {
     try {
-        return std::make_shared<T>();
+        return std::make_shared<TMade>();
     } catch (const std::bad_alloc&) {
         return nullptr;
     }
@@ -44,6 +45,7 @@ std::shared_ptr<T> MakeService()
 
 template std::shared_ptr<CSetupInformation> MakeService();
 template std::shared_ptr<CConnectionStatus> MakeService();
+template std::shared_ptr<CPhonebook> MakeService<CPhonebook, CSpeedDialPhonebook>();
 
 CPluginInstance* GetInstance()
 {

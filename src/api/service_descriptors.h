@@ -9,6 +9,8 @@
 
 #include "api/plugin_instance.h"
 
+class CSpeedDialPhonebook;
+
 template <typename T>
 struct CServiceDescriptor
 {
@@ -18,8 +20,9 @@ struct CServiceDescriptor
     std::shared_ptr<T> (*m_pfnCreate)();
 };
 
-// Null when memory is short. Instantiated beside the instance, for the services that have a factory.
-template <typename T>
+// Null when memory is short. Instantiated beside the instance, for the services that have a factory; TMade is the class
+// that is made, where the slot's class is its base.
+template <typename T, typename TMade = T>
 std::shared_ptr<T> MakeService();
 
 inline constexpr CServiceDescriptor<CSetupInformation> kSetup{
@@ -28,7 +31,8 @@ inline constexpr CServiceDescriptor<CConnectionStatus> kConnectionStatus{
     &CPluginInstance::m_pConnectionStatusObject, "m_pConnectionStatusObject", "CreateObjects Connection Status Object",
     &MakeService<CConnectionStatus>};
 inline constexpr CServiceDescriptor<CPhonebook> kPhonebook{&CPluginInstance::m_pPhoneBookObject, "m_pPhoneBookObject",
-                                                           "CreateObjects Phonebook Object", nullptr};
+                                                           "CreateObjects Phonebook Object",
+                                                           &MakeService<CPhonebook, CSpeedDialPhonebook>};
 inline constexpr CServiceDescriptor<CSMS> kSMS{&CPluginInstance::m_pSMSObject, "m_pSMSObject",
                                                "CreateObjects SMS Object", nullptr};
 inline constexpr CServiceDescriptor<CCalendar> kCalendar{&CPluginInstance::m_pCalendarObject, "m_pCalendarObject",

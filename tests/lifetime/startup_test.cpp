@@ -86,6 +86,7 @@ TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
         EXPECT_EQ(bench_.TakeLog(), (Lines{"CCalderApp\tComment\tPHN_Startup is being executed.",
                                            "phnnrv\tComment\tCreateObjects Setup Object",
                                            "phnnrv\tComment\tCreateObjects Connection Status Object",
+                                           "phnnrv\tComment\tCreateObjects Phonebook Object",
                                            "phnnrv\tComment\tGetVersion being executed.",
                                            std::string("phnnrv\tComment\tGetVersion - Model version is ") + row.model,
                                            row.line, "CCalderApp\tError\tPHN_Startup - Model not supported."}));
