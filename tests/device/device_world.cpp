@@ -52,7 +52,7 @@ DeviceTest::DeviceTest()
 DeviceTest::~DeviceTest()
 {
     if (device_) {
-        device_->UninitPortScanning();
+        StopWatch();
         device_->UnregisterNotification();
         device_->DestroyDeviceWindow();
         device_.reset();
@@ -81,6 +81,12 @@ void DeviceTest::StartWatch()
 {
     AdvanceClock(300);
     ASSERT_TRUE(PumpUntil([] { return WaitForSingleObject(g_evWatchEnded, 0) == WAIT_TIMEOUT; }));
+}
+
+void DeviceTest::StopWatch()
+{
+    if (!std::exchange(isStopped_, true))
+        device_->UninitPortScanning();
 }
 
 void DeviceTest::NextCycle()

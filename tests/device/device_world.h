@@ -47,6 +47,8 @@ protected:
     void Create();
     // Lets the start timer fire: the watch thread runs from here on, and its first cycle begins.
     void StartWatch();
+    // Ends the watch for good, as unload does.
+    void StopWatch();
     // Waits until the watch thread has finished a cycle, and begins the next one.
     void NextCycle();
 
@@ -71,4 +73,5 @@ private:
     std::vector<std::unique_ptr<simulator::Simulator>> simulators_;
     simulator::DeviceDirectory folder_; // registry and log
     size_t taken_ = 0;
+    bool isStopped_ = false;
 };

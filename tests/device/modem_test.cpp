@@ -1,0 +1,49 @@
+// A handset that offers a modem port only: the AT dialogue, and what its failure leaves. A modem port's read ends after
+// seven seconds of silence, which no clock shortens; this program runs at a fiftieth of every stated time.
+#include <dbt.h>
+
+#include "device/device_world.h"
+#include "link/command.h"
+#include "link/exec_command.h"
+
+namespace {
+
+class ModemTest : public DeviceTest
+{
+protected:
+    ModemTest() { setenv("PHNNRV_TIME_SCALE", "0.02", 1); }
+
+    LRESULT Arrive()
+    {
+        return Broadcast(DBT_DEVICEARRIVAL, kModemInterface, "\\\\?\\" + simulator::ModemInterfaceName("0001"));
+    }
+};
+
+} // namespace
+
+TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarriesRequests)
+{
+    simulator::Simulator& modem = Attach(simulator::ModemInterfaceName("0001"), simulator::PortKind::Modem);
+    Create();
+    const struct
+    {
+        const char* fault;
+        const char* line;
+    } rows[] = {
+        {"error@at*1", "CDevice::OpenModemPort - ERROR sending the AT command"},
+        {"hangup@at*1", "CDevice::OpenModemPort - ERROR sending the AT command"},
+    };
+    for (const auto& row : rows) {
+        modem.Control().AddFault(row.fault);
+        EXPECT_EQ(Arrive(), FALSE) << row.fault;
+        EXPECT_TRUE(HasLine(row.line));
+        EXPECT_FALSE(Device().GetPort());
+    }
+    EXPECT_EQ(owner_.TakeEvents(), Events{});
+
+    EXPECT_EQ(Arrive(), TRUE);
+    EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
+    EXPECT_TRUE(HasLine("CDevice::OpenModemPort - Setting the Handle"));
+    EXPECT_TRUE(Device().CheckPort());
+    EXPECT_EQ(modem.Control().Requests(kCommandStartup), 1u);
+}
