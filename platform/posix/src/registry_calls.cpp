@@ -78,8 +78,11 @@ LSTATUS WINAPI RegOpenKeyExA(HKEY hKey, LPCSTR lpSubKey, DWORD, DWORD, PHKEY phk
             return ERROR_INVALID_PARAMETER;
         *phkResult = nullptr;
         std::string path = KeyOf(hKey)->path;
-        if (lpSubKey && *lpSubKey)
-            path += (path.empty() ? "" : "\\") + LowerCase(lpSubKey);
+        if (lpSubKey && *lpSubKey) {
+            if (!path.empty())
+                path += '\\';
+            path += LowerCase(lpSubKey);
+        }
         if (path.ends_with('\\'))
             path.pop_back();
         if (!FindKey(path))

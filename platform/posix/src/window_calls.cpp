@@ -13,7 +13,7 @@ namespace {
 
 void Destroy(Lock& lock, const std::shared_ptr<Window>& window)
 {
-    for (const UINT farewell : {WM_DESTROY, WM_NCDESTROY}) {
+    for (const UINT farewell : {UINT{WM_DESTROY}, UINT{WM_NCDESTROY}}) {
         if (!window->destroyed)
             CallWindow(lock, *window, farewell, 0, 0);
     }
