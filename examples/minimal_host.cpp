@@ -15,7 +15,6 @@ void PrintBattery()
     if (PHN_GetBatteryInfo(&battery) == PHN_ERROR_NONE)
         std::printf("battery %u %u\n", static_cast<unsigned>(battery.uBattery1),
                     static_cast<unsigned>(battery.uBattery2));
-    std::fflush(stdout);
 }
 
 // The library may be called from here. What must not happen here is waiting for another thread.
@@ -33,6 +32,7 @@ void PHN_CALL Changed(uint32_t type)
 
 int main()
 {
+    std::setvbuf(stdout, nullptr, _IONBF, 0); // lines appear at once, in a pipe too
     if (const PHN_ERROR error = PHN_Startup(); error != PHN_ERROR_NONE) {
         std::fprintf(stderr, "PHN_Startup: error %u\n", static_cast<unsigned>(error));
         return 1;
