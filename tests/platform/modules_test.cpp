@@ -36,7 +36,7 @@ TEST(Modules, AreLoadedAskedAndFreed)
     char start[5];
     EXPECT_EQ(GetModuleFileNameA(module, start, sizeof start), sizeof start);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    EXPECT_EQ(start, FileNameOf(module).substr(0, 4));
+    EXPECT_EQ(std::string(start, 4), FileNameOf(module).substr(0, 4));
 
     EXPECT_TRUE(FreeLibrary(module));
     EXPECT_EQ(GetModuleHandleA(std::filesystem::path(path).filename().string().c_str()), nullptr);

@@ -1,7 +1,10 @@
 // The time of day. Zone rules are the C library's, by the TZ variable, which is looked at again at every call.
 #include <time.h>
 
-#include <cerrno>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+#include <string_view>
 
 #include "win32_call.h"
 
@@ -21,9 +24,23 @@ SYSTEMTIME SystemTimeOf(const tm& time, long milliseconds)
             .wMilliseconds = static_cast<WORD>(milliseconds)};
 }
 
+// tzset looks at the zone's file at every call; it is called when TZ has changed.
+void FollowZone()
+{
+    static auto& followed = *new std::string;
+    static constinit std::mutex mutex;
+    const char* const named = std::getenv("TZ");
+    const std::string_view zone = named ? named : "the system's";
+    const std::lock_guard guard(mutex);
+    if (followed == zone)
+        return;
+    followed = zone;
+    tzset();
+}
+
 SYSTEMTIME LocalTimeOf(time_t seconds, long milliseconds)
 {
-    tzset();
+    FollowZone();
     tm local{};
     if (!localtime_r(&seconds, &local))
         ThrowErrno();
