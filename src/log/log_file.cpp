@@ -166,24 +166,25 @@ bool CLogFile::Passes(DWORD dwCategory, DWORD dwLevel)
 
 void CLogFile::WriteMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel)
 {
-    std::string strLine;
-    strLine.reserve(64 + strText.size());
-    strLine.append(FindName(kCategoryNames, dwCategory)).append(FindName(kLevelNames, dwLevel)).append(strText);
-    WriteLine(strLine);
+    WriteLine({FindName(kCategoryNames, dwCategory), FindName(kLevelNames, dwLevel), strText});
 }
 
-void CLogFile::WriteLine(std::string_view strText)
+void CLogFile::WriteLine(std::initializer_list<std::string_view> Texts)
 {
     CLock Lock(g_csLog);
     CLogFile* pGlobal = GetGlobal();
-    if (!pGlobal || !pGlobal->m_bFileOpen)
-        return;
-    const std::string_view strTime = pGlobal->FormatTime();
-    std::string strLine;
-    strLine.reserve(strTime.size() + strText.size() + 2);
-    strLine.append(strTime).append(strText).append("\r\n");
+    if (pGlobal && pGlobal->m_bFileOpen)
+        pGlobal->WriteStamped(Texts);
+}
+
+void CLogFile::WriteStamped(std::initializer_list<std::string_view> Texts)
+{
+    m_strLine.assign(FormatTime());
+    for (const std::string_view strText : Texts)
+        m_strLine.append(strText);
+    m_strLine.append("\r\n");
     DWORD dwWritten = 0;
-    WriteFile(pGlobal->m_hFile.Get(), strLine.data(), static_cast<DWORD>(strLine.size()), &dwWritten, nullptr);
+    WriteFile(m_hFile.Get(), m_strLine.data(), static_cast<DWORD>(m_strLine.size()), &dwWritten, nullptr);
 }
 
 // The time that begins a line, made once a second.

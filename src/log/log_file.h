@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -42,7 +43,7 @@ public:
 
     // Writes one line that has passed; by way of WriteLine, which puts the time before it.
     static void WriteMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel);
-    static void WriteLine(std::string_view strText);
+    static void WriteLine(std::initializer_list<std::string_view> Texts);
 
     // The process-wide object; null before it is needed, and after CloseLog.
     static CLogFile* GetGlobal();
@@ -53,6 +54,7 @@ private:
     DWORD ReadLoggingLevel() const;
     void SetMasks(DWORD dwValue);
     bool OpenFile(const std::string& strName);
+    void WriteStamped(std::initializer_list<std::string_view> Texts) PHN_REQUIRES(g_csLog);
     std::string_view FormatTime() PHN_REQUIRES(g_csLog);
 
     std::atomic<HKEY> m_hKey{nullptr};
@@ -62,6 +64,7 @@ private:
     std::atomic<bool> m_bFileOpen{false};
     SYSTEMTIME m_stFormatted PHN_GUARDED_BY(g_csLog) = {};
     char m_szTime[40] PHN_GUARDED_BY(g_csLog) = {};
+    std::string m_strLine PHN_GUARDED_BY(g_csLog); // the line being written; kept for its memory
 };
 
 // The file's full path for a time of opening: the module's own path, then the local time.
