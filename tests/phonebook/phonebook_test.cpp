@@ -47,82 +47,50 @@ protected:
 
 TEST_F(Phonebook, EachCheckOfAReplyHasItsLineAndItsCode)
 {
-    using Operation = std::function<PHN_ERROR()>;
     PHN_FIELD_SIZES sizes{};
     PHN_GROUP group{};
     const struct
     {
+        const char* entry; // the line that is logged first
         std::string name;
-        Operation run;
-        std::vector<std::string> entry;
+        std::function<PHN_ERROR()> run;
         size_t minimum;
         std::string reply, status, result; // the names in the lines
     } operations[] = {
-        {"GetFieldSizes",
-         [&] { return Sizes(&sizes); },
-         {"C GetFieldSizes being executed."},
-         50,
-         "PB_RET_FIELDSIZE_RES(50, 0x32)",
-         "rcRxHeader.wStatus",
-         ""},
-        {"GetContact",
-         [&] { return Get(1); },
-         {"C GetContact being executed."},
-         20,
-         "PB_RET_INFO_CNT_RES(20, 0x14)",
-         "rcRxHeader.wStatus",
-         "prcPBRetInfo->dwResult"},
-        {"SetContact",
-         [&] { return Set(1, kCard); },
-         {"C SetContact being executed."},
-         16,
-         "PB_RET_RES(16, 0x10)",
-         "rcPBRetRes.wStatus",
-         "rcPBRetRes->dwResult"},
-        {"DeleteContact",
-         [&] { return Delete(1); },
-         {"C DeleteContact being executed."},
-         16,
-         "PB_RET_RES(16, 0x10)",
-         "rcPBRetRes.wStatus",
-         "rcPBRetRes.dwResult"},
-        {"DeleteAllContacts",
-         [&] { return DeleteAll(); },
-         {"C DeleteAllContacts being executed."},
-         16,
-         "PB_RET_RES(16, 0x10)",
-         "rcPBRetRes.wStatus",
-         "rcPBRetRes.dwResult"},
-        {"GetName",
-         [&] { return Group(1, &group); },
-         {"C GetGroup being executed."},
-         84,
-         "PB_RET_NAME_RES(84, 0x54)",
-         "rcRxHeader.wStatus",
-         "prcPBRetName->dwResult"},
+        {"C GetFieldSizes being executed.", "GetFieldSizes", [&] { return Sizes(&sizes); }, 50,
+         "PB_RET_FIELDSIZE_RES(50, 0x32)", "rcRxHeader.wStatus", ""},
+        {"C GetContact being executed.", "GetContact", [&] { return Get(1); }, 20, "PB_RET_INFO_CNT_RES(20, 0x14)",
+         "rcRxHeader.wStatus", "prcPBRetInfo->dwResult"},
+        {"C SetContact being executed.", "SetContact", [&] { return Set(1, kCard); }, 16, "PB_RET_RES(16, 0x10)",
+         "rcPBRetRes.wStatus", "rcPBRetRes->dwResult"},
+        {"C DeleteContact being executed.", "DeleteContact", [&] { return Delete(1); }, 16, "PB_RET_RES(16, 0x10)",
+         "rcPBRetRes.wStatus", "rcPBRetRes.dwResult"},
+        {"C DeleteAllContacts being executed.", "DeleteAllContacts", [&] { return DeleteAll(); }, 16,
+         "PB_RET_RES(16, 0x10)", "rcPBRetRes.wStatus", "rcPBRetRes.dwResult"},
+        {"C GetGroup being executed.", "GetName", [&] { return Group(1, &group); }, 84, "PB_RET_NAME_RES(84, 0x54)",
+         "rcRxHeader.wStatus", "prcPBRetName->dwResult"},
     };
-    for (const auto& [name, run, entry, minimum, reply, status, result] : operations) {
+    for (const auto& operation : operations) {
         const auto fails = [&](const std::optional<Bytes>& bytes, PHN_ERROR error, const std::string& line) {
             port_->Script(bytes);
-            EXPECT_EQ(run(), error) << line;
-            Lines lines = entry;
-            lines.push_back("E " + name + " - " + line);
-            EXPECT_EQ(log_.TakeLines(), lines);
+            EXPECT_EQ(operation.run(), error) << line;
+            EXPECT_EQ(log_.TakeLines(), (Lines{operation.entry, "E " + operation.name + " - " + line}));
         };
         fails(std::nullopt, 104, "ExecCmd failed with dwErrSts = 121(0x79).");
+        const size_t minimum = operation.minimum;
         char length[32];
         std::snprintf(length, sizeof length, "%zu, 0x%zX", minimum - 1, minimum - 1);
         Bytes refused(minimum - 1);
         refused[6] = 10; // the length is looked at before the status
-        fails(refused, 104, "dwRetBufferLen(" + std::string(length) + ") is less than " + reply + ".");
+        fails(refused, 104, "dwRetBufferLen(" + std::string(length) + ") is less than " + operation.reply + ".");
         refused.resize(minimum);
         refused[8] = 8; // and that before the result
-        fails(refused, 203, status + " = 10(0xA).");
-        if (result.empty())
+        fails(refused, 203, operation.status + " = 10(0xA).");
+        if (operation.result.empty())
             continue;
         refused[6] = 0;
         refused[8] = 2;
-        fails(refused, 305, result + " = 2(0x2).");
+        fails(refused, 305, operation.result + " = 2(0x2).");
     }
 }
 
