@@ -129,13 +129,14 @@ private:
 
     void Handle(const Lock& lock, const epoll_event& event)
     {
-        if (event.data.u64 == kTimerEvent) {
+        const std::uint64_t id = event.data.u64; // copied, because the record is packed
+        if (id == kTimerEvent) {
             std::uint64_t expirations = 0;
             if (read(timer_.Get(), &expirations, sizeof expirations) > 0)
                 armed_ = kNever;
             return;
         }
-        const auto watch = watches_.find(event.data.u64);
+        const auto watch = watches_.find(id);
         if (watch == watches_.end())
             return; // ended since the event was fetched
         const auto onEvents = watch->second.onEvents;
