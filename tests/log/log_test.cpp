@@ -1,0 +1,171 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <thread>
+
+#include "log/log.h"
+#include "log/log_capture.h"
+#include "log/log_file.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+// What a process logs when its log is opened, one line of each kind written, and the log closed.
+Lines WriteOneOfEach(std::optional<DWORD> level)
+{
+    LogCapture capture(level);
+    CLogFile().Open();
+    constexpr CLogSource kDevice{LOG_CDEVICE};
+    constexpr CLogSource kPort{LOG_CPORT};
+    kDevice.Error("e");
+    kDevice.Comment("c");
+    kPort.Error("e");
+    kPort.Comment("c");
+    LogMessage("d", LOG_CSMS, LOG_DEBUG);
+    LogMessage("u", 3 << 8, 4); // two categories at once are none of the table
+    LogMessage("r", LOG_CSMS, 16);
+    Lines lines = capture.TakeLines();
+    if (lines.empty() && !capture.Files().empty())
+        lines.push_back("an empty file");
+    return lines;
+}
+
+size_t CountWholeLines(const std::string& text)
+{
+    static const std::regex kLine(R"(\d\d/\d\d/\d\d \d\d:\d\d:\d\d\tCPort\tError\t[a-z]{100}\r)");
+    std::istringstream lines(text);
+    size_t count = 0;
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_TRUE(std::regex_match(line, kLine)) << line;
+        ++count;
+    }
+    return count;
+}
+
+} // namespace
+
+TEST(Log, MasksDecideWhatIsWritten)
+{
+    struct Case
+    {
+        std::optional<DWORD> level;
+        Lines lines;
+    };
+    const Case cases[] = {
+        {std::nullopt, {}},
+        {0, {}},
+        {0x000FFF02, {"CDevice Comment c", "CPort Comment c"}},
+        {0x00000404, {"CDevice Error e"}},
+        {0x00000704, {"CDevice Error e", "Unknown Error u"}},
+        {0xFFF80011, {"CSMS Debug d", "CSMS Reserved r"}},
+        {0xFFF00000, {"an empty file"}}, // not off, but nothing passes
+        {0x000FFFFF,
+         {"CDevice Error e", "CDevice Comment c", "CPort Error e", "CPort Comment c", "CSMS Debug d", "Unknown Error u",
+          "CSMS Reserved r"}},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(WriteOneOfEach(c.level), c.lines) << c.level.value_or(0);
+}
+
+TEST(Log, ALineIsTimeCategoryLevelAndTextUnchanged)
+{
+    LogCapture capture(0xFFFFF);
+    constexpr CLogSource kPort{LOG_CPORT};
+    LogMessage("ends itself\n", LOG_CCALDERAPP, LOG_ERROR);
+    const std::string text(3000, 'x');
+    kPort.Comment("%s|%d|0x%X|%03d%08d|%c|%d", text, -1, -1, 159, 1193046, 'c', uint64_t{0x100000002});
+    const std::regex form("\\d\\d/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d\tCCalderApp\tError\tends itself\n\r\n"
+                          "\\d\\d/\\d\\d/\\d\\d \\d\\d:\\d\\d:\\d\\d\tCPort\tComment\tx{3000}" +
+                          std::string("\\|-1\\|0xFFFFFFFF\\|15901193046\\|c\\|2\r\n"));
+    EXPECT_TRUE(std::regex_match(capture.Text(), form)) << capture.Text();
+
+    const std::regex name(R"(\d{4}_\d\d_\d\d_\d\d_\d\d_\.log)");
+    ASSERT_EQ(capture.Files().size(), 1u);
+    EXPECT_TRUE(std::regex_match(capture.Files().front(), name)) << capture.Files().front();
+    const SYSTEMTIME opened{2009, 7, 5, 3, 14, 5, 59, 0};
+    EXPECT_EQ(MakeLogFileName(opened), "2009_07_03_14_05_.log");
+}
+
+TEST(Log, AChangeOfTheRegistryTakesEffectAtTheNextLine)
+{
+    LogCapture capture(0);
+    constexpr CLogSource kPort{LOG_CPORT};
+    kPort.Error("off");
+    EXPECT_TRUE(capture.Files().empty());
+    capture.SetLevel(0x00000404); // the line does not pass, but its message opens the file
+    kPort.Error("filtered");
+    EXPECT_EQ(capture.Files().size(), 1u);
+    capture.SetLevel(0x00000804);
+    kPort.Error("on");
+    capture.SetLevel(0);
+    kPort.Error("off again");
+    capture.SetLevel(0x00000806);
+    kPort.Comment("on again");
+    EXPECT_EQ(capture.TakeLines(), (Lines{"CPort Error on", "CPort Comment on again"}));
+    EXPECT_EQ(capture.Files().size(), 1u);
+}
+
+TEST(Log, AFileThatCannotBeOpenedIsTriedAgainAtEachMessage)
+{
+    LogCapture capture(0xFFFFF);
+    constexpr CLogSource kPort{LOG_CPORT};
+    const std::filesystem::path away = capture.Folder() / "away";
+    std::filesystem::create_directory(away);
+    std::filesystem::current_path(away);
+    std::filesystem::remove(away); // no file can be made in a folder that is gone
+    kPort.Error("lost");
+    std::filesystem::current_path(capture.Folder());
+    kPort.Error("kept");
+    EXPECT_EQ(capture.TakeLines(), (Lines{"CPort Error kept"}));
+}
+
+TEST(Log, TwoProcessesShareTheFileOfTheirMinute)
+{
+    constexpr int kLines = 300;
+    LogCapture capture(0xFFFFF);
+    constexpr CLogSource kPort{LOG_CPORT};
+    const std::string first(100, 'a');
+    const std::string second(100, 'b');
+    const pid_t child = fork();
+    for (int line = 0; line < kLines; ++line)
+        kPort.Error("%s", child == 0 ? second : first);
+    if (child == 0)
+        _exit(0);
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(CountWholeLines(capture.Text()), 2u * kLines);
+}
+
+TEST(Log, LinesOfThreadsStayWholeWhileMasksChange)
+{
+    LogCapture capture(0xFFFFF);
+    constexpr CLogSource kPort{LOG_CPORT};
+    constexpr int kLines = 200;
+    std::atomic<bool> over = false;
+    std::thread changer([&] {
+        while (!over) {
+            capture.SetLevel(0x00000804);
+            capture.SetLevel(0x00000806);
+        }
+    });
+    std::vector<std::thread> writers;
+    for (const char letter : {'a', 'b', 'c'}) {
+        writers.emplace_back([=] {
+            const std::string text(100, letter);
+            for (int line = 0; line < kLines; ++line)
+                kPort.Error("%s", text);
+        });
+    }
+    for (std::thread& writer : writers)
+        writer.join();
+    over = true;
+    changer.join();
+    EXPECT_EQ(CountWholeLines(capture.Text()), 3u * kLines);
+}
