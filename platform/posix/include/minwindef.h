@@ -75,5 +75,3 @@ typedef struct _FILETIME
 } FILETIME, *LPFILETIME;
 
 #define MAX_PATH 260
-#define LOWORD(value) ((WORD)((DWORD_PTR)(value)&0xFFFF))
-#define HIWORD(value) ((WORD)(((DWORD_PTR)(value) >> 16) & 0xFFFF))

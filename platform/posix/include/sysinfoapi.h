@@ -4,7 +4,6 @@
 #include <minwinbase.h>
 
 PHN_PLATFORM_BEGIN
-WINBASEAPI void WINAPI GetSystemTime(LPSYSTEMTIME lpSystemTime);
 WINBASEAPI void WINAPI GetLocalTime(LPSYSTEMTIME lpSystemTime);
 WINBASEAPI DWORD WINAPI GetTickCount(void);
 WINBASEAPI ULONGLONG WINAPI GetTickCount64(void);

@@ -13,7 +13,6 @@ typedef PVOID HDEVNOTIFY;
 
 typedef LRESULT(CALLBACK* WNDPROC)(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam);
 typedef void(CALLBACK* TIMERPROC)(HWND hWnd, UINT uMsg, UINT_PTR idEvent, DWORD dwTime);
-typedef BOOL(CALLBACK* WNDENUMPROC)(HWND hWnd, LPARAM lParam);
 
 typedef struct tagPOINT
 {
@@ -45,22 +44,6 @@ typedef struct tagWNDCLASSA
     LPCSTR lpszClassName;
 } WNDCLASSA, *LPWNDCLASSA;
 
-typedef struct tagWNDCLASSEXA
-{
-    UINT cbSize;
-    UINT style;
-    WNDPROC lpfnWndProc;
-    int cbClsExtra;
-    int cbWndExtra;
-    HINSTANCE hInstance;
-    HICON hIcon;
-    HCURSOR hCursor;
-    HBRUSH hbrBackground;
-    LPCSTR lpszMenuName;
-    LPCSTR lpszClassName;
-    HICON hIconSm;
-} WNDCLASSEXA, *LPWNDCLASSEXA;
-
 typedef struct tagCREATESTRUCTA
 {
     LPVOID lpCreateParams;
@@ -77,9 +60,6 @@ typedef struct tagCREATESTRUCTA
     DWORD dwExStyle;
 } CREATESTRUCTA, *LPCREATESTRUCTA;
 
-#define HWND_MESSAGE ((HWND)(LONG_PTR)-3)
-#define WS_OVERLAPPED 0x00000000u
-#define WS_POPUP 0x80000000u
 #define GWLP_WNDPROC (-4)
 #define GWLP_USERDATA (-21)
 
@@ -117,11 +97,9 @@ typedef struct tagCREATESTRUCTA
 #define USER_TIMER_MAXIMUM 0x7FFFFFFF
 
 #define DEVICE_NOTIFY_WINDOW_HANDLE 0x0u
-#define DEVICE_NOTIFY_ALL_INTERFACE_CLASSES 0x4u
 
 PHN_PLATFORM_BEGIN
 WINBASEAPI ATOM WINAPI RegisterClassA(const WNDCLASSA* lpWndClass);
-WINBASEAPI ATOM WINAPI RegisterClassExA(const WNDCLASSEXA* lpWndClass);
 WINBASEAPI BOOL WINAPI UnregisterClassA(LPCSTR lpClassName, HINSTANCE hInstance);
 WINBASEAPI HWND WINAPI CreateWindowExA(DWORD dwExStyle, LPCSTR lpClassName, LPCSTR lpWindowName, DWORD dwStyle, int X,
                                        int Y, int nWidth, int nHeight, HWND hWndParent, HMENU hMenu,
@@ -131,8 +109,6 @@ WINBASEAPI BOOL WINAPI IsWindow(HWND hWnd);
 WINBASEAPI LRESULT WINAPI DefWindowProcA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam);
 WINBASEAPI LONG_PTR WINAPI GetWindowLongPtrA(HWND hWnd, int nIndex);
 WINBASEAPI LONG_PTR WINAPI SetWindowLongPtrA(HWND hWnd, int nIndex, LONG_PTR dwNewLong);
-WINBASEAPI DWORD WINAPI GetWindowThreadProcessId(HWND hWnd, LPDWORD lpdwProcessId);
-WINBASEAPI BOOL WINAPI EnumThreadWindows(DWORD dwThreadId, WNDENUMPROC lpfn, LPARAM lParam);
 WINBASEAPI HWND WINAPI FindWindowExA(HWND hWndParent, HWND hWndChildAfter, LPCSTR lpszClass, LPCSTR lpszWindow);
 WINBASEAPI int WINAPI GetClassNameA(HWND hWnd, LPSTR lpClassName, int nMaxCount);
 

@@ -19,7 +19,6 @@
     ROW(DestroyWindow)                                                                                                 \
     ROW(DispatchMessageA)                                                                                              \
     ROW(DuplicateHandle)                                                                                               \
-    ROW(EnumThreadWindows)                                                                                             \
     ROW(FindWindowExA)                                                                                                 \
     ROW(FreeLibrary)                                                                                                   \
     ROW(GetClassNameA)                                                                                                 \
@@ -29,7 +28,6 @@
     ROW(GetMessageA)                                                                                                   \
     ROW(GetModuleFileNameA)                                                                                            \
     ROW(GetModuleHandleA)                                                                                              \
-    ROW(GetModuleHandleExA)                                                                                            \
     ROW(GetOverlappedResult)                                                                                           \
     ROW(GetProcAddress)                                                                                                \
     ROW(GetVersionExA)                                                                                                 \
@@ -49,7 +47,6 @@
     ROW(RegOpenKeyExA)                                                                                                 \
     ROW(RegQueryValueExA)                                                                                              \
     ROW(RegisterClassA)                                                                                                \
-    ROW(RegisterClassExA)                                                                                              \
     ROW(RegisterDeviceNotificationA)                                                                                   \
     ROW(RegisterWindowMessageA)                                                                                        \
     ROW(ReleaseMutex)                                                                                                  \

@@ -47,13 +47,6 @@ SYSTEMTIME LocalTimeOf(time_t seconds, long milliseconds)
     return SystemTimeOf(local, milliseconds);
 }
 
-timespec TimeOfDay()
-{
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    return now;
-}
-
 // The seconds since 1970 of a UTC time; throws ERROR_INVALID_PARAMETER for a date or a time that does not exist.
 time_t SecondsOf(const SYSTEMTIME& utc)
 {
@@ -74,17 +67,10 @@ time_t SecondsOf(const SYSTEMTIME& utc)
 
 } // namespace
 
-void WINAPI GetSystemTime(LPSYSTEMTIME lpSystemTime)
-{
-    const timespec now = TimeOfDay();
-    tm utc{};
-    gmtime_r(&now.tv_sec, &utc);
-    *lpSystemTime = SystemTimeOf(utc, now.tv_nsec / 1'000'000);
-}
-
 void WINAPI GetLocalTime(LPSYSTEMTIME lpSystemTime)
 {
-    const timespec now = TimeOfDay();
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
     *lpSystemTime = LocalTimeOf(now.tv_sec, now.tv_nsec / 1'000'000);
 }
 

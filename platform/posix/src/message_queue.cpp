@@ -42,7 +42,7 @@ const std::shared_ptr<MessageQueue>& MessageQueue::Current(const Lock&)
     if (found != Queues().end())
         return found->second;
     AtThreadEnd([id] { Close(id); });
-    return Queues()[id] = std::make_shared<MessageQueue>(id);
+    return Queues()[id] = std::make_shared<MessageQueue>();
 }
 
 std::shared_ptr<MessageQueue> MessageQueue::OfThread(const Lock&, DWORD threadId)

@@ -59,10 +59,6 @@ public:
     // Every window that there is, thread by thread in the order of their making.
     static std::vector<std::shared_ptr<Window>> AllWindows(const Lock& lock);
 
-    explicit MessageQueue(DWORD threadId) : threadId_(threadId) {}
-
-    DWORD ThreadId() const { return threadId_; }
-    const std::vector<std::shared_ptr<Window>>& Windows(const Lock&) const { return windows_; }
     void Adopt(const Lock&, std::shared_ptr<Window> window) { windows_.push_back(std::move(window)); }
 
     // Drops the window with its messages and timers.
@@ -98,7 +94,6 @@ private:
     bool TakeTimer(const MessageFilter& filter, bool remove, MSG& message);
     void MarkSeen();
 
-    const DWORD threadId_;
     std::vector<std::shared_ptr<Window>> windows_;
     std::deque<MSG> posted_;
     std::deque<std::shared_ptr<SentMessage>> sent_;

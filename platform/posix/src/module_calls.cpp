@@ -130,22 +130,6 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR lpModuleName)
     return Win32Call(Call::GetModuleHandleA, HMODULE{}, [&] { return LoadedModule(lpModuleName); });
 }
 
-BOOL WINAPI GetModuleHandleExA(DWORD dwFlags, LPCSTR lpModuleName, HMODULE* phModule)
-{
-    return Win32Call(Call::GetModuleHandleExA, FALSE, [&] {
-        constexpr DWORD kKnown = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
-        if (!phModule || (dwFlags & ~kKnown))
-            throw Win32Error{ERROR_INVALID_PARAMETER};
-        *phModule = nullptr;
-        const bool fromAddress = dwFlags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS;
-        const HMODULE module = fromAddress ? BaseOf(lpModuleName) : LoadedModule(lpModuleName);
-        if (!(dwFlags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT))
-            Reference(module).release();
-        *phModule = module;
-        return TRUE;
-    });
-}
-
 DWORD WINAPI GetModuleFileNameA(HMODULE hModule, LPSTR lpFilename, DWORD nSize)
 {
     return Win32Call(Call::GetModuleFileNameA, DWORD{0}, [&] {
@@ -198,11 +182,6 @@ FARPROC WINAPI GetProcAddress(HMODULE hModule, LPCSTR lpProcName)
             throw Win32Error{ERROR_PROC_NOT_FOUND};
         return reinterpret_cast<FARPROC>(symbol);
     });
-}
-
-BOOL WINAPI DisableThreadLibraryCalls(HMODULE)
-{
-    return TRUE; // nothing here calls a module at the start or end of a thread
 }
 
 BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA lpVersionInformation)

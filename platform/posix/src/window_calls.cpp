@@ -117,20 +117,6 @@ LONG_PTR WINAPI SetWindowLongPtrA(HWND hWnd, int nIndex, LONG_PTR dwNewLong)
     });
 }
 
-BOOL WINAPI EnumThreadWindows(DWORD dwThreadId, WNDENUMPROC lpfn, LPARAM lParam)
-{
-    return Win32Call(Call::EnumThreadWindows, FALSE, [&]() -> BOOL {
-        std::vector<std::shared_ptr<Window>> windows;
-        {
-            const Lock lock = TakeBaseLock();
-            if (const auto queue = MessageQueue::OfThread(lock, dwThreadId))
-                windows = queue->Windows(lock);
-        }
-        return !windows.empty() &&
-               std::ranges::all_of(windows, [&](const auto& window) { return lpfn(window->handle, lParam) != FALSE; });
-    });
-}
-
 HWND WINAPI FindWindowExA(HWND hWndParent, HWND hWndChildAfter, LPCSTR lpszClass, LPCSTR lpszWindow)
 {
     return Win32Call(Call::FindWindowExA, HWND{}, [&]() -> HWND {

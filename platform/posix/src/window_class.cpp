@@ -59,15 +59,6 @@ ATOM WINAPI RegisterClassA(const WNDCLASSA* lpWndClass)
     });
 }
 
-ATOM WINAPI RegisterClassExA(const WNDCLASSEXA* lpWndClass)
-{
-    return Win32Call(Call::RegisterClassExA, ATOM{0}, [&] {
-        if (!lpWndClass || lpWndClass->cbSize != sizeof *lpWndClass)
-            throw Win32Error{ERROR_INVALID_PARAMETER};
-        return Register(lpWndClass->lpszClassName, lpWndClass->hInstance, lpWndClass->lpfnWndProc);
-    });
-}
-
 BOOL WINAPI UnregisterClassA(LPCSTR lpClassName, HINSTANCE hInstance)
 {
     return Win32Call(Call::UnregisterClassA, FALSE, [&] {
