@@ -9,7 +9,8 @@ constexpr DWORD kCancelPause = 10;
 
 } // namespace
 
-COpenPort::COpenPort(HANDLE hPort, std::unique_ptr<CPort> pPort) : m_pPort(std::move(pPort)), m_hPort(hPort)
+COpenPort::COpenPort(HANDLE hPort, std::unique_ptr<CPort> pPort)
+    : m_pPort(std::move(pPort)), m_hPort(hPort), m_hOwned(hPort)
 {
     m_evClosing = MakeEvent();
     m_evIdle = MakeEvent(true);
@@ -58,5 +59,5 @@ void COpenPort::Close()
     SetEvent(m_evClosing.Get());
     while (WaitForSingleObject(m_evIdle.Get(), kCancelPause) == WAIT_TIMEOUT)
         m_pPort->CancelPending();
-    m_hPort.Reset();
+    m_hOwned.Reset();
 }

@@ -22,7 +22,8 @@ public:
     COpenPort(const COpenPort&) = delete;
     COpenPort& operator=(const COpenPort&) = delete;
 
-    HANDLE GetHandle() const { return m_hPort.Get(); }
+    // Stays the same when the port has been closed; it is then a handle like any other that is not open.
+    HANDLE GetHandle() const { return m_hPort; }
     const std::string& GetPath() const { return m_pPort->GetPath(); }
 
     // CPort's operations, with the use registered. After Close they fail as on a closed handle.
@@ -54,5 +55,6 @@ private:
     CHandle m_evClosing; // set by Close
     CHandle m_evIdle;    // set while nobody is inside the port
     std::unique_ptr<CPort> m_pPort;
-    CHandle m_hPort;
+    const HANDLE m_hPort;
+    CHandle m_hOwned; // the same, until it is closed
 };

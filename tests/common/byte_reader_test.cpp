@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <limits>
+
+#include "common/byte_reader.h"
+#include "common/packed.h"
+
+namespace {
+
+constexpr std::array<uint8_t, 10> kData = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+
+struct PHN_PACKED Record
+{
+    uint8_t first;
+    uint32_t second;
+};
+
+} // namespace
+
+TEST(ByteReader, ReadsInOrderAndLittleEndian)
+{
+    CByteReader reader(kData);
+    Record record{};
+    uint16_t number = 0;
+    std::span<const uint8_t> view;
+    ASSERT_TRUE(reader.Read(&record) && reader.Skip(1) && reader.Read(&number) && reader.Take(2, &view));
+    EXPECT_EQ(+record.first, 1);
+    EXPECT_EQ(+record.second, 0x05040302u);
+    EXPECT_EQ(number, 0x0807);
+    EXPECT_EQ(view.data(), kData.data() + 8);
+    EXPECT_EQ(reader.GetOffset(), 10u);
+    EXPECT_EQ(reader.GetRemaining(), 0u);
+}
+
+TEST(ByteReader, ACountThatIsNotThereMovesNothing)
+{
+    CByteReader reader(kData);
+    ASSERT_TRUE(reader.Skip(4));
+    constexpr uint64_t kHuge = std::numeric_limits<uint64_t>::max();
+    std::span<const uint8_t> view;
+    uint64_t number = 42;
+    for (const uint64_t length : {uint64_t{7}, uint64_t{0xFFFFFFFF}, kHuge - 3, kHuge}) {
+        EXPECT_FALSE(reader.Skip(length)) << length;
+        EXPECT_FALSE(reader.Take(length, &view)) << length;
+    }
+    EXPECT_FALSE(reader.Read(&number));
+    EXPECT_EQ(number, 42u);
+    EXPECT_EQ(reader.GetOffset(), 4u);
+
+    struct Case
+    {
+        uint64_t count;
+        size_t size;
+        bool held;
+    };
+    const Case cases[] = {{3, 2, true},   {2, 3, true},  {2, 4, false},      {kHuge / 2 + 1, 2, false},
+                          {0, 100, true}, {7, 1, false}, {kHuge, 116, false}};
+    for (const Case& c : cases)
+        EXPECT_EQ(reader.Holds(c.count, static_cast<size_t>(c.size)), c.held) << c.count << " of " << c.size;
+}

@@ -1,0 +1,54 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "common/wide_field.h"
+
+namespace {
+
+// A field at an odd offset, between bytes that must stay.
+struct Framed
+{
+    uint8_t before = 0xAA;
+    WideField<4> field{};
+    uint8_t after = 0xBB;
+};
+
+} // namespace
+
+TEST(WideField, HoldsAsManyUnitsAsItHasAndNoMore)
+{
+    struct Case
+    {
+        const char* text;
+        const char* stored;
+        bool whole;
+    };
+    const Case cases[] = {{"", "", true}, {"abc", "abc", true}, {"abcd", "abcd", true}, {"abcde", "abcd", false}};
+    for (const Case& c : cases) {
+        Framed framed;
+        std::memset(&framed.field, 0xEE, sizeof framed.field);
+        EXPECT_EQ(framed.field.SetText(c.text), c.whole) << c.text;
+        EXPECT_EQ(framed.field.GetText(), c.stored) << c.text;
+        EXPECT_EQ(framed.before, 0xAA);
+        EXPECT_EQ(framed.after, 0xBB);
+        for (size_t unit = std::strlen(c.stored); unit < 4; ++unit)
+            EXPECT_EQ(framed.field.m_abyUnits[2 * unit] | framed.field.m_abyUnits[2 * unit + 1], 0) << c.text;
+    }
+}
+
+TEST(WideField, EndsAtTheFirstZeroUnitNotAtAZeroByte)
+{
+    WideField<4> field{{0x41, 0x00, 0x00, 0x20, 0x00, 0x00, 0x42, 0x00}};
+    EXPECT_EQ(field.GetWide(), u"A\u2000");
+}
+
+TEST(Text, ConvertsBothWaysWithoutATerminator)
+{
+    EXPECT_EQ(ToWide(std::string_view("caf\xE9 \x80", 6)), u"caf\u00E9 \u20AC");
+    EXPECT_EQ(ToAnsi(u"caf\u00E9 \u20AC"), "caf\xE9 \x80");
+    EXPECT_EQ(ToAnsi(u"\u4E2D"), "?"); // not in the code page
+    EXPECT_EQ(ToWide(""), u"");
+    EXPECT_EQ(ToAnsi(u""), "");
+    EXPECT_EQ(ToWide(std::string_view("ab").substr(0, 1)), u"a");
+}

@@ -1,0 +1,189 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+#include "link/frame_codec.h"
+#include "wire/golden_frames.h"
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+// A codec whose last request had this sequence identifier.
+CFrameCodec CodecAfter(uint32_t sequence)
+{
+    CFrameCodec codec;
+    uint8_t frame[64];
+    DWORD length = 0;
+    for (uint32_t sent = 0; sent < sequence; ++sent)
+        codec.ComposeData("", 0, frame, sizeof frame, &length);
+    return codec;
+}
+
+Bytes Compose(CFrameCodec& codec, std::span<const uint8_t> record)
+{
+    Bytes frame(8193, 0xEE);
+    DWORD length = 0;
+    EXPECT_TRUE(codec.ComposeData(record.data(), static_cast<DWORD>(record.size()), frame.data(), 8193, &length));
+    EXPECT_TRUE(std::all_of(frame.begin() + length, frame.end(), [](uint8_t byte) { return byte == 0; }));
+    frame.resize(length);
+    return frame;
+}
+
+// A decoded reply frame with this many payload bytes.
+Bytes Reply(size_t payload, uint32_t sequence, uint8_t command = 0x4B)
+{
+    Bytes frame(payload + 16, 0x11);
+    frame[0] = command;
+    const uint32_t length = static_cast<uint32_t>(payload + 7);
+    std::memcpy(&frame[5], &length, 4);
+    std::memcpy(&frame[9], &sequence, 4);
+    frame.back() = 0x7E;
+    return frame;
+}
+
+} // namespace
+
+TEST(FrameCodec, RequestsAreTheGoldenFrames)
+{
+    for (const wire::GoldenFrame& golden : wire::kRequests) {
+        CFrameCodec codec = CodecAfter(golden.sequence - 1);
+        EXPECT_EQ(Compose(codec, golden.payload), Bytes(golden.frame.begin(), golden.frame.end())) << golden.name;
+    }
+}
+
+TEST(FrameCodec, GoldenRepliesDeliverPayloadAndThirteenBytes)
+{
+    for (const wire::GoldenFrame& golden : wire::kReplies) {
+        CFrameCodec codec = CodecAfter(golden.sequence);
+        Bytes frame(golden.frame.size());
+        DWORD length = 0;
+        ASSERT_TRUE(codec.Decode(golden.frame.data(), static_cast<DWORD>(golden.frame.size()), frame.data(),
+                                 static_cast<DWORD>(frame.size()), &length));
+        EXPECT_EQ(codec.CheckSize(frame.data(), length), 1) << golden.name;
+        EXPECT_EQ(codec.CheckSize(frame.data(), length - 1), 0) << golden.name;
+        Bytes reply(8193, 0xEE);
+        DWORD delivered = 0;
+        ASSERT_TRUE(codec.DecomposeData(frame.data(), length, reply.data(), 8193, &delivered)) << golden.name;
+        const size_t payload = golden.payload.size();
+        ASSERT_EQ(delivered, payload + 13) << golden.name;
+        EXPECT_TRUE(std::equal(golden.payload.begin(), golden.payload.end(), reply.begin())) << golden.name;
+        EXPECT_EQ(
+            Bytes(reply.begin() + static_cast<ptrdiff_t>(payload), reply.begin() + static_cast<ptrdiff_t>(payload) + 3),
+            Bytes(frame.begin() + length - 3, frame.begin() + length));
+        EXPECT_TRUE(std::all_of(reply.begin() + static_cast<ptrdiff_t>(payload) + 3, reply.end(),
+                                [](uint8_t byte) { return byte == 0; }));
+    }
+}
+
+TEST(FrameCodec, RequestsEndWhereTheFrameWouldNotFit)
+{
+    struct Case
+    {
+        DWORD length;
+        uint8_t fill;
+        bool composed;
+        uint32_t next; // sequence identifier of the request after it
+    };
+    const Case cases[] = {
+        {8181, 0x55, true, 2},
+        {8182, 0x55, false, 1},
+        {8181, 0x7E, false, 2}, // fits only unstuffed, and has used up its identifier
+        {4080, 0x7E, true, 2},
+    };
+    for (const Case& c : cases) {
+        CFrameCodec codec;
+        const Bytes record(c.length, c.fill);
+        Bytes frame(8193);
+        DWORD length = 0;
+        EXPECT_EQ(codec.ComposeData(record.data(), c.length, frame.data(), 8193, &length), c.composed) << c.length;
+        const Bytes next = Compose(codec, Bytes{0});
+        EXPECT_EQ(next[4], c.next) << c.length;
+    }
+    CFrameCodec codec;
+    uint8_t byte = 0;
+    DWORD length = 0;
+    for (const DWORD huge : {0xFFFFFFFFu, 0xFFFFFFF5u}) // must not wrap to a small frame
+        EXPECT_FALSE(codec.ComposeData(&byte, huge, &byte, 1, &length)) << huge;
+}
+
+TEST(FrameCodec, EncodeNeedsRoomAfterEachEscape)
+{
+    struct Case
+    {
+        Bytes source;
+        DWORD size;
+        Bytes stuffed; // empty: fails
+    };
+    const Case cases[] = {
+        {{1, 2, 0x7E}, 3, {1, 2, 0x7E}}, {{1, 2, 0x7E}, 2, {}}, {{1, 0x7D, 0x7E}, 4, {1, 0x7D, 0x5D, 0x7E}},
+        {{1, 0x7D, 0x7E}, 3, {}},                             // the escape fits, nothing after it
+        {{1, 0x7D, 0x7E}, 2, {}},        {{0x7E}, 1, {0x7E}}, // the last byte is never stuffed
+    };
+    for (const Case& c : cases) {
+        CFrameCodec codec;
+        Bytes dest(c.size);
+        DWORD length = 0;
+        const bool done =
+            codec.Encode(c.source.data(), static_cast<DWORD>(c.source.size()), dest.data(), c.size, &length);
+        EXPECT_EQ(done, !c.stuffed.empty()) << c.source.size() << " into " << c.size;
+        if (done) {
+            EXPECT_EQ(Bytes(dest.begin(), dest.begin() + length), c.stuffed);
+        }
+    }
+}
+
+TEST(FrameCodec, ASizeIsJudgedByWhatHasBeenReceived)
+{
+    struct Case
+    {
+        Bytes received;
+        int result;
+    };
+    const Case cases[] = {
+        {{}, -1},
+        {{0x4B, 0, 0}, 0},
+        {{0x4B, 0, 0, 0, 0, 3, 0, 0}, 0}, // too few for any length
+        {{0x4B, 0, 0, 0, 0, 0, 0, 0}, 0},
+        {{0x4B, 0, 0, 0, 0, 0, 0, 0, 0}, 1},
+        {{0x4B, 0, 0, 0, 0, 1, 0, 0, 0}, 0},
+        {{0x4B, 0, 0, 0, 0, 0xF7, 0xFF, 0xFF, 0xFF}, 0}, // 2^32: must not wrap
+        {{0x4B, 0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, 0}, 0},
+    };
+    for (const Case& c : cases) {
+        CFrameCodec codec;
+        EXPECT_EQ(codec.CheckSize(c.received.data(), static_cast<DWORD>(c.received.size())), c.result);
+    }
+}
+
+TEST(FrameCodec, RepliesAreDeliveredOrRefused)
+{
+    struct Case
+    {
+        Bytes frame;
+        DWORD size;
+        DWORD delivered; // 0: refused
+        uint8_t left;    // first byte of the destination after a refusal
+    };
+    const Case cases[] = {
+        {Reply(8, 3), 8193, 21, 0},      {Reply(8180, 3), 8193, 8193, 0},
+        {Reply(8181, 3), 8193, 0, 0},    // no room for the last byte that counts
+        {Reply(8193, 3), 8193, 0, 0},    // likewise
+        {Reply(8194, 3), 8193, 0, 0xEE}, // refused before the destination is touched
+        {Reply(8, 3, 0x4C), 8193, 0, 0}, {Reply(8, 2), 8193, 0, 0},
+    };
+    for (const Case& c : cases) {
+        CFrameCodec codec = CodecAfter(3);
+        Bytes dest(c.size, 0xEE);
+        DWORD delivered = 0;
+        const bool done =
+            codec.DecomposeData(c.frame.data(), static_cast<DWORD>(c.frame.size()), dest.data(), c.size, &delivered);
+        EXPECT_EQ(done, c.delivered != 0) << c.frame.size();
+        EXPECT_EQ(delivered, c.delivered) << c.frame.size();
+        if (!done) {
+            EXPECT_EQ(dest[0], c.left) << c.frame.size();
+        }
+    }
+}

@@ -1,0 +1,209 @@
+#include "link/diagnostic_port.h"
+
+#include <phn_platform_test.h>
+
+#include <chrono>
+#include <cstring>
+#include <thread>
+
+#include "link/exec_command.h"
+#include "link/serial_fixture.h"
+
+namespace {
+
+constexpr COMMTIMEOUTS kTimeouts{10, 10, 1000, 2, 10};
+const std::string kRequest("\x01\0\0\0\x01\0", 6);
+
+class DiagnosticPortTest : public SerialTest
+{
+protected:
+    void SetUp() override { Open(); }
+    ~DiagnosticPortTest() override { platform_test::ClearFailures(); }
+
+    void Open() { Use(std::make_unique<DP>(PortName()), FILE_FLAG_OVERLAPPED, kTimeouts); }
+
+    // Sends a request and reads its frame at the far end: its sequence identifier.
+    unsigned SendRequest()
+    {
+        EXPECT_TRUE(Write(kRequest).done);
+        const std::string frame = Receive(17);
+        return frame.size() == 17 ? static_cast<uint8_t>(frame[4]) : 0u;
+    }
+
+    // Waits until the log has a line that was not there before; the lines that are.
+    Lines AwaitLines()
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        Lines lines;
+        while (lines.empty() && std::chrono::steady_clock::now() < deadline) {
+            lines = log_.TakeLines();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        return lines;
+    }
+};
+
+// A reply of an 8-byte header, whose last byte needs an escape.
+std::string Reply(unsigned sequence)
+{
+    std::string frame(24, '\0');
+    frame[0] = '\x4B';
+    frame[5] = 15;
+    frame[9] = static_cast<char>(sequence);
+    frame.replace(20, 1, "\x7D\x5E");
+    frame.back() = '\x7E';
+    return frame;
+}
+
+} // namespace
+
+TEST_F(DiagnosticPortTest, AReplyMayComeInThreePieces)
+{
+    // Cut inside of the header, and between the escape and its byte.
+    const std::string reply = Reply(1);
+    const std::string pieces[] = {reply.substr(0, 7), reply.substr(7, 14), reply.substr(21)};
+    ASSERT_EQ(SendRequest(), 1u);
+    std::future<Result> read = StartRead(15000);
+    Send(pieces[0]);
+    EXPECT_EQ(
+        AwaitLines(),
+        (Lines{"CPort Error DP::CheckSize - Wrong size will reread data. Data length = 7, Expected length = 24"}));
+    Send(pieces[1]);
+    EXPECT_EQ(
+        AwaitLines(),
+        (Lines{"CPort Error DP::CheckSize - Wrong size will reread data. Data length = 20, Expected length = 24"}));
+    Send(pieces[2]);
+    const Result result = read.get();
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(result.bytes, std::string("\0\0\0\0\0\0\0\x7E\0\0\x7E\0\0\0\0\0\0\0\0\0\0", 21));
+    EXPECT_EQ(log_.TakeLines(), Lines());
+
+    ASSERT_EQ(SendRequest(), 2u);
+    read = StartRead(15000);
+    for (const char byte : Reply(2).substr(0, 3)) {
+        Send(std::string(1, byte));
+        EXPECT_EQ(AwaitLines().front().substr(0, 47), "CPort Error DP::CheckSize - Insufficient size, ");
+    }
+    EXPECT_FALSE(read.get().done);
+    EXPECT_EQ(log_.TakeLines(), Lines());
+}
+
+TEST_F(DiagnosticPortTest, ASilentHandsetCostsOneTimeOutAndLeavesACleanLine)
+{
+    CreateCommandLock();
+    char reply[21];
+    DWORD length = 0;
+    DWORD error = 0;
+    std::thread exchange([&] {
+        EXPECT_FALSE(ExecCmd(Device(), kRequest.data(), 6, reply, sizeof reply, &length, &error, 15000, open_.get()));
+    });
+    EXPECT_EQ(Receive(17).size(), 17u);
+    EXPECT_TRUE(platform_test::AwaitBlocked(15000));
+    platform_test::AdvanceClock(15000);
+    exchange.join();
+    DestroyCommandLock();
+    EXPECT_EQ(error, DWORD{ERROR_IO_PENDING});
+    EXPECT_EQ(log_.TakeLines(),
+              (Lines{"CPort Error DP::Read - WaitForSingleObject failed. Last error is 0x3E5",
+                     "readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
+                     "readwrite Error ExecCmd - Reading from the device failed"}));
+
+    // The late reply fails the exchange that meets it; the next one works.
+    Send(Reply(1));
+    EXPECT_EQ(SendRequest(), 2u);
+    EXPECT_FALSE(Read(15000).done);
+    EXPECT_EQ(
+        log_.TakeLines(),
+        (Lines{"CPort Error DP::DecomposeData - Expected sequence id(2) does not match the returned sequence id(1)"}));
+    EXPECT_EQ(SendRequest(), 3u);
+    Send(Reply(3));
+    EXPECT_TRUE(Read(15000).done);
+}
+
+TEST_F(DiagnosticPortTest, ClosingOrUnloadingEndsARead)
+{
+    g_evStop = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    for (const bool unload : {false, true}) {
+        std::future<Result> read = StartRead(15000);
+        EXPECT_TRUE(platform_test::AwaitBlocked(15000));
+        if (unload)
+            SetEvent(g_evStop);
+        else
+            open_->Close();
+        const Result result = read.get();
+        EXPECT_FALSE(result.done);
+        EXPECT_EQ(result.error, DWORD{ERROR_OPERATION_ABORTED});
+        EXPECT_EQ(log_.TakeLines(), (Lines{"CPort Error DP::Read - WaitForSingleObject failed. Last error is 0x3E3"}));
+        open_->Close();
+        Open(); // at once
+    }
+    CloseHandle(std::exchange(g_evStop, nullptr));
+}
+
+TEST_F(DiagnosticPortTest, AHandleThatIsNotThePortsFailsLikeAClosedOne)
+{
+    const HANDLE other = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    for (const HANDLE handle : {other, HANDLE{nullptr}, Device()}) {
+        if (handle == Device())
+            open_->Close();
+        char buffer[21];
+        DWORD length = 0;
+        DWORD error = 0;
+        EXPECT_FALSE(open_->Write(handle, kRequest.data(), 6, &length, &error));
+        EXPECT_EQ(error, DWORD{ERROR_INVALID_HANDLE});
+        EXPECT_FALSE(open_->Read(handle, buffer, sizeof buffer, &length, &error, 15000));
+        EXPECT_EQ(error, DWORD{ERROR_INVALID_HANDLE});
+        EXPECT_EQ(log_.TakeLines(), (Lines{"CPort Error DP::Write - WriteFile failed. Last error is 0x6",
+                                           "CPort Error DP::Read - ReadFile failed. Last error is 0x6"}));
+    }
+    CloseHandle(other);
+}
+
+TEST_F(DiagnosticPortTest, AnEndlessReplyIsGivenUp)
+{
+    EXPECT_EQ(SendRequest(), 1u);
+    std::future<Result> read = StartRead(15000);
+    Send(std::string(50001, '\x7D')); // half as much when decoded: it is the received bytes that count
+    EXPECT_FALSE(read.get().done);
+    EXPECT_EQ(
+        log_.TakeLines(),
+        (Lines{
+            "CPort Error DP::Read - Length of data is greater than buffer. Buffer is 50001 and data length is 50001"}));
+}
+
+TEST_F(DiagnosticPortTest, EachSystemCallsFailureHasItsLine)
+{
+    struct Case
+    {
+        const char* call;
+        DWORD error;
+        bool writing;
+        const char* line;
+    };
+    const Case cases[] = {
+        {"CreateEventA", 0, true, "DP::Write - Unable to create the event"},
+        {"WriteFile", 31, true, "DP::Write - WriteFile failed. Last error is 0x1F"},
+        {"CreateEventA", 0, false, "DP::Read  - Unable to create the event"},
+        {"ReadFile", 31, false, "DP::Read - ReadFile failed. Last error is 0x1F"},
+        {"WaitForMultipleObjects", 87, false, "DP::Read - WaitForSingleObject failed. Last error is 0x57"},
+    };
+    for (const Case& c : cases) {
+        platform_test::FailCall(c.call, c.error ? c.error : 8);
+        const Result result = c.writing ? Write(kRequest) : Read(15000);
+        EXPECT_FALSE(result.done) << c.line;
+        EXPECT_EQ(result.error, c.error) << c.line;
+        EXPECT_EQ(platform_test::PendingFailures(c.call), 0u) << c.line;
+        Lines lines = log_.TakeLines();
+        ASSERT_FALSE(lines.empty()) << c.line;
+        EXPECT_EQ(lines.back(), std::string("CPort Error ") + c.line);
+    }
+
+    // A read that is over, but whose result cannot be had.
+    const unsigned sequence = SendRequest();
+    std::future<Result> read = StartRead(15000);
+    EXPECT_TRUE(platform_test::AwaitBlocked(15000));
+    platform_test::FailCall("GetOverlappedResult", 31);
+    Send(Reply(sequence));
+    EXPECT_EQ(read.get().error, 31u);
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CPort Error DP::Read - GetOverlappedResult failed. Last error is 0x1F"}));
+}

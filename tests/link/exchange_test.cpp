@@ -1,0 +1,147 @@
+#include "link/exchange.h"
+
+#include <cstring>
+
+#include "link/exec_command.h"
+#include "link/scripted_port.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_CPHONEBOOK};
+
+constexpr ExchangeSpec kDelete{.pszOperation = "Delete",
+                               .dwCommand = 37,
+                               .dwMinimum = 16,
+                               .pszReply = "RES (",
+                               .pszStatus = "rcRes.wStatus",
+                               .pszResult = "rcRes->dwResult"};
+constexpr ExchangeSpec kRadio{.pszOperation = "SetRadio", .dwCommand = 8};
+
+// Header with this status, record that begins with this result.
+Bytes Reply(uint16_t status, uint32_t result, size_t length)
+{
+    Bytes reply(16);
+    std::memcpy(&reply[6], &status, 2);
+    std::memcpy(&reply[8], &result, 4);
+    reply.resize(length);
+    return reply;
+}
+
+} // namespace
+
+TEST_F(ExchangeTest, TheFirstCheckThatFailsGivesTheLineAndTheCode)
+{
+    struct Case
+    {
+        const ExchangeSpec& spec;
+        Answer answer;
+        PHN_ERROR error;
+        Lines lines;
+    };
+    const Case cases[] = {
+        {kDelete, {Reply(0, 0, 16)}, 0, {}},
+        {kDelete,
+         {{}, 121},
+         104,
+         {"readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
+          "readwrite Error ExecCmd - Reading from the device failed",
+          "CPhonebook Error Delete - ExecCmd failed with dwErrSts = 121(0x79)."}},
+        {kDelete,
+         {{}, 5, 0, true},
+         104,
+         {"readwrite Error WriteDevice - pInstance->m_pDeviceObject->GetPort()->Write returned false.",
+          "readwrite Error ExecCmd - Writing to the device failed",
+          "CPhonebook Error Delete - ExecCmd failed with dwErrSts = 5(0x5)."}},
+        {kDelete,
+         {Bytes(8193), 0, 1},
+         104,
+         {"readwrite Error ExecCmd - Returned data(8194) is longer than allocated buffer(8193)",
+          "CPhonebook Error Delete - ExecCmd failed with dwErrSts = 0(0x0)."}},
+        {kDelete,
+         {Reply(7, 1, 15)},
+         104,
+         {"CPhonebook Error Delete - dwRetBufferLen(15, 0xF) is less than RES (16, 0x10)."}},
+        {kDelete, {Reply(7, 1, 16)}, 102, {"CPhonebook Error Delete - rcRes.wStatus = 7(0x7)."}},
+        {kDelete, {Reply(0xFFFF, 0, 16)}, 104, {"CPhonebook Error Delete - rcRes.wStatus = 65535(0xFFFF)."}},
+        {kDelete, {Reply(0, 139, 16)}, 1255, {"CPhonebook Error Delete - rcRes->dwResult = 139(0x8B)."}},
+        {kRadio, {Reply(0, 139, 16)}, 0, {}}, // the record has no result
+        {kRadio, {Reply(10, 0, 16)}, 203, {"CPhonebook Error SetRadio - rcRxHeader.wStatus = 10(0xA)."}},
+        {kRadio, {{}}, 0, {}}, // no minimum: an empty reply is a header of zeros
+    };
+    for (const Case& c : cases) {
+        port_->answers = {c.answer};
+        CExchange exchange(Log, c.spec);
+        PHN_ERROR error = 0;
+        EXPECT_EQ(exchange.Run(Device(), {}, &error), c.error == 0);
+        EXPECT_EQ(error, c.error);
+        EXPECT_EQ(log_.TakeLines(), c.lines);
+    }
+}
+
+TEST_F(ExchangeTest, ARequestIsCommandOneAndParameters)
+{
+    port_->answers = {{Reply(0, 0, 21)}};
+    const Bytes parameters = {0xAA, 0xBB, 0xCC};
+    CExchange exchange(Log, kDelete, 0x12345678);
+    PHN_ERROR error = 0;
+    ASSERT_TRUE(exchange.Run(Device(), parameters, &error));
+    EXPECT_EQ(port_->requests, (std::vector<Bytes>{{0x78, 0x56, 0x34, 0x12, 1, 0, 0xAA, 0xBB, 0xCC}}));
+    EXPECT_EQ(port_->lastSize, 8193u);
+    EXPECT_EQ(port_->lastTimeout, 15000u);
+    EXPECT_EQ(exchange.GetReply().GetLength(), 21u);
+    EXPECT_EQ(exchange.GetReply().GetReader(16).GetRemaining(), 5u);
+    EXPECT_EQ(exchange.GetReply().GetReader(22).GetRemaining(), 0u);
+}
+
+TEST_F(ExchangeTest, SizesHandlesAndPortsAreCheckedInOrder)
+{
+    const HANDLE bad = INVALID_HANDLE_VALUE;
+    Bytes buffer(50002);
+    struct Case
+    {
+        HANDLE device;
+        const void* request;
+        DWORD requestLength;
+        void* reply;
+        DWORD replySize;
+        Lines lines; // without the category, and without ExecCmd's own
+    };
+    const HANDLE good = Device();
+    const Case cases[] = {
+        {good, buffer.data(), 8193, buffer.data(), 50001, {}},
+        {nullptr, buffer.data(), 0, buffer.data(), 1, {}}, // a zero handle reaches the port
+        {bad, nullptr, 8194, nullptr, 0, {"WriteDevice - One of the input pointer is NULL."}},
+        {bad, buffer.data(), 8194, nullptr, 0, {"WriteDevice - Buffer length exceeds maximum limit."}},
+        {bad, buffer.data(), 1, nullptr, 0, {"WriteDevice - Handle is NULL."}},
+        {good, buffer.data(), 1, nullptr, 50002, {"ReadDevice - One of the input pointer is NULL."}},
+        {good, buffer.data(), 1, buffer.data(), 0, {"ReadDevice - One of the input pointer is NULL."}},
+        {good, buffer.data(), 1, buffer.data(), 50002, {"ReadDevice - Buffer length exceeds maximum limit."}},
+    };
+    for (const Case& c : cases) {
+        port_->answers = {{}};
+        DWORD length = 77;
+        DWORD error = 77;
+        const bool done =
+            ExecCmd(c.device, c.request, c.requestLength, c.reply, c.replySize, &length, &error, 3000, nullptr);
+        EXPECT_EQ(done, c.lines.empty());
+        EXPECT_EQ(error, 0u);
+        Lines expected;
+        for (const std::string& line : c.lines) {
+            const bool writing = line.starts_with("Write");
+            expected.push_back("readwrite Error " + line);
+            expected.push_back(std::string("readwrite Error ExecCmd - ") + (writing ? "Writing to" : "Reading from") +
+                               " the device failed");
+        }
+        EXPECT_EQ(log_.TakeLines(), expected);
+    }
+
+    DropPort();
+    DWORD length = 0;
+    DWORD error = 0;
+    EXPECT_FALSE(ReadDevice(good, buffer.data(), 1, &length, 3000, &error, nullptr));
+    EXPECT_FALSE(WriteDevice(good, buffer.data(), 1, &error, nullptr));
+    EXPECT_EQ(log_.TakeLines(), (Lines{"readwrite Error ReadDevice - pInstance, pInstance->m_pDeviceObject or "
+                                       "pInstance->m_pDeviceObject->GetPort() is NULL.",
+                                       "readwrite Error WriteDevice - pInstance, pInstance->m_pDeviceObject or "
+                                       "pInstance->m_pDeviceObject->GetPort() is NULL."}));
+}

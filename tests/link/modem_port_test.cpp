@@ -1,0 +1,73 @@
+#include "link/modem_port.h"
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <thread>
+
+#include "link/serial_fixture.h"
+#include "platform/pty_fixture.h"
+
+namespace {
+
+class ModemPortTest : public SerialTest
+{
+protected:
+    void SetUp() override { Use(std::make_unique<MP>(PortName()), 0, {7000, 7000, 1000, 2, 8000}); }
+
+    // Waits until as many bytes lie in the port, not yet read.
+    bool AwaitUnread(int count)
+    {
+        const int terminal = open((farEnd->directory / "com5").c_str(), O_RDWR | O_NOCTTY);
+        int unread = -1;
+        for (int tries = 0; tries < 10000 && unread != count; ++tries) {
+            ioctl(terminal, FIONREAD, &unread);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+        close(terminal);
+        return unread == count;
+    }
+};
+
+} // namespace
+
+TEST_F(ModemPortTest, BytesPassUnchanged)
+{
+    EXPECT_TRUE(Write("AT~}\r").done);
+    EXPECT_EQ(Receive(5), "AT~}\r");
+    Send("OK\r\n}~");
+    ASSERT_TRUE(AwaitUnread(6));
+    EXPECT_EQ(Read(0, 6).bytes, "OK\r\n}~"); // a full buffer ends a read
+    EXPECT_EQ(log_.TakeLines(), Lines());
+}
+
+TEST_F(ModemPortTest, ClosingEndsAReadThatIsUnderWay)
+{
+    Send("x");
+    ASSERT_TRUE(AwaitUnread(1));
+    std::future<Result> read = StartRead(0);
+    ASSERT_TRUE(AwaitUnread(0)); // the read is under way, and waits for more
+    open_->Close();
+    const Result result = read.get();
+    EXPECT_FALSE(result.done);
+    EXPECT_EQ(result.error, DWORD{ERROR_OPERATION_ABORTED});
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CPort Error MP::Read - ReadFile failed. Last error is 0x3E3"}));
+
+    SetUp(); // the port opens again at once
+    EXPECT_TRUE(Write("AT\r").done);
+    EXPECT_EQ(Receive(3), "AT\r");
+}
+
+TEST_F(ModemPortTest, AClosedPortFailsLikeAClosedHandle)
+{
+    open_->Close();
+    const Result written = Write("AT\r");
+    const Result read = Read(0);
+    EXPECT_FALSE(written.done || read.done);
+    EXPECT_EQ(written.error, DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_EQ(read.error, DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CPort Error MP::Write - WriteFile failed. Last error is 0x6",
+                                       "CPort Error MP::Read - ReadFile failed. Last error is 0x6"}));
+}
