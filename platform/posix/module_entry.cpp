@@ -1,5 +1,6 @@
 // Calls DllMain when the shared object is loaded and unloaded, on the thread that does so. Linked into the library, not
 // into the stand-in. When the whole process ends, DllMain gets a reserved argument that is not null, as on Windows.
+#include <dlfcn.h>
 #include <windows.h>
 
 #include "phn_platform_module.h"
@@ -8,16 +9,26 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD dwReason, LPVOID lpRes
 
 namespace {
 
+// A program that was linked with the library keeps it until the process ends.
+bool isLinked;
+
 // A constructor function cannot refuse the load as DllMain can: after a failed attach the exports find no instance.
 __attribute__((constructor)) void onLoad()
 {
+    // The names of a library that is being loaded at run time are not, or not yet, among the program's own.
+    void* const program = dlopen(nullptr, RTLD_LAZY);
+    isLinked = program && dlsym(program, "PHN_Startup");
+    if (program)
+        dlclose(program);
+    if (!isLinked)
+        PhnWatchProcessEnd();
     DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
 }
 
 __attribute__((destructor)) void onUnload()
 {
-    static int ending;
-    DllMain(nullptr, DLL_PROCESS_DETACH, PhnProcessIsEnding() ? &ending : nullptr);
+    const bool isEnding = isLinked || PhnProcessIsEnding();
+    DllMain(nullptr, DLL_PROCESS_DETACH, isEnding ? &isLinked : nullptr);
 }
 
 } // namespace

@@ -7,6 +7,8 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "api/handset_fixture.h"
 #include "simulator/device_directory.h"
@@ -20,6 +22,15 @@ namespace {
 size_t CountEntries(const char* folder)
 {
     return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+std::string ReadLog(const fs::path& folder)
+{
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+        if (entry.path().extension() == ".log")
+            return (std::ostringstream() << std::ifstream(entry.path()).rdbuf()).str();
+    }
+    return {};
 }
 
 struct Usage
@@ -68,7 +79,10 @@ TEST(LoadTest, FiftyCyclesSomeDuringAScanLeaveNothingBehind)
 
 TEST(LoadTest, AHostThatEndsWithoutUnloadingEndsAtOnce)
 {
+    // ThreadSanitizer would add a second of its own.
+    setenv("TSAN_OPTIONS", "atexit_sleep_ms=0", 1);
     TestBench bench;
+    bench.SetLoggingLevel(TestBench::kAllLines);
     const simulator::DeviceDirectory devices;
     setenv("PHNNRV_DEVICES", devices.Path().c_str(), 1);
     simulator::Simulator silent(devices.Path(), "com1");
@@ -94,4 +108,7 @@ TEST(LoadTest, AHostThatEndsWithoutUnloadingEndsAtOnce)
     close(ends[0]);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
     EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(2));
+    const std::string log = ReadLog(fs::path(library).parent_path());
+    EXPECT_NE(log.find("BT_Thread - Handle is null, so begin to scan"), std::string::npos);
+    EXPECT_EQ(log.find("CDevice::UninitPortScanning - Start"), std::string::npos);
 }

@@ -5,15 +5,18 @@
 
 namespace {
 
+std::atomic<bool> watching = false;
 std::atomic<bool> ending = false;
 
-// Functions given to atexit run before any module's fini section.
-__attribute__((constructor)) void WatchForProcessEnd()
-{
-    std::atexit([] { ending = true; });
-}
-
 } // namespace
+
+void PhnWatchProcessEnd()
+{
+    // What is registered once main runs is called before any module's fini section; what is registered before that,
+    // while the program's own libraries are being initialised, is called after all of them.
+    if (!watching.exchange(true))
+        std::atexit([] { ending = true; });
+}
 
 int PhnProcessIsEnding()
 {
