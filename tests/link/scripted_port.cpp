@@ -1,6 +1,6 @@
 #include "link/scripted_port.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "link/exec_command.h"
 
@@ -25,7 +25,7 @@ bool ScriptedPort::Read(HANDLE, void* buffer, DWORD size, DWORD* read, DWORD* er
     const Answer answer = answers.front();
     answers.pop_front();
     *error = answer.error;
-    std::memcpy(buffer, answer.reply.data(), std::min<size_t>(size, answer.reply.size()));
+    std::copy_n(answer.reply.begin(), std::min<size_t>(size, answer.reply.size()), static_cast<uint8_t*>(buffer));
     *read = static_cast<DWORD>(answer.reply.size()) + answer.extra;
     return answer.error == 0;
 }
