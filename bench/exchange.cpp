@@ -18,6 +18,7 @@
 #include "link/diagnostic_port.h"
 #include "link/exchange.h"
 #include "link/exec_command.h"
+#include "log/log_file.h"
 #include "ratio.h"
 #include "simulator/device_directory.h"
 #include "simulator/simulator.h"
@@ -38,8 +39,6 @@ public:
     void NotifyDeviceState(bool) override {}
     void DestroyObjects() override {}
     void PollCallbacks(HWND, HANDLE) override {}
-    void LockCallbacks() override {}
-    void UnlockCallbacks() override {}
 
 private:
     std::shared_ptr<COpenPort> port_;
