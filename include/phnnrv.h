@@ -24,8 +24,8 @@
  *
  * 4. uSize. Every record begins with uSize, the number of bytes the caller allocated; set it before every call. It must
  *    be at least the size of the record as declared here, or the call returns PHN_ERROR_BUFFER_TOO_SMALL. A larger
- * value is accepted and the bytes beyond are left alone. On success the library sets it to the record's own size, so
- * set it anew when a larger record is used again. PHN_SetParameters leaves uSize as it is.
+ *    value is accepted and the bytes beyond are left alone. On success the library sets it to the record's own size,
+ *    so set it anew when a larger record is used again. PHN_SetParameters leaves uSize as it is.
  *
  * 5. Records are little-endian and byte-packed: some 32-bit fields lie at odd offsets. Sizes in the comments are those
  *    of a 32-bit host. On a 64-bit host a pointer takes 8 bytes and records stay packed (PHN_CONTACT_RECORD and
@@ -45,7 +45,7 @@
  *
  * 8. Threads. Every function may be called from any thread. Exchanges with the handset take turns, so a call may first
  *    wait for those before it, the library's own polling and probing included. A listing (first/next) has one cursor
- * for the whole process: run one listing of a kind at a time.
+ *    for the whole process: run one listing of a kind at a time.
  *
  * 9. Callbacks. Polled callbacks are called on the loading thread, one at a time, while it dispatches messages; the
  *    removal callback is called on the thread that detects the loss, which may be a thread of the library's. Inside a

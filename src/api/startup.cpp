@@ -35,11 +35,27 @@ bool SendRequest(HANDLE hDevice, DWORD dwCommand, DWORD* pdwErrSts)
                    &dwRetBufferLen, pdwErrSts, kServiceTimeout, nullptr);
 }
 
-void ReleaseObjects(CPluginInstance& Instance)
+// Releases the service objects when its scope is left, by an exception too, unless they are to be kept.
+class CObjectsRelease
 {
-    CCallbackLocks CallbackLocks;
-    Instance.DestroyObjects();
-}
+public:
+    explicit CObjectsRelease(CPluginInstance& Instance) : m_Instance(Instance) {}
+    ~CObjectsRelease()
+    {
+        if (m_bKeep)
+            return;
+        CCallbackLocks CallbackLocks;
+        m_Instance.DestroyObjects();
+    }
+    CObjectsRelease(const CObjectsRelease&) = delete;
+    CObjectsRelease& operator=(const CObjectsRelease&) = delete;
+
+    void Keep() { m_bKeep = true; }
+
+private:
+    CPluginInstance& m_Instance;
+    bool m_bKeep = false;
+};
 
 } // namespace
 
@@ -69,16 +85,16 @@ PHN_ERROR Startup()
         Log.Error("PHN_Startup - ExecCmd failed with dwErrSts = %d(0x%X).", dwErrSts, dwErrSts);
         return PHN_ERROR_COMMUNICATION;
     }
+    CObjectsRelease Release(*pInstance);
     if (!pInstance->CreateObjects()) {
         Log.Error("PHN_Startup - CreateObjects returned false.");
-        ReleaseObjects(*pInstance);
         return PHN_ERROR_FAILED;
     }
     if (pInstance->GetVersion() != eVerNone) {
         Log.Error("PHN_Startup - Model not supported.");
-        ReleaseObjects(*pInstance);
         return PHN_ERROR_NOT_SUPPORTED;
     }
+    Release.Keep();
     return PHN_ERROR_NONE;
 }
 
@@ -99,8 +115,8 @@ PHN_ERROR Shutdown()
         Log.Error("PHN_Shutdown - pInstance->m_pConnectionStatusObject is NULL.");
         return PHN_ERROR_NO_SERVICE_OBJECT;
     }
+    const CObjectsRelease Release(*pInstance);
     DWORD dwErrSts = 0;
     SendRequest(hDevice, kCommandShutdown, &dwErrSts);
-    ReleaseObjects(*pInstance);
     return PHN_ERROR_NONE;
 }

@@ -37,7 +37,7 @@ HANDLE CDevice::GetMDMHandle() const
 {
     CLock Lock(g_csDevice);
     const auto pPort = m_pPort.Get();
-    return pPort ? pPort->GetHandle() : nullptr;
+    return pPort && !pPort->IsClosed() ? pPort->GetHandle() : nullptr;
 }
 
 bool CDevice::SetMDMHandle(const std::shared_ptr<COpenPort>& pPort)

@@ -87,6 +87,8 @@ void CDevice::UninitPortScanning()
 
 BOOL CDevice::OnDeviceChange(UINT uEvent, const void* pData)
 {
+    if (uEvent != DBT_DEVICEARRIVAL && uEvent != DBT_DEVICEREMOVECOMPLETE)
+        return TRUE; // what comes with other events need not be a record
     const auto* pHeader = static_cast<const DEV_BROADCAST_HDR*>(pData);
     if (pHeader && pHeader->dbch_devicetype != DBT_DEVTYP_DEVICEINTERFACE)
         return TRUE;
@@ -96,7 +98,7 @@ BOOL CDevice::OnDeviceChange(UINT uEvent, const void* pData)
         Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL = %s\n", strName.c_str());
         if (IsMakersDevice(strName))
             return OnArrival(pInterface->dbcc_classguid, strName);
-    } else if (uEvent == DBT_DEVICEREMOVECOMPLETE) {
+    } else {
         const std::string strName = BroadcastName(pInterface);
         Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEREMOVECOMPLETE = %s\n", strName.c_str());
         if (IsMakersDevice(strName))

@@ -41,7 +41,7 @@ bool DP::Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritte
     if (Owns(hPort) && WriteFile(hPort, abyFrame, dwStuffed, pdwWritten, Operation.GetRecord()))
         return true;
     if (GetLastError() != ERROR_IO_PENDING) {
-        *pdwError = Operation.Abandon(hPort);
+        *pdwError = COverlappedOperation::CleanUp(hPort);
         Log.Error("DP::Write - WriteFile failed. Last error is 0x%X", *pdwError);
         return false;
     }
@@ -109,7 +109,7 @@ bool DP::ReadChunk(HANDLE hPort, COverlappedOperation& Operation, DWORD* pdwGot,
     if (bDone)
         return true;
     if (GetLastError() != ERROR_IO_PENDING) {
-        *pdwError = Operation.Abandon(hPort);
+        *pdwError = COverlappedOperation::CleanUp(hPort);
         Log.Error("DP::Read - ReadFile failed. Last error is 0x%X", *pdwError);
         return false;
     }

@@ -10,24 +10,28 @@ constexpr CLogSource Log{LOG_CPORT};
 
 bool MP::Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritten, DWORD* pdwError)
 {
-    CInside Inside(*this);
-    if (!Owns(hPort) || IsClosing() || !WriteFile(hPort, pData, dwLength, pdwWritten, nullptr)) {
-        *pdwError = CleanUp(hPort);
-        Log.Error("MP::Write - WriteFile failed. Last error is 0x%X", *pdwError);
-        return false;
-    }
-    return true;
+    const auto Transfer = [&] {
+        const CInside Inside(*this);
+        return Owns(hPort) && !IsClosing() && WriteFile(hPort, pData, dwLength, pdwWritten, nullptr);
+    };
+    if (Transfer())
+        return true;
+    *pdwError = CleanUp(hPort);
+    Log.Error("MP::Write - WriteFile failed. Last error is 0x%X", *pdwError);
+    return false;
 }
 
 bool MP::Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* pdwError, DWORD)
 {
-    CInside Inside(*this);
-    if (!Owns(hPort) || IsClosing() || !ReadFile(hPort, pBuffer, dwSize, pdwRead, nullptr)) {
-        *pdwError = CleanUp(hPort);
-        Log.Error("MP::Read - ReadFile failed. Last error is 0x%X", *pdwError);
-        return false;
-    }
-    return true;
+    const auto Transfer = [&] {
+        const CInside Inside(*this);
+        return Owns(hPort) && !IsClosing() && ReadFile(hPort, pBuffer, dwSize, pdwRead, nullptr);
+    };
+    if (Transfer())
+        return true;
+    *pdwError = CleanUp(hPort);
+    Log.Error("MP::Read - ReadFile failed. Last error is 0x%X", *pdwError);
+    return false;
 }
 
 // Is the port being closed? Then the last error is that of a cancelled operation.

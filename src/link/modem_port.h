@@ -19,7 +19,7 @@ public:
     void CancelPending() override;
 
 private:
-    // For as long as a thread is inside the port, it can be cancelled there.
+    // For as long as a thread is inside a call on the port, it can be cancelled there; not in the log's file.
     class CInside
     {
     public:

@@ -49,6 +49,12 @@ COpenPort::CUse::~CUse()
         SetEvent(m_Port.m_evIdle.Get());
 }
 
+bool COpenPort::IsClosed() const
+{
+    CLock Lock(m_csUse);
+    return m_bClosed;
+}
+
 void COpenPort::Close()
 {
     {

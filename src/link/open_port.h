@@ -24,6 +24,7 @@ public:
 
     // Stays the same when the port has been closed; it is then a handle like any other that is not open.
     HANDLE GetHandle() const { return m_hPort; }
+    bool IsClosed() const;
     const std::string& GetPath() const { return m_pPort->GetPath(); }
 
     // CPort's operations, with the use registered. After Close they fail as on a closed handle.
@@ -49,7 +50,7 @@ private:
         bool m_bOpen;
     };
 
-    COwnedCriticalSection m_csUse;
+    mutable COwnedCriticalSection m_csUse;
     DWORD m_dwUsers PHN_GUARDED_BY(m_csUse) = 0;
     bool m_bClosed PHN_GUARDED_BY(m_csUse) = false;
     CHandle m_evClosing; // set by Close

@@ -21,14 +21,20 @@ bool COverlappedOperation::Await(HANDLE hClosing, DWORD dwTimeout) const
     return dwResult == WAIT_OBJECT_0;
 }
 
-DWORD COverlappedOperation::Abandon(HANDLE hPort)
+DWORD COverlappedOperation::CleanUp(HANDLE hPort)
 {
     const DWORD dwError = GetLastError();
     if (dwError == ERROR_INVALID_HANDLE)
-        return dwError; // no port to clean, and nothing was begun on it
+        return dwError; // no port to clean
     DWORD dwErrors = 0;
     ClearCommError(hPort, &dwErrors, nullptr);
     PurgeComm(hPort, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
+    return dwError;
+}
+
+DWORD COverlappedOperation::Abandon(HANDLE hPort)
+{
+    const DWORD dwError = CleanUp(hPort);
     // A purge alone may leave the operation pending.
     DWORD dwBytes = 0;
     CancelIoEx(hPort, &m_Record);

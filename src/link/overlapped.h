@@ -1,5 +1,6 @@
 // One overlapped operation of a diagnostic port: its event and its record. Before either goes, the operation is over:
-// whoever gives up calls Abandon first.
+// whoever gives up a pending one calls Abandon first. One that failed to begin is over, and must not be waited for: its
+// record may say that it is pending for ever.
 #pragma once
 
 #include <windows.h>
@@ -22,8 +23,10 @@ public:
     // unloaded; then the last error is ERROR_OPERATION_ABORTED.
     bool Await(HANDLE hClosing, DWORD dwTimeout) const;
 
-    // After a failed step, whose last error it returns: clears and purges the port and waits until the operation is
-    // over.
+    // After a failed step, whose last error it returns: clears and purges the port.
+    static DWORD CleanUp(HANDLE hPort);
+
+    // The same for a pending operation, and waits until it is over.
     DWORD Abandon(HANDLE hPort);
 
 private:

@@ -7,12 +7,28 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "phnnrv.h"
 #include "simulator/handset.h"
+
+// What a library writes to the log file in its folder.
+class LogReader
+{
+public:
+    explicit LogReader(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+    // What was logged since the last call: category, tab, level, tab, text; the time is cut off.
+    std::vector<std::string> Take();
+
+private:
+    const std::filesystem::path folder_;
+    size_t taken_ = 0; // bytes of the file
+};
 
 // The surroundings of one library: a place of its own in the file system, logging on, no handset until Plug.
 class TestBench
@@ -29,7 +45,7 @@ public:
     // A copy of the library, so that its log file belongs to this process.
     std::string LibraryPath() const;
     void SetLoggingLevel(uint32_t level);
-    // What was logged since the last call: category, tab, level, tab, text; the time is cut off.
+    // As LogReader takes it.
     std::vector<std::string> TakeLog();
 
     // Publishes the handset as a USB interface. A library that is loaded then opens it at once.

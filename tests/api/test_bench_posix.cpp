@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <system_error>
 
@@ -33,7 +32,7 @@ struct TestBench::World
     fs::path registry = folder / "phnnrv.reg";
     fs::path library = folder / "libphnnrv.so";
     std::optional<simulator::Simulator> simulator;
-    size_t taken = 0; // bytes of the log file that TakeLog has returned
+    LogReader log{folder};
 };
 
 TestBench::TestBench() : world_(std::make_unique<World>())
@@ -72,21 +71,7 @@ void TestBench::SetLoggingLevel(uint32_t level)
 
 std::vector<std::string> TestBench::TakeLog()
 {
-    std::string text;
-    for (const fs::directory_entry& entry : fs::directory_iterator(world_->folder)) {
-        if (entry.path().extension() == ".log")
-            text = (std::ostringstream() << std::ifstream(entry.path()).rdbuf()).str();
-    }
-    std::istringstream fresh(text.substr(world_->taken));
-    world_->taken = text.size();
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(fresh, line);) {
-        if (!line.ends_with('\r'))
-            throw std::runtime_error("a log line ends without CR LF: " + line);
-        line.pop_back();
-        lines.push_back(line.substr(line.find('\t') + 1));
-    }
-    return lines;
+    return world_->log.Take();
 }
 
 void TestBench::Plug()

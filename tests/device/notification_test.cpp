@@ -76,6 +76,8 @@ TEST_F(NotificationTest, ARemovalEndsTheExchangeInProgressAndThePortOpensAgain)
     bool answered = true;
     std::thread reader([&] { answered = Device().CheckPort(); });
     ASSERT_TRUE(AwaitBlocked(3000));
+    // The handset has taken the request, and will not answer it.
+    ASSERT_TRUE(PumpUntil([&] { return handset.Control().Requests(kStartup) == 1; }));
     // The line is still good: only the message says that the interface is gone. No clock moves.
     Broadcast(DBT_DEVICEREMOVECOMPLETE, kDiagnosticInterface, "\\\\?\\" + UsbInterfaceName("0001"));
     reader.join();

@@ -1,6 +1,6 @@
 // A serial port for the tests of the platform's calls, with the test at its far end. On Linux it is a pseudo terminal
-// that the fixture publishes in a device directory of its own; on Windows it is the port that PHNNRV_TEST_PORT names
-// ("COM5"), whose far end is the TCP port PHNNRV_TEST_PEER on 127.0.0.1, and without these the test is skipped.
+// that the fixture publishes in a device directory of its own; on Windows it is the port
+// of the test run (windows/port_peer.h).
 #pragma once
 
 #include <gtest/gtest.h>

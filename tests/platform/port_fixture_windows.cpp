@@ -1,37 +1,15 @@
-#include <winsock2.h>
+#include "platform/port_fixture.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 
-#include "platform/port_fixture.h"
+#include "windows/port_peer.h"
 
 struct PortTest::FarEnd
 {
     SOCKET connection = INVALID_SOCKET;
 };
-
-namespace {
-
-// One connection for the whole run: the port lives as long as its first one.
-SOCKET Connect(const char* port)
-{
-    WSADATA data;
-    if (WSAStartup(MAKEWORD(2, 2), &data))
-        return INVALID_SOCKET;
-    const SOCKET connection = socket(AF_INET, SOCK_STREAM, IPPROTO_TCP);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<unsigned short>(std::atoi(port)));
-    if (connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address))
-        return INVALID_SOCKET;
-    const DWORD limit = 5000;
-    setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&limit), sizeof limit);
-    return connection;
-}
-
-} // namespace
 
 PortTest::PortTest() : farEnd(std::make_unique<FarEnd>()) {}
 
@@ -39,12 +17,9 @@ PortTest::~PortTest() = default;
 
 void PortTest::SetUp()
 {
-    const char* peer = std::getenv("PHNNRV_TEST_PEER");
-    if (!peer || !std::getenv("PHNNRV_TEST_PORT"))
-        GTEST_SKIP() << "PHNNRV_TEST_PORT and PHNNRV_TEST_PEER name no port";
-    static const SOCKET connection = Connect(peer);
-    ASSERT_NE(connection, INVALID_SOCKET);
-    farEnd->connection = connection;
+    farEnd->connection = PortPeer();
+    const DWORD limit = 5000;
+    setsockopt(farEnd->connection, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&limit), sizeof limit);
 }
 
 std::string PortTest::PortName() const
