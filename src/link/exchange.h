@@ -63,10 +63,10 @@ private:
 class CExchange
 {
 public:
-    // The specification must outlive the exchange.
+    // The description must outlive the exchange.
     CExchange(const CLogSource& Log, const ExchangeSpec& Spec) : CExchange(Log, Spec, Spec.dwCommand) {}
 
-    // For operations that share one specification and differ in their command.
+    // For operations that share one description and differ in their command.
     CExchange(const CLogSource& Log, const ExchangeSpec& Spec, DWORD dwCommand)
         : m_Log(Log), m_Spec(Spec), m_dwCommand(dwCommand)
     {
