@@ -34,7 +34,9 @@ int main()
 
     const long before = ResidentKiB();
     HMODULE library = LoadLibraryA("PHNNRV.dll");
-    auto startup = library ? reinterpret_cast<uint32_t (*)()>(GetProcAddress(library, "PHN_Startup")) : nullptr;
+    auto startup =
+        library ? reinterpret_cast<uint32_t (*)()>(reinterpret_cast<void*>(GetProcAddress(library, "PHN_Startup")))
+                : nullptr;
     if (!startup || startup() != 0) {
         std::fputs("bench_memory: no handset\n", stderr);
         return 1;
