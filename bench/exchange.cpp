@@ -58,7 +58,8 @@ public:
         if (!ComposeData(data, length, request_, sizeof request_, &stuffed))
             return false;
         uint8_t raw[26] = {0x4B, 0, 0, 0, 0, 17};
-        std::memcpy(raw + 9, request_ + 4, 4);
+        ++sequence_; // as the codec does
+        std::memcpy(raw + 9, &sequence_, sizeof sequence_);
         raw[25] = 0x7E;
         return Encode(raw, sizeof raw, reply_, sizeof reply_, &replyLength_);
     }
@@ -77,6 +78,7 @@ private:
     uint8_t reply_[64];
     uint8_t frame_[64];
     DWORD replyLength_ = 0;
+    uint32_t sequence_ = 0;
 };
 
 void RunExchanges(benchmark::State& state, const std::shared_ptr<COpenPort>& port)
