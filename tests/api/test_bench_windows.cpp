@@ -39,7 +39,7 @@ TestBench::TestBench() : world_(std::make_unique<World>())
 TestBench::~TestBench()
 {
     driver::SetInterfacePresent(false);
-    SetLoggingLevel(0); // the next program's code may log without having a log
+    SetLoggingLevel(0);      // the next program's code may log without having a log
     std::error_code ignored; // a folder that stays behind is no failure of the test
     fs::remove_all(world_->folder, ignored);
 }
