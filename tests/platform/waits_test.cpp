@@ -170,6 +170,11 @@ DWORD WINAPI WaitForThread(LPVOID thread)
     return WaitForSingleObject(thread, INFINITE);
 }
 
+DWORD WINAPI EndAtOnce(LPVOID)
+{
+    return 0;
+}
+
 TEST(Waits, ADuplicateOfTheOwnThreadNamesItElsewhere)
 {
     HANDLE self = nullptr;
@@ -178,8 +183,7 @@ TEST(Waits, ADuplicateOfTheOwnThreadNamesItElsewhere)
     EXPECT_EQ(WaitForSingleObject(self, 0), WAIT_TIMEOUT);
     const HANDLE waiter = CreateThread(nullptr, 0, WaitForThread, self, 0, nullptr);
     EXPECT_EQ(WaitForSingleObject(waiter, 20), WAIT_TIMEOUT); // it waits for this thread, not for itself
-    const HANDLE ended = CreateThread(
-        nullptr, 0, [](LPVOID) -> DWORD { return 0; }, nullptr, 0, nullptr);
+    const HANDLE ended = CreateThread(nullptr, 0, EndAtOnce, nullptr, 0, nullptr);
     EXPECT_EQ(WaitForSingleObject(ended, INFINITE), WAIT_OBJECT_0);
     CloseHandle(ended);
     CloseHandle(waiter);
