@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -36,12 +37,26 @@ struct Argument
     std::vector<std::string> allowed; // empty: any text
 };
 
+// An option that belongs to one command.
+struct CommandOption
+{
+    std::string name;  // "--range"
+    std::string value; // as the help shows its value: A-B; empty: the option takes none
+    std::string help;
+};
+
 struct Invocation
 {
     Options options;
-    std::map<std::string, std::vector<std::string>> values; // by the argument's name
+    std::map<std::string, std::vector<std::string>> values; // by the name of the argument or command option
 
-    // The value of an argument that was given once, or nothing.
+    bool Has(const std::string& name) const
+    {
+        const auto found = values.find(name);
+        return found != values.end() && !found->second.empty();
+    }
+
+    // The value that was given once, or nothing.
     std::optional<std::string> Value(const std::string& name) const
     {
         const auto found = values.find(name);
@@ -56,7 +71,8 @@ struct Command
     std::string summary;
     std::string details; // what to know, and examples
     std::vector<Argument> arguments;
-    int (*run)(const Invocation&) = nullptr; // null: a heading for the commands that begin with this word
+    std::function<int(const Invocation&)> run; // none: a heading for the commands that begin with this word
+    std::vector<CommandOption> options = {};
 };
 
 // The nouns, one file each.

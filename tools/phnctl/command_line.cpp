@@ -66,6 +66,15 @@ void AddArgument(CLI::App& app, const Argument& argument, std::vector<std::strin
         });
 }
 
+void AddCommandOption(CLI::App& app, const CommandOption& option, std::vector<std::string>& values)
+{
+    if (option.value.empty())
+        app.add_flag_callback(
+            option.name, [&values] { values.emplace_back(); }, option.help);
+    else
+        app.add_option(option.name, values, option.help)->type_name(option.value)->expected(1);
+}
+
 class Line
 {
 public:
@@ -108,6 +117,8 @@ private:
             app->require_subcommand(1);
         for (const Argument& argument : command.arguments)
             AddArgument(*app, argument, m_result.invocation.values[argument.name]);
+        for (const CommandOption& option : command.options)
+            AddCommandOption(*app, option, m_result.invocation.values[option.name]);
         m_commands[app] = &command;
     }
 

@@ -2,6 +2,7 @@
 
 #include "system/system.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
@@ -11,7 +12,14 @@ namespace phnctl {
 
 namespace {
 
-constexpr int kInterrupted = 130;
+enum class Interrupts
+{
+    End,
+    Note,
+    Noted,
+};
+
+std::atomic<Interrupts> interrupts = Interrupts::End;
 
 std::mutex mutex;
 
@@ -38,9 +46,29 @@ void Forget(const std::filesystem::path& path)
 void EndOnInterrupt()
 {
     host::OnInterrupt([] {
+        Interrupts expected = Interrupts::Note;
+        if (interrupts.compare_exchange_strong(expected, Interrupts::Noted)) {
+            std::fputs("\nphnctl: stopping after the entry in hand (Ctrl-C again: at once)\n", stderr);
+            return;
+        }
         std::fputs("\nphnctl: interrupted\n", stderr);
         EndNow(kInterrupted);
     });
+}
+
+StopRequest::StopRequest()
+{
+    interrupts = Interrupts::Note;
+}
+
+StopRequest::~StopRequest()
+{
+    interrupts = Interrupts::End;
+}
+
+bool StopRequest::Came() const
+{
+    return interrupts == Interrupts::Noted;
 }
 
 void EndNow(int status)

@@ -72,6 +72,14 @@ std::optional<std::string> ReadSecret(const std::string& prompt)
     return line;
 }
 
+std::optional<std::string> Ask(const std::string& prompt)
+{
+    if (!isatty(STDIN_FILENO))
+        return std::nullopt;
+    std::fputs(prompt.c_str(), stderr);
+    return ReadLine();
+}
+
 void OnInterrupt(std::function<void()> action)
 {
     sigset_t signals;
@@ -82,10 +90,10 @@ void OnInterrupt(std::function<void()> action)
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::thread([signals, act = std::move(action)] {
         int number = 0;
-        if (sigwait(&signals, &number) != 0)
-            return;
-        RestoreEcho();
-        act();
+        while (sigwait(&signals, &number) == 0) {
+            RestoreEcho();
+            act();
+        }
     }).detach();
 }
 

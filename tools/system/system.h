@@ -22,8 +22,11 @@ unsigned TerminalWidth(std::FILE* stream);
 // it without asking. Nothing at the end of input.
 std::optional<std::string> ReadSecret(const std::string& prompt);
 
-// From now on Ctrl-C, and a request to terminate, calls `action` on a thread of its own, once. Call it before any other
-// thread is started.
+// Asks on the terminal and reads one line. Nothing, without asking, where standard input is no terminal.
+std::optional<std::string> Ask(const std::string& prompt);
+
+// From now on Ctrl-C, and a request to terminate, calls `action` on a thread of its own, each time. Call it before any
+// other thread is started.
 void OnInterrupt(std::function<void()> action);
 
 std::filesystem::path ExecutableDirectory();

@@ -25,6 +25,12 @@ std::string Utf8(const wchar_t* text)
     return result;
 }
 
+std::optional<std::string> ReadLine()
+{
+    std::string line;
+    return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
+}
+
 } // namespace
 
 std::vector<std::string> Arguments(int argc, char** argv)
@@ -58,13 +64,21 @@ std::optional<std::string> ReadSecret(const std::string& prompt)
         std::fputs(prompt.c_str(), stderr);
         SetConsoleMode(input, mode & ~static_cast<DWORD>(ENABLE_ECHO_INPUT));
     }
-    std::string line;
-    const bool read = static_cast<bool>(std::getline(std::cin, line));
+    auto line = ReadLine();
     if (console) {
         SetConsoleMode(input, mode);
         std::fputc('\n', stderr);
     }
-    return read ? std::optional(line) : std::nullopt;
+    return line;
+}
+
+std::optional<std::string> Ask(const std::string& prompt)
+{
+    DWORD mode = 0;
+    if (!GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode))
+        return std::nullopt;
+    std::fputs(prompt.c_str(), stderr);
+    return ReadLine();
 }
 
 void OnInterrupt(std::function<void()> action)
