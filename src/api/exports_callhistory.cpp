@@ -1,5 +1,6 @@
 // Call lists. The type PHN_CALL_LIST_NONE is in range, but names no list: it is answered here, without a line.
 #include "api/export_frame.h"
+#include "callhistory/call_history.h"
 
 namespace {
 
@@ -12,14 +13,14 @@ bool IsCallList(int32_t eType)
 
 uint32_t PHN_GetCallEntryCount(int32_t eType) noexcept
 {
-    return ExportCount("PHN_GetCallEntryCount", [=](CExportFrame& Frame, uint32_t*) -> PHN_ERROR {
+    return ExportCount("PHN_GetCallEntryCount", [=](CExportFrame& Frame, uint32_t* puCount) -> PHN_ERROR {
         if (!IsCallList(eType))
             return Frame.OutOfRange("eType is out of range. eType", eType);
         if (const PHN_ERROR weError = Frame.Device())
             return weError;
         if (eType == PHN_CALL_LIST_NONE)
             return PHN_ERROR_NONE;
-        return Frame.Absent(kCallHistory);
+        return Frame.Count(kCallHistory, "GetCallEntryCount", &CCallHistory::GetCallEntryCount, eType, puCount);
     });
 }
 
@@ -35,7 +36,7 @@ PHN_ERROR PHN_GetFirstCallEntry(int32_t eType, PHN_CALL_ENTRY* pEntry) noexcept
             return weError;
         if (eType == PHN_CALL_LIST_NONE)
             return PHN_ERROR_NO_MORE_ENTRIES;
-        return Frame.Absent(kCallHistory);
+        return Frame.Call(kCallHistory, "GetFirstCallEntry", &CCallHistory::GetFirstCallEntry, eType, pEntry);
     });
 }
 
@@ -47,7 +48,7 @@ PHN_ERROR PHN_GetNextCallEntry(PHN_CALL_ENTRY* pEntry) noexcept
         if (pEntry->uSize < sizeof *pEntry)
             return Frame.TooSmall("pEntry", pEntry->uSize, "PHN_CALL_ENTRY", sizeof *pEntry);
         ClearFrom(pEntry, 4);
-        return Frame.Absent(kCallHistory);
+        return Frame.Call(kCallHistory, "GetNextCallEntry", &CCallHistory::GetNextCallEntry, pEntry);
     });
 }
 
@@ -60,6 +61,7 @@ PHN_ERROR PHN_ClearCallEntries(int32_t eType) noexcept
             return weError;
         if (eType == PHN_CALL_LIST_NONE)
             return PHN_ERROR_INVALID_PARAMETER;
-        return Frame.Absent(kCallHistory);
+        return Frame.Call(kCallHistory, {"ClearCallEntries", " returned falseweError = "},
+                          &CCallHistory::ClearCallEntries, eType);
     });
 }

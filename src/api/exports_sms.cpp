@@ -1,5 +1,6 @@
 // Short messages.
 #include "api/export_frame.h"
+#include "sms/sms.h"
 
 namespace {
 
@@ -33,10 +34,10 @@ PHN_ERROR CheckWrite(CExportFrame& Frame, const PHN_SMS_MESSAGE* pMessage)
 
 uint32_t PHN_GetMessageCount(int32_t eType) noexcept
 {
-    return ExportCount("PHN_GetMessageCount", [=](CExportFrame& Frame, uint32_t*) -> PHN_ERROR {
+    return ExportCount("PHN_GetMessageCount", [=](CExportFrame& Frame, uint32_t* puCount) -> PHN_ERROR {
         if (!IsMessageBox(eType))
             return Frame.OutOfRange("eType is out of range. eType", eType);
-        return Frame.Absent(kSMS);
+        return Frame.Count(kSMS, "GetMessageCount", &CSMS::GetMessageCount, eType, puCount);
     });
 }
 
@@ -45,7 +46,7 @@ PHN_ERROR PHN_SendMessage(PHN_SMS_MESSAGE* pMessage) noexcept
     return Export("PHN_SendMessage", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckWrite(Frame, pMessage))
             return weError;
-        return Frame.Absent(kSMS);
+        return Frame.Call(kSMS, "SendMessage", &CSMS::SendMessage, pMessage);
     });
 }
 
@@ -56,7 +57,7 @@ PHN_ERROR PHN_GetFirstMessage(int32_t eType, PHN_SMS_MESSAGE* pMessage) noexcept
             return Frame.OutOfRange("pMessage is NULL or eType is out of range. eType", eType);
         if (const PHN_ERROR weError = PrepareRead(Frame, pMessage))
             return weError;
-        return Frame.Absent(kSMS);
+        return Frame.Call(kSMS, "GetFirstMessage", &CSMS::GetFirstMessage, eType, pMessage);
     });
 }
 
@@ -67,7 +68,7 @@ PHN_ERROR PHN_GetNextMessage(PHN_SMS_MESSAGE* pMessage) noexcept
             return Frame.Null("pMessage");
         if (const PHN_ERROR weError = PrepareRead(Frame, pMessage))
             return weError;
-        return Frame.Absent(kSMS);
+        return Frame.Call(kSMS, "GetNextMessage", &CSMS::GetNextMessage, pMessage);
     });
 }
 
@@ -76,13 +77,14 @@ PHN_ERROR PHN_SaveMessage(PHN_SMS_MESSAGE* pMessage) noexcept
     return Export("PHN_SaveMessage", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckWrite(Frame, pMessage))
             return weError;
-        return Frame.Absent(kSMS);
+        return Frame.Call(kSMS, "SaveMessage", &CSMS::SaveMessage, pMessage);
     });
 }
 
-PHN_ERROR PHN_DeleteMessage(uint32_t) noexcept
+PHN_ERROR PHN_DeleteMessage(uint32_t uIndex) noexcept
 {
-    return Export("PHN_DeleteMessage", [](CExportFrame& Frame) { return Frame.Absent(kSMS); });
+    return Export("PHN_DeleteMessage",
+                  [=](CExportFrame& Frame) { return Frame.Call(kSMS, "DeleteMessage", &CSMS::DeleteMessage, uIndex); });
 }
 
 PHN_ERROR PHN_DeleteAllMessages(int32_t eType) noexcept
@@ -90,11 +92,13 @@ PHN_ERROR PHN_DeleteAllMessages(int32_t eType) noexcept
     return Export("PHN_DeleteAllMessages", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!IsMessageBox(eType))
             return Frame.OutOfRange("eType is out of range. eType", eType);
-        return Frame.Absent(kSMS);
+        return Frame.Call(kSMS, "DeleteAllMessages", &CSMS::DeleteAllMessages, eType);
     });
 }
 
-PHN_ERROR PHN_SetMessageStatus(uint32_t, uint32_t) noexcept
+PHN_ERROR PHN_SetMessageStatus(uint32_t uIndex, uint32_t uRead) noexcept
 {
-    return Export("PHN_SetMessageStatus", [](CExportFrame& Frame) { return Frame.Absent(kSMS); });
+    return Export("PHN_SetMessageStatus", [=](CExportFrame& Frame) {
+        return Frame.Call(kSMS, "SetMessageStatus", &CSMS::SetMessageStatus, uIndex, uRead);
+    });
 }

@@ -5,9 +5,11 @@
 #include <tuple>
 
 #include "api/service_descriptors.h"
+#include "callhistory/call_history.h"
 #include "link/device.h"
 #include "log/log.h"
 #include "phonebook/speed_dial_phonebook.h"
+#include "sms/sms.h"
 #include "status/connection_status.h"
 #include "status/setup_information.h"
 
@@ -46,6 +48,8 @@ std::shared_ptr<T> MakeService()
 template std::shared_ptr<CSetupInformation> MakeService();
 template std::shared_ptr<CConnectionStatus> MakeService();
 template std::shared_ptr<CPhonebook> MakeService<CPhonebook, CSpeedDialPhonebook>();
+template std::shared_ptr<CSMS> MakeService();
+template std::shared_ptr<CCallHistory> MakeService();
 
 CPluginInstance* GetInstance()
 {

@@ -34,11 +34,12 @@ inline constexpr CServiceDescriptor<CPhonebook> kPhonebook{&CPluginInstance::m_p
                                                            "CreateObjects Phonebook Object",
                                                            &MakeService<CPhonebook, CSpeedDialPhonebook>};
 inline constexpr CServiceDescriptor<CSMS> kSMS{&CPluginInstance::m_pSMSObject, "m_pSMSObject",
-                                               "CreateObjects SMS Object", nullptr};
+                                               "CreateObjects SMS Object", &MakeService<CSMS>};
 inline constexpr CServiceDescriptor<CCalendar> kCalendar{&CPluginInstance::m_pCalendarObject, "m_pCalendarObject",
                                                          "CreateObjects Calendar Object", nullptr};
 inline constexpr CServiceDescriptor<CCallHistory> kCallHistory{
-    &CPluginInstance::m_pCallHistoryObject, "m_pCallHistoryObject", "CreateObjects Call History Object", nullptr};
+    &CPluginInstance::m_pCallHistoryObject, "m_pCallHistoryObject", "CreateObjects Call History Object",
+    &MakeService<CCallHistory>};
 inline constexpr CServiceDescriptor<CCallback> kCallback{&CPluginInstance::m_pCallbackObject, "m_pCallbackObject",
                                                          "CreateObjects Callback Object", nullptr};
 

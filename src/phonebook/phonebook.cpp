@@ -6,6 +6,7 @@
 
 #include "common/byte_writer.h"
 #include "link/exchange.h"
+#include "link/failure.h"
 #include "phonebook/vcard_reader.h"
 #include "phonebook/vcard_writer.h"
 
@@ -75,14 +76,6 @@ struct CParamDeleter
     }
 };
 
-template <typename... Args>
-bool Fail(PHN_ERROR* pError, PHN_ERROR weError, CLogFormat<std::type_identity_t<Args>...> Format, const Args&... Values)
-{
-    Log.Error(Format, Values...);
-    *pError = weError;
-    return false;
-}
-
 // The longest ANSI form of a name's beginning that fits; whole characters only.
 std::string FitName(std::u16string strName, size_t uLimit)
 {
@@ -130,7 +123,7 @@ bool CPhonebook::GetContact(HANDLE hDevice, DWORD dwIndex, PHN_CONTACT_RECORD* p
     DWORD dwSize = 0;
     const std::unique_ptr<PB_RET_INFO, CRetInfoDeleter> pRetInfo(AllocRetInfo(&dwSize), {this});
     if (!pRetInfo)
-        return Fail(pError, PHN_ERROR_FAILED, "GetContact - prcPBRetInfo is NULL.");
+        return Fail(Log, pError, PHN_ERROR_FAILED, "GetContact - prcPBRetInfo is NULL.");
     if (!Exchange.Check(pError))
         return false;
     const auto Info = Exchange.GetReply().Load<PB_RET_INFO_CNT_RES>();
@@ -152,7 +145,7 @@ bool CPhonebook::UnpackContact(PHN_CONTACT_RECORD* pRecord, std::span<const uint
                                PHN_ERROR* pError)
 {
     if (pRetInfo->dwNumOfRecs == 0)
-        return Fail(pError, PHN_ERROR_NOT_FOUND, "GetContact - prcPBRetInfo->dwNumOfRecs = %d(0x%X).",
+        return Fail(Log, pError, PHN_ERROR_NOT_FOUND, "GetContact - prcPBRetInfo->dwNumOfRecs = %d(0x%X).",
                     pRetInfo->dwNumOfRecs, pRetInfo->dwNumOfRecs);
     const DWORD dwLength = static_cast<DWORD>(Data.size());
     // The handset's count is no reason to hold more records than its reply has room for.
@@ -162,10 +155,10 @@ bool CPhonebook::UnpackContact(PHN_CONTACT_RECORD* pRecord, std::span<const uint
                                                                   {this, dwCount});
     pRetInfo->pRecords = pRecords.get();
     if (ParseRecords(Data.data(), dwLength, pRetInfo->pRecords, dwCount) == 0)
-        return Fail(pError, PHN_ERROR_FAILED, "GetContact - The first of %d(0x%X) records is not whole.",
+        return Fail(Log, pError, PHN_ERROR_FAILED, "GetContact - The first of %d(0x%X) records is not whole.",
                     pRetInfo->dwNumOfRecs, pRetInfo->dwNumOfRecs);
     if (!NorvikToVCard(pRecord, pRetInfo->pRecords))
-        return Fail(pError, PHN_ERROR_FAILED, "GetContact - NorvikToVCard returned false.");
+        return Fail(Log, pError, PHN_ERROR_FAILED, "GetContact - NorvikToVCard returned false.");
     return true;
 }
 
@@ -178,11 +171,11 @@ bool CPhonebook::SetContact(HANDLE hDevice, DWORD dwIndex, PHN_CONTACT_RECORD* p
     DWORD dwEntrySize = 0;
     const std::unique_ptr<PB_PARAM, CParamDeleter> pParam(AllocParam(&dwSize, &dwEntrySize), {this});
     if (!pParam)
-        return Fail(pError, PHN_ERROR_FAILED, "SetContact - prcPBParam is NULL.");
+        return Fail(Log, pError, PHN_ERROR_FAILED, "SetContact - prcPBParam is NULL.");
     PB_CONTACT& Contact = pParam->rcContact;
     Contact.rcRecord.dwRecordID = dwRecordID;
     if (!VCardToNorvik(&Contact, pRecord))
-        return Fail(pError, PHN_ERROR_INVALID_PARAMETER, "SetContact - VCardToNorvik returned false.");
+        return Fail(Log, pError, PHN_ERROR_INVALID_PARAMETER, "SetContact - VCardToNorvik returned false.");
     CByteWriter Request;
     Request.Put(Contact.rcRecord).PutBytes(Contact.pEntries, size_t{Contact.rcRecord.dwNumOfEntries} * dwEntrySize);
     CExchange Exchange(Log, kSetContact);
