@@ -1,6 +1,7 @@
 // The common half of the vCard conversion, in both directions.
 #include <string_view>
 
+#include "common/ascii_case.h"
 #include "log/log.h"
 #include "phonebook/phonebook.h"
 #include "phonebook/value_limits.h"
@@ -58,7 +59,7 @@ bool CPhonebook::VCardToNorvik(PB_CONTACT* pRecord, const PHN_CONTACT_RECORD* pC
         return Reject("VCARD_BEGIN not found.");
     if (!FitsLimit(eKeyBegin, strValue))
         return false;
-    if (!ContainsIgnoringCase(strValue, "VCARD"))
+    if (FindIgnoringCase(strValue, "VCARD") == std::string_view::npos)
         return Reject("VCARD_VCARD not found.");
     if (!Text.FindProperty(eKeyVersion))
         return Reject("VCARD_VERSION not found.");

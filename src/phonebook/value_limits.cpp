@@ -1,5 +1,6 @@
 #include "phonebook/value_limits.h"
 
+#include "common/decimal.h"
 #include "log/log.h"
 
 namespace {

@@ -28,15 +28,9 @@ public:
     std::optional<size_t> GetVCardProperty(EVCardKey eKey, std::string_view* pstrValue) const;
 
 private:
-    void NoteKeys(size_t uPosition);
-
     std::string_view m_strText;
     std::array<size_t, eKeyCount> m_auPositions;
 };
-
-// ASCII letters count as equal in both cases.
-bool BeginsIgnoringCase(std::string_view strText, std::string_view strUpperCase);
-bool ContainsIgnoringCase(std::string_view strText, std::string_view strUpperCase);
 
 struct SFullName
 {
@@ -49,9 +43,6 @@ SFullName SplitFullName(std::string_view strValue);
 
 // The dialable characters of a number.
 std::string FilterNumber(std::string_view strValue);
-
-// The leading decimal integer, with blanks and a sign before it; 0 if there is none. Clamped to 32 bits.
-int32_t ReadDecimal(std::string_view strValue);
 
 // The values of a comma-separated list. The first five are stored; *puCount says how many there are. False if one of
 // them is anything but decimal digits.

@@ -107,30 +107,6 @@ TEST(VCardReader, NumbersKeepOnlyWhatCanBeDialled)
     EXPECT_EQ(FilterNumber("none"), "");
 }
 
-TEST(VCardReader, DecimalsAreClampedToThirtyTwoBits)
-{
-    const struct
-    {
-        std::string_view value;
-        int32_t number;
-    } cases[] = {
-        {"", 0},
-        {"x1", 0},
-        {"12x", 12},
-        {" \t+7", 7},
-        {"-1", -1},
-        {"- 1", 0},
-        {"--1", 0},
-        {"2147483647", INT32_MAX},
-        {"2147483648", INT32_MAX},
-        {"99999999999999999999999999999999", INT32_MAX},
-        {"-2147483648", INT32_MIN},
-        {"-99999999999999999999999999999999", INT32_MIN},
-    };
-    for (const auto& [value, number] : cases)
-        EXPECT_EQ(ReadDecimal(value), number) << value;
-}
-
 TEST(VCardReader, SpeedDialListsAreDigitsAndCommas)
 {
     const struct
