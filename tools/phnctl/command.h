@@ -83,6 +83,7 @@ std::vector<Command> LockCommands();
 std::vector<Command> ParametersCommands();
 std::vector<Command> ActivateCommands();
 std::vector<Command> ErrorCommands();
+std::vector<Command> ContactsCommands();
 std::vector<Command> DoctorCommands();
 
 } // namespace phnctl

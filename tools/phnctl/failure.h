@@ -29,6 +29,8 @@ class Refusal : public Failure
 public:
     Refusal(PHN_ERROR code, const std::string& message) : Failure(kRefused, message), m_code(code) {}
     PHN_ERROR Code() const { return m_code; }
+    // The handset is gone, and further calls are in vain.
+    bool IsLoss() const { return m_code == PHN_ERROR_NO_DEVICE || m_code == PHN_ERROR_NO_SERVICE_OBJECT; }
 
 private:
     PHN_ERROR m_code;

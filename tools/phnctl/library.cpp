@@ -81,6 +81,14 @@ void Library::Bind()
     Find(m_module, "PHN_ChangeLockCode", ChangeLockCode);
     Find(m_module, "PHN_GetParameters", GetParameters);
     Find(m_module, "PHN_SetParameters", SetParameters);
+    Find(m_module, "PHN_GetFieldSizes", GetFieldSizes);
+    Find(m_module, "PHN_GetContact", GetContact);
+    Find(m_module, "PHN_SetContact", SetContact);
+    Find(m_module, "PHN_DeleteContact", DeleteContact);
+    Find(m_module, "PHN_DeleteAllContacts", DeleteAllContacts);
+    Find(m_module, "PHN_GetPictureID", GetPictureID);
+    Find(m_module, "PHN_GetRingerID", GetRingerID);
+    Find(m_module, "PHN_GetGroup", GetGroup);
 }
 
 } // namespace phnctl

@@ -33,6 +33,14 @@ public:
     decltype(&PHN_ChangeLockCode) ChangeLockCode;
     decltype(&PHN_GetParameters) GetParameters;
     decltype(&PHN_SetParameters) SetParameters;
+    decltype(&PHN_GetFieldSizes) GetFieldSizes;
+    decltype(&PHN_GetContact) GetContact;
+    decltype(&PHN_SetContact) SetContact;
+    decltype(&PHN_DeleteContact) DeleteContact;
+    decltype(&PHN_DeleteAllContacts) DeleteAllContacts;
+    decltype(&PHN_GetPictureID) GetPictureID;
+    decltype(&PHN_GetRingerID) GetRingerID;
+    decltype(&PHN_GetGroup) GetGroup;
 
 private:
     void Load(const std::string& path);

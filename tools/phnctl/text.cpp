@@ -70,17 +70,55 @@ bool IsUnsafe(unsigned code)
 
 std::string FromHandset(std::string_view text)
 {
-    return Narrow(CP_UTF8, Widen(CP_ACP, text), nullptr);
+    return FromCodePage(CP_ACP, text);
+}
+
+std::string FromCodePage(unsigned codePage, std::string_view text)
+{
+    return Narrow(CP_UTF8, Widen(codePage, text), nullptr);
+}
+
+std::string FromUtf16(std::string_view bytes, bool isBigEndian)
+{
+    std::vector<WCHAR> wide(bytes.size() / 2);
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        const auto first = static_cast<unsigned char>(bytes[2 * i]);
+        const auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
+        wide[i] = static_cast<WCHAR>(isBigEndian ? first << 8 | second : second << 8 | first);
+    }
+    return Narrow(CP_UTF8, wide, nullptr);
+}
+
+std::size_t CharacterLength(std::string_view text)
+{
+    const std::size_t length = FirstCharacter(text).length;
+    return length ? length : 1;
+}
+
+bool IsUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        if (character.length == 0)
+            return false;
+        text.remove_prefix(character.length);
+    }
+    return true;
+}
+
+std::optional<std::string> TryToHandset(const std::string& text)
+{
+    BOOL replaced = FALSE;
+    std::string result = Narrow(CP_ACP, Widen(CP_UTF8, text), &replaced);
+    return replaced || FromHandset(result) != text ? std::nullopt : std::optional(result);
 }
 
 std::string ToHandset(const std::string& text)
 {
-    BOOL replaced = FALSE;
-    std::string result = Narrow(CP_ACP, Widen(CP_UTF8, text), &replaced);
-    if (replaced || FromHandset(result) != text)
-        throw Failure(
-            kUsage, fmt::format("'{}' holds characters that have no place in code page {}", Printable(text), GetACP()));
-    return result;
+    if (auto result = TryToHandset(text))
+        return *result;
+    throw Failure(kUsage,
+                  fmt::format("'{}' holds characters that have no place in code page {}", Printable(text), GetACP()));
 }
 
 std::string Printable(std::string_view text)

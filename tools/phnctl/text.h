@@ -2,6 +2,7 @@
 // a typed text goes to the handset. Handset text is hostile: no control character of it reaches a terminal.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,18 @@ std::string FromHandset(const char (&field)[Size])
 
 // From UTF-8 to the ANSI code page. Throws Failure(kUsage) that names the text when it holds what has no place there.
 std::string ToHandset(const std::string& text);
+
+// The same, with nothing instead of a failure.
+std::optional<std::string> TryToHandset(const std::string& text);
+
+// From a code page, and from the bytes of UTF-16, to UTF-8. What means nothing there becomes the replacement character.
+std::string FromCodePage(unsigned codePage, std::string_view text);
+std::string FromUtf16(std::string_view bytes, bool isBigEndian);
+
+// Bytes of the first character; 1 for a byte that is no UTF-8. The text must not be empty.
+std::size_t CharacterLength(std::string_view text);
+
+bool IsUtf8(std::string_view text);
 
 // UTF-8 made fit for a terminal: control characters, and bytes that are no UTF-8, as \xNN or \u{NNNN}.
 std::string Printable(std::string_view text);

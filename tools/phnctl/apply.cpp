@@ -1,0 +1,74 @@
+#include "phnctl/apply.h"
+
+#include "phnctl/ending.h"
+#include "phnctl/failure.h"
+#include "phnctl/progress.h"
+
+namespace phnctl {
+
+namespace {
+
+class Writer
+{
+public:
+    Writer(const Handset& handset, const EntryKind& kind, const Inventory& inventory)
+        : m_handset(handset), m_kind(kind), m_empty(inventory.empty)
+    {
+    }
+
+    // False when the handset is lost.
+    bool Write(PlannedEntry& planned)
+    {
+        try {
+            const std::uint32_t index = planned.index ? *planned.index : NextPlace();
+            m_kind.Write(m_handset, index, planned.target);
+            planned.index = index;
+            const auto stored = m_kind.Read(m_handset, index);
+            planned.readBack = Differences(planned.target, stored ? m_kind.Storable(*stored) : Entry{});
+            planned.result = planned.readBack.empty() ? Result::Written : Result::Different;
+        } catch (const Refusal& refusal) {
+            planned.result = Result::Failed;
+            planned.problem = refusal.what();
+            return !refusal.IsLoss();
+        }
+        return true;
+    }
+
+private:
+    std::uint32_t NextPlace()
+    {
+        for (; m_next < m_empty.size(); ++m_next)
+            if (!m_kind.Read(m_handset, m_empty[m_next]))
+                return m_empty[m_next];
+        throw Refusal(PHN_ERROR_RESULT_4, "no index is left that holds nothing");
+    }
+
+    const Handset& m_handset;
+    const EntryKind& m_kind;
+    const std::vector<std::uint32_t>& m_empty;
+    std::size_t m_next = 0;
+};
+
+} // namespace
+
+void Apply(const Handset& handset, const EntryKind& kind, Plan& plan, const Inventory& inventory, bool strict)
+{
+    plan.isApplied = true;
+    const StopRequest stop;
+    Writer writer(handset, kind, inventory);
+    Progress progress("writing " + kind.Many(), plan.Count(Action::Add) + plan.Count(Action::Change));
+    for (PlannedEntry& planned : plan.entries) {
+        if (planned.action != Action::Add && planned.action != Action::Change)
+            continue;
+        if (stop.Came()) {
+            plan.isInterrupted = true;
+            return;
+        }
+        const bool goesOn = writer.Write(planned);
+        if (!goesOn || (strict && planned.result != Result::Written))
+            return;
+        progress.Step();
+    }
+}
+
+} // namespace phnctl

@@ -1,0 +1,13 @@
+// Carries out a plan: writes each entry, reads it back and compares. Used by every command that writes entries.
+#pragma once
+
+#include "phnctl/plan.h"
+
+namespace phnctl {
+
+// Leaves in the plan what came of each entry. An entry that fails does not stop the rest, unless `strict`; the loss of
+// the handset does, and so does Ctrl-C, after the entry in hand. New entries go where the inventory found nothing, one
+// place after the other; each place is looked at again first, as the handset may have put another entry there.
+void Apply(const Handset& handset, const EntryKind& kind, Plan& plan, const Inventory& inventory, bool strict);
+
+} // namespace phnctl

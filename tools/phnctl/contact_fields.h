@@ -1,0 +1,61 @@
+// What a contact of the handset is made of, under the property names that the library reads and writes: one name, at
+// most one value for each of five numbers and two addresses, three ids, the default number and the speed dials. Turns
+// wishes, which may be any number of values of any length, into what fits, and says what does not. Used by the contact
+// kind, for the handset's own text and for the cards of files alike.
+#pragma once
+
+#include "phnctl/entry.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace phnctl {
+
+namespace contact_property {
+inline constexpr const char* kName = "FN";
+inline constexpr const char* kCell = "TEL;TYPE=CELL";
+inline constexpr const char* kMobile2 = "X-PHN-MOBILE-2";
+inline constexpr const char* kHome = "TEL;TYPE=HOME";
+inline constexpr const char* kWork = "TEL;TYPE=WORK";
+inline constexpr const char* kFax = "TEL;TYPE=FAX";
+inline constexpr const char* kEmail = "EMAIL";
+inline constexpr const char* kEmail2 = "X-PHN-EMAIL-2";
+inline constexpr const char* kGroup = "X-PHN-GROUP-ID";
+inline constexpr const char* kPicture = "X-PHN-PICTURE-ID";
+inline constexpr const char* kRinger = "X-PHN-RINGER-ID";
+inline constexpr const char* kDefault = "X-PHN-DEFAULT-NO";
+inline constexpr const char* kSpeedDials = "X-PHN-SPEEDDIAL-LIST";
+// A number without a type: any place will do.
+inline constexpr const char* kAnyNumber = "TEL";
+} // namespace contact_property
+
+// The places of numbers in the order of X-PHN-DEFAULT-NO and X-PHN-SPEEDDIAL-LIST.
+inline constexpr const char* kNumberProperties[] = {contact_property::kCell, contact_property::kHome,
+                                                    contact_property::kWork, contact_property::kMobile2,
+                                                    contact_property::kFax};
+
+// One value that a contact should get.
+struct Wish
+{
+    std::string property; // one of the above
+    std::string value;    // UTF-8
+    std::string source;   // what the file calls it
+    std::size_t line = 0;
+    bool isPreferred = false; // to be the default number
+};
+
+// An entry of what fits; what does not is noted. `fits` is false when nothing can be stored: the last note says why.
+Candidate FitContact(const std::vector<Wish>& wishes);
+
+// The ids, default number and speed dials that `wanted` leaves open are those of `replaced`, or none; those that belong
+// to numbers it does not have are cleared.
+Entry CompleteContact(const Entry& wanted, const Entry* replaced);
+
+// The same fields under the library's rules: as wishes, from its vCard text, and back to such text in the code page.
+std::vector<Wish> WishesOf(const Entry& entry);
+Entry FromLibraryText(std::string_view text);
+std::string ToLibraryText(const Entry& entry);
+
+} // namespace phnctl

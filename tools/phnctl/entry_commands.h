@@ -1,0 +1,28 @@
+// The commands that every kind of entry has: list, get, put, delete, clear, export and import. A kind's file returns
+// them, with what only it has; backup and restore use the steps below.
+#pragma once
+
+#include "phnctl/command.h"
+#include "phnctl/entry_kind.h"
+#include "phnctl/plan.h"
+
+#include <string>
+#include <vector>
+
+namespace phnctl {
+
+// The kind must live as long as the program.
+std::vector<Command> EntryCommands(const EntryKind& kind);
+
+// All entries of some files, in order. Throws Failure(kUsage) when a file cannot be read.
+std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files);
+
+// --dry-run, --strict, and those of the safeguard.
+std::vector<CommandOption> WriteOptions();
+
+// Shows the plan or carries it out, as the invocation says, and prints it. The exit status: kDone when the handset then
+// holds all of it, kInterrupted after Ctrl-C, otherwise kRefused.
+int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
+             const Inventory& inventory);
+
+} // namespace phnctl

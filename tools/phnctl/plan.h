@@ -1,0 +1,63 @@
+// What an import or a restore is going to do, entry by entry, before anything is written: the heart of every write of
+// many entries. It is made from files and an inventory, shown (plan_report.h) and applied (apply.h), and the same
+// object keeps what came of it. The words and codes in it are stable: programs read them as JSON.
+#pragma once
+
+#include "phnctl/entry_kind.h"
+#include "phnctl/inventory.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace phnctl {
+
+enum class Action
+{
+    Add,
+    Change,
+    Same,       // the handset holds it already, or the file says it twice
+    CannotHold, // the notes say why
+};
+
+enum class Result
+{
+    NotTried,
+    Written,   // and read back without a difference
+    Different, // written, but the handset holds something else
+    Failed,
+};
+
+struct PlannedEntry
+{
+    Candidate from;
+    Action action = Action::Add;
+    std::optional<std::uint32_t> index; // of the handset's entry that it changes or equals; of a new one once written
+    Entry target;                       // what the handset is to hold
+    std::vector<Difference> changes;    // from what it holds now
+
+    Result result = Result::NotTried;
+    std::string problem;              // why it failed
+    std::vector<Difference> readBack; // from the target
+};
+
+struct Plan
+{
+    std::vector<PlannedEntry> entries;
+    bool isApplied = false;
+    bool isInterrupted = false;
+
+    std::size_t Count(Action action) const;
+    std::size_t Count(Action action, Result result) const;
+    // All that can be held is on the handset, and nothing was left out.
+    bool IsWhole() const;
+};
+
+// In the candidates' order. Entries that are equal meet first; then an entry changes the one with its key that has most
+// in common with it; what is left is added. No entry of the handset is used twice.
+Plan MakePlan(const EntryKind& kind, std::vector<Candidate> candidates, const Inventory& inventory);
+
+// The plan that stores one candidate under an index, whatever is there now (null: nothing).
+Plan MakePlanFor(const EntryKind& kind, Candidate candidate, std::uint32_t index, const Entry* present);
+
+} // namespace phnctl

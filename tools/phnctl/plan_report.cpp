@@ -1,0 +1,197 @@
+#include "phnctl/plan_report.h"
+
+#include "phnctl/text.h"
+
+#include <fmt/format.h>
+#include <utility>
+
+namespace phnctl {
+
+namespace {
+
+const char* Word(Action action)
+{
+    switch (action) {
+    case Action::Add:
+        return "add";
+    case Action::Change:
+        return "change";
+    case Action::Same:
+        return "same";
+    case Action::CannotHold:
+        return "cannot-hold";
+    }
+    return "";
+}
+
+const char* Word(Result result)
+{
+    switch (result) {
+    case Result::NotTried:
+        return "not-tried";
+    case Result::Written:
+        return "written";
+    case Result::Different:
+        return "different";
+    case Result::Failed:
+        return "failed";
+    }
+    return "";
+}
+
+// What a person reads at the head of a paragraph.
+const char* Heading(const Plan& plan, const PlannedEntry& planned)
+{
+    if (planned.action == Action::CannotHold)
+        return "cannot hold";
+    if (planned.action == Action::Same)
+        return "same";
+    const bool isNew = planned.action == Action::Add;
+    if (!plan.isApplied)
+        return isNew ? "add" : "change";
+    switch (planned.result) {
+    case Result::NotTried:
+        return "not reached";
+    case Result::Written:
+        return isNew ? "added" : "changed";
+    case Result::Different:
+        return "DIFFERENT";
+    case Result::Failed:
+        return "FAILED";
+    }
+    return "";
+}
+
+void AppendDifferences(std::string& text, const std::vector<Difference>& differences, const char* introduction)
+{
+    const auto shown = [](const std::string& value) { return value.empty() ? "(nothing)" : Printable(value); };
+    for (const Difference& difference : differences)
+        text += fmt::format("    {}{}: {} -> {}\n", introduction, difference.property, shown(difference.before),
+                            shown(difference.after));
+}
+
+void AppendEntry(std::string& text, const EntryKind& kind, const Plan& plan, const PlannedEntry& planned)
+{
+    const std::string place = fmt::format("{}:{}", Printable(planned.from.file), planned.from.line);
+    text += fmt::format("{:<11}  {}  {}", Heading(plan, planned), place, Printable(kind.Title(planned.from.entry)));
+    text += planned.index ? fmt::format("  (index {})\n", *planned.index) : "\n";
+    for (const Note& note : planned.from.notes)
+        text += fmt::format("    {}: {}{}{}\n", note.code, note.property.empty() ? "" : Printable(note.property) + ", ",
+                            note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
+    AppendDifferences(text, planned.changes, "");
+    AppendDifferences(text, planned.readBack, "read back differs, ");
+    if (!planned.problem.empty())
+        text += fmt::format("    {}\n", planned.problem);
+}
+
+using Amount = std::pair<std::size_t, const char*>;
+
+std::string Sentence(std::initializer_list<Amount> amounts)
+{
+    std::string text;
+    for (const auto& [count, words] : amounts)
+        if (count != 0)
+            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", count, words);
+    return text;
+}
+
+std::string Summary(const EntryKind& kind, const Plan& plan)
+{
+    const std::size_t all = plan.entries.size();
+    std::string text = fmt::format("{} {}: ", all, all == 1 ? kind.One() : kind.Many());
+    const std::size_t same = plan.Count(Action::Same);
+    const std::size_t unfit = plan.Count(Action::CannotHold);
+    if (!plan.isApplied)
+        return text +
+               Sentence({{plan.Count(Action::Add), "to add"},
+                         {plan.Count(Action::Change), "to change"},
+                         {same, "there already"},
+                         {unfit, "that the handset cannot hold"}}) +
+               ".\n";
+    const auto count = [&](Result result) {
+        return plan.Count(Action::Add, result) + plan.Count(Action::Change, result);
+    };
+    text += Sentence({{plan.Count(Action::Add, Result::Written), "added"},
+                      {plan.Count(Action::Change, Result::Written), "changed"},
+                      {same, "there already"},
+                      {unfit, "that the handset cannot hold"},
+                      {count(Result::Different), "stored otherwise than asked"},
+                      {count(Result::Failed), "failed"},
+                      {count(Result::NotTried), "not reached"}});
+    text += fmt::format(".\n{} of {} are on the handset.\n", same + count(Result::Written), all);
+    if (count(Result::NotTried) != 0)
+        text += "Run it again to go on where it stopped.\n";
+    return text;
+}
+
+Json ToJson(const std::vector<Difference>& differences)
+{
+    JsonList list;
+    for (const Difference& difference : differences)
+        list.push_back({JsonObject{
+            {"property", {difference.property}}, {"before", {difference.before}}, {"after", {difference.after}}}});
+    return {std::move(list)};
+}
+
+Json ToJson(const std::vector<Note>& notes)
+{
+    JsonList list;
+    for (const Note& note : notes)
+        list.push_back({JsonObject{{"code", {note.code}},
+                                   {"property", {note.property}},
+                                   {"line", {static_cast<std::int64_t>(note.line)}},
+                                   {"text", {note.text}}}});
+    return {std::move(list)};
+}
+
+Json ToJson(const EntryKind& kind, const PlannedEntry& planned)
+{
+    JsonObject object{{"file", {planned.from.file}},
+                      {"line", {static_cast<std::int64_t>(planned.from.line)}},
+                      {"title", {kind.Title(planned.from.entry)}},
+                      {"action", {std::string(Word(planned.action))}},
+                      {"index", planned.index ? Json{std::int64_t{*planned.index}} : Json{nullptr}},
+                      {"notes", ToJson(planned.from.notes)},
+                      {"changes", ToJson(planned.changes)},
+                      {"result", {std::string(Word(planned.result))}},
+                      {"readBack", ToJson(planned.readBack)}};
+    if (!planned.problem.empty())
+        object.emplace_back("problem", Json{planned.problem});
+    return {std::move(object)};
+}
+
+} // namespace
+
+std::string PlanText(const EntryKind& kind, const Plan& plan)
+{
+    std::string text;
+    for (const PlannedEntry& planned : plan.entries)
+        if (planned.action != Action::Same || !planned.from.notes.empty())
+            AppendEntry(text, kind, plan, planned);
+    return text + Summary(kind, plan);
+}
+
+Json PlanJson(const EntryKind& kind, const Plan& plan)
+{
+    JsonList entries;
+    for (const PlannedEntry& planned : plan.entries)
+        entries.push_back(ToJson(kind, planned));
+    const auto number = [](std::size_t count) { return Json{static_cast<std::int64_t>(count)}; };
+    const auto result = [&](Result which) {
+        return number(plan.Count(Action::Add, which) + plan.Count(Action::Change, which));
+    };
+    return {JsonObject{{"kind", {kind.Many()}},
+                       {"applied", {plan.isApplied}},
+                       {"interrupted", {plan.isInterrupted}},
+                       {"counts",
+                        {JsonObject{{"add", number(plan.Count(Action::Add))},
+                                    {"change", number(plan.Count(Action::Change))},
+                                    {"same", number(plan.Count(Action::Same))},
+                                    {"cannotHold", number(plan.Count(Action::CannotHold))},
+                                    {"written", result(Result::Written)},
+                                    {"different", result(Result::Different)},
+                                    {"failed", result(Result::Failed)}}}},
+                       {"entries", {std::move(entries)}}}};
+}
+
+} // namespace phnctl

@@ -1,0 +1,15 @@
+// A plan as people and programs read it, before it is applied and after. Used wherever a plan is made.
+#pragma once
+
+#include "phnctl/plan.h"
+
+#include <string>
+
+namespace phnctl {
+
+// One paragraph per entry that is not the same, and a sentence with the counts.
+std::string PlanText(const EntryKind& kind, const Plan& plan);
+
+Json PlanJson(const EntryKind& kind, const Plan& plan);
+
+} // namespace phnctl

@@ -1,0 +1,58 @@
+#include "phnctl/safeguard.h"
+
+#include "phnctl/failure.h"
+#include "phnctl/text.h"
+#include "phnctl/text_file.h"
+#include "system/system.h"
+
+#include <fmt/format.h>
+#include <windows.h>
+
+namespace phnctl {
+
+namespace {
+
+constexpr const char* kYes = "--yes";
+constexpr const char* kCopy = "--copy";
+constexpr const char* kNoCopy = "--no-copy";
+
+std::string CopyName(const EntryKind& kind, const std::string& before)
+{
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return fmt::format("{}-before-{}-{:04}{:02}{:02}-{:02}{:02}{:02}{}", kind.Many(), before, now.wYear, now.wMonth,
+                       now.wDay, now.wHour, now.wMinute, now.wSecond, kind.Extension());
+}
+
+} // namespace
+
+std::vector<CommandOption> SafeguardOptions()
+{
+    return {{kYes, "", "Do not ask"},
+            {kCopy, "FILE", "Where to keep a copy of what goes (default: a new file in the current folder)"},
+            {kNoCopy, "", "Keep no copy"}};
+}
+
+void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
+              std::span<const StoredEntry> entries)
+{
+    if (invocation.Has(kNoCopy) || entries.empty())
+        return;
+    const std::string file = invocation.Value(kCopy).value_or(CopyName(kind, before));
+    WriteText(PathOf(file), kind.Format(entries), Existing::Refuse);
+    fmt::print(stderr, "A copy of {} {} is in {}.\n", entries.size(), entries.size() == 1 ? kind.One() : kind.Many(),
+               Printable(file));
+}
+
+void Confirm(const Invocation& invocation, const std::string& question)
+{
+    if (invocation.Has(kYes))
+        return;
+    const auto answer = host::Ask(question + " [y/N] ");
+    if (!answer)
+        throw Failure(kUsage, "nobody can be asked on this input; say --yes to do it. Nothing was changed.");
+    if (*answer != "y" && *answer != "Y" && *answer != "yes")
+        throw Failure(kRefused, "nothing was changed.");
+}
+
+} // namespace phnctl

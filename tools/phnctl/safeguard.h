@@ -1,0 +1,26 @@
+// Nothing is deleted or replaced without having been asked for by name, and a copy is kept first. Used by every command
+// that takes something away: the options, the question and the copy are the same everywhere.
+#pragma once
+
+#include "phnctl/command.h"
+#include "phnctl/entry_kind.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace phnctl {
+
+// --yes, --copy FILE and --no-copy.
+std::vector<CommandOption> SafeguardOptions();
+
+// "contacts-before-clear-20260102-030405.vcf" in the current folder unless --copy names another file. Writes the
+// entries there and tells so on standard error. Nothing with --no-copy, or when there are no entries. Throws Failure:
+// then the caller must leave everything as it is.
+void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
+              std::span<const StoredEntry> entries);
+
+// Asks on the terminal unless --yes was given. Throws Failure when the answer is not yes, or nobody is there to answer.
+void Confirm(const Invocation& invocation, const std::string& question);
+
+} // namespace phnctl
