@@ -31,24 +31,6 @@ std::string Printable(std::u16string_view text)
 
 } // namespace
 
-void Put32(Bytes& bytes, uint32_t value)
-{
-    Put16(bytes, static_cast<uint16_t>(value));
-    Put16(bytes, static_cast<uint16_t>(value >> 16));
-}
-
-void Put16(Bytes& bytes, uint16_t value)
-{
-    bytes.push_back(static_cast<uint8_t>(value));
-    bytes.push_back(static_cast<uint8_t>(value >> 8));
-}
-
-void PutWide(Bytes& bytes, std::u16string_view text, size_t units)
-{
-    for (size_t unit = 0; unit < units; ++unit)
-        Put16(bytes, unit < text.size() ? text[unit] : uint16_t{0});
-}
-
 uint32_t Get32(const Bytes& bytes, size_t offset)
 {
     return bytes.at(offset) | static_cast<uint32_t>(bytes.at(offset + 1)) << 8 |

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "wire/record_bytes.h"
+
 struct Entry
 {
     uint32_t type = 0;
@@ -30,13 +32,6 @@ struct Contact
 
     bool operator==(const Contact&) const = default;
 };
-
-using Bytes = std::vector<uint8_t>;
-
-void Put32(Bytes& bytes, uint32_t value);
-void Put16(Bytes& bytes, uint16_t value);
-// As many units as the text has, then zeros up to the width.
-void PutWide(Bytes& bytes, std::u16string_view text, size_t units);
 
 uint32_t Get32(const Bytes& bytes, size_t offset);
 

@@ -1,0 +1,278 @@
+// The call history on a port in memory: what it asks, which lists it joins, and what of an entry reaches the host.
+#include "callhistory/call_history.h"
+
+#include <cstring>
+#include <functional>
+
+#include "link/scripted_port.h"
+#include "wire/record_bytes.h"
+
+namespace {
+
+Bytes EntryBytes(uint32_t id, std::u16string_view text = u"", uint32_t value = 0)
+{
+    Bytes bytes;
+    for (const uint32_t number : {id, 0xEEEEEEEEu, value})
+        Put32(bytes, number);
+    bytes.insert(bytes.end(), {0x17, 0x3B});
+    Put16(bytes, 0x1234);
+    bytes.insert(bytes.end(), {0xFF, 0x0C});
+    Put16(bytes, 2009);
+    bytes.resize(100, 0xEE);
+    PutWide(bytes, text, 52);
+    return bytes;
+}
+
+class CallTest : public ExchangeTest
+{
+protected:
+    void Answer(std::initializer_list<uint32_t> numbers, const Bytes& rest = {}, uint16_t status = 0)
+    {
+        Bytes reply(6, 0xEE);
+        Put16(reply, status);
+        for (const uint32_t number : numbers)
+            Put32(reply, number);
+        Append(reply, rest);
+        port_->answers.push_back({.reply = reply});
+    }
+    void AnswerEntry(uint32_t id) { Answer({0, 1}, EntryBytes(id)); }
+    void AnswerEnd() { Answer({5, 0}); }
+
+    bool Count(int32_t type, uint32_t* count) { return calls_.GetCallEntryCount(Device(), type, count); }
+    PHN_ERROR First(int32_t type)
+    {
+        return Outcome([&](PHN_ERROR* error) { return calls_.GetFirstCallEntry(Device(), type, &entry_, error); });
+    }
+    PHN_ERROR Next()
+    {
+        return Outcome([&](PHN_ERROR* error) { return calls_.GetNextCallEntry(Device(), &entry_, error); });
+    }
+    PHN_ERROR Clear(int32_t type)
+    {
+        return Outcome([&](PHN_ERROR* error) { return calls_.ClearCallEntries(Device(), type, error); });
+    }
+
+    // The command and the parameters of each request since the last call.
+    std::vector<std::vector<uint32_t>> TakeRequests()
+    {
+        std::vector<std::vector<uint32_t>> requests;
+        for (const Bytes& bytes : std::exchange(port_->requests, {})) {
+            EXPECT_EQ(Bytes(bytes.begin() + 4, bytes.begin() + 6), (Bytes{1, 0}));
+            auto& numbers = requests.emplace_back();
+            for (size_t offset = 0; offset < bytes.size(); offset += offset ? 4 : 6) {
+                uint32_t number = 0;
+                std::memcpy(&number, &bytes.at(offset), sizeof number);
+                numbers.push_back(number);
+            }
+        }
+        EXPECT_TRUE(port_->answers.empty());
+        return requests;
+    }
+
+    using Requests = std::vector<std::vector<uint32_t>>;
+
+    CCallHistory calls_;
+    PHN_CALL_ENTRY entry_{};
+
+private:
+    static PHN_ERROR Outcome(const std::function<bool(PHN_ERROR*)>& call)
+    {
+        PHN_ERROR error = PHN_ERROR_NONE;
+        if (call(&error))
+            return PHN_ERROR_NONE;
+        EXPECT_NE(error, PHN_ERROR_NONE);
+        return error;
+    }
+};
+
+TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
+{
+    const struct
+    {
+        std::u16string_view text;
+        std::string expected; // all 22 bytes
+    } cases[] = {
+        {u"", std::string(22, '\0')},
+        {u"Anna", std::string("Anna") + std::string(18, '\0')},
+        {u"\u00E9\u4E2D!", std::string("\xE9?!") + std::string(19, '\0')},
+        {u"123456789012345678901", "123456789012345678901" + std::string(1, '\0')},
+        {u"1234567890123456789012", "1234567890123456789012"},
+        {u"1234567890123456789012345678901234567890123456789012", "1234567890123456789012"},
+    };
+    for (const auto& [text, expected] : cases) {
+        Answer({0, 2}, [&] {
+            Bytes two = EntryBytes(9, text, 75);
+            Append(two, EntryBytes(10));
+            return two;
+        }());
+        entry_ = {};
+        ASSERT_EQ(First(0), PHN_ERROR_NONE);
+        EXPECT_EQ(std::string(entry_.szEntryText, sizeof entry_.szEntryText), expected);
+        EXPECT_EQ(+entry_.uSize, 84u);
+        EXPECT_EQ(+entry_.uEntry8, 75000u);
+        EXPECT_EQ(+entry_.wEntry18, 2009);
+        EXPECT_EQ(+entry_.wEntry17, 12);
+        EXPECT_EQ(+entry_.wEntry16, 255);
+        EXPECT_EQ(+entry_.wEntry12, 0x17);
+        EXPECT_EQ(+entry_.wEntry13, 0x3B);
+        EXPECT_EQ(+entry_.wEntry14, 0x1234);
+        const Bytes zeros(22);
+        EXPECT_EQ(Bytes(entry_.abyReserved30, entry_.abyReserved30 + 20), Bytes(20));
+        EXPECT_EQ(Bytes(entry_.abyReserved62, entry_.abyReserved62 + 22), zeros);
+    }
+    EXPECT_EQ(TakeRequests(), Requests(std::size(cases), {26, 4}));
+    // The entry behind the first one is asked for by the first one's id.
+    AnswerEntry(10);
+    EXPECT_EQ(Next(), PHN_ERROR_NONE);
+    EXPECT_EQ(TakeRequests(), (Requests{{27, 4, 9}}));
+    EXPECT_EQ(port_->lastTimeout, 15000u);
+}
+
+TEST_F(CallTest, CountsAreTheSumOfJoinedLists)
+{
+    const auto expect = [&](int32_t type, bool counted, uint32_t expected, const Requests& requests) {
+        uint32_t count = 77;
+        EXPECT_EQ(Count(type, &count), counted);
+        EXPECT_EQ(count, expected);
+        EXPECT_EQ(TakeRequests(), requests);
+    };
+    Answer({0, 6});
+    expect(0, true, 6, {{25, 4}});
+    Answer({0, 7});
+    expect(2, true, 7, {{25, 1}});
+    Answer({0, 3});
+    Answer({0, 2});
+    expect(1, true, 5, {{25, 2}, {25, 3}});
+    Answer({0, 3});
+    Answer({1, 2});
+    expect(1, false, 3, {{25, 2}, {25, 3}});
+    Answer({0, 2}, {}, 4);
+    expect(1, false, 0, {{25, 2}});
+}
+
+TEST_F(CallTest, ReadsJoinedListsAsOne)
+{
+    const auto expect = [&](PHN_ERROR outcome, PHN_ERROR expected, const Requests& requests) {
+        EXPECT_EQ(outcome, expected);
+        EXPECT_EQ(TakeRequests(), requests);
+    };
+    constexpr PHN_ERROR kEnd = PHN_ERROR_NO_MORE_ENTRIES;
+    AnswerEntry(11);
+    expect(First(1), 0, {{26, 2}});
+    AnswerEntry(12);
+    expect(Next(), 0, {{27, 2, 11}});
+    AnswerEnd();
+    AnswerEntry(3);
+    expect(Next(), 0, {{27, 2, 12}, {26, 3}});
+    AnswerEntry(4);
+    expect(Next(), 0, {{27, 3, 3}});
+    AnswerEnd();
+    expect(Next(), kEnd, {{27, 3, 4}});
+
+    // The first list is empty; no reply says so more than one with no entries.
+    Answer({0, 0});
+    AnswerEntry(5);
+    expect(First(1), 0, {{26, 2}, {26, 3}});
+    AnswerEnd();
+    expect(Next(), kEnd, {{27, 3, 5}});
+
+    // Both are empty. The place that was read before is still there.
+    AnswerEnd();
+    AnswerEnd();
+    expect(First(1), kEnd, {{26, 2}, {26, 3}});
+    AnswerEnd();
+    expect(Next(), kEnd, {{27, 3, 5}});
+
+    // Any other failure ends the step.
+    Answer({1, 0});
+    expect(First(1), PHN_ERROR_NOT_FOUND, {{26, 2}});
+    AnswerEntry(6);
+    expect(First(1), 0, {{26, 2}});
+    Answer({0, 1}, {}, 7);
+    expect(Next(), PHN_ERROR_STATUS_7, {{27, 2, 6}});
+    AnswerEnd();
+    Answer({3, 1});
+    expect(Next(), PHN_ERROR_COMMUNICATION, {{27, 2, 6}, {26, 3}});
+    // The end of any other list is the end.
+    AnswerEnd();
+    expect(First(2), kEnd, {{26, 1}});
+}
+
+TEST_F(CallTest, ACountEndsAReading)
+{
+    EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_ENTRIES);
+    AnswerEntry(11);
+    EXPECT_EQ(First(0), 0u);
+    Answer({0, 1});
+    uint32_t count = 0;
+    EXPECT_TRUE(Count(0, &count));
+    TakeRequests();
+    log_.TakeLines();
+    EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_ENTRIES);
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CCallHistory Comment GetNextCallEntry being executed.",
+                                       "CCallHistory Error GetNextCallEntry - GetFirstCallEntry was not called."}));
+    EXPECT_EQ(TakeRequests(), Requests());
+    // Clearing does not.
+    AnswerEntry(11);
+    EXPECT_EQ(First(0), 0u);
+    Answer({});
+    EXPECT_EQ(Clear(2), 0u);
+    AnswerEntry(12);
+    EXPECT_EQ(Next(), 0u);
+    EXPECT_EQ(TakeRequests(), (Requests{{26, 4}, {28, 1}, {27, 4, 11}}));
+}
+
+TEST_F(CallTest, ClearsBothOfJoinedLists)
+{
+    Answer({});
+    Answer({});
+    EXPECT_EQ(Clear(1), 0u);
+    EXPECT_EQ(TakeRequests(), (Requests{{28, 2}, {28, 3}}));
+    log_.TakeLines();
+    Answer({}, {}, 4);
+    EXPECT_EQ(Clear(1), PHN_ERROR_NO_SERVICE_OBJECT);
+    EXPECT_EQ(TakeRequests(), (Requests{{28, 2}}));
+    Answer({});
+    port_->answers.push_back({.reply = Bytes(7)});
+    EXPECT_EQ(Clear(1), PHN_ERROR_FAILED);
+    EXPECT_EQ(log_.TakeLines(),
+              (Lines{"CCallHistory Comment ClearCallEntries being executed.",
+                     "CCallHistory Error ClearEntry - rcRxHeader.wStatus = 4(0x4).",
+                     "CCallHistory Error ClearCallEntries - 1st ClearEntry returned false.",
+                     "CCallHistory Comment ClearCallEntries being executed.",
+                     "CCallHistory Error ClearEntry - dwRetBufferLen(7, 0x7) is less than DEV_RX_HEADER(8, 0x8).",
+                     "CCallHistory Error ClearCallEntries - 2nd ClearEntry returned false."}));
+}
+
+TEST_F(CallTest, RepliesThatHoldLessThanTheySayFail)
+{
+    const auto expect = [&](PHN_ERROR code, const std::string& line) {
+        log_.TakeLines();
+        EXPECT_EQ(First(0), code);
+        EXPECT_EQ(log_.TakeLines().back(), "CCallHistory Error GetEntry - " + line);
+        EXPECT_EQ(+entry_.uSize, 0u);
+    };
+    port_->answers.push_back({.reply = {}, .error = 121});
+    expect(PHN_ERROR_FAILED, "ExecCmd failed with dwErrSts = 121(0x79).");
+    port_->answers.push_back({.reply = Bytes(15)});
+    expect(PHN_ERROR_FAILED, "dwRetBufferLen(15, 0xF) is less than CH_RET_CNT_RES(16, 0x10).");
+    Answer({0, 1}, {}, 1);
+    expect(PHN_ERROR_FAILED, "rcRxHeader.wStatus = 1(0x1).");
+    Answer({5, 1});
+    expect(PHN_ERROR_NO_MORE_ENTRIES, "rcCHEntry.dwResult = 5(0x5).");
+    Answer({0, 0});
+    expect(PHN_ERROR_NO_MORE_ENTRIES, "rcCHEntry.dwNumOfEntries is less than or equal to 0.");
+    Answer({0, 2}, Bytes(300));
+    expect(PHN_ERROR_NO_MORE_ENTRIES, "dwPtr(300) is less than data to copy(408).");
+    Answer({0, 1}, Bytes(203));
+    expect(PHN_ERROR_NO_MORE_ENTRIES, "dwPtr(203) is less than data to copy(204).");
+    // As many entries as make their bytes a small number, if that were counted in 32 bits.
+    Answer({0, 0x40000001}, Bytes(8000));
+    expect(PHN_ERROR_NO_MORE_ENTRIES, "dwPtr(8000) is less than data to copy(204).");
+    uint32_t count = 1;
+    Answer({6, 1});
+    EXPECT_FALSE(Count(0, &count));
+    EXPECT_EQ(log_.TakeLines().back(), "CCallHistory Error GetCount - rcCHEntry.dwResult = 6(0x6).");
+}
+
+} // namespace

@@ -1,0 +1,208 @@
+// PDUs from the host: whatever the order of their items, whatever is wrong with them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "sms/message_bytes.h"
+#include "sms/pdu_decoder.h"
+
+namespace {
+
+const std::string kDigits = "1234567890*#";
+const std::string kCodes = "\x01\x02\x03\x04\x05\x06\x07\x08\x09\x0a\x0b\x0c";
+
+struct Decoded
+{
+    PHN_ERROR error = 0;
+    std::u16string address{};
+    std::u16string callback{};
+    uint32_t priority = 0;
+    uint32_t replyOption = 0;
+    std::u16string body{};
+
+    bool operator==(const Decoded&) const = default;
+};
+
+void PrintTo(const Decoded& decoded, std::ostream* out)
+{
+    *out << decoded.error << " address " << ToAnsi(decoded.address) << " callback " << ToAnsi(decoded.callback) << " "
+         << decoded.priority << " " << decoded.replyOption << " body " << ToAnsi(decoded.body);
+}
+
+// Decodes a copy that ends where the PDU ends.
+Decoded Decode(const Bytes& pdu)
+{
+    const std::unique_ptr<uint8_t[]> exact(new uint8_t[pdu.size()]);
+    std::copy(pdu.begin(), pdu.end(), exact.get());
+    PHN_SMS_MESSAGE host{};
+    host.pIS637Data = exact.get();
+    host.uSizeofData = static_cast<uint32_t>(pdu.size());
+    SMS_MESSAGE message;
+    PHN_ERROR error = PHN_ERROR_NONE;
+    if (!IS637ToText(&host, &message, &error)) {
+        EXPECT_NE(error, PHN_ERROR_NONE);
+        return {.error = error};
+    }
+    const SMS_RECORD& record = message.rcRecord;
+    EXPECT_EQ(+record.dwBodySize, 2 * message.strBody.size());
+    const DEV_DATE_TIME none{};
+    EXPECT_EQ(std::memcmp(&record.rcTime, &none, sizeof none), 0);
+    return {error,
+            record.szAddress.GetWide(),
+            record.szCallbackNumber.GetWide(),
+            record.dwPriority,
+            record.dwReplyOption,
+            message.strBody};
+}
+
+Bytes Number(uint8_t id, const std::string& form, const std::string& codes)
+{
+    return Item(id, form + Bits(static_cast<unsigned>(codes.size()), 8) + Characters(codes, 4));
+}
+Bytes Address(const std::string& codes)
+{
+    return Number(4, "00", codes);
+}
+Bytes Callback(const std::string& codes)
+{
+    return Number(0x0E, "0", codes);
+}
+Bytes UserData(const std::string& text)
+{
+    return Item(1, Bits(2, 5) + Bits(static_cast<unsigned>(text.size()), 8) + Characters(text, 7));
+}
+
+std::u16string Widen(const std::string& text)
+{
+    return std::u16string(text.begin(), text.end());
+}
+
+const Bytes kType{0};
+
+TEST(PduDecoder, UnpacksFieldsAtEveryAlignment)
+{
+    for (size_t count = 1; count <= 36; ++count) {
+        std::string codes;
+        std::string digits;
+        for (size_t i = 0; i < count; ++i) {
+            codes += kCodes[(i + count) % 12];
+            digits += kDigits[(i + count) % 12];
+        }
+        std::string text(count + (count == 36 ? 219 : 0), ' ');
+        for (size_t i = 0; i < text.size(); ++i)
+            text[i] = static_cast<char>(0x20 + (i + count) % 0x5F);
+        EXPECT_EQ(Decode(Join({kType, Address(codes), Group(8, {UserData(text), Callback(codes)})})),
+                  (Decoded{.address = Widen(digits), .callback = Widen(digits), .body = Widen(text) + u'\0'}))
+            << count;
+    }
+}
+
+TEST(PduDecoder, CodesWithoutADigitAndControlCodesBecomeTheirPictures)
+{
+    const std::string codes = "\x01\x0d\x0e\x0f";
+    EXPECT_EQ(Decode(Join({kType, Address(codes), Group(8, {UserData("\r\n\t~")})})),
+              (Decoded{.address = ToWide("1\x0d\x0e\x0f"), .body = ToWide("\r\n\t~") + u'\0'}));
+}
+
+TEST(PduDecoder, TakesItemsInAnyOrderAndSkipsUnknownOnes)
+{
+    const Bytes unknown = Item(0x77, std::string(80, '1'));
+    const Bytes empty{0x55, 0};
+    std::vector<Bytes> items{
+        UserData("Hello"), Callback("\x05\x05\x05"), {8, 1, 0xC0}, {0x0A, 1, 0x7F}, unknown, empty};
+    std::vector<size_t> order{0, 1, 2, 3, 4, 5};
+    do {
+        std::vector<Bytes> shuffled;
+        for (const size_t i : order)
+            shuffled.push_back(items[i]);
+        const Bytes bearer = Group(8, shuffled);
+        const Bytes teleservice{0, 2, 0x10, 2};
+        const Bytes pdu = order[0] % 2 ? Join({kType, teleservice, bearer, empty, unknown, Address("\x0a")})
+                                       : Join({kType, Item(0x99, std::string(255 * 8, '0')), Address("\x0a"), bearer});
+        ASSERT_EQ(Decode(pdu), (Decoded{.address = u"0",
+                                        .callback = u"555",
+                                        .priority = 3,
+                                        .replyOption = 1,
+                                        .body = std::u16string(u"Hello\0", 6)}));
+    } while (std::next_permutation(order.begin(), order.end()));
+    // Of two items with one identifier the first counts; flags without data are as good as absent.
+    EXPECT_EQ(Decode(Join({kType, Address("\x01"), Address("\x02"),
+                           Group(8, {{8, 0}, {0x0A, 2, 0x80, 0xFF}, UserData("a"), UserData("b")})})),
+              (Decoded{.address = u"1", .body = std::u16string(u"a\0", 2)}));
+}
+
+TEST(PduDecoder, RejectsWhatItDoesNotUnderstand)
+{
+    constexpr PHN_ERROR kNumber = PHN_NETWORK_ERROR_1X_CO_ACCESS_FAILURE;
+    const Bytes address = Address("\x01\x02");
+    const auto bearer = [&](const Bytes& item) { return Join({kType, address, Group(8, {item})}); };
+    const struct
+    {
+        Bytes pdu;
+        PHN_ERROR error;
+    } cases[] = {
+        {{1}, PHN_ERROR_PDU_NOT_DECODABLE},
+        {Join({{1}, address}), PHN_ERROR_PDU_NOT_DECODABLE},
+        {{0}, PHN_ERROR_PDU_NO_DESTINATION},
+        {{0, 2, 2, 0x40, 0x40}, PHN_ERROR_PDU_NO_DESTINATION},
+        {{0, 4, 2, 0x40, 0x40}, kNumber}, // data network
+        {{0, 4, 2, 0x80, 0x40}, kNumber}, // 8-bit
+        {{0, 4, 2, 0x00, 0x00}, kNumber}, // no digits
+        {{0, 4, 0}, kNumber},
+        {Join({kType, Address(std::string(37, '\x01'))}), kNumber},
+        {bearer(Callback("")), kNumber},
+        {bearer(Callback(std::string(37, '\x01'))), kNumber},
+        {bearer(Number(0x0E, "1", "\x01")), kNumber},
+        {bearer(UserData("")), PHN_ERROR_PDU_NOT_DECODABLE},
+        {bearer(Item(1, Bits(3, 5) + Bits(1, 8) + Bits(65, 7))), PHN_ERROR_PDU_NOT_DECODABLE},
+        {bearer(Item(1, Bits(0, 5) + Bits(1, 8) + Bits(65, 8))), PHN_ERROR_PDU_NOT_DECODABLE},
+    };
+    for (const auto& [pdu, error] : cases)
+        EXPECT_EQ(Decode(pdu), Decoded{.error = error}) << testing::PrintToString(pdu);
+}
+
+// Data that is shorter than its count says, whatever its length.
+TEST(PduDecoder, RejectsShortFields)
+{
+    const auto cut = [](Bytes item, size_t length) {
+        item.resize(2 + length);
+        item[1] = static_cast<uint8_t>(length);
+        return item;
+    };
+    const Bytes address = Address("\x01\x02\x03\x04\x05");
+    const Bytes callback = Callback("\x01\x02\x03\x04\x05");
+    const Bytes body = UserData("Hello");
+    for (size_t length = 0; length + 2 < address.size(); ++length)
+        EXPECT_EQ(Decode(Join({kType, cut(address, length)})), Decoded{.error = 1001}) << length;
+    for (size_t length = 0; length + 2 < callback.size(); ++length)
+        EXPECT_EQ(Decode(Join({kType, address, Group(8, {cut(callback, length)})})), Decoded{.error = 1001}) << length;
+    for (size_t length = 0; length + 2 < body.size(); ++length)
+        EXPECT_EQ(Decode(Join({kType, address, Group(8, {cut(body, length)})})), Decoded{.error = 1105}) << length;
+}
+
+// A PDU that ends early: an item that is not whole is absent, and nothing is read beyond the end.
+TEST(PduDecoder, TakesPdusThatEndAnywhere)
+{
+    const Bytes address = Address("\x01\x02\x03");
+    const Bytes bearer = Group(8, {UserData("Hello"), Callback("\x07\x07"), {8, 1, 0x40}});
+    const Bytes pdu = Join({kType, address, bearer});
+    for (size_t length = 1; length < pdu.size(); ++length)
+        EXPECT_EQ(Decode(Bytes(pdu.begin(), pdu.begin() + static_cast<long>(length))),
+                  length < 1 + address.size() ? Decoded{.error = PHN_ERROR_PDU_NO_DESTINATION}
+                                              : Decoded{.address = u"123"})
+            << length;
+    // The same inside the Bearer Data, whose own length is right.
+    for (size_t length = 0; length + 2 < bearer.size(); ++length) {
+        Bytes shortened(bearer.begin(), bearer.begin() + 2 + static_cast<long>(length));
+        shortened[1] = static_cast<uint8_t>(length);
+        Decoded expected{.address = u"123"};
+        if (length >= UserData("Hello").size())
+            expected.body = std::u16string(u"Hello\0", 6);
+        if (length >= UserData("Hello").size() + Callback("\x07\x07").size())
+            expected.callback = u"77";
+        // Bytes that follow the Bearer Data are none of its own.
+        EXPECT_EQ(Decode(Join({kType, address, shortened, Bytes(9, 0x40)})), expected) << length;
+    }
+}
+
+} // namespace

@@ -1,0 +1,344 @@
+// The message service on a port in memory: what it sends, what it makes of replies, and where its listing stands.
+#include <functional>
+
+#include "link/scripted_port.h"
+#include "sms/message_bytes.h"
+#include "sms/sms.h"
+
+namespace {
+
+constexpr uint8_t kPdu[] = {0, 4, 2, 0x00, 0x48, 8, 5, 1, 3, 0x10, 0x0C, 0x10}; // to "2", the text "A"
+
+class MessageTest : public ExchangeTest
+{
+protected:
+    static constexpr size_t kRoom = 400;
+
+    // Header, numbers and what follows them. The length that is reported counts 13 bytes more.
+    void Answer(std::initializer_list<uint32_t> numbers, const Bytes& rest = {}, uint16_t status = 0)
+    {
+        Bytes reply(6, 0xEE);
+        Put16(reply, status);
+        for (const uint32_t number : numbers)
+            Put32(reply, number);
+        Append(reply, rest);
+        port_->answers.push_back({.reply = reply, .extra = 13});
+    }
+
+    PHN_SMS_MESSAGE Outgoing(const uint8_t* pdu = kPdu, size_t length = sizeof kPdu)
+    {
+        buffer_.assign(pdu, pdu + length);
+        return Message(static_cast<uint32_t>(length));
+    }
+
+    PHN_SMS_MESSAGE Message(uint32_t size)
+    {
+        buffer_.resize(std::max<size_t>(size, buffer_.size()));
+        PHN_SMS_MESSAGE message{};
+        message.pIS637Data = buffer_.data();
+        message.uSizeofData = size;
+        return message;
+    }
+
+    // One listing step; the codes, and the index that came.
+    PHN_ERROR First(int32_t box, uint32_t room = kRoom)
+    {
+        return Step(room,
+                    [&](auto* message, auto* error) { return sms_.GetFirstMessage(Device(), box, message, error); });
+    }
+    PHN_ERROR Next(uint32_t room = kRoom)
+    {
+        return Step(room, [&](auto* message, auto* error) { return sms_.GetNextMessage(Device(), message, error); });
+    }
+
+    // A listing of box 0 that has returned message 7.
+    void Begin()
+    {
+        Answer({});
+        Answer({0, 1}, ToBytes({.index = 7}));
+        ASSERT_EQ(First(0), PHN_ERROR_NONE);
+        port_->requests.clear();
+        log_.TakeLines();
+    }
+
+    Bytes LastRequest() const { return port_->requests.back(); }
+
+    CSMS sms_;
+    Bytes buffer_;
+    PHN_SMS_MESSAGE last_{};
+
+private:
+    template <typename Call>
+    PHN_ERROR Step(uint32_t room, Call call)
+    {
+        buffer_.assign(room, 0);
+        last_ = Message(room);
+        PHN_ERROR error = PHN_ERROR_NONE;
+        const bool done = call(&last_, &error);
+        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        EXPECT_EQ(+last_.uSize, done ? sizeof last_ : 0);
+        EXPECT_EQ(+last_.uIndexValid, done ? 1u : 0u);
+        return error;
+    }
+};
+
+Bytes Request(std::initializer_list<uint32_t> numbers)
+{
+    Bytes request;
+    Put32(request, *numbers.begin());
+    Put16(request, 1);
+    for (const uint32_t* number = numbers.begin() + 1; number != numbers.end(); ++number)
+        Put32(request, *number);
+    return request;
+}
+
+TEST_F(MessageTest, CountsInTheHandsetsBoxes)
+{
+    constexpr uint32_t kBoxes[] = {0, 2, 1, 3, 4};
+    for (int32_t type = 0; type < 5; ++type) {
+        Answer({0, 0x12345678});
+        uint32_t count = 9;
+        EXPECT_TRUE(sms_.GetMessageCount(Device(), type, &count));
+        EXPECT_EQ(count, 0x12345678u);
+        EXPECT_EQ(LastRequest(), Request({15, kBoxes[type]}));
+    }
+    EXPECT_EQ(port_->lastTimeout, 15000u);
+    log_.TakeLines();
+    uint32_t count = 9;
+    Answer({1, 5});
+    EXPECT_FALSE(sms_.GetMessageCount(Device(), 0, &count));
+    EXPECT_EQ(count, 0u);
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CSMS Comment GetMessageCount being executed.",
+                                       "CSMS Error GetMessageCount - rcSMSMsg.dwResult = 1(0x1)."}));
+}
+
+TEST_F(MessageTest, SendsAndSavesTheRecordOfThePdu)
+{
+    PHN_ERROR error = PHN_ERROR_NONE;
+    const Bytes record = ToBytes({.address = u"2", .body = std::u16string(u"A\0", 2)});
+    for (const bool saved : {false, true}) {
+        PHN_SMS_MESSAGE message = Outgoing();
+        Answer({0, 0x1ABCD});
+        EXPECT_TRUE(saved ? sms_.SaveMessage(Device(), &message, &error)
+                          : sms_.SendMessage(Device(), &message, &error));
+        EXPECT_EQ(+message.uSize, sizeof message);
+        EXPECT_EQ(+message.uIndexValid, 1u);
+        EXPECT_EQ(+message.wIndex, 0xABCD);
+        Bytes expected = Join({Request({saved ? 19u : 16u}), record});
+        std::fill_n(expected.begin() + 10, 4, uint8_t{0}); // the handset's own field
+        EXPECT_EQ(LastRequest(), expected);
+    }
+    // Without Bearer Data the record travels alone.
+    PHN_SMS_MESSAGE message = Outgoing(kPdu, 5);
+    Answer({0, 1});
+    EXPECT_TRUE(sms_.SendMessage(Device(), &message, &error));
+    EXPECT_EQ(LastRequest().size(), 178u);
+}
+
+TEST_F(MessageTest, APduThatIsRejectedIsNotSent)
+{
+    const auto expect = [&](PHN_SMS_MESSAGE message, PHN_ERROR code) {
+        for (const bool saved : {false, true}) {
+            PHN_ERROR error = PHN_ERROR_NONE;
+            log_.TakeLines();
+            EXPECT_FALSE(saved ? sms_.SaveMessage(Device(), &message, &error)
+                               : sms_.SendMessage(Device(), &message, &error));
+            EXPECT_EQ(error, code);
+            EXPECT_EQ(log_.TakeLines().back(), saved ? "CSMS Error SaveMessage - Unable to decode SMS PDU"
+                                                     : "CSMS Error SendMessage - Unable to decode SMS PDU.");
+        }
+        EXPECT_EQ(+message.uSize, 0u);
+        EXPECT_EQ(+message.uIndexValid, 0u);
+    };
+    PHN_SMS_MESSAGE null{};
+    null.uSizeofData = 5;
+    expect(null, PHN_ERROR_INVALID_PARAMETER);
+    expect(Message(0), PHN_ERROR_INVALID_PARAMETER);
+    expect(Outgoing(kPdu, 3), PHN_ERROR_PDU_NO_DESTINATION);
+    EXPECT_TRUE(port_->requests.empty());
+}
+
+TEST_F(MessageTest, DeletesAndMarks)
+{
+    const auto expect = [&](const std::function<bool(PHN_ERROR*)>& call, const Bytes& request, DWORD timeout) {
+        PHN_ERROR error = PHN_ERROR_NONE;
+        Answer({0, 0});
+        EXPECT_TRUE(call(&error));
+        EXPECT_EQ(LastRequest(), request);
+        EXPECT_EQ(port_->lastTimeout, timeout);
+    };
+    expect([&](PHN_ERROR* error) { return sms_.DeleteMessage(Device(), 0x12345, error); }, Request({20, 0x2345}),
+           15000);
+    expect([&](PHN_ERROR* error) { return sms_.DeleteAllMessages(Device(), 2, error); }, Request({21, 1}), 301000);
+    expect([&](PHN_ERROR* error) { return sms_.SetMessageStatus(Device(), 0x1FFFF, 5, error); },
+           Request({22, 0xFFFF, 1}), 15000);
+    expect([&](PHN_ERROR* error) { return sms_.SetMessageStatus(Device(), 3, 0, error); }, Request({22, 3, 2}), 15000);
+}
+
+TEST_F(MessageTest, EveryOperationReportsItsFailures)
+{
+    PHN_SMS_MESSAGE message = Outgoing();
+    const struct
+    {
+        std::string name;
+        std::string result;
+        std::function<bool(PHN_ERROR*)> call;
+    } cases[] = {
+        {"SendMessage", "rcSMSMsg.dwResult", [&](auto* error) { return sms_.SendMessage(Device(), &message, error); }},
+        {"SaveMessage", "rcSMSMsg.dwResult", [&](auto* error) { return sms_.SaveMessage(Device(), &message, error); }},
+        {"DeleteMessage", "rcSMSMsg.dwResult", [&](auto* error) { return sms_.DeleteMessage(Device(), 1, error); }},
+        {"DeleteAllMessages", "rcSMSMsg.dwResult",
+         [&](auto* error) { return sms_.DeleteAllMessages(Device(), 1, error); }},
+        {"SetMessageStatus", "rcSMSMsg.dwResult",
+         [&](auto* error) { return sms_.SetMessageStatus(Device(), 1, 1, error); }},
+        {"GetMessage", "rcRxSMSMsg.dwResult",
+         [&](auto* error) {
+             const auto answer = port_->answers.back();
+             port_->answers.clear();
+             Answer({});
+             port_->answers.push_back(answer);
+             return sms_.GetFirstMessage(Device(), 1, &message, error);
+         }},
+    };
+    for (const auto& [name, result, call] : cases) {
+        const auto expect = [&](PHN_ERROR code, const std::string& line) {
+            PHN_ERROR error = PHN_ERROR_NONE;
+            EXPECT_FALSE(call(&error)) << name;
+            EXPECT_EQ(error, code) << name;
+            EXPECT_EQ(log_.TakeLines().back(), "CSMS Error " + name + " - " + line);
+            port_->answers.clear();
+        };
+        port_->answers.push_back({.reply = {}, .error = 121});
+        expect(PHN_ERROR_FAILED, "ExecCmd failed with dwErrSts = 121(0x79).");
+        port_->answers.push_back({.reply = Bytes(15)});
+        expect(PHN_ERROR_FAILED, std::string("dwRetBufferLen(15, 0xF) is less than SMS_RET_") +
+                                     (name == "GetMessage" ? "INFO" : "INDEX") + "_RES(16, 0x10).");
+        Answer({100, 1}, {}, 12);
+        expect(PHN_ERROR_STATUS_12, "rcRxHeader.wStatus = 12(0xC).");
+        Answer({1, 1});
+        expect(PHN_ERROR_MESSAGE_NOT_FOUND, result + " = 1(0x1).");
+        Answer({100, 1});
+        expect(PHN_ERROR_NO_MORE_MESSAGES, result + " = 100(0x64).");
+        Answer({6, 1});
+        expect(PHN_ERROR_FAILED, result + " = 6(0x6).");
+    }
+    EXPECT_EQ(+message.uSize, 0u);
+}
+
+TEST_F(MessageTest, AListingAsksForTheMessageAfterTheLastOne)
+{
+    Answer({});
+    Answer({0, 3}, Join({ToBytes({.index = 0x10007, .body = u"a"}), ToBytes({.index = 8}), ToBytes({.index = 9})}));
+    ASSERT_EQ(First(1), PHN_ERROR_NONE);
+    EXPECT_EQ(+last_.wIndex, 7);
+    EXPECT_EQ(port_->requests, (std::vector<Bytes>{Request({46}), Request({17, 2})}));
+    Answer({0, 1}, ToBytes({.index = 1}));
+    EXPECT_EQ(Next(), PHN_ERROR_NONE);
+    EXPECT_EQ(LastRequest(), Request({18, 2, 0x10007}));
+    // Its end leaves it as it is.
+    for (int i = 0; i < 2; ++i) {
+        log_.TakeLines();
+        Answer({0, 0});
+        EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_MESSAGES);
+        EXPECT_EQ(LastRequest(), Request({18, 2, 1}));
+        EXPECT_EQ(log_.TakeLines(),
+                  (Lines{"CSMS Comment GetNextMessage being executed.",
+                         "CSMS Error GetMessage - rcRxSMSMsg.dwNumOfSMS is less than or equal to 0."}));
+    }
+}
+
+TEST_F(MessageTest, NoOtherOperationLeavesAListingOpen)
+{
+    PHN_SMS_MESSAGE message{};
+    uint32_t count = 0;
+    PHN_ERROR error = PHN_ERROR_NONE;
+    const std::function<void()> others[] = {
+        [&] { sms_.GetMessageCount(Device(), 0, &count); },    [&] { sms_.SendMessage(Device(), &message, &error); },
+        [&] { sms_.SaveMessage(Device(), &message, &error); }, [&] { sms_.DeleteMessage(Device(), 0, &error); },
+        [&] { sms_.DeleteAllMessages(Device(), 0, &error); },  [&] { sms_.SetMessageStatus(Device(), 0, 0, &error); },
+    };
+    for (const auto& other : others) {
+        Begin();
+        other(); // fails, as no answer is there
+        port_->requests.clear();
+        log_.TakeLines();
+        EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_MESSAGES);
+        EXPECT_TRUE(port_->requests.empty());
+        EXPECT_EQ(log_.TakeLines(), (Lines{"CSMS Comment GetNextMessage being executed.",
+                                           "CSMS Error GetNextMessage - GetFirstMessage was not called."}));
+    }
+}
+
+TEST_F(MessageTest, AFailedBeginChangesNoMoreThanTheBox)
+{
+    EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_MESSAGES);
+    Begin();
+    Answer({}, {}, 4);
+    EXPECT_EQ(First(1), PHN_ERROR_NO_SERVICE_OBJECT);
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CSMS Comment GetFirstMessage being executed.",
+                                       "CSMS Error OpenBrew - rcRxHeader.wStatus = 4(0x4).",
+                                       "CSMS Error GetFirstMessage - OpenBrew returned false."}));
+    Answer({0, 0});
+    Next();
+    EXPECT_EQ(LastRequest(), Request({18, 0, 7}));
+    Answer({});
+    Answer({0, 0});
+    EXPECT_EQ(First(1), PHN_ERROR_NO_MORE_MESSAGES);
+    Answer({0, 0});
+    Next();
+    EXPECT_EQ(LastRequest(), Request({18, 2, 7}));
+}
+
+// A buffer that is too small costs no message, at the begin of a listing and within it.
+TEST_F(MessageTest, TooSmallABufferCostsNoMessage)
+{
+    const auto expectRefused = [&](PHN_ERROR error) {
+        EXPECT_EQ(error, PHN_ERROR_BUFFER_TOO_SMALL);
+        EXPECT_EQ(+last_.uSizeofData, 25u);
+        EXPECT_EQ(buffer_, Bytes(buffer_.size()));
+    };
+    const Bytes second = ToBytes({.index = 8, .callback = u"12345"});
+    Begin();
+    Answer({0, 1}, second);
+    expectRefused(Next(24));
+    Answer({0, 1}, second);
+    EXPECT_EQ(Next(25), PHN_ERROR_NONE);
+    EXPECT_EQ(LastRequest(), Request({18, 0, 7}));
+    EXPECT_EQ(+last_.wIndex, 8);
+    EXPECT_EQ(+last_.uSizeofData, 25u);
+    Answer({});
+    Answer({0, 1}, second);
+    expectRefused(First(0, 1));
+}
+
+// The handset's counts and sizes are no reason to read beyond its reply.
+TEST_F(MessageTest, AFirstMessageThatIsNotWholeFails)
+{
+    const Bytes whole = ToBytes({.index = 3, .address = u"555", .body = std::u16string(u"Hello\0", 6)});
+    for (size_t length = 0; length < whole.size(); ++length) {
+        Answer({});
+        Answer({0, 1}, Bytes(whole.begin(), whole.begin() + static_cast<long>(length)));
+        port_->answers.back().extra = 0;
+        EXPECT_EQ(First(0), PHN_ERROR_FAILED) << length;
+        EXPECT_EQ(log_.TakeLines().back(), "CSMS Error GetMessage - The first of 1(0x1) messages is not whole.");
+    }
+    EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_MESSAGES);
+    for (const uint32_t size : {14u, 0x7FFFFFFFu, 0xFFFFFF54u, 0xFFFFFFFFu}) {
+        Bytes reply = whole;
+        for (size_t i = 0; i < 4; ++i)
+            reply[168 + i] = static_cast<uint8_t>(size >> 8 * i);
+        Answer({});
+        Answer({0, 0xFFFFFFFF}, reply);
+        port_->answers.back().extra = 0;
+        EXPECT_EQ(First(0), PHN_ERROR_FAILED) << size;
+    }
+    // A count that the reply does not keep is none of the first message's concern, nor is an odd size.
+    Bytes reply = whole;
+    reply[168] = 11;
+    Answer({});
+    Answer({0, 0xFFFFFFFF}, reply);
+    EXPECT_EQ(First(0), PHN_ERROR_NONE);
+    EXPECT_EQ(+last_.wIndex, 3);
+}
+
+} // namespace
