@@ -55,6 +55,11 @@ PHN_ERROR CExportFrame::Device()
     return PHN_ERROR_NONE;
 }
 
+HWND CExportFrame::GetDeviceWindow() const
+{
+    return m_pDevice ? m_pDevice->GetWindow() : nullptr;
+}
+
 PHN_ERROR CExportFrame::ServiceMissing(const char* pszMember) const
 {
     Log.Error("%s - pInstance->%s is NULL.", m_pszExport, pszMember);

@@ -43,6 +43,9 @@ public:
     // The steps up to the open port; 0 or PHN_ERROR_NO_DEVICE.
     PHN_ERROR Device();
 
+    // The device object's window; null before Device has succeeded.
+    HWND GetDeviceWindow() const;
+
     // The steps up to the service object; 0, PHN_ERROR_NO_DEVICE or PHN_ERROR_NO_SERVICE_OBJECT.
     template <typename T>
     PHN_ERROR Service(const CServiceDescriptor<T>& Descriptor)

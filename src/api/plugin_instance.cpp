@@ -10,6 +10,7 @@
 #include "log/log.h"
 #include "phonebook/speed_dial_phonebook.h"
 #include "sms/sms.h"
+#include "status/callback.h"
 #include "status/connection_status.h"
 #include "status/setup_information.h"
 
@@ -50,6 +51,7 @@ template std::shared_ptr<CConnectionStatus> MakeService();
 template std::shared_ptr<CPhonebook> MakeService<CPhonebook, CSpeedDialPhonebook>();
 template std::shared_ptr<CSMS> MakeService();
 template std::shared_ptr<CCallHistory> MakeService();
+template std::shared_ptr<CCallback> MakeService();
 
 CPluginInstance* GetInstance()
 {
@@ -123,6 +125,8 @@ bool CPluginInstance::CreateObjects()
 
 void CPluginInstance::DestroyObjects()
 {
+    if (const auto pCallback = m_pCallbackObject.Take())
+        pCallback->Retire();
     std::apply([this](const auto&... Service) { ((this->*Service.m_pSlot).Take(), ...); }, kDeletionOrder);
 }
 
@@ -132,7 +136,14 @@ std::shared_ptr<COpenPort> CPluginInstance::GetCurrentPort()
     return pDevice ? pDevice->GetPort() : nullptr;
 }
 
-// No callback service is part of this build: nobody has registered for either.
-void CPluginInstance::NotifyDeviceState(bool) {}
+void CPluginInstance::NotifyDeviceState(bool bConnected)
+{
+    if (const auto pCallback = m_pCallbackObject.Get())
+        pCallback->NotifyDeviceState(bConnected);
+}
 
-void CPluginInstance::PollCallbacks(HWND, HANDLE) {}
+void CPluginInstance::PollCallbacks(HWND hWnd, HANDLE hDevice)
+{
+    if (const auto pCallback = m_pCallbackObject.Get())
+        pCallback->CallbackTimerFunction(hWnd, hDevice);
+}

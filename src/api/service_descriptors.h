@@ -41,7 +41,7 @@ inline constexpr CServiceDescriptor<CCallHistory> kCallHistory{
     &CPluginInstance::m_pCallHistoryObject, "m_pCallHistoryObject", "CreateObjects Call History Object",
     &MakeService<CCallHistory>};
 inline constexpr CServiceDescriptor<CCallback> kCallback{&CPluginInstance::m_pCallbackObject, "m_pCallbackObject",
-                                                         "CreateObjects Callback Object", nullptr};
+                                                         "CreateObjects Callback Object", &MakeService<CCallback>};
 
 inline constexpr std::tuple kCreationOrder{kSetup,    kConnectionStatus, kPhonebook, kSMS,
                                            kCalendar, kCallHistory,      kCallback};

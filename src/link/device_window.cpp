@@ -19,7 +19,7 @@ HINSTANCE ModuleInstance()
 
 } // namespace
 
-CDeviceWindow::CDeviceWindow() : m_uPollMessage(RegisterWindowMessageA(kPollMessage))
+CDeviceWindow::CDeviceWindow() : m_uPollMessage(GetPollMessage())
 {
     WNDCLASSA WindowClass{};
     WindowClass.lpfnWndProc = WindowProcedure;
@@ -38,6 +38,11 @@ void CDeviceWindow::EnableMessages()
 {
     if (m_hWnd)
         SetWindowLongPtrA(m_hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+UINT CDeviceWindow::GetPollMessage()
+{
+    return RegisterWindowMessageA(kPollMessage);
 }
 
 void CDeviceWindow::PumpMessage() const

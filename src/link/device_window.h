@@ -16,6 +16,9 @@ public:
     // Null when the window could not be made, or is gone.
     HWND GetWindow() const { return m_hWnd; }
 
+    // The registered message that starts the poll timer (lParam not 0) or stops it. The same number on every call.
+    static UINT GetPollMessage();
+
     // Dispatches at most one pending message of this window, if the calling thread has one.
     void PumpMessage() const;
 

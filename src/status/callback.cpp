@@ -1,0 +1,188 @@
+#include "status/callback.h"
+
+#include "common/lookup.h"
+#include "link/device_window.h"
+#include "link/exchange.h"
+#include "status/callback_records.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_CCALLBACK};
+
+constexpr ExchangeSpec kGetPhoneVariance{.pszOperation = "GetPhoneVariance",
+                                         .dwCommand = kCommandPhoneVariance,
+                                         .dwMinimum = sizeof(CB_RET_FLAGS_RES),
+                                         .pszReply = "CB_RET_FLAGS_RES("};
+
+constexpr DWORD CALLBACK_FLAG_CONNECTION = 0x0001;
+constexpr DWORD CALLBACK_FLAG_STATE_INFO = 0x0002;
+constexpr DWORD CALLBACK_FLAG_NETWORK_INFO = 0x0004;
+constexpr DWORD CALLBACK_FLAG_BATTERY_INFO = 0x0008;
+constexpr DWORD CALLBACK_FLAG_SMS = 0x0010;
+constexpr DWORD CALLBACK_FLAG_ACTIVATION = 0x0100;
+constexpr DWORD CALLBACK_FLAG_REMOVED = 0x0200;
+
+void LogSetCallback(const char* pszType, uint32_t bRemove)
+{
+    Log.Comment("SetCallback - %s = %d", pszType, bRemove);
+}
+
+} // namespace
+
+// In the order in which all are registered, and in which a tick looks at them.
+struct CCallback::SPolledType
+{
+    int32_t eCallbackType;
+    DWORD dwFlag;
+    WORD wVariance;
+    PHN_CALLBACK_FUNCTION CCallback::*pMember;
+    const char* pszType;
+    const char* pszFlag;
+    const char* pszMember;
+};
+
+const CCallback::SPolledType CCallback::s_aPolledTypes[]{
+    {PHN_CALLBACK_CONNECTION_INFO, CALLBACK_FLAG_CONNECTION, kConnectionChanged, &CCallback::m_pfnGetConnectionInfo,
+     "PHN_CALLBACK_CONNECTION_INFO", "CALLBACK_FLAG_CONNECTION", "m_pfnGetConnectionInfo"},
+    {PHN_CALLBACK_STATE_INFO, CALLBACK_FLAG_STATE_INFO, kStateChanged, &CCallback::m_pfnGetStateInfo,
+     "PHN_CALLBACK_STATE_INFO", "CALLBACK_FLAG_STATE_INFO", "m_pfnGetStateInfo"},
+    {PHN_CALLBACK_NETWORK_INFO, CALLBACK_FLAG_NETWORK_INFO, kNetworkChanged, &CCallback::m_pfnGetNetworkInfo,
+     "PHN_CALLBACK_NETWORK_INFO", "CALLBACK_FLAG_NETWORK_INFO", "m_pfnGetNetworkInfo"},
+    {PHN_CALLBACK_BATTERY_INFO, CALLBACK_FLAG_BATTERY_INFO, kBatteryChanged, &CCallback::m_pfnGetBatteryInfo,
+     "PHN_CALLBACK_BATTERY_INFO", "CALLBACK_FLAG_BATTERY_INFO", "m_pfnGetBatteryInfo"},
+    {PHN_CALLBACK_SMS, CALLBACK_FLAG_SMS, kMessagesChanged, &CCallback::m_pfnGetMessageCount, "PHN_CALLBACK_SMS",
+     "CALLBACK_FLAG_SMS", "m_pfnGetMessageCount"},
+    {PHN_CALLBACK_ACTIVATION, CALLBACK_FLAG_ACTIVATION, kActivationChanged, &CCallback::m_pfnActivation,
+     "PHN_CALLBACK_ACTIVATION", "CALLBACK_FLAG_ACTIVATION", "m_pfnActivation"},
+};
+
+CCallback::~CCallback()
+{
+    if (m_hNotifyWnd && !m_bRetired)
+        PostPollMessage(0);
+}
+
+bool CCallback::SetCallback(HWND hWnd, HANDLE, int32_t eCallbackType, PHN_CALLBACK_FUNCTION pfnCallback,
+                            uint32_t bRemove, PHN_ERROR* pError)
+{
+    *pError = PHN_ERROR_NONE;
+    m_hNotifyWnd = hWnd;
+    if (eCallbackType == PHN_CALLBACK_ALL) {
+        for (const SPolledType& Type : s_aPolledTypes)
+            SetPolled(Type, pfnCallback, bRemove);
+        SetRemoved(pfnCallback, bRemove);
+    } else if (eCallbackType == PHN_CALLBACK_REMOVED) {
+        SetRemoved(pfnCallback, bRemove);
+    } else if (const auto* pType = FindFirst(s_aPolledTypes, &SPolledType::eCallbackType, eCallbackType)) {
+        SetPolled(*pType, pfnCallback, bRemove);
+    } else {
+        *pError = PHN_ERROR_NOT_SUPPORTED;
+        return false;
+    }
+    return true;
+}
+
+void CCallback::SetPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove)
+{
+    LogSetCallback(Type.pszType, bRemove);
+    CLock Lock(g_csCallbackPoll);
+    if (bRemove)
+        RemovePolled(Type);
+    else
+        RegisterPolled(Type, pfnCallback);
+}
+
+void CCallback::RegisterPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback)
+{
+    if (m_bRetired || m_dwFlags & Type.dwFlag)
+        return;
+    m_dwFlags |= Type.dwFlag;
+    ++m_nPollUsers;
+    if (this->*Type.pMember)
+        return;
+    this->*Type.pMember = pfnCallback;
+    if (m_nPollUsers == 1)
+        PostPollMessage(1);
+}
+
+void CCallback::RemovePolled(const SPolledType& Type)
+{
+    if (!(m_dwFlags & Type.dwFlag))
+        return;
+    m_dwFlags &= ~Type.dwFlag;
+    if (m_nPollUsers > 0)
+        --m_nPollUsers;
+    if (!(this->*Type.pMember))
+        return;
+    this->*Type.pMember = nullptr;
+    if (m_nPollUsers == 0)
+        PostPollMessage(0);
+}
+
+void CCallback::SetRemoved(PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove)
+{
+    LogSetCallback("PHN_CALLBACK_REMOVED", bRemove);
+    CLock Lock(g_csCallbackRemoved);
+    if (bRemove) {
+        m_dwFlags &= ~CALLBACK_FLAG_REMOVED;
+        m_pfnRemoved = nullptr;
+    } else if (!m_bRetired && !(m_dwFlags & CALLBACK_FLAG_REMOVED)) {
+        m_dwFlags |= CALLBACK_FLAG_REMOVED;
+        if (!m_pfnRemoved)
+            m_pfnRemoved = pfnCallback;
+    }
+}
+
+void CCallback::PostPollMessage(LPARAM lStart) const
+{
+    PostMessageA(m_hNotifyWnd, CDeviceWindow::GetPollMessage(), 0, lStart);
+}
+
+bool CCallback::GetPhoneVariance(HANDLE hDevice, WORD* pwFlags)
+{
+    Log.Comment("GetPhoneVariance being executed.");
+    CExchange Exchange(Log, kGetPhoneVariance);
+    PHN_ERROR weError = PHN_ERROR_NONE;
+    if (!Exchange.Run(hDevice, {}, &weError))
+        return false;
+    *pwFlags = Exchange.GetReply().Load<CB_RET_FLAGS_RES>().wFlags;
+    return true;
+}
+
+void CCallback::CallbackTimerFunction(HWND hWnd, HANDLE hDevice)
+{
+    if (!hWnd || !hDevice)
+        return;
+    WORD wFlags = 0;
+    GetPhoneVariance(hDevice, &wFlags); // a failed read is logged, and leaves nothing to call
+    for (const SPolledType& Type : s_aPolledTypes) {
+        if (!(m_dwFlags & Type.dwFlag) || !(wFlags & Type.wVariance))
+            continue;
+        CLock Lock(g_csCallbackPoll);
+        const PHN_CALLBACK_FUNCTION pfnCallback = this->*Type.pMember;
+        Log.Comment("CallbackTimerFunction - %s bit set with %s = 0x%X", Type.pszFlag, Type.pszMember, pfnCallback);
+        if (pfnCallback)
+            pfnCallback(static_cast<uint32_t>(Type.eCallbackType));
+    }
+}
+
+void CCallback::NotifyDeviceState(bool bConnected)
+{
+    if (bConnected || !(m_dwFlags & CALLBACK_FLAG_REMOVED))
+        return;
+    CLock Lock(g_csCallbackRemoved);
+    if (m_pfnRemoved)
+        m_pfnRemoved(PHN_CALLBACK_REMOVED);
+}
+
+void CCallback::Retire()
+{
+    if (m_hNotifyWnd)
+        PostPollMessage(0);
+    m_bRetired = true;
+    m_dwFlags = 0;
+    m_nPollUsers = 0;
+    m_pfnRemoved = nullptr;
+    for (const SPolledType& Type : s_aPolledTypes)
+        this->*Type.pMember = nullptr;
+}
