@@ -6,6 +6,17 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
+void DispatchPending()
+{
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
+        DispatchMessageA(&message);
+}
+
+} // namespace
+
 std::vector<std::string> LogReader::Take()
 {
     std::string text;
@@ -45,6 +56,29 @@ void HandsetTest::StartService()
     if (const PHN_ERROR error = CALL(PHN_Startup)())
         throw std::runtime_error("PHN_Startup: " + std::to_string(error));
     bench_.TakeLog();
+}
+
+bool HandsetTest::PumpUntil(const std::function<bool()>& condition)
+{
+    for (int turn = 0; turn < 1000; ++turn) {
+        if (condition())
+            return true;
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+        DispatchPending();
+    }
+    return false;
+}
+
+void HandsetTest::RunFor(DWORD milliseconds)
+{
+    DispatchPending();
+    const UINT_PTR timer = SetTimer(nullptr, 0, milliseconds, nullptr);
+    TestBench::AdvanceClock(milliseconds);
+    MSG message{};
+    while (GetMessageA(&message, nullptr, 0, 0) > 0 && (message.message != WM_TIMER || message.wParam != timer))
+        DispatchMessageA(&message);
+    KillTimer(nullptr, timer);
+    DispatchPending();
 }
 
 void* HandsetTest::FindAddress(const char* name) const

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -50,7 +51,12 @@ public:
 
     // Publishes the handset as a USB interface. A library that is loaded then opens it at once.
     void Plug();
+    // Takes the interface away. The library notices as its messages are dispatched.
+    void Unplug();
     simulator::Handset& Handset();
+
+    // Lets that time pass for the library and for this thread's timers where a test rules the clock.
+    static void AdvanceClock(DWORD milliseconds);
 
 private:
     struct World;
@@ -65,6 +71,11 @@ protected:
     void Load();
     // Plugs the handset in, loads the library and starts the service; the log is taken.
     void StartService();
+
+    // Dispatch this thread's messages: until the condition holds (false if it does not within ten seconds), or for that
+    // long by the timers' clock.
+    static bool PumpUntil(const std::function<bool()>& condition);
+    static void RunFor(DWORD milliseconds);
 
     template <typename Function>
     Function* Find(const char* name) const

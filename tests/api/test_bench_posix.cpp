@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "phn_platform_test.h"
 #include "simulator/simulator.h"
 
 namespace fs = std::filesystem;
@@ -77,6 +78,16 @@ std::vector<std::string> TestBench::TakeLog()
 void TestBench::Plug()
 {
     world_->simulator->Start();
+}
+
+void TestBench::Unplug()
+{
+    world_->simulator->Unplug();
+}
+
+void TestBench::AdvanceClock(DWORD milliseconds)
+{
+    platform_test::AdvanceClock(milliseconds);
 }
 
 simulator::Handset& TestBench::Handset()

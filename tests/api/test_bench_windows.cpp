@@ -65,6 +65,14 @@ void TestBench::Plug()
     driver::SendDeviceChange(DBT_DEVICEARRIVAL);
 }
 
+void TestBench::Unplug()
+{
+    driver::SetInterfacePresent(false);
+    driver::SendDeviceChange(DBT_DEVICEREMOVECOMPLETE);
+}
+
+void TestBench::AdvanceClock(DWORD) {} // there is one clock, and it runs
+
 simulator::Handset& TestBench::Handset()
 {
     return world_->handset.Control();

@@ -64,19 +64,6 @@ protected:
         clock.join();
         return error;
     }
-
-    bool PumpUntil(const std::function<bool()>& condition)
-    {
-        for (int turn = 0; turn < 1000; ++turn) {
-            if (condition())
-                return true;
-            MSG message;
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-            while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-                DispatchMessageA(&message);
-        }
-        return false;
-    }
 };
 
 } // namespace

@@ -1,0 +1,163 @@
+// Callbacks as a host gets them: when the poll runs, on which thread, what the loss of the handset and the end of the
+// service do to them, and that a function is never called once its removal has returned.
+#include <atomic>
+#include <thread>
+
+#include "api/handset_fixture.h"
+#include "callback/host_functions.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+using Types = std::vector<uint32_t>;
+
+constexpr uint32_t kCallbackLines = 0x40FF;
+constexpr uint32_t kVariance = 49;
+constexpr DWORD kTick = 2050; // one poll, and a little
+
+class CallbackTest : public HandsetTest
+{
+protected:
+    CallbackTest()
+    {
+        bench_.SetLoggingLevel(kCallbackLines);
+        StartService();
+    }
+    ~CallbackTest() override
+    {
+        SetAction({});
+        TakeTypes();
+    }
+
+    PHN_ERROR Set(int32_t type, uint32_t remove = 0) { return CALL(PHN_SetCallback)(type, Tell, remove); }
+
+    PHN_ERROR Battery()
+    {
+        PHN_BATTERY_INFO info{};
+        info.uSize = sizeof info;
+        return CALL(PHN_GetBatteryInfo)(&info);
+    }
+
+    void Report(uint16_t flags)
+    {
+        bench_.Handset().Change(0, [=](simulator::Phone& phone) { phone.variance = flags; });
+    }
+
+    uint64_t Polls() { return bench_.Handset().Requests(kVariance); }
+};
+
+} // namespace
+
+TEST_F(CallbackTest, OnePollPerTwoSecondsTellsOnTheLoadingThread)
+{
+    EXPECT_EQ(Set(PHN_CALLBACK_REMOVED), PHN_ERROR_NONE);
+    Report(0x01FF);
+    RunFor(kTick);
+    EXPECT_EQ(Polls(), 0u) << "the removal is not polled";
+
+    std::thread([this] { EXPECT_EQ(Set(PHN_CALLBACK_ALL), PHN_ERROR_NONE); }).join();
+    const uint64_t before = bench_.Handset().Requests();
+    RunFor(kTick);
+    RunFor(kTick);
+    EXPECT_EQ(bench_.Handset().Requests() - before, 2u) << "the polls and nothing else";
+    EXPECT_EQ(Polls(), 2u);
+    Types types;
+    for (const Told& told : TakeTold()) {
+        types.push_back(told.type);
+        EXPECT_EQ(told.thread, GetCurrentThreadId());
+    }
+    EXPECT_EQ(types, (Types{1, 2, 3, 4, 5, 9})) << "reported once";
+
+    EXPECT_EQ(Set(PHN_CALLBACK_ALL, 1), PHN_ERROR_NONE);
+    RunFor(kTick);
+    EXPECT_EQ(Polls(), 2u);
+}
+
+TEST_F(CallbackTest, EachCallIsLoggedWithItsFunctionAndAFailedPollCallsNothing)
+{
+    Set(PHN_CALLBACK_BATTERY_INFO);
+    bench_.Handset().AddFault("status=9@49*1");
+    Report(0x0040);
+    bench_.TakeLog();
+    RunFor(kTick);
+    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCallback\tComment\tGetPhoneVariance being executed.",
+                                       "CCallback\tError\tGetPhoneVariance - rcRxHeader.wStatus = 9(0x9)."}));
+    Report(0x0040);
+    RunFor(kTick);
+    char line[160];
+    std::snprintf(line, sizeof line,
+                  "CCallback\tComment\tCallbackTimerFunction - CALLBACK_FLAG_BATTERY_INFO bit set with "
+                  "m_pfnGetBatteryInfo = 0x%X",
+                  static_cast<unsigned>(reinterpret_cast<uintptr_t>(&Tell)));
+    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCallback\tComment\tGetPhoneVariance being executed.", line}));
+    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_BATTERY_INFO});
+}
+
+TEST_F(CallbackTest, TheLossIsToldBeforeTheServicesGoAndEndsEveryRegistration)
+{
+    Set(PHN_CALLBACK_ALL);
+    PHN_ERROR inside = PHN_ERROR_NONE;
+    SetAction([&](uint32_t) { inside = CALL(PHN_GetNetworkErrorString)(0, std::string(40, ' ').data(), 40); });
+    bench_.Unplug();
+    ASSERT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
+    EXPECT_EQ(inside, PHN_ERROR_INVALID_PARAMETER) << "the service object was there, the code has no text";
+    const std::vector<Told> told = TakeTold();
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_EQ(told[0].type, uint32_t{PHN_CALLBACK_REMOVED});
+    EXPECT_EQ(told[0].thread, GetCurrentThreadId());
+
+    SetAction({});
+    bench_.Plug();
+    ASSERT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_SERVICE_OBJECT; }));
+    ASSERT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    Report(0x01FF);
+    const uint64_t polls = Polls();
+    RunFor(kTick);
+    EXPECT_EQ(Polls(), polls);
+    Set(PHN_CALLBACK_SMS);
+    RunFor(kTick);
+    EXPECT_EQ(Polls(), polls + 1);
+    bench_.Unplug();
+    ASSERT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
+    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_SMS});
+}
+
+TEST_F(CallbackTest, AFunctionMayEndTheServiceAndNothingIsCalledAfterIt)
+{
+    Set(PHN_CALLBACK_ALL);
+    SetAction([this](uint32_t) { EXPECT_EQ(CALL(PHN_Shutdown)(), PHN_ERROR_NONE); });
+    Report(0x01FF);
+    RunFor(kTick);
+    RunFor(kTick);
+    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_CONNECTION_INFO});
+    EXPECT_EQ(Polls(), 1u);
+    bench_.Unplug();
+    ASSERT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
+    EXPECT_EQ(TakeTypes(), Types{});
+}
+
+TEST_F(CallbackTest, ARemovalReturnsWhenTheFunctionHasEnded)
+{
+    Set(PHN_CALLBACK_STATE_INFO);
+    std::atomic<bool> running = false;
+    std::thread remover;
+    SetAction([&](uint32_t) {
+        running = true;
+        const HANDLE started = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+        remover = std::thread([&, started] {
+            SetEvent(started);
+            EXPECT_EQ(Set(PHN_CALLBACK_STATE_INFO, 1), PHN_ERROR_NONE);
+            EXPECT_FALSE(running);
+        });
+        WaitForSingleObject(started, INFINITE);
+        bench_.Handset().AddFault("delay=100@5*1"); // a removal that waits for nobody would be over long before
+        EXPECT_EQ(Battery(), PHN_ERROR_NONE);
+        CloseHandle(started);
+        running = false;
+    });
+    Report(0x0020);
+    RunFor(kTick);
+    ASSERT_TRUE(remover.joinable());
+    remover.join();
+    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_STATE_INFO});
+}

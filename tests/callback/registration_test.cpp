@@ -1,0 +1,219 @@
+// The callback object alone: which registrations post the poll message, what a registration keeps, what a reply must
+// look like, and what is left when the object is released.
+#include <optional>
+
+#include "callback/host_functions.h"
+#include "link/device_window.h"
+#include "link/scripted_port.h"
+#include "status/callback.h"
+
+namespace {
+
+using Types = std::vector<uint32_t>;
+using Posts = std::vector<LPARAM>;
+
+constexpr char kClass[] = "registration test";
+
+class RegistrationTest : public ExchangeTest
+{
+protected:
+    RegistrationTest()
+    {
+        CreateCallbackLocks();
+        WNDCLASSA windowClass{};
+        windowClass.lpfnWndProc = DefWindowProcA;
+        windowClass.lpszClassName = kClass;
+        RegisterClassA(&windowClass);
+        window_ = CreateWindowExA(0, kClass, "", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        callback_.emplace();
+    }
+    ~RegistrationTest() override
+    {
+        callback_.reset();
+        DestroyWindow(window_);
+        UnregisterClassA(kClass, nullptr);
+        DestroyCallbackLocks();
+        TakeTypes();
+    }
+
+    PHN_ERROR Set(int32_t type, uint32_t remove = 0, PHN_CALLBACK_FUNCTION function = Tell)
+    {
+        PHN_ERROR error = 0xAAAA;
+        const bool done = callback_->SetCallback(window_, Device(), type, function, remove, &error);
+        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        return error;
+    }
+
+    // What the window was told to do since the last call: 1 to start polling, 0 to stop.
+    Posts TakePosts()
+    {
+        Posts posts;
+        MSG message;
+        while (PeekMessageA(&message, window_, 0, 0, PM_REMOVE)) {
+            EXPECT_EQ(message.message, RegisterWindowMessageA("WM_CALLBACK_POLL_MSG"));
+            EXPECT_EQ(message.wParam, 0u);
+            posts.push_back(message.lParam);
+        }
+        return posts;
+    }
+
+    // One tick at which the handset reports these flags.
+    Types Tick(uint16_t flags)
+    {
+        port_->answers.push_back(
+            {{0, 0, 0, 0, 0, 0, 0, 0, static_cast<uint8_t>(flags), static_cast<uint8_t>(flags >> 8)}});
+        callback_->CallbackTimerFunction(window_, Device());
+        return TakeTypes();
+    }
+
+    void Retire()
+    {
+        CCallbackLocks locks;
+        callback_->Retire();
+    }
+
+    HWND window_;
+    std::optional<CCallback> callback_;
+};
+
+} // namespace
+
+TEST_F(RegistrationTest, PollingRunsFromTheFirstPolledRegistrationToTheLastRemoval)
+{
+    const struct
+    {
+        int32_t type;
+        uint32_t remove;
+        Posts posts;
+    } steps[] = {
+        {PHN_CALLBACK_NETWORK_INFO, 1, {}},                                      // was never registered
+        {PHN_CALLBACK_REMOVED, 0, {}},                                           // is not polled
+        {PHN_CALLBACK_NETWORK_INFO, 0, {1}}, {PHN_CALLBACK_NETWORK_INFO, 0, {}}, // counts once
+        {PHN_CALLBACK_SMS, 0, {}},           {PHN_CALLBACK_NETWORK_INFO, 2, {}}, {PHN_CALLBACK_NETWORK_INFO, 2, {}},
+        {PHN_CALLBACK_SMS, 1, {0}},          {PHN_CALLBACK_REMOVED, 1, {}},      {PHN_CALLBACK_ALL, 0, {1}},
+        {PHN_CALLBACK_BATTERY_INFO, 1, {}},  {PHN_CALLBACK_ALL, 1, {0}},
+    };
+    for (const auto& step : steps) {
+        EXPECT_EQ(Set(step.type, step.remove), PHN_ERROR_NONE);
+        EXPECT_EQ(TakePosts(), step.posts) << &step - steps;
+    }
+}
+
+TEST_F(RegistrationTest, AllTypesAreTakenInTheirOrderAndAnUnknownOneChangesNothing)
+{
+    log_.TakeLines();
+    for (const int32_t type : {6, 7, 8, 11, 14, 15, 16}) {
+        EXPECT_EQ(Set(type), PHN_ERROR_NOT_SUPPORTED);
+        EXPECT_EQ(Set(type, 1), PHN_ERROR_NOT_SUPPORTED);
+    }
+    EXPECT_EQ(log_.TakeLines(), Lines{});
+    EXPECT_EQ(Set(PHN_CALLBACK_ALL, 7), PHN_ERROR_NONE);
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CCallback Comment SetCallback - PHN_CALLBACK_CONNECTION_INFO = 7",
+                                       "CCallback Comment SetCallback - PHN_CALLBACK_STATE_INFO = 7",
+                                       "CCallback Comment SetCallback - PHN_CALLBACK_NETWORK_INFO = 7",
+                                       "CCallback Comment SetCallback - PHN_CALLBACK_BATTERY_INFO = 7",
+                                       "CCallback Comment SetCallback - PHN_CALLBACK_SMS = 7",
+                                       "CCallback Comment SetCallback - PHN_CALLBACK_ACTIVATION = 7",
+                                       "CCallback Comment SetCallback - PHN_CALLBACK_REMOVED = 7"}));
+    EXPECT_EQ(TakePosts(), Posts{});
+}
+
+TEST_F(RegistrationTest, TheFirstFunctionOfATypeStaysUntilItIsRemoved)
+{
+    for (const int32_t type : {PHN_CALLBACK_NETWORK_INFO, PHN_CALLBACK_REMOVED}) {
+        Set(type);
+        Set(type, 0, TellOther);
+    }
+    EXPECT_EQ(Tick(0x0003), Types{3});
+    callback_->NotifyDeviceState(true);
+    EXPECT_EQ(TakeTypes(), Types{});
+    callback_->NotifyDeviceState(false);
+    EXPECT_EQ(TakeTypes(), Types{10});
+    for (const int32_t type : {PHN_CALLBACK_NETWORK_INFO, PHN_CALLBACK_REMOVED}) {
+        Set(type, 1, TellOther); // whatever function it names
+        Set(type, 0, TellOther);
+    }
+    EXPECT_EQ(Tick(0x0001), Types{103});
+    callback_->NotifyDeviceState(false);
+    EXPECT_EQ(TakeTypes(), Types{110});
+}
+
+TEST_F(RegistrationTest, ATickCallsWhatIsRegisteredAndHasChanged)
+{
+    const struct
+    {
+        int32_t registered;
+        uint16_t flags;
+        Types told;
+    } rows[] = {
+        {PHN_CALLBACK_CONNECTION_INFO, 0x0010, {1}},
+        {PHN_CALLBACK_CONNECTION_INFO, 0x0003, {}},
+        {PHN_CALLBACK_STATE_INFO, 0x0020, {2}},
+        {PHN_CALLBACK_NETWORK_INFO, 0x0008, {3}},
+        {PHN_CALLBACK_NETWORK_INFO, 0x01F0, {}},
+        {PHN_CALLBACK_BATTERY_INFO, 0x0040, {4}},
+        {PHN_CALLBACK_SMS, 0x0080, {5}},
+        {PHN_CALLBACK_ACTIVATION, 0x0100, {9}},
+        {PHN_CALLBACK_REMOVED, 0xFFFF, {}},
+        {PHN_CALLBACK_ALL, 0x01FF, {1, 2, 3, 4, 5, 9}},
+        {PHN_CALLBACK_ALL, 0xFE00, {}},
+    };
+    for (const auto& row : rows) {
+        Set(row.registered);
+        EXPECT_EQ(Tick(row.flags), row.told) << row.registered << ' ' << row.flags;
+        Set(PHN_CALLBACK_ALL, 1);
+    }
+    EXPECT_EQ(port_->requests.back(), (Bytes{49, 0, 0, 0, 1, 0}));
+    EXPECT_EQ(port_->lastTimeout, 15000u);
+
+    const size_t asked = port_->requests.size();
+    callback_->CallbackTimerFunction(nullptr, Device());
+    callback_->CallbackTimerFunction(window_, nullptr);
+    EXPECT_EQ(port_->requests.size(), asked);
+}
+
+TEST_F(RegistrationTest, AReplyThatCannotBeReadTellsNothing)
+{
+    const Bytes full{0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 1};
+    const Bytes refused{0, 0, 0, 0, 0, 0, 4, 0, 0xFF, 1};
+    const struct
+    {
+        Answer answer;
+        const char* line;
+    } rows[] = {
+        {{full, 7}, "CCallback Error GetPhoneVariance - ExecCmd failed with dwErrSts = 7(0x7)."},
+        {{Bytes(full.begin(), full.end() - 1)},
+         "CCallback Error GetPhoneVariance - dwRetBufferLen(9, 0x9) is less than CB_RET_FLAGS_RES(10, 0xA)."},
+        {{refused}, "CCallback Error GetPhoneVariance - rcRxHeader.wStatus = 4(0x4)."},
+    };
+    Set(PHN_CALLBACK_ALL);
+    for (const auto& row : rows) {
+        port_->answers = {row.answer};
+        log_.TakeLines();
+        callback_->CallbackTimerFunction(window_, Device());
+        const Lines lines = log_.TakeLines();
+        EXPECT_EQ(lines.front(), "CCallback Comment GetPhoneVariance being executed.");
+        EXPECT_EQ(lines.back(), row.line);
+        EXPECT_EQ(TakeTypes(), Types{});
+    }
+}
+
+TEST_F(RegistrationTest, AReleasedObjectStopsThePollOnceAndRegistersNothingMore)
+{
+    callback_.emplace(); // never used: there is nothing to stop
+    EXPECT_EQ(TakePosts(), Posts{});
+    Set(PHN_CALLBACK_BATTERY_INFO);
+    callback_.emplace();
+    EXPECT_EQ(TakePosts(), (Posts{1, 0}));
+
+    Set(PHN_CALLBACK_ALL);
+    Retire();
+    EXPECT_EQ(TakePosts(), (Posts{1, 0}));
+    // A host's thread that came in before still holds the object.
+    EXPECT_EQ(Set(PHN_CALLBACK_ALL), PHN_ERROR_NONE);
+    EXPECT_EQ(Tick(0x01FF), Types{});
+    callback_->NotifyDeviceState(false);
+    callback_.reset();
+    EXPECT_EQ(TakeTypes(), Types{});
+    EXPECT_EQ(TakePosts(), Posts{});
+}
