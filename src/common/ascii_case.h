@@ -36,7 +36,8 @@ inline bool BeginsIgnoringCase(std::string_view strText, std::string_view strBeg
 // Where the text first holds what is sought; npos if it does not.
 inline size_t FindIgnoringCase(std::string_view strText, std::string_view strSought)
 {
-    const auto itFound = std::ranges::search(strText, strSought, {}, ToUpper, ToUpper).begin();
+    const auto itFound = std::search(strText.begin(), strText.end(), strSought.begin(), strSought.end(),
+                                     [](char cLeft, char cRight) { return ToUpper(cLeft) == ToUpper(cRight); });
     return itFound == strText.end() && !strSought.empty() ? std::string_view::npos
                                                           : static_cast<size_t>(itFound - strText.begin());
 }
