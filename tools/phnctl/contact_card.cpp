@@ -197,7 +197,8 @@ void AppendCard(std::string& text, const Entry& contact)
     if (!name)
         text += "FN:\r\n";
     for (const EntryField& field : contact.fields)
-        AppendFolded(text, fmt::format("{}:{}", field.property, Escaped(field.value)));
+        AppendFolded(text, fmt::format("{}:{}", field.property,
+                                       field.property == kSpeedDials ? field.value : Escaped(field.value)));
     text += "END:VCARD\r\n";
 }
 

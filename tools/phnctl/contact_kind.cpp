@@ -2,9 +2,12 @@
 
 #include "phnctl/contact_card.h"
 #include "phnctl/contact_fields.h"
+#include "phnctl/number.h"
 #include "phnctl/text.h"
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <iterator>
 
 namespace phnctl {
 
@@ -20,19 +23,52 @@ std::string ValueOf(const Entry& entry, const char* property)
     return value ? *value : std::string();
 }
 
-// The name that the handset gives to an id, behind it.
-template <class Record>
-Field NamedId(const Handset& handset, PHN_ERROR(PHN_CALL* call)(std::uint32_t, Record*), const char* key,
-              const char* label, const std::string& id)
+struct PropertyLabel
 {
-    Field field(key, label, id);
+    const char* property;
+    const char* label;
+};
+
+constexpr PropertyLabel kLabels[] = {{kName, "Name"},
+                                     {kCell, "Mobile"},
+                                     {kMobile2, "Second mobile"},
+                                     {kHome, "Home"},
+                                     {kWork, "Work"},
+                                     {kFax, "Fax"},
+                                     {kEmail, "E-mail"},
+                                     {kEmail2, "Second e-mail"},
+                                     {kGroup, "Group"},
+                                     {kPicture, "Picture"},
+                                     {kRinger, "Ringer"},
+                                     {kDefault, "Default number"},
+                                     {kSpeedDials, "Speed dials"}};
+
+std::string LabelOf(const std::string& property)
+{
+    const auto* found = std::find_if(std::begin(kLabels), std::end(kLabels),
+                                     [&](const PropertyLabel& item) { return property == item.property; });
+    return found == std::end(kLabels) ? property : found->label;
+}
+
+// A value, and in front of it what it stands for.
+Field WithMeaning(const char* property, const std::string& value, const std::string& meaning)
+{
+    Field field(property, LabelOf(property), value);
+    field.value = {JsonObject{{"value", {value}}, {"name", {meaning}}}};
+    if (!meaning.empty())
+        field.shown = fmt::format("{} ({})", meaning, value);
+    return field;
+}
+
+// The handset's display name of an id; empty when it has none.
+template <class Record>
+std::string DisplayName(PHN_ERROR(PHN_CALL* call)(std::uint32_t, Record*), const std::string& id)
+{
     Record record{};
     record.uSize = sizeof record;
-    if (!id.empty() && call(static_cast<std::uint32_t>(std::stol(id)), &record) == PHN_ERROR_NONE)
-        field.shown = fmt::format("{} ({})", FromHandset(record.szName), id);
-    field.value = {JsonObject{{"id", {id}}, {"name", {FromHandset(record.szName)}}}};
-    (void)handset;
-    return field;
+    const auto number = ParseNumber(id, 0x7FFFFFFF);
+    return number && call(static_cast<std::uint32_t>(*number), &record) == PHN_ERROR_NONE ? FromHandset(record.szName)
+                                                                                          : std::string();
 }
 
 class Contacts : public EntryKind
@@ -108,24 +144,24 @@ public:
                 ValueOf(entry, kEmail), ValueOf(entry, kGroup)};
     }
 
-    Report Describe(const Handset& handset, const StoredEntry& stored) const override
+    std::string Label(const std::string& property) const override { return LabelOf(property); }
+
+    std::vector<Field> Details(const Handset& handset, const Entry& entry) const override
     {
-        constexpr std::pair<const char*, const char*> kLabels[] = {
-            {kName, "Name"}, {kCell, "Mobile"}, {kMobile2, "Second mobile"}, {kHome, "Home"},
-            {kWork, "Work"}, {kFax, "Fax"},     {kEmail, "E-mail"},          {kEmail2, "Second e-mail"}};
-        Section section{"", "", {{"index", "Index", stored.index}}};
-        for (const auto& [property, label] : kLabels)
-            for (const EntryField& field : stored.entry.fields)
-                if (field.property == property)
-                    section.fields.emplace_back(property, label, field.value);
-        const auto id = [&](const char* property) { return ValueOf(stored.entry, property); };
         const Library& api = handset.Api();
-        section.fields.push_back(NamedId(handset, api.GetGroup, "group", "Group", id(kGroup)));
-        section.fields.push_back(NamedId(handset, api.GetPictureID, "picture", "Picture", id(kPicture)));
-        section.fields.push_back(NamedId(handset, api.GetRingerID, "ringer", "Ringer", id(kRinger)));
-        section.fields.emplace_back(kDefault, "Default number", id(kDefault));
-        section.fields.emplace_back(kSpeedDials, "Speed dials", id(kSpeedDials));
-        return {{section}};
+        std::vector<Field> details;
+        const auto add = [&](const char* property, const auto& meaningOf) {
+            if (const std::string* value = entry.Find(property))
+                details.push_back(WithMeaning(property, *value, meaningOf(*value)));
+        };
+        add(kGroup, [&](const std::string& id) { return DisplayName(api.GetGroup, id); });
+        add(kPicture, [&](const std::string& id) { return DisplayName(api.GetPictureID, id); });
+        add(kRinger, [&](const std::string& id) { return DisplayName(api.GetRingerID, id); });
+        add(kDefault, [&](const std::string& position) {
+            const auto number = ParseNumber(position, std::size(kNumberProperties));
+            return number && *number ? LabelOf(kNumberProperties[*number - 1]) : std::string();
+        });
+        return details;
     }
 };
 

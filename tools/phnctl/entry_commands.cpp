@@ -12,9 +12,10 @@
 #include "phnctl/table.h"
 #include "phnctl/text.h"
 #include "phnctl/text_file.h"
+#include "system/system.h"
 
+#include <algorithm>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 namespace phnctl {
 
@@ -26,7 +27,7 @@ constexpr const char* kDryRun = "--dry-run";
 constexpr const char* kStrict = "--strict";
 constexpr const char* kForce = "--force";
 constexpr const char* kFolder = "--folder";
-constexpr const char* kCard = "--text";
+constexpr const char* kText = "--text";
 
 std::uint32_t ParseIndex(const std::string& text)
 {
@@ -36,14 +37,14 @@ std::uint32_t ParseIndex(const std::string& text)
     return static_cast<std::uint32_t>(*number);
 }
 
-Json EntryJson(const EntryKind& kind, const StoredEntry& stored)
+JsonObject EntryJson(const EntryKind& kind, const StoredEntry& stored)
 {
     JsonList fields;
     for (const EntryField& field : stored.entry.fields)
         fields.push_back({JsonObject{{"property", {field.property}}, {"value", {field.value}}}});
-    return {JsonObject{{"index", {std::int64_t{stored.index}}},
-                       {"title", {kind.Title(stored.entry)}},
-                       {"fields", {std::move(fields)}}}};
+    return {{"index", {std::int64_t{stored.index}}},
+            {"title", {kind.Title(stored.entry)}},
+            {"fields", {std::move(fields)}}};
 }
 
 // The exit status of a command that only reads.
@@ -63,7 +64,7 @@ int List(const Invocation& invocation, const EntryKind& kind)
         if (invocation.options.json) {
             JsonList list;
             for (const StoredEntry& stored : inventory.entries)
-                list.push_back(EntryJson(kind, stored));
+                list.push_back({EntryJson(kind, stored)});
             fmt::print("{}\n", WriteJson({JsonObject{{kind.Many(), {std::move(list)}}}}));
             return;
         }
@@ -77,7 +78,7 @@ int List(const Invocation& invocation, const EntryKind& kind)
                 row.push_back(std::move(cell));
         }
         const std::size_t count = rows.size();
-        fmt::print("{}{} {}\n", count ? TableText(headings, rows) + '\n' : "", count,
+        fmt::print("{}{} {}\n", count ? TableText(headings, rows, host::TerminalWidth(stdout)) + '\n' : "", count,
                    count == 1 ? kind.One() : kind.Many());
     });
     return status;
@@ -91,15 +92,32 @@ Entry ReadOne(const Handset& handset, const EntryKind& kind, std::uint32_t index
     return std::move(*entry);
 }
 
+// Everything about one entry, in the order of its fields.
+Report Describe(const EntryKind& kind, const StoredEntry& stored, const std::vector<Field>& details)
+{
+    Section section{"", "", {{"index", "Index", stored.index}}};
+    for (const EntryField& field : stored.entry.fields) {
+        const auto detail = std::find_if(details.begin(), details.end(),
+                                         [&](const Field& candidate) { return candidate.key == field.property; });
+        section.fields.push_back(
+            detail != details.end() ? *detail : Field(field.property, kind.Label(field.property), field.value));
+    }
+    return {{std::move(section)}};
+}
+
 int Get(const Invocation& invocation, const EntryKind& kind)
 {
     const std::uint32_t index = ParseIndex(*invocation.Value("INDEX"));
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const StoredEntry stored{index, ReadOne(handset, kind, index)};
-        if (invocation.Has(kCard))
-            fmt::print("{}", kind.Format({&stored, 1}));
-        else
-            Print(invocation.options, kind.Describe(handset, stored));
+        if (invocation.Has(kText))
+            return fmt::print("{}", kind.Format({&stored, 1}));
+        const std::vector<Field> details = kind.Details(handset, stored.entry);
+        if (!invocation.options.json)
+            return Print(invocation.options, Describe(kind, stored, details));
+        JsonObject object = EntryJson(kind, stored);
+        object.emplace_back("details", ToJson({{{"", "", details}}}));
+        fmt::print("{}\n", WriteJson({std::move(object)}));
     });
 }
 
@@ -227,9 +245,8 @@ int Delete(const Invocation& invocation, const EntryKind& kind)
 
 int Clear(const Invocation& invocation, const EntryKind& kind)
 {
-    const IndexRange range = RangeOf(invocation);
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        const Inventory inventory = TakeInventory(handset, kind, range);
+        const Inventory inventory = TakeInventory(handset, kind, IndexRange());
         TellUnread(kind, inventory);
         if (!inventory.unread.empty() && !invocation.Has("--no-copy"))
             throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
@@ -270,7 +287,7 @@ std::vector<CommandOption> WriteOptions()
 {
     return Joined({{kDryRun, "", "Show the plan and write nothing"},
                    {kStrict, "", "Write nothing unless all can be held, and stop at the first that fails"}},
-                  SafeguardOptions());
+                  CopyOptions());
 }
 
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
@@ -320,7 +337,7 @@ std::vector<Command> EntryCommands(const EntryKind& kind)
          help("Example:\n  phnctl {many} get 4\n  phnctl {many} get 4 --text > one{ext}\n"),
          {{"INDEX", help("The index that 'list' shows"), Count::One, {}}},
          Bind(Get, kind),
-         {{kCard, "", help("As the text of a {ext} file")}}},
+         {{kText, "", help("As the text of a {ext} file")}}},
         {many + " put",
          help("Store the {one} of a file"),
          help("Without INDEX it is added at the first index that holds nothing; otherwise it replaces what is stored "
@@ -334,13 +351,13 @@ std::vector<Command> EntryCommands(const EntryKind& kind)
          help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} delete 4 7\n"),
          {{"INDEX", help("The indexes that 'list' shows"), Count::Many, {}}},
          Bind(Delete, kind),
-         SafeguardOptions()},
+         Joined({ConfirmOption()}, CopyOptions())},
         {many + " clear",
          help("Delete all {many}"),
          help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} clear --copy all{ext}\n"),
          {},
          Bind(Clear, kind),
-         Joined({RangeOption()}, SafeguardOptions())},
+         Joined({ConfirmOption()}, CopyOptions())},
         {many + " export",
          help("Write the {many} to a file or a folder"),
          help("A folder that exists, or any with --folder, takes one file for each {one}.\n\n"

@@ -17,7 +17,7 @@ std::vector<Command> EntryCommands(const EntryKind& kind);
 // All entries of some files, in order. Throws Failure(kUsage) when a file cannot be read.
 std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files);
 
-// --dry-run, --strict, and those of the safeguard.
+// --dry-run, --strict, and those of the copy that is kept.
 std::vector<CommandOption> WriteOptions();
 
 // Shows the plan or carries it out, as the invocation says, and prints it. The exit status: kDone when the handset then

@@ -57,10 +57,12 @@ public:
     // What a file's entry does not say is taken from the entry that it replaces (null: none).
     virtual Entry Complete(const Entry& wanted, const Entry* replaced) const = 0;
 
-    // For people: the columns of `list` behind the index, and everything about one entry.
+    // For people: the columns of `list` behind the index, and the name of a property.
     virtual std::vector<std::string> Columns() const = 0;
     virtual std::vector<std::string> Row(const Entry& entry) const = 0;
-    virtual Report Describe(const Handset& handset, const StoredEntry& stored) const = 0;
+    virtual std::string Label(const std::string& property) const = 0;
+    // Fields that say more about properties than their values do; each has the property as its key.
+    virtual std::vector<Field> Details(const Handset& handset, const Entry& entry) const = 0;
 
 private:
     const std::string m_one;

@@ -166,7 +166,7 @@ std::string PlanText(const EntryKind& kind, const Plan& plan)
 {
     std::string text;
     for (const PlannedEntry& planned : plan.entries)
-        if (planned.action != Action::Same || !planned.from.notes.empty())
+        if (planned.action != Action::Same)
             AppendEntry(text, kind, plan, planned);
     return text + Summary(kind, plan);
 }

@@ -26,10 +26,14 @@ std::string CopyName(const EntryKind& kind, const std::string& before)
 
 } // namespace
 
-std::vector<CommandOption> SafeguardOptions()
+CommandOption ConfirmOption()
 {
-    return {{kYes, "", "Do not ask"},
-            {kCopy, "FILE", "Where to keep a copy of what goes (default: a new file in the current folder)"},
+    return {kYes, "", "Do not ask"};
+}
+
+std::vector<CommandOption> CopyOptions()
+{
+    return {{kCopy, "FILE", "Where to keep a copy of what goes (default: a new file in the current folder)"},
             {kNoCopy, "", "Keep no copy"}};
 }
 

@@ -11,8 +11,8 @@
 
 namespace phnctl {
 
-// --yes, --copy FILE and --no-copy.
-std::vector<CommandOption> SafeguardOptions();
+CommandOption ConfirmOption();            // --yes
+std::vector<CommandOption> CopyOptions(); // --copy FILE and --no-copy
 
 // "contacts-before-clear-20260102-030405.vcf" in the current folder unless --copy names another file. Writes the
 // entries there and tells so on standard error. Nothing with --no-copy, or when there are no entries. Throws Failure:

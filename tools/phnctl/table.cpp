@@ -25,9 +25,40 @@ std::vector<std::string> PrintableRow(const std::vector<std::string>& row)
     return shown;
 }
 
+// Takes from the widest columns until all fit.
+void Narrow(std::vector<std::size_t>& widths, unsigned width)
+{
+    constexpr std::size_t kNarrowest = 8;
+    std::size_t needed = 2 * widths.size() - 2;
+    for (const std::size_t column : widths)
+        needed += column;
+    while (needed > width) {
+        const auto widest = std::max_element(widths.begin(), widths.end());
+        if (*widest <= kNarrowest)
+            return;
+        --*widest;
+        --needed;
+    }
+}
+
+// Cut to the width, with a mark that it was.
+std::string Fitted(const std::string& text, std::size_t width)
+{
+    if (WidthOf(text) <= width)
+        return text;
+    std::string beginning = text;
+    while (!beginning.empty() && WidthOf(beginning) >= width) {
+        while ((static_cast<unsigned char>(beginning.back()) & 0xC0) == 0x80)
+            beginning.pop_back();
+        beginning.pop_back();
+    }
+    return beginning + "\u2026";
+}
+
 } // namespace
 
-std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows)
+std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows,
+                      unsigned width)
 {
     std::vector<std::vector<std::string>> shown{headings};
     std::transform(rows.begin(), rows.end(), std::back_inserter(shown), PrintableRow);
@@ -35,11 +66,13 @@ std::string TableText(const std::vector<std::string>& headings, const std::vecto
     for (const auto& row : shown)
         for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
             widths[i] = std::max(widths[i], WidthOf(row[i]));
+    if (width != 0)
+        Narrow(widths, width);
     std::string text;
     for (const auto& row : shown) {
         std::string line;
         for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
-            line += fmt::format("{:<{}}  ", row[i], widths[i]);
+            line += fmt::format("{:<{}}  ", Fitted(row[i], widths[i]), widths[i]);
         text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
     }
     return text;

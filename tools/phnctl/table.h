@@ -7,7 +7,9 @@
 
 namespace phnctl {
 
-// Every text is made printable. A missing cell is empty.
-std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows);
+// Every text is made printable. A missing cell is empty. `width` is the terminal's, 0 for no limit: the widest columns
+// are cut to fit it.
+std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows,
+                      unsigned width);
 
 } // namespace phnctl
