@@ -134,6 +134,11 @@ public:
         return CompleteContact(wanted, replaced);
     }
 
+    bool LooksGarbled(const Entry& entry) const override
+    {
+        return ValueOf(entry, kName).find('?') != std::string::npos;
+    }
+
     std::vector<std::string> Columns() const override { return {"Name", "Mobile", "Home", "Work", "E-mail", "Group"}; }
 
     std::vector<std::string> Row(const Entry& entry) const override

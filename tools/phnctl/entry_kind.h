@@ -57,6 +57,9 @@ public:
     // What a file's entry does not say is taken from the entry that it replaces (null: none).
     virtual Entry Complete(const Entry& wanted, const Entry* replaced) const = 0;
 
+    // True when the text looks as if the library had replaced characters that have no place in the code page.
+    virtual bool LooksGarbled(const Entry&) const { return false; }
+
     // For people: the columns of `list` behind the index, and the name of a property.
     virtual std::vector<std::string> Columns() const = 0;
     virtual std::vector<std::string> Row(const Entry& entry) const = 0;

@@ -5,7 +5,9 @@
 #include "phnctl/progress.h"
 #include "phnctl/text.h"
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <windows.h>
 
 namespace phnctl {
 
@@ -62,10 +64,15 @@ Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const Ind
     return inventory;
 }
 
-void TellUnread(const EntryKind& kind, const Inventory& inventory)
+void TellLosses(const EntryKind& kind, const Inventory& inventory)
 {
     for (const UnreadEntry& unread : inventory.unread)
         fmt::print(stderr, "phnctl: {} {} was not read: {}\n", kind.One(), unread.index, unread.problem);
+    const auto garbled = std::count_if(inventory.entries.begin(), inventory.entries.end(),
+                                       [&](const StoredEntry& stored) { return kind.LooksGarbled(stored.entry); });
+    if (garbled != 0)
+        fmt::print(stderr, "phnctl: {} {} with a '?': characters that have no place in code page {} are read as one\n",
+                   garbled, garbled == 1 ? kind.One() : kind.Many(), GetACP());
 }
 
 } // namespace phnctl
