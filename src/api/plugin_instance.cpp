@@ -125,7 +125,8 @@ bool CPluginInstance::CreateObjects()
 
 void CPluginInstance::DestroyObjects()
 {
-    if (const auto pCallback = m_pCallbackObject.Take())
+    // Before its slot is empty: a host that finds no object any more is called by none.
+    if (const auto pCallback = m_pCallbackObject.Get())
         pCallback->Retire();
     std::apply([this](const auto&... Service) { ((this->*Service.m_pSlot).Take(), ...); }, kDeletionOrder);
 }

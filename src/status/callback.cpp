@@ -177,7 +177,7 @@ void CCallback::NotifyDeviceState(bool bConnected)
 
 void CCallback::Retire()
 {
-    if (m_hNotifyWnd)
+    if (m_hNotifyWnd && !m_bRetired)
         PostPollMessage(0);
     m_bRetired = true;
     m_dwFlags = 0;

@@ -1,5 +1,6 @@
 #include "api/handset_fixture.h"
 
+#include <chrono>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -60,13 +61,14 @@ void HandsetTest::StartService()
 
 bool HandsetTest::PumpUntil(const std::function<bool()>& condition)
 {
-    for (int turn = 0; turn < 1000; ++turn) {
-        if (condition())
-            return true;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
         DispatchPending();
     }
-    return false;
+    return true;
 }
 
 void HandsetTest::RunFor(DWORD milliseconds)
