@@ -1,5 +1,6 @@
 // Calendar events.
 #include "api/export_frame.h"
+#include "calendar/calendar.h"
 
 namespace {
 
@@ -17,31 +18,35 @@ PHN_ERROR CheckEvent(CExportFrame& Frame, const PHN_EVENT_RECORD* pRecord)
 
 } // namespace
 
-PHN_ERROR PHN_GetEvent(uint32_t, PHN_EVENT_RECORD* pRecord) noexcept
+PHN_ERROR PHN_GetEvent(uint32_t uIndex, PHN_EVENT_RECORD* pRecord) noexcept
 {
     return Export("PHN_GetEvent", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckEvent(Frame, pRecord))
             return weError;
         std::memset(pRecord->pCalendarData, 0, pRecord->uSizeofData);
-        return Frame.Absent(kCalendar);
+        return Frame.Call(kCalendar, "GetEvent", &CCalendar::GetEvent, uIndex, pRecord);
     });
 }
 
-PHN_ERROR PHN_SetEvent(uint32_t, PHN_EVENT_RECORD* pRecord) noexcept
+PHN_ERROR PHN_SetEvent(uint32_t uIndex, PHN_EVENT_RECORD* pRecord) noexcept
 {
     return Export("PHN_SetEvent", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (const PHN_ERROR weError = CheckEvent(Frame, pRecord))
             return weError;
-        return Frame.Absent(kCalendar);
+        return Frame.Call(kCalendar, "SetEvent", &CCalendar::SetEvent, uIndex, pRecord);
     });
 }
 
-PHN_ERROR PHN_DeleteEvent(uint32_t) noexcept
+PHN_ERROR PHN_DeleteEvent(uint32_t uIndex) noexcept
 {
-    return Export("PHN_DeleteEvent", [](CExportFrame& Frame) { return Frame.Absent(kCalendar); });
+    return Export("PHN_DeleteEvent", [=](CExportFrame& Frame) {
+        return Frame.Call(kCalendar, "DeleteEvent", &CCalendar::DeleteEvent, uIndex);
+    });
 }
 
 PHN_ERROR PHN_DeleteAllEvents() noexcept
 {
-    return Export("PHN_DeleteAllEvents", [](CExportFrame& Frame) { return Frame.Absent(kCalendar); });
+    return Export("PHN_DeleteAllEvents", [](CExportFrame& Frame) {
+        return Frame.Call(kCalendar, "DeleteAllEvent", &CCalendar::DeleteAllEvents); // as hosts know the line
+    });
 }

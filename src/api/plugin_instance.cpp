@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "api/service_descriptors.h"
+#include "calendar/calendar_ex.h"
 #include "callhistory/call_history.h"
 #include "link/device.h"
 #include "log/log.h"
@@ -49,6 +50,7 @@ std::shared_ptr<T> MakeService()
 template std::shared_ptr<CSetupInformation> MakeService();
 template std::shared_ptr<CConnectionStatus> MakeService();
 template std::shared_ptr<CPhonebook> MakeService<CPhonebook, CSpeedDialPhonebook>();
+template std::shared_ptr<CCalendar> MakeService<CCalendar, CCalendarEx>();
 template std::shared_ptr<CSMS> MakeService();
 template std::shared_ptr<CCallHistory> MakeService();
 template std::shared_ptr<CCallback> MakeService();

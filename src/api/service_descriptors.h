@@ -9,6 +9,7 @@
 
 #include "api/plugin_instance.h"
 
+class CCalendarEx;
 class CSpeedDialPhonebook;
 
 template <typename T>
@@ -36,7 +37,8 @@ inline constexpr CServiceDescriptor<CPhonebook> kPhonebook{&CPluginInstance::m_p
 inline constexpr CServiceDescriptor<CSMS> kSMS{&CPluginInstance::m_pSMSObject, "m_pSMSObject",
                                                "CreateObjects SMS Object", &MakeService<CSMS>};
 inline constexpr CServiceDescriptor<CCalendar> kCalendar{&CPluginInstance::m_pCalendarObject, "m_pCalendarObject",
-                                                         "CreateObjects Calendar Object", nullptr};
+                                                         "CreateObjects Calendar Object",
+                                                         &MakeService<CCalendar, CCalendarEx>};
 inline constexpr CServiceDescriptor<CCallHistory> kCallHistory{
     &CPluginInstance::m_pCallHistoryObject, "m_pCallHistoryObject", "CreateObjects Call History Object",
     &MakeService<CCallHistory>};

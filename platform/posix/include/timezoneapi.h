@@ -1,4 +1,4 @@
-// Conversion of a UTC time to local time by the system's rules.
+// Conversion between UTC and local time by the system's rules.
 #pragma once
 
 #include <minwinbase.h>
@@ -18,4 +18,7 @@ PHN_PLATFORM_BEGIN
 // Only the system's own zone: lpTimeZoneInformation is null.
 WINBASEAPI BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
                                                        const SYSTEMTIME* lpUniversalTime, LPSYSTEMTIME lpLocalTime);
+// A local time that the clocks pass twice, or never, is daylight-saving time.
+WINBASEAPI BOOL WINAPI TzSpecificLocalTimeToSystemTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
+                                                       const SYSTEMTIME* lpLocalTime, LPSYSTEMTIME lpUniversalTime);
 PHN_PLATFORM_END

@@ -63,6 +63,7 @@
     ROW(SetupDiGetClassDevsA)                                                                                          \
     ROW(SetupDiGetDeviceInterfaceDetailA)                                                                              \
     ROW(SystemTimeToTzSpecificLocalTime)                                                                               \
+    ROW(TzSpecificLocalTimeToSystemTime)                                                                               \
     ROW(UnregisterClassA)                                                                                              \
     ROW(UnregisterDeviceNotification)                                                                                  \
     ROW(WaitForMultipleObjects)                                                                                        \

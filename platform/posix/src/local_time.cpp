@@ -1,6 +1,7 @@
 // The time of day. Zone rules are the C library's, by the TZ variable, which is looked at again at every call.
 #include <time.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <mutex>
 #include <string>
@@ -38,16 +39,22 @@ void FollowZone()
     tzset();
 }
 
-SYSTEMTIME LocalTimeOf(time_t seconds, long milliseconds)
+tm BrokenDown(time_t seconds)
 {
-    FollowZone();
     tm local{};
     if (!localtime_r(&seconds, &local))
         ThrowErrno();
-    return SystemTimeOf(local, milliseconds);
+    return local;
 }
 
-// The seconds since 1970 of a UTC time; throws ERROR_INVALID_PARAMETER for a date or a time that does not exist.
+SYSTEMTIME LocalTimeOf(time_t seconds, long milliseconds)
+{
+    FollowZone();
+    return SystemTimeOf(BrokenDown(seconds), milliseconds);
+}
+
+// The seconds since 1970 of a UTC time, or of a local one taken for UTC; throws ERROR_INVALID_PARAMETER for a date or a
+// time that does not exist.
 time_t SecondsOf(const SYSTEMTIME& utc)
 {
     tm time{};
@@ -63,6 +70,19 @@ time_t SecondsOf(const SYSTEMTIME& utc)
     if (!inRange || time.tm_mon != utc.wMonth - 1 || time.tm_mday != utc.wDay)
         throw Win32Error{ERROR_INVALID_PARAMETER};
     return seconds;
+}
+
+// The UTC seconds of a local time that was taken for UTC. The offsets a day before and after are all that it can have.
+time_t FromLocal(time_t local)
+{
+    constexpr time_t kDay = 24 * 60 * 60;
+    FollowZone();
+    const auto [smaller, larger] =
+        std::minmax({BrokenDown(local - kDay).tm_gmtoff, BrokenDown(local + kDay).tm_gmtoff});
+    const time_t seconds = local - larger;
+    const bool isSmaller = smaller != larger && BrokenDown(seconds).tm_gmtoff != larger &&
+                           BrokenDown(local - smaller).tm_gmtoff == smaller;
+    return isSmaller ? local - smaller : seconds;
 }
 
 } // namespace
@@ -83,6 +103,23 @@ BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* lpTimeZ
         if (lpTimeZoneInformation)
             throw Win32Error{ERROR_NOT_SUPPORTED};
         *lpLocalTime = LocalTimeOf(SecondsOf(*lpUniversalTime), lpUniversalTime->wMilliseconds);
+        return TRUE;
+    });
+}
+
+BOOL WINAPI TzSpecificLocalTimeToSystemTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
+                                            const SYSTEMTIME* lpLocalTime, LPSYSTEMTIME lpUniversalTime)
+{
+    return Win32Call(Call::TzSpecificLocalTimeToSystemTime, FALSE, [&] {
+        if (!lpLocalTime || !lpUniversalTime)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        if (lpTimeZoneInformation)
+            throw Win32Error{ERROR_NOT_SUPPORTED};
+        const time_t seconds = FromLocal(SecondsOf(*lpLocalTime));
+        tm utc{};
+        if (!gmtime_r(&seconds, &utc))
+            ThrowErrno();
+        *lpUniversalTime = SystemTimeOf(utc, lpLocalTime->wMilliseconds);
         return TRUE;
     });
 }
