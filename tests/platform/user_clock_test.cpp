@@ -106,4 +106,35 @@ TEST(LocalTime, FollowsTheZonesRules)
     unsetenv("TZ");
 }
 
+TEST(LocalTime, IsTurnedBackIntoUtc)
+{
+    constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
+    struct
+    {
+        const char* zone;
+        SYSTEMTIME local;
+        const char* expected;
+    } const table[] = {
+        {kBerlin, {2009, 3, 0, 29, 1, 59, 59, 7}, "2009-03-29 00:59:59.007 (0)"},
+        {kBerlin, {2009, 3, 0, 29, 2, 30, 0, 0}, "2009-03-29 00:30:00.000 (0)"}, // left out
+        {kBerlin, {2009, 3, 0, 29, 3, 0, 0, 0}, "2009-03-29 01:00:00.000 (0)"},
+        {kBerlin, {2009, 10, 0, 25, 1, 59, 0, 0}, "2009-10-24 23:59:00.000 (6)"},
+        {kBerlin, {2009, 10, 0, 25, 2, 30, 0, 0}, "2009-10-25 00:30:00.000 (0)"}, // passed twice
+        {kBerlin, {2009, 10, 0, 25, 3, 0, 0, 0}, "2009-10-25 02:00:00.000 (0)"},
+        {"AEST-10AEDT,M10.1.0,M4.1.0/3", {2009, 4, 0, 5, 1, 0, 0, 0}, "2009-04-04 14:00:00.000 (6)"},
+        {"EST5EDT,M3.2.0,M11.1.0", {1996, 2, 0, 28, 23, 0, 0, 0}, "1996-02-29 04:00:00.000 (4)"},
+        {"UTC0", {9999, 12, 0, 31, 23, 59, 59, 0}, "9999-12-31 23:59:59.000 (5)"},
+    };
+    SYSTEMTIME utc{};
+    for (const auto& [zone, local, expected] : table) {
+        setenv("TZ", zone, 1);
+        EXPECT_TRUE(TzSpecificLocalTimeToSystemTime(nullptr, &local, &utc));
+        EXPECT_EQ(Text(utc), expected) << zone;
+    }
+    const SYSTEMTIME wrong{2009, 2, 0, 29, 0, 0, 0, 0};
+    EXPECT_FALSE(TzSpecificLocalTimeToSystemTime(nullptr, &wrong, &utc));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    unsetenv("TZ");
+}
+
 } // namespace

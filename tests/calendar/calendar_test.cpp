@@ -1,0 +1,286 @@
+// The calendar's operations on a port in memory: what they send, and what they make of replies.
+#include <functional>
+
+#include "calendar/event_text.h"
+#include "link/scripted_port.h"
+#include "wire/record_bytes.h"
+
+namespace {
+
+class CalendarTest : public ExchangeTest
+{
+protected:
+    // Header, numbers and what follows them. The length that is reported counts 13 bytes more.
+    void Answer(std::initializer_list<uint32_t> numbers, const Bytes& rest = {})
+    {
+        Bytes reply(8, 0);
+        for (const uint32_t number : numbers)
+            Put32(reply, number);
+        Append(reply, rest);
+        port_->answers.push_back({.reply = reply, .extra = 13});
+    }
+
+    PHN_ERROR Get(uint32_t room, std::string* text = nullptr, uint32_t* size = nullptr)
+    {
+        std::string buffer(room, '\0');
+        PHN_EVENT_RECORD record{0, buffer.data(), room};
+        PHN_ERROR error = PHN_ERROR_NONE;
+        const bool done = calendar_.GetEvent(Device(), 7, &record, &error);
+        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        EXPECT_EQ(+record.uSize, done ? sizeof record : 0);
+        EXPECT_EQ(done, buffer[0] != '\0') << "a failure writes nothing";
+        if (text)
+            *text = buffer.c_str();
+        if (size)
+            *size = record.uSizeofData;
+        return error;
+    }
+    PHN_ERROR Set(std::string text)
+    {
+        PHN_EVENT_RECORD record{0, text.data(), static_cast<uint32_t>(text.size())};
+        PHN_ERROR error = PHN_ERROR_NONE;
+        const bool done = calendar_.SetEvent(Device(), 0x01020304, &record, &error);
+        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        EXPECT_EQ(+record.uSize, done ? sizeof record : 0);
+        return error;
+    }
+    PHN_ERROR Delete()
+    {
+        PHN_ERROR error = PHN_ERROR_NONE;
+        const bool done = calendar_.DeleteEvent(Device(), 7, &error);
+        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        return error;
+    }
+    PHN_ERROR DeleteAll()
+    {
+        PHN_ERROR error = PHN_ERROR_NONE;
+        const bool done = calendar_.DeleteAllEvents(Device(), &error);
+        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        return error;
+    }
+
+    CCalendarEx calendar_;
+};
+
+void PutDate(Bytes& bytes, const DEV_DATE_TIME& date)
+{
+    bytes.insert(bytes.end(), {date.byHour, date.byMinute});
+    Put16(bytes, date.wSecond);
+    bytes.insert(bytes.end(), {date.byDay, date.byMonth});
+    Put16(bytes, date.wYear);
+}
+
+// The record of a monthly event on Friday, 27 March 2009.
+Bytes FridayEvent()
+{
+    Bytes bytes;
+    PutDate(bytes, At(2009, 3, 27, 17, 1, 2));
+    PutDate(bytes, At(2009, 3, 27, 19));
+    PutDate(bytes, At(2009, 1, 5, 8));
+    PutDate(bytes, At(2009, 1, 6, 9, 30));
+    PutDate(bytes, At(2009, 3, 27, 16, 56, 2));
+    PutDate(bytes, At(2010, 12, 31, 23, 59, 58));
+    for (const uint32_t number : {8u, 4u, 77u, 0u, 0u, 0u}) // PST, monthly, ringer
+        Put32(bytes, number);
+    Put16(bytes, 1); // valid
+    Put16(bytes, 1); // has an alarm
+    PutWide(bytes, u"Drinks", 80);
+    PutWide(bytes, u"id-1", 40);
+    Put32(bytes, 2);
+    bytes.insert(bytes.end(), {0, 0, 255, 0, 0, 0, 3, 0});
+    bytes.insert(bytes.end(), {0, 0, 0, 0, 1, 0, 0, 0});
+    bytes.insert(bytes.end(), 16, 0);
+    for (const uint32_t number : {0x804u, 0u, 0x04000001u, 0x1u})
+        Put32(bytes, number);
+    return bytes;
+}
+
+constexpr const char* kFridayText =
+    "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nCREATED:20090105T080000Z\r\nLAST-MODIFIED:20090106T093000Z\r\n"
+    "UID:{id-1}\r\nDESCRIPTION:Drinks\r\nDTSTART;TZID=PST:20090327T170102\r\nDTEND;TZID=PST:20090327T190000\r\n"
+    "RRULE:FREQ=MONTHLY;UNTIL=20101231T235958Z;INTERVAL=2;BYDAY=WE,-1FR,3SU;BYMONTH=3,12;BYMONTHDAY=1,27,-1\r\n"
+    "BEGIN:VALARM\r\nTRIGGER:-P5M\r\nACTION;X-PHN-RINGER-ID:77\r\nEND:VALARM\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
+
+Bytes Request(uint32_t command, std::initializer_list<uint32_t> numbers, const Bytes& rest = {})
+{
+    Bytes request;
+    Put32(request, command);
+    Put16(request, 1);
+    for (const uint32_t number : numbers)
+        Put32(request, number);
+    Append(request, rest);
+    return request;
+}
+
+TEST_F(CalendarTest, RequestsAndRepliesHoldTheRecordFieldByField)
+{
+    ASSERT_EQ(FridayEvent().size(), 368u);
+    std::string text;
+    Answer({0, 1}, FridayEvent());
+    EXPECT_EQ(Get(4096, &text), PHN_ERROR_NONE);
+    EXPECT_EQ(text, kFridayText);
+    EXPECT_EQ(port_->requests.back(), Request(30, {7}));
+
+    Answer({0});
+    EXPECT_EQ(Set(kFridayText), PHN_ERROR_NONE);
+    EXPECT_EQ(port_->requests.back(), Request(31, {0x01020304}, FridayEvent()));
+    Answer({0});
+    EXPECT_EQ(Delete(), PHN_ERROR_NONE);
+    EXPECT_EQ(port_->requests.back(), Request(32, {7}));
+    Answer({0});
+    EXPECT_EQ(DeleteAll(), PHN_ERROR_NONE);
+    EXPECT_EQ(port_->requests.back(), Request(33, {}));
+    EXPECT_EQ(port_->lastTimeout, 15000u);
+    EXPECT_EQ(port_->lastSize, 8193u);
+}
+
+TEST_F(CalendarTest, EachCheckOfAReplyHasItsLineAndItsCode)
+{
+    const struct
+    {
+        std::string name;
+        std::function<PHN_ERROR()> run;
+        size_t minimum;
+        std::string reply, status, result; // the names in the lines
+    } operations[] = {
+        {"GetEvent", [this] { return Get(4096); }, 16, "CAL_RET_EVENT_CNT_RES(16, 0x10)", "rcRxHeader.wStatus",
+         "prcCalRetEvent->dwResult"},
+        {"SetEvent", [this] { return Set(kFridayText); }, 12, "CAL_RET_RES(12, 0xC)", "rcCalRetRes.wStatus",
+         "rcCalRetRes.dwResult"},
+        {"DeleteEvent", [this] { return Delete(); }, 12, "CAL_RET_RES(12, 0xC)", "rcCalRetRes.wStatus",
+         "rcCalRetRes.dwResult"},
+        {"DeleteAllEvents", [this] { return DeleteAll(); }, 12, "CAL_RET_RES(12, 0xC)", "rcCalRetRes.wStatus", ""},
+    };
+    for (const auto& operation : operations) {
+        const auto ends = [&](const struct Answer& answer, PHN_ERROR error, const std::string& line) {
+            port_->answers.push_back(answer);
+            EXPECT_EQ(operation.run(), error) << line;
+            Lines lines = log_.TakeLines();
+            std::erase_if(lines, [](const std::string& text) { return !text.starts_with("CCalendar "); });
+            Lines expected{"CCalendar Comment " + operation.name + " being executed."};
+            if (error)
+                expected.push_back("CCalendar Error " + operation.name + " - " + line);
+            EXPECT_EQ(lines, expected);
+        };
+        ends({.reply = {}, .error = 121}, 104, "ExecCmd failed with dwErrSts = 121(0x79).");
+        const size_t minimum = operation.minimum;
+        char length[32];
+        std::snprintf(length, sizeof length, "%zu, 0x%zX", minimum - 1, minimum - 1);
+        Bytes refused(minimum - 1);
+        refused[6] = 10; // the length is looked at before the status
+        ends({.reply = refused}, 104,
+             "dwRetBufferLen(" + std::string(length) + ") is less than " + operation.reply + ".");
+        refused.resize(minimum);
+        refused[8] = 4; // and that before the result
+        ends({.reply = refused}, 203, operation.status + " = 10(0xA).");
+        refused[6] = 0;
+        ends({.reply = refused}, operation.result.empty() ? 0 : 306, operation.result + " = 4(0x4).");
+    }
+}
+
+TEST_F(CalendarTest, ATooSmallBufferLearnsTheLength)
+{
+    const auto length = static_cast<uint32_t>(std::string(kFridayText).size());
+    uint32_t size = 0;
+    Answer({0, 1}, FridayEvent());
+    EXPECT_EQ(Get(length + 1, nullptr, &size), PHN_ERROR_NONE);
+    EXPECT_EQ(size, length + 1);
+    for (const uint32_t room : {length, 1u}) {
+        log_.TakeLines();
+        Answer({0, 1}, FridayEvent());
+        EXPECT_EQ(Get(room, nullptr, &size), PHN_ERROR_BUFFER_TOO_SMALL);
+        EXPECT_EQ(size, length);
+        char line[200];
+        std::snprintf(line, sizeof line,
+                      "CCalendar Error GetEvent - strCalendar.GetLength()(%u, 0x%X) is greater than or equal "
+                      "pRecord->uSizeofData(%u, 0x%X).",
+                      length, length, room, room);
+        EXPECT_EQ(log_.TakeLines().back(), line);
+    }
+}
+
+TEST_F(CalendarTest, NothingIsTakenOnAHostileReplysWord)
+{
+    Bytes two = FridayEvent();
+    Append(two, Bytes(368, 0xFF)); // the second is not looked at
+    Bytes zone = FridayEvent();
+    zone[48] = 14;
+    const Bytes whole = FridayEvent();
+    const Bytes cut(whole.begin(), whole.end() - 14); // the frame's 13 trailing bytes do not make up for it
+    const struct
+    {
+        uint32_t count;
+        Bytes events;
+        PHN_ERROR error;
+        const char* line;
+    } cases[] = {
+        {1, two, 0, "Comment GetEvent being executed."},
+        {2, two, 0, "Comment GetEvent being executed."},
+        {2, whole, 0, "Comment GetEvent being executed."},
+        {0xFFFFFFFF, whole, 0, "Comment GetEvent being executed."},
+        {0, whole, 304, "Error GetEvent - prcCalRetEvent->dwNumOfEventInfo = 0(0x0)."},
+        {1, {}, 104, "Error GetEvent - The first of 1(0x1) events is not whole."},
+        {1, cut, 104, "Error GetEvent - The first of 1(0x1) events is not whole."},
+        {0xFFFFFFFF, cut, 104, "Error GetEvent - The first of -1(0xFFFFFFFF) events is not whole."},
+        {1, zone, 104, "Error GetEvent - NorvikToiCalendar returned false."},
+    };
+    for (const auto& [count, events, error, line] : cases) {
+        Answer({0, count}, events);
+        std::string text;
+        EXPECT_EQ(Get(4096, &text), error) << line;
+        EXPECT_EQ(text, error ? "" : kFridayText);
+        EXPECT_EQ(log_.TakeLines().back(), "CCalendar " + std::string(line));
+    }
+}
+
+TEST_F(CalendarTest, RejectedTextCausesNoExchange)
+{
+    for (const std::string& text : {std::string("x"), std::string(), EventAt("", "19801231")}) {
+        EXPECT_EQ(Set(text), PHN_ERROR_INVALID_PARAMETER);
+        EXPECT_EQ(log_.TakeLines().back(), "CCalendar Error SetEvent - iCalendarToNorvik returned false.");
+    }
+    EXPECT_TRUE(port_->requests.empty());
+}
+
+// A calendar that is short of one piece of memory.
+class ShortCalendar : public CCalendarEx
+{
+public:
+    int missing = 0;
+
+    CAL_PARAM* AllocParam(DWORD* size) override { return missing == 0 ? nullptr : CCalendarEx::AllocParam(size); }
+    ICAL_PROPERTIES* AllocProperties(DWORD* size) override
+    {
+        return missing == 1 ? nullptr : CCalendarEx::AllocProperties(size);
+    }
+    CAL_RET_EVENT* AllocRetEvent(DWORD* size) override
+    {
+        return missing == 2 ? nullptr : CCalendarEx::AllocRetEvent(size);
+    }
+    CAL_EVENT_INFO* AllocEvents(DWORD count, DWORD* size) override
+    {
+        return missing == 3 ? nullptr : CCalendarEx::AllocEvents(count, size);
+    }
+};
+
+TEST_F(CalendarTest, MissingMemoryIsAFailureWithItsLine)
+{
+    constexpr const char* kLines[] = {"SetEvent - prcCalParam is NULL.", "SetEvent - piCalProp is NULL.",
+                                      "GetEvent - prcCalRetEvent is NULL.",
+                                      "GetEvent - prcCalRetEvent->prcEventInfo is NULL."};
+    for (int missing = 0; missing < 4; ++missing) {
+        ShortCalendar calendar;
+        calendar.missing = missing;
+        std::string text = kFridayText;
+        PHN_EVENT_RECORD record{sizeof record, text.data(), static_cast<uint32_t>(text.size())};
+        PHN_ERROR error = PHN_ERROR_NONE;
+        if (missing >= 2)
+            Answer({0, 1}, FridayEvent());
+        EXPECT_FALSE(missing < 2 ? calendar.SetEvent(Device(), 1, &record, &error)
+                                 : calendar.GetEvent(Device(), 1, &record, &error));
+        EXPECT_EQ(error, PHN_ERROR_FAILED);
+        EXPECT_EQ(log_.TakeLines().back(), "CCalendar Error " + std::string(kLines[missing]));
+    }
+}
+
+} // namespace

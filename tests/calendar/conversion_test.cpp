@@ -1,0 +1,239 @@
+// Both directions of the iCalendar conversion.
+#include <gtest/gtest.h>
+
+#include "calendar/event_text.h"
+
+namespace {
+
+CAL_EVENT_INFO Record()
+{
+    CAL_EVENT_INFO record{};
+    record.tmStart = At(2009, 3, 15, 12);
+    record.tmEnd = At(2009, 3, 15, 13, 30, 15);
+    record.tmCreated = At(2009, 1, 5, 8);
+    record.tmModified = At(2009, 1, 6, 9, 30);
+    record.szDescription.SetWide(u"Tea");
+    record.szUID.SetWide(u"42");
+    return record;
+}
+
+TEST(EventText, HasTheLinesThatHostsParse)
+{
+    CAL_EVENT_INFO record = Record();
+    const std::string head = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nCREATED:20090105T080000Z\r\n"
+                             "LAST-MODIFIED:20090106T093000Z\r\nUID:{42}\r\nDESCRIPTION:Tea\r\n"
+                             "DTSTART:20090315T120000\r\nDTEND:20090315T133015\r\n";
+    EXPECT_EQ(Write(record), head + "\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+
+    record.dwRepeatType = 1;
+    record.dwRepeatCount = 5;
+    record.dwInterval = 2;
+    record.wAlarm = 1;
+    record.tmAlarm = At(2009, 3, 15, 11, 45);
+    record.dwRingerID = 0xFFFFFFFF;
+    EXPECT_EQ(Write(record), head + "RRULE:FREQ=DAILY;COUNT=5;INTERVAL=2\r\nBEGIN:VALARM\r\nTRIGGER:-P15M\r\n"
+                                    "ACTION;X-PHN-RINGER-ID:-1\r\nEND:VALARM\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+
+    record = Record();
+    record.tmCreated = {};
+    record.tmModified = At(65535, 255, 255, 255, 255, 65535);
+    record.tmStart = At(1980, 0, 0);
+    record.szDescription.SetWide(std::u16string(80, u'\u00E9')); // fills its field
+    record.szUID.SetWide(u"");
+    const std::string text = Write(record);
+    EXPECT_EQ(Line(text, "CREATED"), "CREATED:00000000T000000Z");
+    EXPECT_EQ(Line(text, "LAST-MODIFIED"), "LAST-MODIFIED:65535255255T25525565535Z");
+    EXPECT_EQ(Line(text, "DTSTART"), "DTSTART:19800000T000000");
+    EXPECT_EQ(Line(text, "DESCRIPTION"), "DESCRIPTION:" + std::string(80, '\xE9')); // code page 1252
+    EXPECT_EQ(Line(text, "UID"), "UID:{}");
+}
+
+TEST(EventText, ZonesAreNamedByTheirNumbers)
+{
+    constexpr const char* kNames[] = {"",    "",    "EST", "EDT",  "CST",  "CDT",  "MST",
+                                      "MDT", "PST", "PDT", "AKST", "AKDT", "HAST", "HADT"};
+    CAL_EVENT_INFO record = Record();
+    for (uint32_t zone = 0; zone < 14; ++zone) {
+        record.dwTimeZoneID = zone;
+        const std::string name = kNames[zone];
+        const std::string prefix = name.empty() ? ":" : ";TZID=" + name + ":";
+        const std::string text = Write(record);
+        EXPECT_EQ(Line(text, "DTSTART"), "DTSTART" + prefix + "20090315T120000" + (zone == 1 ? "Z" : ""));
+        EXPECT_EQ(Line(text, "DTEND"), "DTEND" + prefix + "20090315T133015" + (zone == 1 ? "Z" : ""));
+        EXPECT_EQ(Read(text).dwTimeZoneID, zone);
+    }
+    record.dwTimeZoneID = 14;
+    EXPECT_EQ(Write(record), "");
+}
+
+TEST(EventText, AnAlarmsLeadIsWholeMinutesBeforeTheStart)
+{
+    const struct
+    {
+        DEV_DATE_TIME alarm;
+        const char* trigger; // empty: the event has no text
+    } cases[] = {
+        {At(2009, 3, 15, 12), "TRIGGER:-P0M"},
+        {At(2009, 3, 15, 11, 44, 1), "TRIGGER:-P15M"},
+        {At(2009, 3, 13, 12), "TRIGGER:-P2880M"},
+        {At(2009, 3, 15, 12, 0, 59), "TRIGGER:-P0M"},
+        {At(2009, 3, 15, 12, 1), ""},
+        {At(0, 0, 0), ""},
+        {At(2009, 2, 29), ""},
+        {At(2009, 13, 1), ""},
+        {At(2009, 3, 15, 24), ""},
+        {At(2009, 3, 15, 0, 0, 60), ""},
+        {At(1969, 12, 1), ""},
+    };
+    CAL_EVENT_INFO record = Record();
+    record.wAlarm = 1;
+    for (const auto& [alarm, trigger] : cases) {
+        record.tmAlarm = alarm;
+        EXPECT_EQ(Line(Write(record), "TRIGGER"), trigger) << Show(alarm);
+        EXPECT_EQ(Write(record).empty(), !*trigger);
+    }
+    record.tmAlarm = At(2009, 3, 15, 11);
+    record.tmStart = At(2009, 0, 15, 12);
+    EXPECT_EQ(Write(record), "");
+}
+
+TEST(EventRecord, HoldsWhatTheTextStates)
+{
+    const CAL_EVENT_INFO record =
+        Read("x BEGIN:VCALENDAR\nversion:2.0\nBEGIN:VEVENT\n uid:a{4}2}b\n\tDescription;X=1:Caf\xE9, Bar \n"
+             "CREATED:2009-01-05T08:00:00Z\nLAST-MODIFIED:20090106T093000\nDTSTART:20090315T120000Z\n"
+             "DTEND:2009/03/15T13-30-15\nBEGIN:VALARM\nTRIGGER;RELATED=START:-P15M\n"
+             "ACTION;X-PHN-RINGER-ID:4\nEND:VALARM\nEND:VEVENT\nBEGIN:VEVENT\nUID:2\nEND:VEVENT\nEND:VCALENDAR");
+    EXPECT_EQ(Show(record.tmStart), "2009-03-15 12:00:00");
+    EXPECT_EQ(Show(record.tmEnd), "2009-03-15 13:30:15");
+    EXPECT_EQ(Show(record.tmCreated), "2009-01-05 08:00:00");
+    EXPECT_EQ(Show(record.tmModified), "2009-01-06 09:30:00");
+    EXPECT_EQ(Show(record.tmAlarm), "2009-03-15 11:45:00");
+    EXPECT_EQ(Show(record.tmUntil), "0000-00-00 00:00:00");
+    EXPECT_EQ(+record.dwTimeZoneID, 1u);
+    EXPECT_EQ(+record.dwRepeatType, 0u);
+    EXPECT_EQ(+record.dwRingerID, 4u);
+    EXPECT_EQ(+record.dwInterval, 1u);
+    EXPECT_EQ(+record.wValid, 1);
+    EXPECT_EQ(+record.wAlarm, 1);
+    EXPECT_EQ(record.szUID.GetWide(), u"4}2");
+    EXPECT_EQ(record.szDescription.GetWide(), u"Caf\u00E9, Bar ");
+
+    const CAL_EVENT_INFO bare = Read(EventAt("CREATED:yesterday\nLAST-MODIFIED:20090106\nX:{1}\n"));
+    EXPECT_EQ(Show(bare.tmCreated), "0000-00-00 00:00:00");
+    EXPECT_EQ(Show(bare.tmModified), "0000-00-00 00:00:00");
+    EXPECT_EQ(+bare.dwRingerID, 255u);
+    EXPECT_EQ(+bare.wAlarm, 0);
+    EXPECT_EQ(bare.szUID.GetWide(), u"");
+}
+
+TEST(EventRecord, TextsAreCutWhereTheirFieldsEnd)
+{
+    const CAL_EVENT_INFO record =
+        Read(Event("DESCRIPTION:" + std::string(259, 'd') + "\nUID:{" + std::string(257, 'u') +
+                   "}\nDTSTART:20090315T120000\nDTEND:20090315T120000\n"));
+    EXPECT_EQ(record.szDescription.GetWide(), std::u16string(80, u'd'));
+    EXPECT_EQ(record.szUID.GetWide(), std::u16string(40, u'u'));
+    EXPECT_EQ(+record.dwInterval, 1u);
+    EXPECT_EQ(Read(EventAt("UID:" + std::string(260, 'u') + "\n")).szUID.GetWide(), u"") << "too long: as if absent";
+}
+
+TEST(EventRecord, ZonesOfTheOffsetTableBecomeUtc)
+{
+    const struct
+    {
+        std::string start, end; // from behind the property's name
+        uint32_t zone;
+        const char* stored;
+        const char* storedEnd;
+    } cases[] = {
+        {":20090315T120000", ":20090315T130000", 0, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        {":20090315T120000Z", ":20090315T130000", 1, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        {":20090315T120000", ":20090315T130000Z", 0, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        {";TZID=CET:20090315T120000", ":20090315T130000", 1, "2009-03-15 11:00:00", "2009-03-15 12:00:00"},
+        {";TZID=PST:20090315T120000Z", ":20090315T130000", 8, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        {";TZID=XYZ:20090315T120000Z", ":20090315T130000", 0, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        {";TZID=lcat:20090315T120000Z", ":20090315T130000", 0, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        {";TZID=gmt:20090315T120000", ":20090315T130000", 1, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        // The end's zone is the one that counts, for both.
+        {";TZID=CET:20090315T120000", ";TZID=acst:20090315T130000", 1, "2009-03-15 02:30:00", "2009-03-15 03:30:00"},
+        {":20090315T120000", ";TZID=NDT:20090315T130000", 1, "2009-03-15 14:30:00", "2009-03-15 15:30:00"},
+        // A name of more than nine characters is none.
+        {";TZID=Europe/Oslo:20090315T120000Z", ":20090315T130000", 1, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        {";VALUE=A;TZID=PST:20090315T120000", ":20090315T130000", 0, "2009-03-15 12:00:00", "2009-03-15 13:00:00"},
+        // Across midnight, ends of months and of years.
+        {";TZID=NZDT:20090301T120000", ":20090301T130000", 1, "2009-02-28 23:00:00", "2009-03-01 00:00:00"},
+        {";TZID=NZDT:20080301T000000", ":20080301T130000", 1, "2008-02-29 11:00:00", "2008-03-01 00:00:00"},
+        {";TZID=IDLW:20091231T120000", ":20091231T235959", 1, "2010-01-01 00:00:00", "2010-01-01 11:59:59"},
+        {";TZID=IST:20100101T052959", ":20100101T053000", 1, "2009-12-31 23:59:59", "2010-01-01 00:00:00"},
+    };
+    for (const auto& [start, end, zone, stored, storedEnd] : cases) {
+        const CAL_EVENT_INFO record = Read(Event("DESCRIPTION:d\nDTSTART" + start + "\nDTEND" + end + "\n"));
+        EXPECT_EQ(+record.dwTimeZoneID, zone) << start << end;
+        EXPECT_EQ(Show(record.tmStart), stored) << start << end;
+        EXPECT_EQ(Show(record.tmEnd), storedEnd) << start << end;
+    }
+}
+
+TEST(EventRecord, DatesThatDoNotExistRunOver)
+{
+    const struct
+    {
+        const char* text;
+        const char* stored;
+    } cases[] = {
+        {"20090230T120000", "2009-03-02 12:00:00"}, {"20080230T120000", "2008-03-01 12:00:00"},
+        {"20090331T250000", "2009-04-01 01:00:00"}, {"20091231T235999", "2010-01-01 00:00:39"},
+        {"20090315T-10000", "2009-03-14 23:00:00"}, {"20090431T126000", "2009-05-01 13:00:00"},
+    };
+    for (const auto& [text, stored] : cases)
+        EXPECT_EQ(
+            Show(Read(Event("DESCRIPTION:d\nDTSTART:" + std::string(text) + "\nDTEND:20100601T000000\n")).tmStart),
+            stored);
+}
+
+TEST(EventRecord, OnlyTheHandsetsTriggersAreTaken)
+{
+    const auto alarm = [](const std::string& trigger) {
+        return EventAt("BEGIN:VALARM\nTRIGGER:" + trigger + "\nACTION:DISPLAY\nEND:VALARM\n");
+    };
+    const struct
+    {
+        const char* trigger;
+        const char* stored; // none: rejected
+    } cases[] = {
+        {"-P0M", "2009-03-10 12:00:00"},
+        {"-P5M", "2009-03-10 11:55:00"},
+        {"-P10M", "2009-03-10 11:50:00"},
+        {"-P15M", "2009-03-10 11:45:00"},
+        {"-P60M", "2009-03-10 11:00:00"},
+        {"-P120M", "2009-03-10 10:00:00"},
+        {"-P1440M", "2009-03-09 12:00:00"},
+        {"-P2880M", "2009-03-08 12:00:00"},
+        {"-P015M", "2009-03-10 11:45:00"},
+        {"-PT15M", "2009-03-10 12:00:00"},
+        {"-P30M", nullptr},
+        {"-P-5M", nullptr},
+        {"-P1441M", nullptr},
+        {"P15M", nullptr},
+        {"-P15S", nullptr},
+        {"-P000015M", "2009-03-10 11:45:00"}, // nine characters
+        {"-P0000015M", nullptr},
+    };
+    for (const auto& [trigger, stored] : cases) {
+        CAL_EVENT_INFO record;
+        ASSERT_EQ(Read(alarm(trigger), &record), stored != nullptr) << trigger;
+        if (stored) {
+            EXPECT_EQ(Show(record.tmAlarm), stored) << trigger;
+            EXPECT_EQ(+record.wAlarm, 1);
+            EXPECT_EQ(+record.dwRingerID, 255u);
+        }
+    }
+    CAL_EVENT_INFO record;
+    EXPECT_FALSE(Read(EventAt("BEGIN:VALARM\nACTION;X-PHN-RINGER-ID:1\nEND:VALARM\n"), &record)) << "no trigger";
+    EXPECT_EQ(+Read(EventAt("BEGIN:VALARM\nTRIGGER:-P99M\n")).wAlarm, 0) << "no whole alarm";
+    EXPECT_EQ(+Read(EventAt("BEGIN:VALARM\nTRIGGER:-P5M\nACTION;X-PHN-RINGER-ID:1234567890\nEND:VALARM\n")).dwRingerID,
+              255u);
+}
+
+} // namespace

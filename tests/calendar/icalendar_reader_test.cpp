@@ -1,0 +1,173 @@
+// The property reader and its oddities, and the pure steps behind it.
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "calendar/event_text.h"
+#include "calendar/icalendar_reader.h"
+
+namespace {
+
+constexpr const char* kNone = nullptr;
+
+// "(none)" for a missing value.
+std::string OrNone(const std::optional<std::string_view>& value)
+{
+    return std::string(value.value_or("(none)"));
+}
+std::string OrNone(const char* value)
+{
+    return value ? value : "(none)";
+}
+
+TEST(ICalendarReader, AComponentIsWhatStandsBetweenItsFirstBeginAndTheEndBehindIt)
+{
+    const struct
+    {
+        const char* text;
+        const char* span;
+    } cases[] = {
+        {"BEGIN:VEVENT\nA\nEND:VEVENT\n", "\nA\n"},
+        {"END:VEVENT BEGIN:VEVENTaEND:VEVENT END:VEVENT", "a"},
+        {"BEGIN:VEVENT BEGIN:VEVENT END:VEVENT", " BEGIN:VEVENT "},
+        {"BEGIN:VEVENT\nEND:VALARM", kNone},
+        {"END:VEVENT\nBEGIN:VEVENT", kNone},
+        {"BEGIN:VALARM\nEND:VEVENT", kNone},
+        {"", kNone},
+    };
+    for (const auto& [text, span] : cases)
+        EXPECT_EQ(OrNone(GetiCalComponent(text, "VEVENT")), OrNone(span)) << text;
+}
+
+TEST(ICalendarReader, APropertyIsItsFirstLineOrNothing)
+{
+    const struct
+    {
+        const char* text;
+        char delimiter;
+        const char* value;
+    } cases[] = {
+        {"UID:{1}\r\nUID:{2}\r\n", ':', "{1}"},
+        {"A:1\n \t uid : a:b \nB:1", ':', " a:b "}, // any case, after blanks, in any case the whole line
+        {"A:1\rUID:\rB", ':', ""},
+        {"X-UID:1\n", ':', kNone},
+        {"UIDX:1\nUID:2\n", ':', kNone}, // the first line decides
+        {"UID-X:1\nUID:2\n", ':', "1"},
+        {"UID\nA:1\n", ':', "1"}, // the delimiter may stand on a later line
+        {"UID;A=1:2\n", ':', "2"},
+        {"UID;A=1:2\n", ';', "A=1:2"},
+        {"UID:1\nRRULE:FREQ=DAILY;COUNT=5\n", ';', "COUNT=5"},
+        {"UID:1", ';', kNone},
+        {"UID:1", ':', "1"},
+        {"UID:1;2:3", ':', "1"}, // without a line end it ends at a delimiter
+        {"UID:1=2", ':', "1"},
+        {"UID:1,2", ':', "1"},
+        {"UID", ':', kNone},
+        {"UID:1234567890\n", ':', "1234567890"},
+        {"UID:12345678901\n", ':', kNone}, // too long
+        {"", ':', kNone},
+    };
+    for (const auto& [text, delimiter, value] : cases)
+        EXPECT_EQ(OrNone(CiCalText(text).GetiCalProperty(eKeyUID, delimiter, 10)), OrNone(value)) << text;
+    EXPECT_EQ(OrNone(CiCalText("UID:" + std::string(259, 'a') + "\n").GetiCalProperty(eKeyUID, ':')),
+              std::string(259, 'a'));
+    EXPECT_EQ(CiCalText("UID:" + std::string(260, 'a') + "\n").GetiCalProperty(eKeyUID, ':'), std::nullopt);
+}
+
+TEST(ICalendarReader, AParameterIsItsFirstOccurrenceOrNothing)
+{
+    const struct
+    {
+        const char* text;
+        const char* value;
+    } cases[] = {
+        {"BYMONTH=3,4;COUNT=2", "3,4"},
+        {" bymonth=3", "3"},
+        {"BYMONTHDAY=-1;BYMONTH=3", kNone},
+        {"XBYMONTH=1;BYMONTH=3", kNone},
+        {"1BYMONTH=1;BYMONTH=3", kNone},
+        {"-BYMONTH=3=4", "3"},
+        {"BYMONTH", kNone},
+        {"BYMONTH=", ""},
+        {"BYMONTH;A=1", "1"},
+        {"BYMONTH=12345678901", kNone},
+        {"", kNone},
+    };
+    for (const auto& [text, value] : cases)
+        EXPECT_EQ(OrNone(GetiCalParameter(text, "BYMONTH", 10)), OrNone(value)) << text;
+
+    EXPECT_EQ(OrNone(GetLeadingProperty(" \ttzid=PST:2009", "TZID", '=', 9)), "PST");
+    EXPECT_EQ(GetLeadingProperty("A;TZID=PST", "TZID", '=', 9), std::nullopt);
+    EXPECT_EQ(GetLeadingProperty("TZIDS=PST", "TZID", '=', 9), std::nullopt);
+}
+
+TEST(ICalendarReader, ATriggersMinutesStandBetweenThePAndTheLastM)
+{
+    const struct
+    {
+        const char* trigger;
+        const char* minutes;
+    } cases[] = {
+        {"-P15M", "15"},  {"-PT15M", "T15"}, {"x-1P2M3M4", "2M3"}, {"-PM", ""},     {"P15M", kNone},
+        {"P-15M", kNone}, {"-15M", kNone},   {"M-P15", kNone},     {"-P15", kNone}, {"", kNone},
+    };
+    for (const auto& [trigger, minutes] : cases)
+        EXPECT_EQ(OrNone(GetTriggerMinutes(trigger)), OrNone(minutes)) << trigger;
+}
+
+TEST(ICalendarReader, DatesHaveOneShapeWithOptionalSeparators)
+{
+    const struct
+    {
+        const char* text;
+        const char* date; // none: rejected
+        bool isUtc = false;
+    } cases[] = {
+        {"20090315T120000", "2009-03-15 12:00:00"},
+        {"20090315T120000Z", "2009-03-15 12:00:00", true},
+        {"20090315T120000z rest", "2009-03-15 12:00:00", true},
+        {"2009-03-15T12:00:00", "2009-03-15 12:00:00"},
+        {"2009/03/15T12-00-00", "2009-03-15 12:00:00"},
+        {"2009:03\\15T12:00:59Z", "2009-03-15 12:00:59", true},
+        {"2009-03-15T12:3", "2009-03-15 12:03:00"}, // what is missing is 0
+        {"20090315T12/000", "2009-03-15 12:00:00"}, // no separator of times
+        {"20090315T1200", kNone},
+        {"20090315 120000", kNone},
+        {"20090315t120000", kNone},
+        {"2009--0315T1200", kNone},
+        {"20090315-T120000", kNone},
+        {"abcdefghTijklmn", "0000-00-00 00:00:00"},
+        {"", kNone},
+    };
+    for (const auto& [text, date, isUtc] : cases) {
+        const std::optional<SCalDate> parsed = ParseiCalDate(text);
+        ASSERT_EQ(parsed.has_value(), date != kNone) << text;
+        if (!parsed)
+            continue;
+        EXPECT_EQ(Show(At(static_cast<uint16_t>(parsed->nYear), static_cast<uint8_t>(parsed->nMonth),
+                          static_cast<uint8_t>(parsed->nDay), static_cast<uint8_t>(parsed->nHour),
+                          static_cast<uint8_t>(parsed->nMinute), static_cast<uint16_t>(parsed->nSecond))),
+                  date);
+        EXPECT_EQ(parsed->bUtc, isUtc) << text;
+    }
+}
+
+// An event with a million bytes in it that make the reader look as often as it can. The bound is a hundred times what a
+// linear reader needs.
+TEST(ICalendarReader, TimeIsLinearInTheText)
+{
+    const std::string tail = EventAt("");
+    for (const std::string filler : {"a", "D", "DTSTART", "DTEND\n", "\n", " ", "BEGIN:", "BEGIN:VEVEN", "x;=:,\r"}) {
+        for (const bool isOuter : {false, true}) {
+            std::string noise;
+            while (noise.size() < 1 << 20)
+                noise += filler;
+            const std::string text = isOuter ? noise + "\n" + tail : EventAt("X:" + noise);
+            const auto begin = std::chrono::steady_clock::now();
+            Read(text);
+            EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(1)) << filler;
+        }
+    }
+}
+
+} // namespace

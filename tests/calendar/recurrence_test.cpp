@@ -1,0 +1,164 @@
+// Recurrence rules, from text to the record's fields and back.
+#include <gtest/gtest.h>
+
+#include "calendar/event_text.h"
+
+namespace {
+
+std::string Rule(const CAL_EVENT_INFO& record)
+{
+    return Line(Write(record), "RRULE");
+}
+
+TEST(RecurrenceText, IsMadeOfTheFieldsThatAreSet)
+{
+    struct Fields
+    {
+        uint32_t type = 0, count = 0, interval = 0;
+        uint16_t untilYear = 0;
+        std::vector<std::pair<size_t, uint8_t>> byDay{}, byDayFromEnd{};
+        uint32_t months = 0, monthsFromEnd = 0, days = 0, daysFromEnd = 0;
+    };
+    const struct
+    {
+        Fields fields;
+        const char* rule;
+    } cases[] = {
+        {{}, ""},
+        {{.count = 5, .untilYear = 2009}, ""},
+        {{.interval = 1}, "RRULE:INTERVAL=1"},
+        {{.type = 1}, "RRULE:FREQ=DAILY"},
+        {{.type = 1, .count = 5, .interval = 2, .untilYear = 2009}, "RRULE:FREQ=DAILY;COUNT=5;INTERVAL=2"},
+        {{.type = 2, .untilYear = 2009}, "RRULE:FREQ=WEEKLY;UNTIL=20091231T000000Z"},
+        {{.type = 3}, "RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR"},
+        {{.type = 3, .count = 0xFFFFFFFF}, "RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR;COUNT=-1"},
+        {{.type = 5, .interval = 0x80000000}, "RRULE:FREQ=YEARLY;INTERVAL=-2147483648"},
+        {{.type = 6}, "RRULE:FREQ=N/A"},
+        {{.type = 4,
+          .byDay = {{6, 255}, {0, 2}, {1, 254}, {7, 3}}, // the eighth is no day
+          .byDayFromEnd = {{0, 1}, {4, 1}, {5, 255}}},
+         "RRULE:FREQ=MONTHLY;BYDAY=2MO,-1MO,254TU,-1FR,SA,SU"},
+        {{.byDay = {{0, 1}}}, "RRULE:BYDAY=1MO"},
+        {{.months = 0xFFFFF805, .monthsFromEnd = 1}, "RRULE:BYMONTH=1,3,12"},
+        {{.monthsFromEnd = 1}, ""},
+        {{.type = 5, .interval = 1, .months = 4, .days = 0xC0000001, .daysFromEnd = 0xC0000001},
+         "RRULE:FREQ=YEARLY;INTERVAL=1;BYMONTH=3;BYMONTHDAY=1,31,-1,-31"},
+    };
+    for (const auto& [fields, rule] : cases) {
+        CAL_EVENT_INFO record{};
+        record.dwRepeatType = fields.type;
+        record.dwRepeatCount = fields.count;
+        record.dwInterval = fields.interval;
+        record.tmUntil = fields.untilYear ? At(fields.untilYear, 12, 31) : At(0, 1, 1);
+        for (const auto& [day, value] : fields.byDay)
+            record.byDay[day] = value;
+        for (const auto& [day, value] : fields.byDayFromEnd)
+            record.byDayFromEnd[day] = value;
+        record.dwByMonth = fields.months;
+        record.dwByMonthFromEnd = fields.monthsFromEnd;
+        record.dwByMonthDay = fields.days;
+        record.dwByMonthDayFromEnd = fields.daysFromEnd;
+        EXPECT_EQ(Rule(record), rule);
+    }
+}
+
+// Of an event that starts on Tuesday, 10 March 2009: what the rule becomes, shown as it is written back.
+TEST(RecurrenceFields, HoldWhatTheRuleStates)
+{
+    const struct
+    {
+        std::string rule;
+        const char* written;
+    } cases[] = {
+        {"FREQ=DAILY", "FREQ=DAILY;INTERVAL=1"},
+        {"FREQ=DAILY;COUNT=5", "FREQ=DAILY;COUNT=5;INTERVAL=1"},
+        {"FREQ=DAILY;UNTIL=20091231T235958Z", "FREQ=DAILY;UNTIL=20091231T235958Z;INTERVAL=1"},
+        {"FREQ=DAILY;UNTIL=20091231T000000Z;COUNT=5", "FREQ=DAILY;COUNT=5;INTERVAL=1"},
+        {"FREQ=DAILY;UNTIL=20091231", "FREQ=DAILY;INTERVAL=1"},
+        {"FREQ=DAILY;INTERVAL= +3x", "FREQ=DAILY;INTERVAL=3"},
+        {"FREQ=DAILY;INTERVAL=99999999999", "FREQ=DAILY;INTERVAL=2147483647"},
+        {" \tfreq=YEARLY;interval=2", "FREQ=YEARLY;INTERVAL=2"},
+        {"FREQ=daily", "INTERVAL=1"},
+        {"FREQ=HOURLY", "INTERVAL=1"},
+        {"FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR", "FREQ=WEEKLY;INTERVAL=1;BYDAY=MO,TU,WE,TH,FR"},
+        {"FREQ=MONTHLY;BYDAY=2TU,-3WE,5MO", "FREQ=MONTHLY;INTERVAL=1;BYDAY=5MO,2TU,-3WE"},
+        {"FREQ=WEEKLY;BYDAY=TU,0TH,XFRX,,ABC,fr", "FREQ=WEEKLY;INTERVAL=1;BYDAY=TU,TH,FR"},
+        {"FREQ=MONTHLY;BYDAY=SUTU,258TU", "FREQ=MONTHLY;INTERVAL=1;BYDAY=2TU"}, // eight bits; the first day named
+        {"FREQ=MONTHLY;BYDAY=2TU,3TU,TU", "FREQ=MONTHLY;INTERVAL=1;BYDAY=TU"},
+        {"FREQ=YEARLY;BYMONTH=3,12,0,,x,99,259", "FREQ=YEARLY;INTERVAL=1;BYMONTH=3,12"},
+        {"FREQ=YEARLY;BYMONTH=-10", "FREQ=YEARLY;INTERVAL=1"}, // counted from the end: not written
+        {"FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=10,-22,-1,40", "FREQ=YEARLY;INTERVAL=1;BYMONTH=3;BYMONTHDAY=10,-1,-22"},
+        {"FREQ=YEARLY;BYMONTHDAY=10;BYMONTH=4", "FREQ=YEARLY;INTERVAL=1;BYMONTHDAY=10"}, // the month is not found
+        // Too long to be read: as if absent.
+        {"FREQ=WEEKLY;BYDAY=WE,WE,WE,WE,WE,WE,WE,WE,WE,WE,WE,WE,WE,W", "FREQ=WEEKLY;INTERVAL=1"},
+        {"FREQ=DAILY;COUNT=123456789012", "FREQ=DAILY;INTERVAL=1"},
+        {"FREQ=DAILY;COUNT=00000000012", "FREQ=DAILY;COUNT=12;INTERVAL=1"},
+        {"FREQ=DAILY;COUNT=5;X=" + std::string(238, 'x'), "FREQ=DAILY;COUNT=5;INTERVAL=1"}, // 259 characters
+        {"FREQ=DAILY;COUNT=5;X=" + std::string(239, 'x'), "INTERVAL=1"},
+    };
+    for (const auto& [rule, written] : cases)
+        EXPECT_EQ(Rule(Read(EventAt("RRULE:" + rule + "\r\n"))), "RRULE:" + std::string(written)) << rule;
+
+    const CAL_EVENT_INFO weekdays = Read(EventAt("RRULE:FREQ=WEEKLY;BYDAY=FR,TH,WE,TU,MO\n"));
+    EXPECT_EQ(+weekdays.dwRepeatType, 2u);
+    const CAL_EVENT_INFO fromEnd = Read(EventAt("RRULE:FREQ=YEARLY;BYMONTH=-10,-1\n"));
+    EXPECT_EQ(+fromEnd.dwByMonth, 0u);
+    EXPECT_EQ(+fromEnd.dwByMonthFromEnd, 0x201u);
+}
+
+TEST(RecurrenceFields, TheStartMustBeAnOccurrence)
+{
+    const struct
+    {
+        const char* rule;
+        const char* day;
+        bool isTaken;
+    } cases[] = {
+        {"FREQ=MONTHLY;BYDAY=2TU", "20090310", true},
+        {"FREQ=MONTHLY;BYDAY=2TU", "20090317", false},
+        {"FREQ=MONTHLY;BYDAY=2TU", "20090309", false},
+        {"FREQ=MONTHLY;BYDAY=1SU", "20090301", true},
+        {"FREQ=MONTHLY;BYDAY=5SU", "20090329", true},
+        {"FREQ=MONTHLY;BYDAY=1SU", "20090308", false},
+        {"FREQ=MONTHLY;BYDAY=-1FR", "20090327", true},
+        {"FREQ=MONTHLY;BYDAY=-1FR", "20090320", false},
+        {"FREQ=MONTHLY;BYDAY=-5TU", "20090303", true},
+        {"FREQ=MONTHLY;BYDAY=-1SU", "20080224", true}, // a leap year's February
+        {"FREQ=MONTHLY;BYDAY=-4FR", "20080208", true},
+        {"FREQ=MONTHLY;BYDAY=-1TU", "20000222", false}, // so was 2000: the 29th is a Tuesday
+        {"FREQ=MONTHLY;BYDAY=-1TU", "20000229", true},
+        {"FREQ=WEEKLY;BYDAY=MO,TU", "20090310", true},
+        {"FREQ=WEEKLY;BYDAY=MO,WE", "20090310", false},
+        {"FREQ=WEEKLY;BYDAY=x", "20090310", false},
+        {"FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR", "20090314", false},
+        {"FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=-1", "20090331", true},
+        {"FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=-1", "20090330", false},
+        {"FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=-1", "20090331", false},
+        {"FREQ=YEARLY;BYMONTH=-12", "20090115", true},
+        {"FREQ=YEARLY;BYMONTH=-1", "20090115", false},
+        {"FREQ=YEARLY;BYMONTH=", "20090115", false},
+        {"FREQ=MONTHLY;BYMONTHDAY=29", "20080229", true},
+        {"FREQ=MONTHLY;BYMONTHDAY=-29", "20080201", true},
+        {"FREQ=MONTHLY;BYMONTHDAY=-29", "20090201", false},
+        {"FREQ=MONTHLY;BYMONTHDAY=1", "20090201", true},
+        {"FREQ=MONTHLY;BYMONTHDAY=31", "20090331", true},
+        {"FREQ=DAILY;UNTIL=19800101T000000Z", "20090310", false},
+        {"FREQ=DAILY;UNTIL=20091301T000000Z", "20090310", false},
+        {"BYDAY=TU", "20090310", false}, // no FREQ
+        {"", "20090310", false},
+        {"FREQ=ABCDEFGHIJK", "20090310", true},
+        {"FREQ=ABCDEFGHIJKL", "20090310", false}, // too long to be read
+    };
+    for (const auto& [rule, day, isTaken] : cases) {
+        CAL_EVENT_INFO record;
+        EXPECT_EQ(Read(EventAt("RRULE:" + std::string(rule) + "\n", day), &record), isTaken) << rule << " " << day;
+    }
+    // The weekday is the stored start's: a Monday morning in New Zealand is still Sunday in UTC.
+    CAL_EVENT_INFO record;
+    const std::string early =
+        "DESCRIPTION:d\nDTSTART;TZID=NZDT:20090316T080000\nDTEND:20090316T090000\nRRULE:FREQ=WEEKLY;";
+    EXPECT_TRUE(Read(Event(early + "BYDAY=SU\n"), &record));
+    EXPECT_FALSE(Read(Event(early + "BYDAY=MO\n"), &record));
+}
+
+} // namespace
