@@ -37,12 +37,17 @@ private:
     std::map<std::string, double> best_;
 };
 
+bool IsTime(const Ratio& ratio)
+{
+    return ratio.reference.empty() || ratio.bound == Bound::AtMostAbove;
+}
+
 double Value(const BestTimes& times, const Ratio& ratio)
 {
     const double subject = times.Of(ratio.subject);
-    if (ratio.reference.empty())
-        return subject / 1000;
-    const double reference = times.Of(ratio.reference);
+    const double reference = ratio.reference.empty() ? 0 : times.Of(ratio.reference);
+    if (IsTime(ratio))
+        return (subject - reference) / 1000;
     return ratio.bound == Bound::AtMost ? subject / reference : reference / subject;
 }
 
@@ -59,9 +64,9 @@ int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios)
         if (times.Of(ratio.subject) <= 0)
             continue;
         const double value = Value(times, ratio);
-        const bool holds = ratio.bound == Bound::AtMost ? value <= ratio.limit : value >= ratio.limit;
-        std::printf("%-58s %8.3f%s  (%s %g)  %s\n", ratio.what.c_str(), value, ratio.reference.empty() ? " us" : "   ",
-                    ratio.bound == Bound::AtMost ? "at most" : "at least", ratio.limit, holds ? "ok" : "MISSED");
+        const bool holds = ratio.bound == Bound::AtLeast ? value >= ratio.limit : value <= ratio.limit;
+        std::printf("%-58s %8.3f%s  (%s %g)  %s\n", ratio.what.c_str(), value, IsTime(ratio) ? " us" : "   ",
+                    ratio.bound == Bound::AtLeast ? "at least" : "at most", ratio.limit, holds ? "ok" : "MISSED");
         isGood = isGood && holds;
     }
     return isGood ? 0 : 1;

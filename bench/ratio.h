@@ -12,11 +12,12 @@ namespace bench {
 enum class Bound
 {
     AtMost,
+    AtMostAbove, // the subject's time without the reference's
     AtLeast,
 };
 
 // The value is `subject` divided by `reference` for AtMost and the other way round for AtLeast ("times as fast").
-// Without a reference it is the subject's time in microseconds.
+// Without a reference, and for AtMostAbove, it is a time in microseconds.
 struct Ratio
 {
     std::string what;

@@ -32,9 +32,15 @@ std::string ToAnsi(std::u16string_view strText)
     if (nUnits == 0)
         return {};
     const LPCWSTR pwszText = reinterpret_cast<LPCWSTR>(strText.data());
-    const int nLength = WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, nullptr, 0, nullptr, nullptr);
-    std::string strAnsi(static_cast<size_t>(nLength), '\0');
-    if (nLength > 0)
-        WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, strAnsi.data(), nLength, nullptr, nullptr);
+    // Nearly every text has no more bytes than units.
+    std::string strAnsi(static_cast<size_t>(nUnits), '\0');
+    int nLength = WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, strAnsi.data(), nUnits, nullptr, nullptr);
+    if (nLength == 0) {
+        nLength = WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, nullptr, 0, nullptr, nullptr);
+        strAnsi.resize(static_cast<size_t>(nLength));
+        if (nLength > 0)
+            WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, strAnsi.data(), nLength, nullptr, nullptr);
+    }
+    strAnsi.resize(static_cast<size_t>(nLength));
     return strAnsi;
 }

@@ -71,14 +71,8 @@ bool DecodeField(const SFieldCoding& Coding, std::span<const uint8_t> Data, std:
     const bool bCounted = Bits.Read(kCountBits, &dwCount);
     if (bCounted && dwCount == 0)
         return Fail(Log, pError, Coding.weError, "%s", Coding.pszEmpty);
-    if (!bCounted || dwCount > Coding.dwMaximum || !Bits.Holds(dwCount, Coding.nCharacterBits))
+    if (!bCounted || dwCount > Coding.dwMaximum || !Bits.ReadText(dwCount, Coding.nCharacterBits, pstrText))
         return Fail(Log, pError, Coding.weError, "%s", Coding.pszUndecodable);
-    pstrText->resize(dwCount);
-    for (char& chText : *pstrText) {
-        DWORD dwCharacter = 0;
-        Bits.Read(Coding.nCharacterBits, &dwCharacter);
-        chText = Coding.nCharacterBits == 4 ? kDigits[dwCharacter] : static_cast<char>(dwCharacter);
-    }
     return true;
 }
 
@@ -88,6 +82,8 @@ bool DecodeNumber(const SFieldCoding& Coding, std::span<const uint8_t> Data, Wid
     std::string strDigits;
     if (!DecodeField(Coding, Data, &strDigits, pError))
         return false;
+    for (char& chDigit : strDigits)
+        chDigit = kDigits[static_cast<uint8_t>(chDigit)];
     pNumber->SetText(strDigits);
     return true;
 }

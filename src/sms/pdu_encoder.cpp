@@ -64,8 +64,7 @@ void IS637AddressEncoder(CBitWriter* pWriter, std::string_view strAddress)
     CItem Item(pWriter, kOriginatingAddress);
     pWriter->Put(0b11010, 5); // DIGIT_MODE 1, NUMBER_MODE 1, NUMBER_TYPE 2
     pWriter->Put(static_cast<DWORD>(strAddress.size()), kCountBits);
-    for (const char chAddress : strAddress)
-        pWriter->Put(static_cast<uint8_t>(chAddress), 8);
+    pWriter->PutText(strAddress, 8);
     Item.Close();
 }
 
@@ -86,8 +85,7 @@ void IS637UserDataEncoder(CBitWriter* pWriter, std::string_view strText)
     CItem Item(pWriter, kUserData);
     pWriter->Put(2, 5); // MSG_ENCODING: 7-bit ASCII
     pWriter->Put(static_cast<DWORD>(strText.size()), kCountBits);
-    for (const char chText : strText)
-        pWriter->Put(static_cast<uint8_t>(chText), 7);
+    pWriter->PutText(strText, 7);
     if (pWriter->IsAligned())
         pWriter->Put(0, 8);
     Item.Close();
@@ -99,7 +97,7 @@ size_t GetFittingCharacters(size_t uRoom)
     return std::min((8 * (uRoom - 2) - 14) / 7, kMaxCharacters);
 }
 
-// The handset's UTC as local time; as it is if it is no time.
+// The handset's UTC as local time; as it is if it is no time of the calendar.
 SYSTEMTIME ToLocalTime(const DEV_DATE_TIME& Time)
 {
     SYSTEMTIME Utc{};
@@ -148,9 +146,8 @@ void PutBearerData(CBitWriter* pWriter, const SMS_MESSAGE& Message, bool bAddres
     PutByteItem(pWriter, kPriorityIndicator, Record.dwPriority << 6);
     if (bAddressed)
         PutByteItem(pWriter, kReplyOption, Record.dwReplyOption << 6);
-    const SYSTEMTIME Local = ToLocalTime(Record.rcTime);
-    if (Local.wYear && Local.wMonth && Local.wDay)
-        IS637TimeStampEncoder(pWriter, Local);
+    if (Record.rcTime.wYear && Record.rcTime.byMonth && Record.rcTime.byDay)
+        IS637TimeStampEncoder(pWriter, ToLocalTime(Record.rcTime));
     const std::string strCallback = Record.szCallbackNumber.GetText();
     if (!strCallback.empty())
         IS637CallbackNumberEncoder(pWriter, strCallback);

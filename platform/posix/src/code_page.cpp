@@ -6,6 +6,7 @@
 #include <cstring>
 #include <map>
 #include <memory>
+#include <type_traits>
 
 namespace platform {
 namespace {
@@ -65,6 +66,16 @@ void AppendUnit(std::string& output, char16_t unit)
     output.append(reinterpret_cast<const char*>(&unit), sizeof unit);
 }
 
+// Most texts are, and those need no converter.
+template <typename Unit>
+bool IsAscii(std::basic_string_view<Unit> text)
+{
+    unsigned all = 0;
+    for (const Unit unit : text)
+        all |= static_cast<std::make_unsigned_t<Unit>>(unit);
+    return all < 0x80;
+}
+
 } // namespace
 
 CodePage* CodePage::Find(UINT number)
@@ -108,6 +119,26 @@ CodePage::CodePage(UINT number, iconv_t decoder, iconv_t encoder)
     : number_(number), decoder_(decoder), encoder_(encoder)
 {
     FindUndefinedBytes();
+    isAscii_ = MapsAscii();
+}
+
+bool CodePage::MapsAscii()
+{
+    for (int code = 0; code < 0x80; code++) {
+        const char c = static_cast<char>(code);
+        const char16_t unit = static_cast<char16_t>(code);
+        std::string decoded;
+        std::string encoded;
+        Convert(decoder_, {&c, 1}, decoded);
+        Flush(decoder_, decoded);
+        Convert(encoder_, {reinterpret_cast<const char*>(&unit), sizeof unit}, encoded);
+        Flush(encoder_, encoded);
+        std::string expected;
+        AppendUnit(expected, unit);
+        if (decoded != expected || encoded != std::string(1, c))
+            return false;
+    }
+    return true;
 }
 
 void CodePage::FindUndefinedBytes()
@@ -129,6 +160,8 @@ void CodePage::FindUndefinedBytes()
 
 std::u16string CodePage::Decode(std::string_view bytes, bool* valid)
 {
+    if (isAscii_ && IsAscii(bytes))
+        return std::u16string(bytes.begin(), bytes.end());
     const std::lock_guard guard(mutex_);
     std::string output;
     output.reserve(bytes.size() * sizeof(char16_t));
@@ -154,6 +187,8 @@ std::u16string CodePage::Decode(std::string_view bytes, bool* valid)
 
 std::string CodePage::Encode(std::u16string_view units, std::string_view replacement, bool* valid)
 {
+    if (isAscii_ && IsAscii(units))
+        return std::string(units.begin(), units.end());
     const std::lock_guard guard(mutex_);
     std::string output;
     output.reserve(units.size());

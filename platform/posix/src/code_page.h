@@ -33,12 +33,14 @@ private:
     CodePage(UINT number, iconv_t decoder, iconv_t encoder);
 
     void FindUndefinedBytes();
+    bool MapsAscii();
 
     const UINT number_;
     std::mutex mutex_; // a leaf; the converters have a state
     iconv_t decoder_;
     iconv_t encoder_;
     std::bitset<256> passed_; // bytes of a single-byte code page that mean nothing and stand for their own value
+    bool isAscii_ = false;    // each code below 0x80 is one byte of the same value, both ways
 };
 
 } // namespace platform

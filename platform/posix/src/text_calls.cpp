@@ -18,9 +18,9 @@ constexpr char16_t kGlyphs[0x20] = {u'\0',  0x263A, 0x263B, 0x2665, 0x2666, 0x26
 
 char16_t Glyph(char16_t unit)
 {
-    if (unit == 0x7F)
-        return 0x2302;
-    return unit < std::size(kGlyphs) ? kGlyphs[unit] : unit;
+    if (unit >= std::size(kGlyphs) && unit != 0x7F)
+        return unit;
+    return unit == 0x7F ? char16_t{0x2302} : kGlyphs[unit];
 }
 
 CodePage& PageOf(UINT number)
