@@ -33,6 +33,10 @@ TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
         {"parameters set uParameter1=256", "", {"uParameter1", "0 to 255"}},
         {"parameters set wParameter3=", "", {"wParameter3", "0 to 65535"}},
         {"parameters set uParameter=1", "", {"uParameter1=NUMBER"}},
+        {"contacts", "", {"needs a command: list, get, put, delete, clear, export, import, sizes"}},
+        {"contacts get first", "", {"'first'", "a number"}},
+        {"contacts list --range 9-3", "", {"'9-3'", "0-499"}},
+        {"contacts import /nonexistent.vcf", "", {"/nonexistent.vcf: No such file"}},
         {"error twelve", "", {"'twelve'", "a number"}},
         {"error 150", "", {"150", "1000 to 1031"}},
     };
@@ -49,8 +53,10 @@ TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
 
 TEST(CommandLine, EveryCommandHasHelpWithAnExample)
 {
-    for (const char* words : {"info", "status", "radio", "lock", "lock-code", "parameters get", "parameters set",
-                              "activate", "error", "doctor"}) {
+    for (const char* words :
+         {"info", "status", "radio", "lock", "lock-code", "parameters get", "parameters set", "activate", "error",
+          "doctor", "contacts list", "contacts get", "contacts put", "contacts delete", "contacts clear",
+          "contacts export", "contacts import", "contacts sizes"}) {
         SCOPED_TRACE(words);
         Program program;
         const Outcome outcome = program.Run(Split(words + std::string(" --help")));

@@ -1,6 +1,5 @@
 // phnctl with a handset: what each command answers, what the handset then holds, and what a refusal looks like.
-#include "phnctl/program.h"
-#include "simulator/simulator.h"
+#include "phnctl/handset_run.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -8,23 +7,10 @@
 namespace phnctl_test {
 namespace {
 
-// A handset that outlives the single runs.
-class WithHandset : public testing::Test
+class WithHandset : public HandsetRun
 {
 protected:
-    WithHandset() : m_simulator(m_devices.Path(), simulator::UsbInterfaceName("0001"))
-    {
-        m_simulator.Start();
-        m_program.Set("PHNNRV_DEVICES", m_devices.Path().string());
-    }
-
-    simulator::Handset& Handset() { return m_simulator.Control(); }
     simulator::Setup Stored() { return Handset().Snapshot().setup; }
-    Outcome Run(const std::string& words, const std::string& input = "") { return m_program.Run(Split(words), input); }
-
-    simulator::DeviceDirectory m_devices;
-    simulator::Simulator m_simulator;
-    Program m_program;
 };
 
 TEST_F(WithHandset, InfoShowsTheIdentity)

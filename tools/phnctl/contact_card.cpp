@@ -119,8 +119,17 @@ private:
             TakeAddress(line);
         else if (const char* own = OwnProperty(line.name))
             Ask(own, Unescaped(DecodedValue(line)), line);
+        else if (line.name.empty())
+            DropBroken(line);
         else if (line.value.find_first_not_of("; \t") != std::string::npos)
             Drop(line);
+    }
+
+    // Lines of a picture that was folded wrongly come in hundreds: those that follow each other count once.
+    void DropBroken(const ContentLine& line)
+    {
+        if (&line == m_card.properties.data() || !(&line)[-1].name.empty())
+            m_dropped.push_back({"not-a-property", "", line.line, "the line has no colon"});
     }
 
     void TakeNumber(const ContentLine& line)

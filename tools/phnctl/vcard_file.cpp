@@ -55,14 +55,9 @@ private:
 
     void Add(ContentLine& line)
     {
-        VCard& card = m_cards.back();
-        if (line.name.empty()) {
-            Break("the line is no property: it has no colon");
-            card.problemLine = line.line;
-        }
         m_awaitsAgent = line.name == "AGENT" && line.value.find_first_not_of(" \t") == std::string::npos;
         if (line.name != "VERSION")
-            card.properties.push_back(std::move(line));
+            m_cards.back().properties.push_back(std::move(line));
     }
 
     void Break(const char* problem)

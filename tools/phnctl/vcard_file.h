@@ -13,7 +13,7 @@ namespace phnctl {
 struct VCard
 {
     std::size_t line = 0;                // of its BEGIN
-    std::vector<ContentLine> properties; // without BEGIN, VERSION and END
+    std::vector<ContentLine> properties; // without BEGIN, VERSION and END; a line without a colon has no name
     std::string problem;                 // empty: the card is whole
     std::size_t problemLine = 0;
 };

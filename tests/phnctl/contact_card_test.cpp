@@ -1,0 +1,138 @@
+// The vCards that people's address books really hold, and what becomes of them on the way to a handset.
+#include "phnctl/contact_card.h"
+
+#include "phnctl/contact_fields.h"
+
+#include <gtest/gtest.h>
+
+namespace phnctl {
+namespace {
+
+// A candidate in one text: its fields, then its notes as code@line(property), and "!" when it cannot be held.
+std::string Told(const Candidate& candidate)
+{
+    std::string text;
+    for (const EntryField& field : candidate.entry.fields)
+        text += field.property + "=" + field.value + "|";
+    for (const Note& note : candidate.notes)
+        text += note.code + "@" + std::to_string(note.line) + "(" + note.property + ")|";
+    return text + (candidate.fits ? "" : "!");
+}
+
+std::string Told(const std::string& file)
+{
+    std::string text;
+    for (const Candidate& candidate : ContactsOfFile("file", file))
+        text += (text.empty() ? "" : " // ") + Told(candidate);
+    return text;
+}
+
+std::string Card(const std::string& inside, const std::string& version = "3.0")
+{
+    return "BEGIN:VCARD\r\nVERSION:" + version + "\r\n" + inside + "END:VCARD\r\n";
+}
+
+const std::string k37(37, 'x');
+const std::string k53(53, '1');
+
+TEST(ContactCard, TakesWhatAddressBooksWrite)
+{
+    const struct
+    {
+        const char* what;
+        std::string file;
+        std::string told;
+    } cases[] = {
+        {"types in any order and case, lists, quotes, grouped, 4.0 URIs",
+         Card("item1.FN:Ana\r\nTEL;VALUE=uri;TYPE=\"voice,cell\";PREF=1:tel:+1-555-0100;ext=5\r\n"
+              "item2.tel;type=pref;type=HOME:(555) 0101\r\nitem2.X-ABLabel:_$!<Home>!$_\r\n"
+              "TEL;TYPE=WORK,FAX:555.0102\r\nTEL;TYPE=work:555 0103\r\nEMAIL;TYPE=INTERNET:a@b.example\r\n",
+              "4.0"),
+         "FN=Ana|TEL;TYPE=CELL=+15550100p5|TEL;TYPE=HOME=5550101|TEL;TYPE=FAX=5550102|TEL;TYPE=WORK=5550103|"
+         "EMAIL=a@b.example|X-PHN-DEFAULT-NO=1|"},
+        {"2.1: bare types, quoted-printable over soft breaks, folded where a space belongs to the text",
+         "BEGIN:VCARD\nVERSION:2.1\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCl=\nler;Zo=C3=\n=AB\n"
+         "TEL;CELL;PREF:1\nTEL;HOME;FAX:2\nTEL;PAGER:3\nADR;HOME:;;;;;;\nNOTE:two\n  lines\nEND:VCARD\n",
+         "FN=Zoë Müller|TEL;TYPE=CELL=1|TEL;TYPE=FAX=2|X-PHN-DEFAULT-NO=1|dropped@8(TEL)|dropped@10(NOTE)|"},
+        {"a character set of its own, and bytes that are none",
+         Card("FN;CHARSET=ISO-8859-2:\xA3ukasz\r\nTEL:1\r\n") + Card("FN:Ren\xE9\r\nTEL:2\r\n"),
+         "FN=Łukasz|TEL;TYPE=CELL=1|no-place-in-code-page@3(FN)|! // FN=René|TEL;TYPE=CELL=2|"},
+        {"3.0 folds anywhere, also inside a character; escapes",
+         Card("FN:Berg\\, A\\;n\\\\n\xC3\r\n \xA9\r\nTEL;TYPE=\r\n\tCELL:55\r\n 5\r\n"),
+         "FN=Berg, A;n\\né|TEL;TYPE=CELL=555|"},
+        {"no usable FN", Card("FN:  \r\nN:Berg;Anna;Maria;Dr.;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
+         "FN=Dr. Anna Maria Berg|TEL;TYPE=CELL=1|dropped@5(ORG)|"},
+        {"the organisation is a name, too", Card("N:;;;;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
+         "FN=Harbour|TEL;TYPE=CELL=1|"},
+        {"several numbers of a kind; those without a type take what is left",
+         Card("FN:A\r\nTEL:0\r\nTEL;TYPE=CELL:1\r\nTEL;TYPE=CELL:2\r\nTEL;TYPE=CELL:3\r\nTEL;TYPE=HOME:4\r\n"
+              "TEL:5\r\nTEL:6\r\nEMAIL:a\r\nEMAIL:b\r\nEMAIL:c\r\n"),
+         "FN=A|TEL;TYPE=WORK=0|TEL;TYPE=CELL=1|X-PHN-MOBILE-2=2|TEL;TYPE=HOME=4|EMAIL=a|X-PHN-EMAIL-2=b|"
+         "one-too-many@7(TEL)|one-too-many@9(TEL)|one-too-many@10(TEL)|one-too-many@13(EMAIL)|"},
+        {"what has no place, a photo with folded base64 included",
+         Card("FN:A\r\nTEL:1\r\nPHOTO;ENCODING=b;TYPE=JPEG:AAAA\r\n BBBB\r\n CCCC\r\nBDAY:1970-01-01\r\nX-FOO:1\r\n"),
+         "FN=A|TEL;TYPE=CELL=1|dropped@5(PHOTO)|dropped@8(BDAY)|dropped@9(X-FOO)|"},
+        {"a cut number would be a wrong number; so would one without its letters",
+         Card("FN:A\r\nTEL:1\r\nTEL;TYPE=HOME:" + k53 + "\r\nTEL;TYPE=WORK:1-800-FLOWERS\r\nTEL;TYPE=FAX:5,6;7 P8\r\n"),
+         "FN=A|TEL;TYPE=CELL=1|TEL;TYPE=FAX=5p6w7p8|number-too-long@5(TEL)|number-not-dialable@6(TEL)|"},
+        {"names are cut, and said to be", Card("FN:" + k37 + " " + k37 + "\r\nTEL:1\r\n"),
+         "FN=" + k37.substr(1) + " " + k37.substr(1) + "|TEL;TYPE=CELL=1|name-cut@3(FN)|"},
+        {"nothing to store", Card("FN:A\r\nTEL:\r\nEMAIL: \r\n"), "FN=A|no-number@0()|!"},
+        {"the library's own properties",
+         Card("FN:A\r\nX-PHN-MOBILE-2:1\r\nTEL;TYPE=CELL:2\r\nX-PHN-GROUP-ID:3\r\nX-PHN-RINGER-ID:x\r\n"
+              "X-PHN-DEFAULT-NO:4\r\nX-PHN-SPEEDDIAL-LIST:1\\,2,3,4,5\r\nREV:N/A\r\nUID:N/A\r\n"),
+         "FN=A|X-PHN-MOBILE-2=1|TEL;TYPE=CELL=2|X-PHN-GROUP-ID=3|X-PHN-DEFAULT-NO=4|X-PHN-SPEEDDIAL-LIST=1,2,3,4,5|"
+         "not-a-number@7(X-PHN-RINGER-ID)|"},
+        {"an agent's card inside",
+         Card("FN:A\r\nAGENT:\r\nBEGIN:VCARD\r\nFN:B\r\nTEL:9\r\nEND:VCARD\r\nTEL:1\r\n", "2.1"),
+         "FN=A|TEL;TYPE=CELL=1|"},
+        {"control characters become spaces, not lines", Card("FN:A\\nTEL:9\r\nTEL:1\r\nEMAIL:a\\nEND:VCARD\r\n"),
+         "FN=A TEL:9|TEL;TYPE=CELL=1|EMAIL=a END:VCARD|"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        EXPECT_EQ(Told(test.file), test.told);
+    }
+}
+
+TEST(ContactCard, SaysWhatIsWrongWithAFile)
+{
+    const struct
+    {
+        std::string file;
+        std::string told;
+    } cases[] = {
+        {"", ""},
+        {"hello\nworld\n" + Card("FN:A\r\nTEL:1\r\n"), "not-a-card@1()|! // FN=A|TEL;TYPE=CELL=1|"},
+        {"BEGIN:VCARD\nFN:A\nTEL:1\n", "FN=A|TEL;TYPE=CELL=1|not-a-card@1()|!"},
+        {"BEGIN:VCARD\nFN:A\nTEL:1\n" + Card("FN:B\r\nTEL:2\r\n"),
+         "FN=A|TEL;TYPE=CELL=1|not-a-card@1()|! // FN=B|TEL;TYPE=CELL=2|"},
+        {Card("FN:A\r\nno colon\r\nnor here\r\nTEL:1\r\n"), "FN=A|TEL;TYPE=CELL=1|not-a-property@4()|"},
+        {"END:VCARD\n", "not-a-card@1()|!"},
+        {Card("FN;X=\"unbalanced:A\r\nTEL:1\r\n"), "FN=A|TEL;TYPE=CELL=1|"},
+        {"BEGIN:VCARD\rFN;ENCODING=QUOTED-PRINTABLE:A=", "FN=A=|not-a-card@1()|!"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.file);
+        EXPECT_EQ(Told(test.file), test.told);
+    }
+}
+
+TEST(ContactCard, ComesBackFromItsOwnFileUnchanged)
+{
+    const std::vector<StoredEntry> contacts{{0,
+                                             {{{"FN", "Berg, A; \\n\" Ünïcödé " + std::string(20, 'x')},
+                                               {"X-PHN-MOBILE-2", "+1*#pw"},
+                                               {"EMAIL", "a,b;c\\@example.org"},
+                                               {"X-PHN-GROUP-ID", "-1"},
+                                               {"X-PHN-SPEEDDIAL-LIST", "0,0,0,9,0"}}}},
+                                            {1, {{{"TEL;TYPE=FAX", "1"}}}}};
+    const std::string file = FileOfContacts(contacts);
+    const std::vector<Candidate> back = ContactsOfFile("file", file);
+    ASSERT_EQ(back.size(), contacts.size());
+    for (std::size_t i = 0; i < back.size(); ++i)
+        EXPECT_EQ(Told(back[i]), Told({"", 0, contacts[i].entry, {}, true})) << file;
+}
+
+} // namespace
+} // namespace phnctl

@@ -1,0 +1,233 @@
+// phnctl contacts with a handset: what goes over, what comes back, and that nothing is lost on the way.
+#include "phnctl/handset_run.h"
+
+#include <csignal>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace phnctl_test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kRead = 35;
+constexpr std::uint32_t kWrite = 36;
+
+class Contacts : public HandsetRun
+{
+protected:
+    // A small phonebook, as every run asks for all indexes.
+    Contacts()
+    {
+        Handset().Change(0, [](simulator::Phone& phone) { phone.limits.contacts = 64; });
+        m_program.Set("PHNNRV_TIME_SCALE", "0.2");
+    }
+    std::string File(const std::string& name, const std::string& text)
+    {
+        const auto path = (m_folder.Path() / name).string();
+        std::ofstream(path, std::ios::binary) << text;
+        return path;
+    }
+    std::string Path(const std::string& name) const { return (m_folder.Path() / name).string(); }
+    std::map<std::uint32_t, simulator::Contact> Stored() { return Handset().Snapshot().contacts; }
+    void Empty()
+    {
+        Handset().Change(0, [](simulator::Phone& phone) { phone.contacts.clear(); });
+    }
+
+    simulator::DeviceDirectory m_folder;
+};
+
+std::string Card(const std::string& name, const std::string& number)
+{
+    return "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + name + "\r\nTEL;TYPE=CELL:" + number + "\r\nEND:VCARD\r\n";
+}
+
+// Cards of persons with names and numbers of their own.
+std::string Cards(int count)
+{
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += Card("Person " + std::to_string(i), std::to_string(1000 + i));
+    return text;
+}
+
+bool Has(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+TEST_F(Contacts, ShowsThemWithTheNamesOfTheirIds)
+{
+    const Outcome list = Run("contacts list --range 0-4");
+    EXPECT_EQ(list.status, 0) << list.err;
+    EXPECT_TRUE(Has(list.out, "4      Åse Ødegård   +475552000  +475552002  +475552003  aase5@example.org     4\n"))
+        << list.out;
+    EXPECT_TRUE(Has(list.out, "\n5 contacts\n")) << list.out;
+    const Outcome one = Run("contacts get 4");
+    for (const char* line :
+         {"Second mobile   +475552001\n", "Group           Harbour crew (4)\n", "Picture         Café au lait (4)\n",
+          "Ringer          Quiet (4)\n", "Default number  Home (2)\n"})
+        EXPECT_TRUE(Has(one.out, line)) << line << one.out;
+    EXPECT_EQ(Run("contacts get 7").status, 1);
+    EXPECT_TRUE(Has(Run("contacts sizes --json").out, "\"dwFieldSize8\":64,\"dwFieldSize9\":44"));
+}
+
+TEST_F(Contacts, ComeBackFromAnExportWithoutALoss)
+{
+    const std::string copy = " --yes --copy " + Path("copy.vcf");
+    ASSERT_EQ(Run("contacts export " + Path("all.vcf")).status, 0);
+    ASSERT_EQ(Run("contacts export --folder " + Path("single")).status, 0);
+    const auto before = Run("contacts list --json").out;
+    for (const char* source : {"all.vcf", "single", "copy.vcf"}) {
+        SCOPED_TRACE(source);
+        const Outcome none = Run("contacts import " + Path(source) + " --json");
+        EXPECT_EQ(none.status, 0) << none.err;
+        EXPECT_TRUE(Has(none.out, "\"add\":0,\"change\":0,\"same\":44,\"cannotHold\":0")) << none.out;
+        std::filesystem::remove(Path("copy.vcf"));
+        ASSERT_EQ(Run("contacts clear" + copy).status, 0);
+        ASSERT_TRUE(Stored().empty());
+        // All but the one that has neither number nor address.
+        const Outcome back = Run("contacts import " + Path(source));
+        EXPECT_EQ(back.status, 1) << back.err;
+        EXPECT_TRUE(Has(back.out, "44 contacts: 43 added, 1 that the handset cannot hold.\n43 of 44")) << back.out;
+        EXPECT_EQ(Stored().size(), 43u);
+        Handset().Change(0, [](simulator::Phone& phone) { phone.contacts = simulator::DefaultPhone().contacts; });
+    }
+    EXPECT_EQ(Run("contacts list --json").out, before);
+}
+
+TEST_F(Contacts, ImportTwiceFindsNothingToDoAndNewOnesNeverOverwrite)
+{
+    const auto before = Stored();
+    // Indexes that end in 7 are stored elsewhere by this handset.
+    const std::string file = File("new.vcf", Cards(12) + Card("Person 3", "1003"));
+    const Outcome plan = Run("contacts import --dry-run " + file);
+    EXPECT_TRUE(Has(plan.out, "13 contacts: 12 to add, 1 there already.\n")) << plan.out;
+    EXPECT_EQ(Handset().Requests(kWrite), 0u);
+    const Outcome first = Run("contacts import " + file);
+    EXPECT_EQ(first.status, 0) << first.out << first.err;
+    EXPECT_TRUE(Has(first.out, "13 contacts: 12 added, 1 there already.\n13 of 13 are on the handset.\n")) << first.out;
+    auto after = Stored();
+    EXPECT_EQ(after.size(), before.size() + 12);
+    for (const auto& [id, contact] : before)
+        EXPECT_EQ(after[id].firstName, contact.firstName);
+    EXPECT_TRUE(Has(Run("contacts import " + file).out, "13 contacts: 13 there already.\n"));
+    EXPECT_EQ(Handset().Requests(kWrite), 12u);
+}
+
+TEST_F(Contacts, AChangeShowsItselfKeepsACopyAndWhatTheCardLeavesOpen)
+{
+    const std::string copy = " --copy " + Path("copy.vcf");
+    const std::string file = File("change.vcf", Card("Zoë Müller", "777"));
+    const Outcome outcome = Run("contacts import " + file + copy);
+    EXPECT_EQ(outcome.status, 0) << outcome.out << outcome.err;
+    for (const char* line :
+         {"Zoë Müller  (index 3)\n", "    TEL;TYPE=CELL: (nothing) -> 777\n",
+          "    TEL;TYPE=WORK: 5551000411 -> (nothing)\n", "    X-PHN-SPEEDDIAL-LIST: 0,0,4,0,0 -> 0,0,0,0,0\n"})
+        EXPECT_TRUE(Has(outcome.out, line)) << line << outcome.out;
+    const simulator::Contact changed = Stored()[3];
+    EXPECT_EQ(changed.entries.size(), 1u);
+    EXPECT_EQ(changed.group, 3u);
+    EXPECT_EQ(changed.ringer, 3u);
+    EXPECT_EQ(Run("contacts import --no-copy " + Path("copy.vcf")).status, 0);
+    EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
+    // No copy, no change.
+    EXPECT_EQ(Run("contacts import " + file + " --copy /nonexistent/copy.vcf").status, 1);
+    EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
+}
+
+TEST_F(Contacts, OneBadCardDoesNotStopTheRestUnlessStrict)
+{
+    Empty();
+    const std::string file =
+        File("mixed.vcf", Cards(2) + "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Nobody\r\nEND:VCARD\r\n" + Card("Last", "9"));
+    const Outcome strict = Run("contacts import --strict " + file);
+    EXPECT_EQ(strict.status, 1);
+    EXPECT_TRUE(Stored().empty());
+    const Outcome outcome = Run("contacts import " + file);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(Has(outcome.out, "mixed.vcf:11  Nobody\n    no-number: ")) << outcome.out;
+    EXPECT_TRUE(Has(outcome.out, "4 contacts: 3 added, 1 that the handset cannot hold.\n3 of 4")) << outcome.out;
+    EXPECT_EQ(Stored().size(), 3u);
+}
+
+TEST_F(Contacts, TellsWhenTheHandsetHoldsSomethingElse)
+{
+    // The group that every read reports.
+    Handset().AddFault("patch=24,9@35");
+    const Outcome outcome = Run("contacts put " + File("one.vcf", Card("New", "1")) + " 60");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(Has(outcome.out, "DIFFERENT")) << outcome.out;
+    EXPECT_TRUE(Has(outcome.out, "    read back differs, X-PHN-GROUP-ID: 0 -> 9\n")) << outcome.out;
+    EXPECT_TRUE(Has(outcome.out, "0 of 1 are on the handset.\n")) << outcome.out;
+}
+
+TEST_F(Contacts, GoOnWhereAnInterruptedImportStopped)
+{
+    Empty();
+    const std::string file = File("many.vcf", Cards(40));
+    Handset().AddFault("delay=30@36");
+    const pid_t process = m_program.Start({"contacts", "import", file});
+    ASSERT_TRUE(Handset().WaitForRequests(kWrite, 3, 60s));
+    kill(process, SIGINT);
+    const Outcome stopped = m_program.Finish(process);
+    EXPECT_EQ(stopped.status, 130) << stopped.err;
+    const std::size_t written = Stored().size();
+    EXPECT_LT(written, 40u);
+    EXPECT_TRUE(Has(stopped.out, std::to_string(written) + " of 40 are on the handset.\nRun it again")) << stopped.out;
+    Handset().ClearFaults();
+    const Outcome rest = Run("contacts import " + file);
+    EXPECT_EQ(rest.status, 0) << rest.out;
+    EXPECT_TRUE(Has(rest.out, std::to_string(40 - written) + " added, " + std::to_string(written) + " there already"));
+    EXPECT_EQ(Stored().size(), 40u);
+}
+
+TEST_F(Contacts, ARefusalFailsOneEntryALossEndsTheRest)
+{
+    const std::string file = File("four.vcf", Cards(4));
+    const struct
+    {
+        const char* fault;
+        const char* says;
+    } cases[] = {{"result=4@36*1", "4 contacts: 3 added, 1 failed.\n"},
+                 {"unplug@36*1", "4 contacts: 2 failed, 2 not reached.\n"}};
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.fault);
+        Empty();
+        Handset().AddFault(test.fault);
+        const Outcome outcome = Run("contacts import " + file);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_TRUE(Has(outcome.out, test.says)) << outcome.out << outcome.err;
+    }
+}
+
+TEST_F(Contacts, NothingIsDeletedUnaskedOrWithoutACopy)
+{
+    const std::string full = " --yes --copy /nonexistent/copy.vcf";
+    for (const std::string& words : {std::string("clear"), std::string("delete 4 5"), "clear" + full,
+                                     "delete 4 5" + full, std::string("delete 4 7 --yes --no-copy")}) {
+        SCOPED_TRACE(words);
+        EXPECT_NE(Run("contacts " + words).status, 0);
+        EXPECT_EQ(Stored().size(), 44u);
+    }
+    EXPECT_EQ(Run("contacts delete 4 5 --yes --copy " + Path("copy.vcf")).status, 0);
+    EXPECT_EQ(Stored().size(), 42u);
+    EXPECT_TRUE(std::filesystem::exists(Path("copy.vcf")));
+}
+
+TEST_F(Contacts, OneThatCannotBeReadCostsOnlyItself)
+{
+    Handset().AddFault("result=9@35*1");
+    const Outcome outcome = Run("contacts list");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(Has(outcome.out, "\n43 contacts\n")) << outcome.out;
+    EXPECT_TRUE(Has(outcome.err, "contact 0 was not read: ")) << outcome.err;
+    // Without all of them there is no whole copy.
+    Handset().AddFault("result=9@35*1");
+    EXPECT_EQ(Run("contacts clear --yes --copy " + Path("copy.vcf")).status, 1);
+    EXPECT_EQ(Stored().size(), 44u);
+}
+
+} // namespace
+} // namespace phnctl_test
