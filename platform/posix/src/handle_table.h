@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <typeinfo>
 
 #include "win32_error.h"
 
@@ -34,10 +35,11 @@ std::shared_ptr<Object> ObjectOf(HANDLE handle);
 template <typename T>
 std::shared_ptr<T> FromHandle(HANDLE handle)
 {
-    auto object = std::dynamic_pointer_cast<T>(ObjectOf(handle));
-    if (!object)
+    auto object = ObjectOf(handle);
+    T* const wanted = typeid(*object) == typeid(T) ? static_cast<T*>(object.get()) : dynamic_cast<T*>(object.get());
+    if (!wanted)
         throw Win32Error{ERROR_INVALID_HANDLE};
-    return object;
+    return {std::move(object), wanted};
 }
 
 // Makes the handle invalid; throws ERROR_INVALID_HANDLE.

@@ -1,6 +1,6 @@
-// The registry's calls, all of which read. An open key is a path that is looked up at every use, so that a change of
-// the file shows at once; an enumeration goes through the values as they were at its index 0. The serial-port map is
-// made from the device directory.
+// The registry's calls, all of which read. An open key is a path that is looked up again when the registry has changed,
+// so that a change of the file shows at once; an enumeration goes through the values as they were at its index 0. The
+// serial-port map is made from the device directory.
 #include <algorithm>
 #include <cstring>
 #include <mutex>
@@ -16,15 +16,6 @@ namespace {
 
 constexpr char kSerialMap[] = "hardware\\devicemap\\serialcomm";
 
-struct OpenKey : Object
-{
-    explicit OpenKey(std::string lowerCasePath) : path(std::move(lowerCasePath)) {}
-
-    const std::string path;
-    std::mutex mutex; // a leaf, for the rest
-    std::shared_ptr<const RegistryKey> enumerated;
-};
-
 std::shared_ptr<const RegistryKey> SerialMap()
 {
     auto map = std::make_shared<RegistryKey>();
@@ -39,14 +30,36 @@ std::shared_ptr<const RegistryKey> SerialMap()
 }
 
 // Null if there is no such key.
-std::shared_ptr<const RegistryKey> FindKey(const std::string& path)
+std::shared_ptr<const RegistryKey> FindKey(const std::string& path, std::shared_ptr<const RegistryTree> tree)
 {
     if (path == kSerialMap)
         return SerialMap();
-    auto tree = CurrentRegistry();
     const auto found = tree->find(path);
     return found == tree->end() ? nullptr : std::shared_ptr<const RegistryKey>(std::move(tree), &found->second);
 }
+
+struct OpenKey : Object
+{
+    explicit OpenKey(std::string lowerCasePath) : path(std::move(lowerCasePath)) {}
+
+    // The value as it is now; empty if there is none.
+    std::shared_ptr<const RegistryValue> Find(std::string_view name)
+    {
+        const std::lock_guard guard(mutex);
+        if (auto current = CurrentRegistry(); current != tree || path == kSerialMap) {
+            tree = std::move(current);
+            key = FindKey(path, tree);
+        }
+        const RegistryValue* const value = key ? key->Find(name) : nullptr;
+        return {key, value};
+    }
+
+    const std::string path;
+    std::mutex mutex; // for the rest; held while the registry's own is taken
+    std::shared_ptr<const RegistryTree> tree;
+    std::shared_ptr<const RegistryKey> key;
+    std::shared_ptr<const RegistryKey> enumerated;
+};
 
 std::shared_ptr<OpenKey> KeyOf(HKEY key)
 {
@@ -85,7 +98,7 @@ LSTATUS WINAPI RegOpenKeyExA(HKEY hKey, LPCSTR lpSubKey, DWORD, DWORD, PHKEY phk
         }
         if (path.ends_with('\\'))
             path.pop_back();
-        if (!FindKey(path))
+        if (!FindKey(path, CurrentRegistry()))
             return ERROR_FILE_NOT_FOUND;
         *phkResult = static_cast<HKEY>(NewHandle(std::make_shared<OpenKey>(std::move(path))));
         return ERROR_SUCCESS;
@@ -98,8 +111,7 @@ LSTATUS WINAPI RegQueryValueExA(HKEY hKey, LPCSTR lpValueName, LPDWORD lpReserve
     return Win32Status(Call::RegQueryValueExA, [&]() -> LONG {
         if (lpReserved || (lpData && !lpcbData))
             return ERROR_INVALID_PARAMETER;
-        const auto key = FindKey(KeyOf(hKey)->path);
-        const RegistryValue* const value = key ? key->Find(lpValueName ? lpValueName : "") : nullptr;
+        const auto value = KeyOf(hKey)->Find(lpValueName ? lpValueName : "");
         return value ? Deliver(*value, lpType, lpData, lpcbData) : ERROR_FILE_NOT_FOUND;
     });
 }
@@ -113,7 +125,7 @@ LSTATUS WINAPI RegEnumValueA(HKEY hKey, DWORD dwIndex, LPSTR lpValueName, LPDWOR
         const auto open = KeyOf(hKey);
         const std::lock_guard guard(open->mutex);
         if (dwIndex == 0 || !open->enumerated)
-            open->enumerated = FindKey(open->path);
+            open->enumerated = FindKey(open->path, CurrentRegistry());
         if (!open->enumerated || dwIndex >= open->enumerated->Values().size())
             return ERROR_NO_MORE_ITEMS;
         const RegistryValue& value = open->enumerated->Values()[dwIndex];

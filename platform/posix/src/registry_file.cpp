@@ -4,6 +4,7 @@
 #include <sys/inotify.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -55,6 +56,10 @@ public:
     {
         if (directoryWatch_ < 0)
             return true;
+        const auto now = std::chrono::steady_clock::now();
+        if (now - looked_ < kLookIsGoodFor)
+            return false;
+        looked_ = now;
         bool changed = false;
         alignas(inotify_event) char buffer[4096];
         for (;;) {
@@ -71,6 +76,7 @@ public:
     }
 
 private:
+    static constexpr std::chrono::microseconds kLookIsGoodFor{4};
     static constexpr std::uint32_t kSelfEvents = IN_DELETE_SELF | IN_MOVE_SELF;
     static constexpr std::uint32_t kContentEvents = IN_MODIFY | IN_ATTRIB | kSelfEvents;
     static constexpr std::uint32_t kNameEvents = IN_CREATE | IN_DELETE | IN_MOVED_TO | IN_MOVED_FROM | kSelfEvents;
@@ -95,6 +101,7 @@ private:
     std::string name_;
     int directoryWatch_ = -1;
     int fileWatch_ = -1;
+    std::chrono::steady_clock::time_point looked_{};
 };
 
 struct RegistryFile

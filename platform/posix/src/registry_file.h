@@ -1,6 +1,7 @@
 // The registry's file (PHNNRV_REGISTRY), read again when it has changed: written to, replaced by a rename, removed or
-// made anew. That costs one read of an inotify descriptor per use; where the file's directory cannot be watched, the
-// file is read at every use. What is no regular file, or too large, counts as missing, and missing means empty.
+// made anew. That costs a look at an inotify descriptor, which uses within four microseconds of it share: no program
+// opens, writes and closes a file in less. Where the file's directory cannot be watched, the file is read at every use.
+// What is no regular file, or too large, counts as missing, and missing means empty.
 #pragma once
 
 #include <memory>
