@@ -94,8 +94,7 @@ void RunExchanges(benchmark::State& state, const std::shared_ptr<COpenPort>& por
 
 void InMemory(benchmark::State& state)
 {
-    auto port =
-        std::make_shared<COpenPort>(CreateEventA(nullptr, TRUE, FALSE, nullptr), std::make_unique<MemoryPort>());
+    auto port = std::make_shared<COpenPort>(MakeEvent(), std::make_unique<MemoryPort>());
     RunExchanges(state, port);
     port->Close();
 }
@@ -108,7 +107,7 @@ void OverPty(benchmark::State& state)
         return state.SkipWithError("com5 does not open");
     COMMTIMEOUTS timeouts{10, 10, 1000, 2, 10};
     SetCommTimeouts(handle, &timeouts);
-    auto port = std::make_shared<COpenPort>(handle, std::make_unique<DP>("\\\\?\\com5"));
+    auto port = std::make_shared<COpenPort>(CHandle(handle), std::make_unique<DP>("\\\\?\\com5"));
     RunExchanges(state, port);
     port->Close();
 }

@@ -1,5 +1,6 @@
 #include "simulator/descriptor_line.h"
 
+#include <cerrno>
 #include <system_error>
 
 #include <arpa/inet.h>
@@ -22,6 +23,8 @@ public:
             if (!WaitFor(listener_->Get(), POLLIN))
                 return 0;
             open_.Reset(accept4(listener_->Get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
+            if (open_.Get() < 0 && errno != EINTR && errno != ECONNABORTED)
+                return 0;
             const int noDelay = 1;
             setsockopt(open_.Get(), IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
         }

@@ -15,13 +15,18 @@ static int GetLength(size_t uLength)
 
 std::u16string ToWide(std::string_view strText)
 {
-    constexpr DWORD kFlags = MB_PRECOMPOSED | MB_USEGLYPHCHARS;
     const int nLength = GetLength(strText.size());
+    if (nLength == 0)
+        return {};
     // No code page makes more units than bytes.
     std::u16string strWide(static_cast<size_t>(nLength), u'\0');
-    const int nUnits = nLength == 0 ? 0
-                                    : MultiByteToWideChar(CP_ACP, kFlags, strText.data(), nLength,
-                                                          reinterpret_cast<LPWSTR>(strWide.data()), nLength);
+    const auto Convert = [&](DWORD dwFlags) {
+        return MultiByteToWideChar(CP_ACP, dwFlags, strText.data(), nLength, reinterpret_cast<LPWSTR>(strWide.data()),
+                                   nLength);
+    };
+    int nUnits = Convert(MB_PRECOMPOSED | MB_USEGLYPHCHARS);
+    if (nUnits == 0 && GetLastError() == ERROR_INVALID_FLAGS)
+        nUnits = Convert(0); // a code page without such flags: UTF-8
     strWide.resize(static_cast<size_t>(nUnits));
     return strWide;
 }

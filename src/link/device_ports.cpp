@@ -1,4 +1,5 @@
 // How the device object opens a port: configured, with its port object, and on a modem port after the AT dialogue.
+#include <exception>
 #include <string_view>
 
 #include "link/at_commands.h"
@@ -15,9 +16,10 @@ constexpr CLogSource Log{LOG_CDEVICE};
 constexpr COMMTIMEOUTS kDiagnosticTimeouts{10, 10, 1000, 2, 10};
 constexpr COMMTIMEOUTS kModemTimeouts{7000, 7000, 1000, 2, 8000};
 
-HANDLE OpenPath(const std::string& strPath, DWORD dwFlags)
+CHandle OpenPath(const std::string& strPath, DWORD dwFlags)
 {
-    return CreateFileA(strPath.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, dwFlags, nullptr);
+    return CHandle(
+        CreateFileA(strPath.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, dwFlags, nullptr));
 }
 
 } // namespace
@@ -25,15 +27,14 @@ HANDLE OpenPath(const std::string& strPath, DWORD dwFlags)
 std::shared_ptr<COpenPort> CDevice::OpenDiagPortOnly(const std::string& strPath) const
 {
     auto pObject = std::make_unique<DP>(strPath);
-    const HANDLE hPort = OpenPath(strPath, FILE_FLAG_OVERLAPPED);
-    if (hPort == INVALID_HANDLE_VALUE) {
+    CHandle hOpened = OpenPath(strPath, FILE_FLAG_OVERLAPPED);
+    if (!hOpened) {
         Log.Error("CDevice::OpenDiagPort - Unable to create file. Last error 0x%X", GetLastError());
         return nullptr;
     }
-    // From here on the handle has its owner, whatever fails.
-    auto pPort = std::make_shared<COpenPort>(hPort, std::move(pObject));
+    auto pPort = std::make_shared<COpenPort>(std::move(hOpened), std::move(pObject));
     Log.Comment("CDevice::OpenDiagPort - Setting COM port");
-    if (!SetupComPort(hPort, false)) {
+    if (!SetupComPort(pPort->GetHandle(), false)) {
         Log.Error("CDevice::OpenDiagPort - ERROR setting COM port");
         pPort->Close();
         return nullptr;
@@ -50,23 +51,28 @@ bool CDevice::OpenDiagPort(const std::string& strPath)
 bool CDevice::OpenModemPort(const std::string& strPath)
 {
     auto pObject = std::make_unique<MP>(strPath);
-    const HANDLE hPort = OpenPath(strPath, 0);
-    if (hPort == INVALID_HANDLE_VALUE) {
+    CHandle hOpened = OpenPath(strPath, 0);
+    if (!hOpened) {
         Log.Error("CDevice::OpenModemPort - Unable to create file. Last error 0x%X", GetLastError());
         return false;
     }
-    const auto pPort = std::make_shared<COpenPort>(hPort, std::move(pObject));
+    const auto pPort = std::make_shared<COpenPort>(std::move(hOpened), std::move(pObject));
     Log.Comment("CDevice::OpenModemPort - Setting COM port");
-    if (!SetupComPort(hPort, true)) {
+    if (!SetupComPort(pPort->GetHandle(), true)) {
         Log.Error("CDevice::OpenModemPort - ERROR setting COM port");
         pPort->Close();
         return false;
     }
     if (!AdoptPort(pPort))
         return false;
-    if (!StartModem(hPort)) {
+    try {
+        if (!StartModem(pPort->GetHandle())) {
+            ClosePort();
+            return false;
+        }
+    } catch (const std::exception&) {
         ClosePort();
-        return false;
+        throw;
     }
     Log.Comment("CDevice::OpenModemPort - Setting the Handle");
     return true;

@@ -15,9 +15,8 @@
 class COpenPort
 {
 public:
-    // Takes ownership of the handle and the port object. Throws std::bad_alloc when the system has no events left; the
-    // handle is closed then, too.
-    COpenPort(HANDLE hPort, std::unique_ptr<CPort> pPort);
+    // Throws std::bad_alloc when the system has no events left.
+    COpenPort(CHandle hPort, std::unique_ptr<CPort> pPort);
     ~COpenPort();
     COpenPort(const COpenPort&) = delete;
     COpenPort& operator=(const COpenPort&) = delete;

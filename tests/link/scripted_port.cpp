@@ -35,7 +35,7 @@ ExchangeTest::ExchangeTest()
     CreateCommandLock();
     auto port = std::make_unique<ScriptedPort>();
     port_ = port.get();
-    open_ = std::make_shared<COpenPort>(CreateEventA(nullptr, TRUE, FALSE, nullptr), std::move(port));
+    open_ = std::make_shared<COpenPort>(MakeEvent(), std::move(port));
     SetDeviceOwner(this);
 }
 

@@ -7,7 +7,7 @@ SerialTest::~SerialTest()
 
 void SerialTest::Use(std::unique_ptr<CPort> port, DWORD flags, const COMMTIMEOUTS& timeouts)
 {
-    open_ = std::make_shared<COpenPort>(Open(flags, timeouts), std::move(port));
+    open_ = std::make_shared<COpenPort>(CHandle(Open(flags, timeouts)), std::move(port));
 }
 
 SerialTest::Result SerialTest::Write(const std::string& data)

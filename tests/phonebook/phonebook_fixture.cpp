@@ -97,7 +97,7 @@ PhonebookTest::PhonebookTest()
     CreateCommandLock();
     auto port = std::make_unique<MemoryPort>();
     port_ = port.get();
-    owner_.port = std::make_shared<COpenPort>(CreateEventA(nullptr, TRUE, FALSE, nullptr), std::move(port));
+    owner_.port = std::make_shared<COpenPort>(MakeEvent(), std::move(port));
     SetDeviceOwner(&owner_);
 }
 

@@ -6,7 +6,6 @@
 PHN_PLATFORM_BEGIN
 WINBASEAPI BOOL WINAPI GetOverlappedResult(HANDLE hFile, LPOVERLAPPED lpOverlapped, LPDWORD lpNumberOfBytesTransferred,
                                            BOOL bWait);
-WINBASEAPI BOOL WINAPI CancelIo(HANDLE hFile);
 WINBASEAPI BOOL WINAPI CancelIoEx(HANDLE hFile, LPOVERLAPPED lpOverlapped);
 WINBASEAPI BOOL WINAPI CancelSynchronousIo(HANDLE hThread);
 PHN_PLATFORM_END

@@ -52,16 +52,6 @@
 
 #define VER_PLATFORM_WIN32_NT 2
 
-typedef union _LARGE_INTEGER
-{
-    LONGLONG QuadPart;
-    struct
-    {
-        DWORD LowPart;
-        LONG HighPart;
-    } u;
-} LARGE_INTEGER, *PLARGE_INTEGER;
-
 typedef struct _OSVERSIONINFOA
 {
     DWORD dwOSVersionInfoSize;

@@ -5,7 +5,6 @@
 #include <cstddef>
 
 #define PHN_WIN32_CALLS(ROW)                                                                                           \
-    ROW(CancelIo)                                                                                                      \
     ROW(CancelIoEx)                                                                                                    \
     ROW(CancelSynchronousIo)                                                                                           \
     ROW(ClearCommError)                                                                                                \
@@ -22,9 +21,7 @@
     ROW(FindWindowExA)                                                                                                 \
     ROW(FreeLibrary)                                                                                                   \
     ROW(GetClassNameA)                                                                                                 \
-    ROW(GetCommTimeouts)                                                                                               \
     ROW(GetExitCodeThread)                                                                                             \
-    ROW(GetFileSizeEx)                                                                                                 \
     ROW(GetMessageA)                                                                                                   \
     ROW(GetModuleFileNameA)                                                                                            \
     ROW(GetModuleHandleA)                                                                                              \
@@ -54,8 +51,6 @@
     ROW(SendMessageA)                                                                                                  \
     ROW(SetCommTimeouts)                                                                                               \
     ROW(SetEvent)                                                                                                      \
-    ROW(SetFilePointer)                                                                                                \
-    ROW(SetFilePointerEx)                                                                                              \
     ROW(SetTimer)                                                                                                      \
     ROW(SetWindowLongPtrA)                                                                                             \
     ROW(SetupDiDestroyDeviceInfoList)                                                                                  \

@@ -3,14 +3,6 @@
 
 using namespace platform;
 
-BOOL WINAPI GetCommTimeouts(HANDLE hFile, LPCOMMTIMEOUTS lpCommTimeouts)
-{
-    return Win32Call(Call::GetCommTimeouts, FALSE, [&] {
-        *lpCommTimeouts = FromHandle<SerialPort>(hFile)->GetTimeouts();
-        return TRUE;
-    });
-}
-
 BOOL WINAPI SetCommTimeouts(HANDLE hFile, LPCOMMTIMEOUTS lpCommTimeouts)
 {
     return Win32Call(Call::SetCommTimeouts, FALSE, [&] {

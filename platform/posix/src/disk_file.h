@@ -14,10 +14,6 @@ public:
     DWORD Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
     DWORD Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
 
-    // Moves the position and gives the new one.
-    LONGLONG Seek(LONGLONG distance, DWORD method);
-    LONGLONG Size() const;
-
 private:
     const UniqueDescriptor descriptor_;
 };

@@ -19,16 +19,6 @@ BOOL WINAPI GetOverlappedResult(HANDLE hFile, LPOVERLAPPED lpOverlapped, LPDWORD
     });
 }
 
-BOOL WINAPI CancelIo(HANDLE hFile)
-{
-    return Win32Call(Call::CancelIo, FALSE, [&] {
-        const auto& thread = CurrentThread();
-        if (const auto port = std::dynamic_pointer_cast<SerialPort>(FromHandle<File>(hFile)))
-            port->Cancel(TakeBaseLock(), [&](const SerialOperation& operation) { return operation.thread == thread; });
-        return TRUE;
-    });
-}
-
 BOOL WINAPI CancelIoEx(HANDLE hFile, LPOVERLAPPED lpOverlapped)
 {
     return Win32Call(Call::CancelIoEx, FALSE, [&] {

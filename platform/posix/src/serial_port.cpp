@@ -189,13 +189,6 @@ void SerialPort::CheckOpen() const
         throw Win32Error{ERROR_INVALID_HANDLE};
 }
 
-COMMTIMEOUTS SerialPort::GetTimeouts() const
-{
-    const Lock lock = TakeBaseLock();
-    CheckOpen();
-    return timeouts_;
-}
-
 void SerialPort::SetTimeouts(const COMMTIMEOUTS& timeouts)
 {
     const Lock lock = TakeBaseLock();

@@ -47,7 +47,6 @@ public:
     bool Cancel(const Lock& lock, const std::function<bool(const SerialOperation&)>& isMeant);
 
     // The rest throws ERROR_INVALID_HANDLE once the port is closed.
-    COMMTIMEOUTS GetTimeouts() const;
     void SetTimeouts(const COMMTIMEOUTS& timeouts);
     void Purge(DWORD flags);
     COMSTAT GetStatus() const;
