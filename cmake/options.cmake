@@ -15,6 +15,11 @@ if(PHN_SANITIZE)
     add_link_options(-fsanitize=${PHN_SANITIZE})
 endif()
 
+# What the fuzz targets link tells them which of its code an input reached.
+if(PHN_BUILD_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # phn_win32: the Win32 API. Windows has it; elsewhere the stand-in takes its place.
 add_library(phn_win32 INTERFACE)
 if(WIN32)

@@ -1,10 +1,11 @@
 // The phonebook's operations: what they send, what they make of the replies, and what the index map becomes.
-#include "phonebook/phonebook_fixture.h"
-
 #include <functional>
 #include <thread>
 
+#include "link/scripted_port.h"
 #include "phn_platform_test.h"
+#include "phonebook/contact_bytes.h"
+#include "phonebook/speed_dial_phonebook.h"
 
 namespace {
 
@@ -20,9 +21,53 @@ Bytes Request(std::initializer_list<uint32_t> parameters, uint32_t command)
     return bytes;
 }
 
-class Phonebook : public PhonebookTest
+class Phonebook : public ExchangeTest
 {
 protected:
+    Phonebook() { log_.SetLevel(0x00020006); } // the phonebook's lines alone
+
+    void Script(const Bytes& reply) { port_->answers.push_back({.reply = reply}); }
+    void ScriptFailure() { port_->answers.push_back({.reply = {}, .error = 121}); }
+
+    // A reply as it arrives: header, what follows it, and the frame's trailing bytes, which are counted too.
+    static Bytes Reply(std::initializer_list<uint32_t> numbers, const Bytes& rest = {}, uint16_t status = 0)
+    {
+        Bytes reply(6, 0xEE); // not looked at
+        Put16(reply, status);
+        for (const uint32_t number : numbers)
+            Put32(reply, number);
+        reply.insert(reply.end(), rest.begin(), rest.end());
+        reply.insert(reply.end(), {0xC5, 0xC5, 0x7E});
+        reply.insert(reply.end(), 10, 0);
+        return reply;
+    }
+
+    // The one request that was sent since the last call.
+    Bytes TakeRequest()
+    {
+        EXPECT_EQ(port_->requests.size(), 1u);
+        const std::vector<Bytes> requests = std::exchange(port_->requests, {});
+        return requests.empty() ? Bytes() : requests.front();
+    }
+
+    PHN_ERROR Get(DWORD index, std::string* text = nullptr)
+    {
+        std::vector<char> buffer(4096);
+        PHN_CONTACT_RECORD record{0, buffer.data(), static_cast<uint32_t>(buffer.size())};
+        const PHN_ERROR error = Run(&CPhonebook::GetContact, index, &record);
+        EXPECT_EQ(+record.uSize, error == PHN_ERROR_NONE ? sizeof record : 0);
+        if (text)
+            *text = buffer.data();
+        return error;
+    }
+    PHN_ERROR Set(DWORD index, std::string text)
+    {
+        PHN_CONTACT_RECORD record{0, text.data(), static_cast<uint32_t>(text.size())};
+        const PHN_ERROR error = Run(&CPhonebook::SetContact, index, &record);
+        EXPECT_EQ(+record.uSize, error == PHN_ERROR_NONE ? sizeof record : 0);
+        return error;
+    }
+
     static Bytes ReplyWith(const Contact& contact, uint32_t count = 1)
     {
         return Reply({0, 0xEEEEEEEE, count}, ToBytes(contact));
@@ -43,6 +88,8 @@ protected:
     PHN_ERROR DeleteAll() { return Run(&CPhonebook::DeleteAllContacts); }
     PHN_ERROR Sizes(PHN_FIELD_SIZES* sizes) { return Run(&CPhonebook::GetFieldSizes, sizes); }
     PHN_ERROR Group(DWORD id, PHN_GROUP* group) { return Run(&CPhonebook::GetGroup, id, group); }
+
+    CSpeedDialPhonebook phonebook_;
 };
 
 TEST_F(Phonebook, EachCheckOfAReplyHasItsLineAndItsCode)
@@ -57,46 +104,49 @@ TEST_F(Phonebook, EachCheckOfAReplyHasItsLineAndItsCode)
         size_t minimum;
         std::string reply, status, result; // the names in the lines
     } operations[] = {
-        {"C GetFieldSizes being executed.", "GetFieldSizes", [&] { return Sizes(&sizes); }, 50,
+        {"CPhonebook Comment GetFieldSizes being executed.", "GetFieldSizes", [&] { return Sizes(&sizes); }, 50,
          "PB_RET_FIELDSIZE_RES(50, 0x32)", "rcRxHeader.wStatus", ""},
-        {"C GetContact being executed.", "GetContact", [&] { return Get(1); }, 20, "PB_RET_INFO_CNT_RES(20, 0x14)",
-         "rcRxHeader.wStatus", "prcPBRetInfo->dwResult"},
-        {"C SetContact being executed.", "SetContact", [&] { return Set(1, kCard); }, 16, "PB_RET_RES(16, 0x10)",
-         "rcPBRetRes.wStatus", "rcPBRetRes->dwResult"},
-        {"C DeleteContact being executed.", "DeleteContact", [&] { return Delete(1); }, 16, "PB_RET_RES(16, 0x10)",
-         "rcPBRetRes.wStatus", "rcPBRetRes.dwResult"},
-        {"C DeleteAllContacts being executed.", "DeleteAllContacts", [&] { return DeleteAll(); }, 16,
+        {"CPhonebook Comment GetContact being executed.", "GetContact", [&] { return Get(1); }, 20,
+         "PB_RET_INFO_CNT_RES(20, 0x14)", "rcRxHeader.wStatus", "prcPBRetInfo->dwResult"},
+        {"CPhonebook Comment SetContact being executed.", "SetContact", [&] { return Set(1, kCard); }, 16,
+         "PB_RET_RES(16, 0x10)", "rcPBRetRes.wStatus", "rcPBRetRes->dwResult"},
+        {"CPhonebook Comment DeleteContact being executed.", "DeleteContact", [&] { return Delete(1); }, 16,
          "PB_RET_RES(16, 0x10)", "rcPBRetRes.wStatus", "rcPBRetRes.dwResult"},
-        {"C GetGroup being executed.", "GetName", [&] { return Group(1, &group); }, 84, "PB_RET_NAME_RES(84, 0x54)",
-         "rcRxHeader.wStatus", "prcPBRetName->dwResult"},
+        {"CPhonebook Comment DeleteAllContacts being executed.", "DeleteAllContacts", [&] { return DeleteAll(); }, 16,
+         "PB_RET_RES(16, 0x10)", "rcPBRetRes.wStatus", "rcPBRetRes.dwResult"},
+        {"CPhonebook Comment GetGroup being executed.", "GetName", [&] { return Group(1, &group); }, 84,
+         "PB_RET_NAME_RES(84, 0x54)", "rcRxHeader.wStatus", "prcPBRetName->dwResult"},
     };
     for (const auto& operation : operations) {
-        const auto fails = [&](const std::optional<Bytes>& bytes, PHN_ERROR error, const std::string& line) {
-            port_->Script(bytes);
+        const auto fails = [&](PHN_ERROR error, const std::string& line) {
             EXPECT_EQ(operation.run(), error) << line;
-            EXPECT_EQ(log_.TakeLines(), (Lines{operation.entry, "E " + operation.name + " - " + line}));
+            EXPECT_EQ(log_.TakeLines(), (Lines{operation.entry, "CPhonebook Error " + operation.name + " - " + line}));
         };
-        fails(std::nullopt, 104, "ExecCmd failed with dwErrSts = 121(0x79).");
+        ScriptFailure();
+        fails(104, "ExecCmd failed with dwErrSts = 121(0x79).");
         const size_t minimum = operation.minimum;
         char length[32];
         std::snprintf(length, sizeof length, "%zu, 0x%zX", minimum - 1, minimum - 1);
         Bytes refused(minimum - 1);
         refused[6] = 10; // the length is looked at before the status
-        fails(refused, 104, "dwRetBufferLen(" + std::string(length) + ") is less than " + operation.reply + ".");
+        Script(refused);
+        fails(104, "dwRetBufferLen(" + std::string(length) + ") is less than " + operation.reply + ".");
         refused.resize(minimum);
         refused[8] = 8; // and that before the result
-        fails(refused, 203, operation.status + " = 10(0xA).");
+        Script(refused);
+        fails(203, operation.status + " = 10(0xA).");
         if (operation.result.empty())
             continue;
         refused[6] = 0;
         refused[8] = 2;
-        fails(refused, 305, operation.result + " = 2(0x2).");
+        Script(refused);
+        fails(305, operation.result + " = 2(0x2).");
     }
 }
 
 TEST_F(Phonebook, FieldSizesAreCopiedFromWhatWasReceived)
 {
-    port_->Script(Reply({0xFFFF0001, 2, 3, 4, 5, 6, 0x10007, 0xFFFFFFFF, 9, 10, 11}));
+    Script(Reply({0xFFFF0001, 2, 3, 4, 5, 6, 0x10007, 0xFFFFFFFF, 9, 10, 11}));
     PHN_FIELD_SIZES sizes{};
     ASSERT_EQ(Sizes(&sizes), PHN_ERROR_NONE);
     EXPECT_EQ(TakeRequest(), Request({}, 34));
@@ -109,7 +159,7 @@ TEST_F(Phonebook, FieldSizesAreCopiedFromWhatWasReceived)
 
     Bytes shortest = Reply({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 0x44332211});
     shortest.resize(50); // half of the last value; the other half reads as zero
-    port_->Script(shortest);
+    Script(shortest);
     ASSERT_EQ(Sizes(&sizes), PHN_ERROR_NONE);
     EXPECT_EQ(+sizes.dwFieldSize11, 0x2211u);
 }
@@ -120,7 +170,7 @@ TEST_F(Phonebook, ReadsTheFirstContactOfAReply)
     const Bytes other = ToBytes({.first = u"Beta"});
     two.insert(two.end(), other.begin(), other.end());
     for (const uint32_t count : {1u, 2u, 3u, 0xFFFFFFFFu}) { // whatever the handset claims beyond it
-        port_->Script(Reply({0, 0, count}, two));
+        Script(Reply({0, 0, count}, two));
         std::string text;
         ASSERT_EQ(Get(5, &text), PHN_ERROR_NONE) << count;
         EXPECT_EQ(TakeRequest(), Request({5}, 35));
@@ -142,41 +192,42 @@ TEST_F(Phonebook, NothingIsTakenOnAHostileReplysWord)
         PHN_ERROR error;
         const char* line;
     } cases[] = {
-        {Reply({0, 0, 0}), 304, "E GetContact - prcPBRetInfo->dwNumOfRecs = 0(0x0)."},
-        {Reply({0, 0, 1}), 104, "E GetContact - The first of 1(0x1) records is not whole."},
-        {Reply({0, 0, 0xFFFFFFFF}), 104, "E GetContact - The first of -1(0xFFFFFFFF) records is not whole."},
-        {Reply({0, 0, 1}, cut), 104, "E GetContact - The first of 1(0x1) records is not whole."},
-        {Reply({0, 0, 1}, entries), 104, "E GetContact - The first of 1(0x1) records is not whole."},
-        {Reply({0, 0, 1}, wrapping), 104, "E GetContact - The first of 1(0x1) records is not whole."},
+        {Reply({0, 0, 0}), 304, "CPhonebook Error GetContact - prcPBRetInfo->dwNumOfRecs = 0(0x0)."},
+        {Reply({0, 0, 1}), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
+        {Reply({0, 0, 0xFFFFFFFF}), 104,
+         "CPhonebook Error GetContact - The first of -1(0xFFFFFFFF) records is not whole."},
+        {Reply({0, 0, 1}, cut), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
+        {Reply({0, 0, 1}, entries), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
+        {Reply({0, 0, 1}, wrapping), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
     };
     for (const auto& [reply, error, line] : cases) {
-        port_->Script(reply);
+        Script(reply);
         EXPECT_EQ(Get(1), error) << line;
-        EXPECT_EQ(log_.TakeLines(), (Lines{"C GetContact being executed.", line}));
+        EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment GetContact being executed.", line}));
     }
     // None of it was mapped.
-    port_->Script(Reply({0, 1}));
+    Script(Reply({0, 1}));
     EXPECT_EQ(Set(2, kCard), PHN_ERROR_NONE);
-    port_->TakeRequests();
-    port_->Script(Reply({0, 0, 0}));
+    port_->requests.clear();
+    Script(Reply({0, 0, 0}));
     Get(1);
     EXPECT_EQ(TakeRecord(), 0u);
 }
 
 TEST_F(Phonebook, ATextThatDoesNotFitIsAFailedRead)
 {
-    port_->Script(ReplyWith({}));
+    Script(ReplyWith({}));
     char buffer[20];
     PHN_CONTACT_RECORD record{0, buffer, sizeof buffer};
     EXPECT_EQ(Run(&CPhonebook::GetContact, DWORD{1}, &record), PHN_ERROR_FAILED);
-    EXPECT_EQ(log_.TakeLines(),
-              (Lines{"C GetContact being executed.", "E NorvikToVCard - VCardFormatData returned false.",
-                     "E GetContact - NorvikToVCard returned false."}));
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment GetContact being executed.",
+                                       "CPhonebook Error NorvikToVCard - VCardFormatData returned false.",
+                                       "CPhonebook Error GetContact - NorvikToVCard returned false."}));
 }
 
 TEST_F(Phonebook, AWriteSendsTheWholeRecordOrNothing)
 {
-    port_->Script(Reply({0, 7}));
+    Script(Reply({0, 7}));
     ASSERT_EQ(Set(7, "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha Beta\nTEL;TYPE=WORK:1 2\nEMAIL:a\nX-PHN-DEFAULT-NO:3\n"
                      "X-PHN-PICTURE-ID:3\nX-PHN-GROUP-ID:2\nX-PHN-RINGER-ID:1\nX-PHN-SPEEDDIAL-LIST:0,0,9,0,0\nEND\n"),
               PHN_ERROR_NONE);
@@ -193,22 +244,22 @@ TEST_F(Phonebook, AWriteSendsTheWholeRecordOrNothing)
     log_.TakeLines();
 
     EXPECT_EQ(Set(7, "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha\nEND:VCARD\n"), PHN_ERROR_INVALID_PARAMETER);
-    EXPECT_TRUE(port_->TakeRequests().empty());
-    EXPECT_EQ(log_.TakeLines(),
-              (Lines{"C SetContact being executed.", "E VCardToNorvik - ComposeNrvContact returned false.",
-                     "E VCardToNorvik - CPhonebook::VCardToNorvik returned false.",
-                     "E SetContact - VCardToNorvik returned false."}));
+    EXPECT_TRUE(port_->requests.empty());
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment SetContact being executed.",
+                                       "CPhonebook Error VCardToNorvik - ComposeNrvContact returned false.",
+                                       "CPhonebook Error VCardToNorvik - CPhonebook::VCardToNorvik returned false.",
+                                       "CPhonebook Error SetContact - VCardToNorvik returned false."}));
 }
 
 TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
 {
     const auto set = [this](DWORD index, uint32_t stored) {
-        port_->Script(Reply({0, stored}));
+        Script(Reply({0, stored}));
         EXPECT_EQ(Set(index, kCard), PHN_ERROR_NONE);
         return TakeRecord();
     };
     const auto get = [this](DWORD index) {
-        port_->Script(Reply({0, 0, 0}));
+        Script(Reply({0, 0, 0}));
         EXPECT_EQ(Get(index), PHN_ERROR_NOT_FOUND);
         return TakeRecord();
     };
@@ -221,12 +272,12 @@ TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
     EXPECT_EQ(get(5), 8u);
     EXPECT_EQ(get(8), 0u);
 
-    port_->Script(Reply({4, 30})); // a refused write leaves the map as it was
+    Script(Reply({4, 30})); // a refused write leaves the map as it was
     EXPECT_EQ(Set(5, kCard), PHN_ERROR_RESULT_4);
     EXPECT_EQ(TakeRecord(), 8u);
     EXPECT_EQ(get(5), 8u);
 
-    port_->Script(ReplyWith({})); // a read maps what it asked for
+    Script(ReplyWith({})); // a read maps what it asked for
     EXPECT_EQ(Get(8), PHN_ERROR_NONE);
     EXPECT_EQ(TakeRecord(), 0u);
     EXPECT_EQ(get(0), 1u);
@@ -238,31 +289,31 @@ TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
         uint32_t after; // the record of index 5
     } deletions[] = {{1, PHN_ERROR_NOT_FOUND, 8}, {8, PHN_ERROR_INVALID_PARAMETER, 5}, {0, PHN_ERROR_NONE, 5}};
     for (const auto& [result, error, after] : deletions) {
-        port_->Script(Reply({result, 0}));
+        Script(Reply({result, 0}));
         EXPECT_EQ(Delete(5), error);
-        port_->TakeRequests();
+        port_->requests.clear();
         EXPECT_EQ(get(5), after);
     }
 
-    port_->Script(Reply({1, 0}));
+    Script(Reply({1, 0}));
     EXPECT_EQ(DeleteAll(), PHN_ERROR_NOT_FOUND);
     EXPECT_EQ(TakeRequest(), Request({}, 38));
-    EXPECT_EQ(port_->LastTimeout(), 301000u);
+    EXPECT_EQ(port_->lastTimeout, 301000u);
     EXPECT_EQ(get(7), 20u);
-    EXPECT_EQ(port_->LastTimeout(), 15000u);
-    port_->Script(Reply({0, 0}));
+    EXPECT_EQ(port_->lastTimeout, 15000u);
+    Script(Reply({0, 0}));
     EXPECT_EQ(DeleteAll(), PHN_ERROR_NONE);
-    port_->TakeRequests();
+    port_->requests.clear();
     EXPECT_EQ(get(7), 7u);
     EXPECT_EQ(get(20), 20u);
 }
 
 TEST_F(Phonebook, ADeletionLeavesTheHandsetAloneFirst)
 {
-    port_->Script(Reply({0, 0}));
+    Script(Reply({0, 0}));
     std::thread host([this] { EXPECT_EQ(Delete(3), PHN_ERROR_NONE); });
     EXPECT_TRUE(platform_test::AwaitBlocked(40));
-    EXPECT_TRUE(port_->TakeRequests().empty());
+    EXPECT_TRUE(port_->requests.empty());
     platform_test::AdvanceClock(40);
     host.join();
     EXPECT_EQ(TakeRequest(), Request({3}, 37));
@@ -297,7 +348,7 @@ TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
         setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
         Bytes field;
         PutWide(field, stored, 36);
-        port_->Script(Reply({0}, field));
+        Script(Reply({0}, field));
         PHN_GROUP group{};
         EXPECT_EQ(Group(9, &group), PHN_ERROR_NONE);
         EXPECT_EQ(TakeRequest(), Request({9}, 41));
@@ -311,20 +362,21 @@ TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
 TEST_F(Phonebook, ANameRecordSaysWhatWasAskedForEvenWhenItIsRefused)
 {
     PHN_PICTURE_ID picture{};
-    port_->Script(std::nullopt);
+    ScriptFailure();
     EXPECT_EQ(Run(&CPhonebook::GetPictureID, DWORD{0x01020304}, &picture), PHN_ERROR_FAILED);
     EXPECT_EQ(TakeRequest(), Request({0x01020304, 0}, 39));
     EXPECT_EQ(+picture.uSize, 72u);
     EXPECT_EQ(+picture.dwID, 0x01020304u);
 
     PHN_RINGER_ID ringer{};
-    port_->Script(std::nullopt);
+    ScriptFailure();
     EXPECT_EQ(Run(&CPhonebook::GetRingerID, DWORD{6}, &ringer), PHN_ERROR_FAILED);
     EXPECT_EQ(TakeRequest(), Request({6}, 40));
     EXPECT_EQ(+ringer.dwID, 6u);
-    EXPECT_EQ(log_.TakeLines(),
-              (Lines{"C GetPictureID being executed.", "E GetName - ExecCmd failed with dwErrSts = 121(0x79).",
-                     "C GetRingerID being executed.", "E GetName - ExecCmd failed with dwErrSts = 121(0x79)."}));
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment GetPictureID being executed.",
+                                       "CPhonebook Error GetName - ExecCmd failed with dwErrSts = 121(0x79).",
+                                       "CPhonebook Comment GetRingerID being executed.",
+                                       "CPhonebook Error GetName - ExecCmd failed with dwErrSts = 121(0x79)."}));
 }
 
 } // namespace
