@@ -1,0 +1,136 @@
+// The library's PDUs, decoded by a dissector that knows nothing of it: tshark's for IS-637. Skipped where tshark is not
+// installed (./dev setup check brings it).
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <sstream>
+
+#include "api/handset_fixture.h"
+#include "wire/record_bytes.h"
+
+namespace {
+
+// Runs a command and gives the lines that it printed; fails the test if the command does.
+std::vector<std::string> LinesOf(const std::string& command)
+{
+    FILE* const pipe = popen((command + " 2>/dev/null").c_str(), "r");
+    std::string text;
+    for (char buffer[4096]; const size_t count = fread(buffer, 1, sizeof buffer, pipe);)
+        text.append(buffer, count);
+    EXPECT_EQ(pclose(pipe), 0) << command;
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// A capture file whose packets are handed to the IS-637 transport dissector: a tag that names it, an end tag, the PDU.
+void WriteCapture(const std::string& file, const std::vector<Bytes>& pdus)
+{
+    const std::string dissector("ansi_637_trans\0\0", 16);
+    Bytes capture;
+    for (const uint32_t field : {0xA1B2C3D4u, 0x00040002u, 0u, 0u, 65535u, 252u}) // 252: exported PDUs
+        Put32(capture, field);
+    for (const Bytes& pdu : pdus) {
+        const auto length = static_cast<uint32_t>(4 + dissector.size() + 4 + pdu.size());
+        for (const uint32_t field : {0u, 0u, length, length})
+            Put32(capture, field);
+        Append(capture, {0, 12, 0, 16});
+        Append(capture, Bytes(dissector.begin(), dissector.end()));
+        Append(capture, Bytes(4));
+        Append(capture, pdu);
+    }
+    std::ofstream(file, std::ios::binary)
+        .write(reinterpret_cast<const char*>(capture.data()), static_cast<std::streamsize>(capture.size()));
+}
+
+// As tshark prints the six bytes of a time stamp: the value of each byte, whose nibbles are the decimal digits.
+std::string Stamp(const simulator::DateTime& utc)
+{
+    if (utc.year == 0)
+        return "\t\t\t\t\t";
+    std::tm time{};
+    time.tm_year = utc.year - 1900;
+    time.tm_mon = utc.month - 1;
+    time.tm_mday = utc.day;
+    time.tm_hour = utc.hour;
+    time.tm_min = utc.minute;
+    time.tm_sec = utc.second;
+    const std::time_t seconds = timegm(&time);
+    localtime_r(&seconds, &time);
+    std::string stamp;
+    for (const int part : {time.tm_year % 100, time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec})
+        stamp += (stamp.empty() ? "" : "\t") + std::to_string(std::stoi(std::to_string(part), nullptr, 16));
+    return stamp;
+}
+
+// What a line holds.
+constexpr const char* kFields[] = {
+    "ansi_637_trans.tele_id",
+    "ansi_637_trans.addr_param.number",
+    "ansi_637_tele.priority_indicator",
+    "ansi_637_tele.reply_option.dak_req",
+    "ansi_637_tele.message_center_ts.year",
+    "ansi_637_tele.message_center_ts.month",
+    "ansi_637_tele.message_center_ts.day",
+    "ansi_637_tele.message_center_ts.hours",
+    "ansi_637_tele.message_center_ts.minutes",
+    "ansi_637_tele.message_center_ts.seconds",
+    "ansi_637_tele.cb_num.number",
+    "ansi_637_tele.user_data.text",
+    "_ws.malformed",
+};
+
+class PduDissection : public HandsetTest
+{
+protected:
+    // Every message of every box, by its index on the handset.
+    std::map<uint32_t, Bytes> ReadAll()
+    {
+        std::map<uint32_t, Bytes> pdus;
+        for (int32_t box = 0; box < 5; ++box) {
+            uint8_t buffer[400];
+            PHN_SMS_MESSAGE message{};
+            const auto prepare = [&] {
+                message.uSize = sizeof message;
+                message.pIS637Data = buffer;
+                message.uSizeofData = sizeof buffer;
+                return &message;
+            };
+            PHN_ERROR error = CALL(PHN_GetFirstMessage)(box, prepare());
+            for (; error == PHN_ERROR_NONE; error = CALL(PHN_GetNextMessage)(prepare()))
+                pdus[message.wIndex] = Bytes(buffer, buffer + message.uSizeofData);
+        }
+        return pdus;
+    }
+};
+
+TEST_F(PduDissection, TsharkReadsWhatTheHandsetStored)
+{
+    if (std::system("command -v tshark >/dev/null") != 0)
+        GTEST_SKIP() << "tshark is not installed";
+    setenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3", 1);
+    StartService();
+    const auto messages = bench_.Handset().Snapshot().messages;
+    std::vector<Bytes> pdus;
+    std::vector<std::string> expected;
+    for (const auto& [index, pdu] : ReadAll()) {
+        const simulator::Message& message = messages.at(index);
+        pdus.push_back(pdu);
+        expected.push_back("4098\t" + message.address + "\t" + std::to_string(message.priority) + "\t" +
+                           std::to_string(message.replyOption) + "\t" + Stamp(message.time) + "\t" + message.callback +
+                           "\t" + message.body + "\t");
+    }
+    EXPECT_EQ(pdus.size(), messages.size());
+    const std::string file = testing::TempDir() + "phnnrv-" + std::to_string(getpid()) + ".pcap";
+    WriteCapture(file, pdus);
+    std::string command = "tshark -r " + file + " -T fields -E occurrence=f";
+    for (const char* const field : kFields)
+        command += std::string(" -e ") + field;
+    EXPECT_EQ(LinesOf(command), expected);
+    std::remove(file.c_str());
+}
+
+} // namespace
