@@ -53,10 +53,26 @@ TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
 
 TEST(CommandLine, EveryCommandHasHelpWithAnExample)
 {
-    for (const char* words :
-         {"info", "status", "radio", "lock", "lock-code", "parameters get", "parameters set", "activate", "error",
-          "doctor", "contacts list", "contacts get", "contacts put", "contacts delete", "contacts clear",
-          "contacts export", "contacts import", "contacts sizes"}) {
+    for (const char* words : {"info",
+                              "status",
+                              "radio",
+                              "lock",
+                              "lock-code",
+                              "parameters get",
+                              "parameters set",
+                              "activate",
+                              "error",
+                              "doctor",
+                              "contacts list",
+                              "contacts get",
+                              "contacts put",
+                              "contacts delete",
+                              "contacts clear",
+                              "contacts export",
+                              "contacts import",
+                              "contacts sizes",
+                              "backup",
+                              "restore"}) {
         SCOPED_TRACE(words);
         Program program;
         const Outcome outcome = program.Run(Split(words + std::string(" --help")));

@@ -84,6 +84,7 @@ std::vector<Command> ParametersCommands();
 std::vector<Command> ActivateCommands();
 std::vector<Command> ErrorCommands();
 std::vector<Command> ContactsCommands();
+std::vector<Command> BackupCommands();
 std::vector<Command> DoctorCommands();
 
 } // namespace phnctl

@@ -15,7 +15,7 @@ std::vector<Command> AllCommands()
 {
     std::vector<Command> commands;
     for (auto* list : {InfoCommands, StatusCommands, RadioCommands, LockCommands, ParametersCommands, ActivateCommands,
-                       ContactsCommands, ErrorCommands, DoctorCommands})
+                       ContactsCommands, BackupCommands, ErrorCommands, DoctorCommands})
         for (Command& command : list())
             commands.push_back(std::move(command));
     return commands;

@@ -24,6 +24,16 @@ std::string CopyName(const EntryKind& kind, const std::string& before)
                        now.wDay, now.wHour, now.wMinute, now.wSecond, kind.Extension());
 }
 
+// The path, or the first of its numbered relatives that is not there yet.
+std::filesystem::path FreePath(const std::filesystem::path& path)
+{
+    std::error_code error;
+    std::filesystem::path free = path;
+    for (unsigned number = 2; std::filesystem::exists(free, error); ++number)
+        free.replace_filename(path.stem().concat(fmt::format("-{}", number)).concat(path.extension().native()));
+    return free;
+}
+
 } // namespace
 
 CommandOption ConfirmOption()
@@ -42,10 +52,10 @@ void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::st
 {
     if (invocation.Has(kNoCopy) || entries.empty())
         return;
-    const std::string file = invocation.Value(kCopy).value_or(CopyName(kind, before));
-    WriteText(PathOf(file), kind.Format(entries), Existing::Refuse);
+    const auto file = FreePath(PathOf(invocation.Value(kCopy).value_or(CopyName(kind, before))));
+    WriteText(file, kind.Format(entries), Existing::Refuse);
     fmt::print(stderr, "A copy of {} {} is in {}.\n", entries.size(), entries.size() == 1 ? kind.One() : kind.Many(),
-               Printable(file));
+               Printable(TextOf(file)));
 }
 
 void Confirm(const Invocation& invocation, const std::string& question)

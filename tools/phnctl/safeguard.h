@@ -14,9 +14,9 @@ namespace phnctl {
 CommandOption ConfirmOption();            // --yes
 std::vector<CommandOption> CopyOptions(); // --copy FILE and --no-copy
 
-// "contacts-before-clear-20260102-030405.vcf" in the current folder unless --copy names another file. Writes the
-// entries there and tells so on standard error. Nothing with --no-copy, or when there are no entries. Throws Failure:
-// then the caller must leave everything as it is.
+// Writes the entries to "contacts-before-clear-20260102-030405.vcf" in the current folder, or where --copy says, and
+// tells so on standard error; a file that exists is left alone and the name gets a number. Nothing with --no-copy, or
+// when there are no entries. Throws Failure: then the caller must leave everything as it is.
 void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
               std::span<const StoredEntry> entries);
 
