@@ -77,7 +77,8 @@ void HandsetTest::RunFor(DWORD milliseconds)
     const UINT_PTR timer = SetTimer(nullptr, 0, milliseconds, nullptr);
     TestBench::AdvanceClock(milliseconds);
     MSG message{};
-    while (GetMessageA(&message, nullptr, 0, 0) > 0 && (message.message != WM_TIMER || message.wParam != timer))
+    const auto isOver = [&] { return !message.hwnd && message.message == WM_TIMER && message.wParam == timer; };
+    while (GetMessageA(&message, nullptr, 0, 0) > 0 && !isOver())
         DispatchMessageA(&message);
     KillTimer(nullptr, timer);
     DispatchPending();
