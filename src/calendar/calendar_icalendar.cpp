@@ -223,7 +223,7 @@ bool CCalendar::GetRRuleProp(const CiCalText& Event, ICAL_PROPERTIES* pPropertie
 
 bool CCalendar::DecodeData(std::string_view strCalendar, ICAL_PROPERTIES* pProperties)
 {
-    const auto strVersion = CiCalText(strCalendar).GetiCalProperty(eKeyVersion, ':');
+    const auto strVersion = GetVersion(strCalendar);
     const auto strEvent = GetiCalComponent(strCalendar, "VEVENT");
     if (!strVersion || !EqualsIgnoringCase(*strVersion, "2.0") || !strEvent)
         return false;

@@ -15,6 +15,10 @@ constexpr int32_t kFirstYear = 1981;
 
 constexpr CLineKeys kLineKeys(kiCalKeys);
 
+// Apart, as it stands first, and a calendar's text is not searched beyond it.
+constexpr std::string_view kVersion[] = {"VERSION"};
+constexpr CLineKeys kVersionKey(kVersion);
+
 constexpr bool IsWordCharacter(char ch)
 {
     return IsDigit(ch) || (ToUpper(ch) >= 'A' && ToUpper(ch) <= 'Z');
@@ -91,7 +95,15 @@ std::optional<std::string_view> CiCalText::GetiCalProperty(EiCalKey eKey, char c
 {
     if (m_auPositions[eKey] == kNone)
         return std::nullopt;
-    return GetValueAt(m_strText, m_auPositions[eKey], kiCalKeys[eKey], cDelimiter, uMaxValue);
+    return GetValueAt(m_strText, m_auPositions[eKey], kLineKeys[eKey], cDelimiter, uMaxValue);
+}
+
+std::optional<std::string_view> GetVersion(std::string_view strCalendar)
+{
+    const auto [uPosition] = FindKeyedLines(kVersionKey, strCalendar);
+    if (uPosition == kNone)
+        return std::nullopt;
+    return GetValueAt(strCalendar, uPosition, kVersionKey[0], ':', kMaxValue);
 }
 
 std::optional<std::string_view> GetLeadingProperty(std::string_view strValue, std::string_view strName, char cDelimiter,

@@ -10,7 +10,7 @@
 
 #include "calendar/local_time.h"
 
-// The properties that are looked for. Names that begin with the same letter stand together.
+// The properties of events and alarms. Names that begin with the same letter stand together.
 enum EiCalKey
 {
     eKeyAction,
@@ -22,12 +22,11 @@ enum EiCalKey
     eKeyRRule,
     eKeyTrigger,
     eKeyUID,
-    eKeyVersion,
     eKeyCount
 };
 
-inline constexpr std::string_view kiCalKeys[eKeyCount] = {
-    "ACTION", "CREATED", "DESCRIPTION", "DTEND", "DTSTART", "LAST-MODIFIED", "RRULE", "TRIGGER", "UID", "VERSION"};
+inline constexpr std::string_view kiCalKeys[eKeyCount] = {"ACTION",        "CREATED", "DESCRIPTION", "DTEND", "DTSTART",
+                                                          "LAST-MODIFIED", "RRULE",   "TRIGGER",     "UID"};
 
 // The longest value that is read, in characters, where no shorter limit holds.
 inline constexpr size_t kMaxValue = 259;
@@ -56,7 +55,7 @@ struct ICAL_PROPERTIES
 // What stands between the first BEGIN of a component and the END that follows it; none if either is missing.
 std::optional<std::string_view> GetiCalComponent(std::string_view strText, std::string_view strName);
 
-// A component's text, in which the first line of every property has been found.
+// An event's or an alarm's text, in which the first line of every property has been found.
 class CiCalText
 {
 public:
@@ -73,6 +72,9 @@ private:
     std::string_view m_strText;
     std::array<size_t, eKeyCount> m_auPositions;
 };
+
+// The same for the VERSION of a calendar.
+std::optional<std::string_view> GetVersion(std::string_view strCalendar);
 
 // The same for a name that a value of one line begins with.
 std::optional<std::string_view> GetLeadingProperty(std::string_view strValue, std::string_view strName, char cDelimiter,

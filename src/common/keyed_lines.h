@@ -41,15 +41,19 @@ public:
 
     std::string_view operator[](size_t uKey) const { return m_Keys[uKey]; }
 
-    // Enters the position for each key that the rest of the text begins with and that has none yet.
-    void Note(std::string_view strRest, size_t uPosition, std::array<size_t, N>* pauPositions) const
+    // Enters the position for each key that the rest of the text begins with and that has none yet; returns how many.
+    size_t Note(std::string_view strRest, size_t uPosition, std::array<size_t, N>* pauPositions) const
     {
         const SGroup& Group = m_Groups[static_cast<uint8_t>(strRest.front())];
         if (Group.uEnd == 0 || !BeginsIgnoringCase(strRest, Group.strCommon))
-            return;
+            return 0;
+        size_t uNoted = 0;
         for (size_t uKey = Group.uFirst; uKey < Group.uEnd; ++uKey)
-            if ((*pauPositions)[uKey] == std::string_view::npos && BeginsIgnoringCase(strRest, m_Keys[uKey]))
+            if ((*pauPositions)[uKey] == std::string_view::npos && BeginsIgnoringCase(strRest, m_Keys[uKey])) {
                 (*pauPositions)[uKey] = uPosition;
+                ++uNoted;
+            }
+        return uNoted;
     }
 
 private:
@@ -80,11 +84,12 @@ std::array<size_t, N> FindKeyedLines(const CLineKeys<N>& Keys, std::string_view 
     std::array<size_t, N> auPositions;
     auPositions.fill(std::string_view::npos);
     const size_t uLineEnd = std::min(uFreeFrom, strText.size());
-    for (size_t uPosition = 0; uPosition < strText.size(); ++uPosition) {
+    size_t uMissing = N;
+    for (size_t uPosition = 0; uPosition < strText.size() && uMissing > 0; ++uPosition) {
         const char ch = strText[uPosition];
         if (ch == ' ' || ch == '\t')
             continue;
-        Keys.Note(strText.substr(uPosition), uPosition, &auPositions);
+        uMissing -= Keys.Note(strText.substr(uPosition), uPosition, &auPositions);
         while (uPosition < uLineEnd && !IsLineEnd(strText[uPosition]))
             ++uPosition;
     }

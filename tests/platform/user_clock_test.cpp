@@ -99,7 +99,8 @@ TEST(LocalTime, FollowsTheZonesRules)
         EXPECT_EQ(Text(local), expected) << zone;
     }
     for (const SYSTEMTIME& wrong : {SYSTEMTIME{2009, 2, 0, 29, 0, 0, 0, 0}, SYSTEMTIME{2009, 13, 0, 1, 0, 0, 0, 0},
-                                    SYSTEMTIME{2009, 0, 0, 1, 0, 0, 0, 0}, SYSTEMTIME{2009, 1, 0, 1, 24, 0, 0, 0}}) {
+                                    SYSTEMTIME{2009, 0, 0, 1, 0, 0, 0, 0}, SYSTEMTIME{2009, 257, 0, 1, 0, 0, 0, 0},
+                                    SYSTEMTIME{2009, 1, 0, 257, 0, 0, 0, 0}, SYSTEMTIME{2009, 1, 0, 1, 24, 0, 0, 0}}) {
         EXPECT_FALSE(SystemTimeToTzSpecificLocalTime(nullptr, &wrong, &local));
         EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
     }

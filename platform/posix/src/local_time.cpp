@@ -2,6 +2,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <mutex>
 #include <string>
@@ -13,16 +14,36 @@ using namespace platform;
 
 namespace {
 
-SYSTEMTIME SystemTimeOf(const tm& time, long milliseconds)
+// A time by the calendar alone, without a zone.
+SYSTEMTIME SystemTimeOf(time_t seconds, WORD milliseconds)
 {
-    return {.wYear = static_cast<WORD>(time.tm_year + 1900),
-            .wMonth = static_cast<WORD>(time.tm_mon + 1),
-            .wDayOfWeek = static_cast<WORD>(time.tm_wday),
-            .wDay = static_cast<WORD>(time.tm_mday),
-            .wHour = static_cast<WORD>(time.tm_hour),
-            .wMinute = static_cast<WORD>(time.tm_min),
-            .wSecond = static_cast<WORD>(time.tm_sec),
-            .wMilliseconds = static_cast<WORD>(milliseconds)};
+    using namespace std::chrono;
+    const sys_seconds time{std::chrono::seconds{seconds}};
+    const sys_days today = floor<days>(time);
+    const year_month_day date{today};
+    const hh_mm_ss clock{time - today};
+    return {.wYear = static_cast<WORD>(static_cast<int>(date.year())),
+            .wMonth = static_cast<WORD>(static_cast<unsigned>(date.month())),
+            .wDayOfWeek = static_cast<WORD>(weekday{today}.c_encoding()),
+            .wDay = static_cast<WORD>(static_cast<unsigned>(date.day())),
+            .wHour = static_cast<WORD>(clock.hours().count()),
+            .wMinute = static_cast<WORD>(clock.minutes().count()),
+            .wSecond = static_cast<WORD>(clock.seconds().count()),
+            .wMilliseconds = milliseconds};
+}
+
+// The seconds since 1970 of such a time; throws ERROR_INVALID_PARAMETER for a date or a time that does not exist.
+time_t SecondsOf(const SYSTEMTIME& time)
+{
+    using namespace std::chrono;
+    const year_month_day date = year{time.wYear} / month{time.wMonth} / day{time.wDay};
+    const bool exists = time.wYear >= 1601 && time.wYear <= 30827 && time.wMonth <= 12 && time.wDay <= 31 &&
+                        date.ok() && time.wHour < 24 && time.wMinute < 60 && time.wSecond < 60 &&
+                        time.wMilliseconds < 1000;
+    if (!exists)
+        throw Win32Error{ERROR_INVALID_PARAMETER};
+    const sys_seconds point = sys_days{date} + hours{time.wHour} + minutes{time.wMinute} + seconds{time.wSecond};
+    return point.time_since_epoch().count();
 }
 
 // tzset looks at the zone's file at every call; it is called when TZ has changed.
@@ -39,49 +60,30 @@ void FollowZone()
     tzset();
 }
 
-tm BrokenDown(time_t seconds)
+// What the zone adds to UTC at a time.
+time_t OffsetAt(time_t seconds)
 {
     tm local{};
     if (!localtime_r(&seconds, &local))
         ThrowErrno();
-    return local;
+    return local.tm_gmtoff;
 }
 
-SYSTEMTIME LocalTimeOf(time_t seconds, long milliseconds)
+SYSTEMTIME LocalTimeOf(time_t seconds, WORD milliseconds)
 {
     FollowZone();
-    return SystemTimeOf(BrokenDown(seconds), milliseconds);
+    return SystemTimeOf(seconds + OffsetAt(seconds), milliseconds);
 }
 
-// The seconds since 1970 of a UTC time, or of a local one taken for UTC; throws ERROR_INVALID_PARAMETER for a date or a
-// time that does not exist.
-time_t SecondsOf(const SYSTEMTIME& utc)
-{
-    tm time{};
-    time.tm_year = utc.wYear - 1900;
-    time.tm_mon = utc.wMonth - 1;
-    time.tm_mday = utc.wDay;
-    time.tm_hour = utc.wHour;
-    time.tm_min = utc.wMinute;
-    time.tm_sec = utc.wSecond;
-    const bool inRange = utc.wYear >= 1601 && utc.wYear <= 30827 && utc.wHour < 24 && utc.wMinute < 60 &&
-                         utc.wSecond < 60 && utc.wMilliseconds < 1000;
-    const time_t seconds = timegm(&time); // which normalises a 30 February
-    if (!inRange || time.tm_mon != utc.wMonth - 1 || time.tm_mday != utc.wDay)
-        throw Win32Error{ERROR_INVALID_PARAMETER};
-    return seconds;
-}
-
-// The UTC seconds of a local time that was taken for UTC. The offsets a day before and after are all that it can have.
+// The UTC seconds of a local time, given as if it were UTC. The offsets a day before and after are all that it can
+// have.
 time_t FromLocal(time_t local)
 {
     constexpr time_t kDay = 24 * 60 * 60;
     FollowZone();
-    const auto [smaller, larger] =
-        std::minmax({BrokenDown(local - kDay).tm_gmtoff, BrokenDown(local + kDay).tm_gmtoff});
+    const auto [smaller, larger] = std::minmax({OffsetAt(local - kDay), OffsetAt(local + kDay)});
     const time_t seconds = local - larger;
-    const bool isSmaller = smaller != larger && BrokenDown(seconds).tm_gmtoff != larger &&
-                           BrokenDown(local - smaller).tm_gmtoff == smaller;
+    const bool isSmaller = smaller != larger && OffsetAt(seconds) != larger && OffsetAt(local - smaller) == smaller;
     return isSmaller ? local - smaller : seconds;
 }
 
@@ -91,7 +93,7 @@ void WINAPI GetLocalTime(LPSYSTEMTIME lpSystemTime)
 {
     timespec now{};
     clock_gettime(CLOCK_REALTIME, &now);
-    *lpSystemTime = LocalTimeOf(now.tv_sec, now.tv_nsec / 1'000'000);
+    *lpSystemTime = LocalTimeOf(now.tv_sec, static_cast<WORD>(now.tv_nsec / 1'000'000));
 }
 
 BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
@@ -115,11 +117,7 @@ BOOL WINAPI TzSpecificLocalTimeToSystemTime(const TIME_ZONE_INFORMATION* lpTimeZ
             throw Win32Error{ERROR_INVALID_PARAMETER};
         if (lpTimeZoneInformation)
             throw Win32Error{ERROR_NOT_SUPPORTED};
-        const time_t seconds = FromLocal(SecondsOf(*lpLocalTime));
-        tm utc{};
-        if (!gmtime_r(&seconds, &utc))
-            ThrowErrno();
-        *lpUniversalTime = SystemTimeOf(utc, lpLocalTime->wMilliseconds);
+        *lpUniversalTime = SystemTimeOf(FromLocal(SecondsOf(*lpLocalTime)), lpLocalTime->wMilliseconds);
         return TRUE;
     });
 }
