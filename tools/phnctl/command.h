@@ -78,6 +78,7 @@ struct Command
 // The nouns, one file each.
 std::vector<Command> InfoCommands();
 std::vector<Command> StatusCommands();
+std::vector<Command> WatchCommands();
 std::vector<Command> RadioCommands();
 std::vector<Command> LockCommands();
 std::vector<Command> ParametersCommands();

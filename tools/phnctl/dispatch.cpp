@@ -1,6 +1,5 @@
 #include "phnctl/dispatch.h"
 
-#include <algorithm>
 #include <exception>
 #include <memory>
 #include <system_error>
@@ -47,31 +46,57 @@ void DispatchPending()
     }
 }
 
-bool DispatchUntil(HANDLE done, std::optional<std::chrono::milliseconds> limit)
+// Until the work is done (true), or the time is over.
+class Dispatcher
 {
-    const ULONGLONG start = GetTickCount64();
-    for (;;) {
-        DWORD left = INFINITE;
-        if (limit) {
-            const auto passed = std::chrono::milliseconds(GetTickCount64() - start);
-            left = static_cast<DWORD>(std::max(*limit - passed, std::chrono::milliseconds(0)).count());
-        }
-        const DWORD woken = MsgWaitForMultipleObjects(1, &done, FALSE, left, QS_ALLINPUT);
-        if (woken == WAIT_OBJECT_0)
-            return true;
-        if (woken != WAIT_OBJECT_0 + 1)
-            return false;
-        DispatchPending();
+public:
+    Dispatcher(std::optional<std::chrono::milliseconds> limit, HANDLE stop) : m_stop(stop)
+    {
+        if (limit)
+            EndIn(*limit);
     }
-}
+
+    bool DispatchUntil(HANDLE done)
+    {
+        for (;;) {
+            const HANDLE events[]{done, m_stop};
+            const DWORD count = m_stop ? 2 : 1;
+            const DWORD woken = MsgWaitForMultipleObjects(count, events, FALSE, Left(), QS_ALLINPUT);
+            if (woken == WAIT_OBJECT_0)
+                return true;
+            if (woken == WAIT_OBJECT_0 + count) {
+                DispatchPending();
+            } else if (woken == WAIT_OBJECT_0 + 1) {
+                m_stop = nullptr;
+                EndIn(kGrace);
+            } else {
+                return false;
+            }
+        }
+    }
+
+private:
+    static constexpr std::chrono::milliseconds kGrace{1000};
+
+    void EndIn(std::chrono::milliseconds time) { m_end = GetTickCount64() + static_cast<ULONGLONG>(time.count()); }
+
+    DWORD Left() const
+    {
+        const ULONGLONG now = GetTickCount64();
+        return !m_end ? INFINITE : static_cast<DWORD>(*m_end > now ? *m_end - now : 0);
+    }
+
+    HANDLE m_stop;
+    std::optional<ULONGLONG> m_end;
+};
 
 } // namespace
 
-bool RunDispatching(std::function<void()> work, std::optional<std::chrono::milliseconds> limit)
+bool RunDispatching(std::function<void()> work, std::optional<std::chrono::milliseconds> limit, HANDLE stop)
 {
     const auto task = std::make_shared<Task>(std::move(work));
     std::thread thread([task] { task->Run(); });
-    if (!DispatchUntil(task->done, limit)) {
+    if (!Dispatcher(limit, stop).DispatchUntil(task->done)) {
         thread.detach();
         return false;
     }

@@ -5,11 +5,14 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <windows.h>
 
 namespace phnctl {
 
-// Returns true when the work has ended; what it throws is thrown here. False when `limit` was over first: the work then
-// goes on, so everything it uses must live until the process ends.
-bool RunDispatching(std::function<void()> work, std::optional<std::chrono::milliseconds> limit = std::nullopt);
+// Returns true when the work has ended; what it throws is thrown here. False when `limit` was over first, or a second
+// has passed since the event `stop` was set: the work then goes on, so everything it uses must live until the process
+// ends.
+bool RunDispatching(std::function<void()> work, std::optional<std::chrono::milliseconds> limit = std::nullopt,
+                    HANDLE stop = nullptr);
 
 } // namespace phnctl

@@ -22,6 +22,7 @@ enum class Interrupts
 std::atomic<Interrupts> interrupts = Interrupts::End;
 
 std::mutex mutex;
+std::function<void()> wakeUp; // what the first interrupt does
 
 std::set<std::filesystem::path>& Paths()
 {
@@ -48,7 +49,11 @@ void EndOnInterrupt()
     host::OnInterrupt([] {
         Interrupts expected = Interrupts::Note;
         if (interrupts.compare_exchange_strong(expected, Interrupts::Noted)) {
-            std::fputs("\nphnctl: stopping after the entry in hand (Ctrl-C again: at once)\n", stderr);
+            const std::lock_guard lock(mutex);
+            if (wakeUp)
+                wakeUp();
+            else
+                std::fputs("\nphnctl: stopping after the entry in hand (Ctrl-C again: at once)\n", stderr);
             return;
         }
         std::fputs("\nphnctl: interrupted\n", stderr);
@@ -56,13 +61,17 @@ void EndOnInterrupt()
     });
 }
 
-StopRequest::StopRequest()
+StopRequest::StopRequest(std::function<void()> wake)
 {
+    const std::lock_guard lock(mutex);
+    wakeUp = std::move(wake);
     interrupts = Interrupts::Note;
 }
 
 StopRequest::~StopRequest()
 {
+    const std::lock_guard lock(mutex);
+    wakeUp = {};
     interrupts = Interrupts::End;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 
 namespace phnctl {
 
@@ -20,7 +21,9 @@ void EndOnInterrupt();
 class StopRequest
 {
 public:
-    StopRequest();
+    // `wake` runs then, on a thread of its own; without it the person is told that the work goes on to the end of the
+    // entry in hand.
+    explicit StopRequest(std::function<void()> wake = {});
     ~StopRequest();
     StopRequest(const StopRequest&) = delete;
     StopRequest& operator=(const StopRequest&) = delete;

@@ -89,6 +89,8 @@ void Library::Bind()
     Find(m_module, "PHN_GetPictureID", GetPictureID);
     Find(m_module, "PHN_GetRingerID", GetRingerID);
     Find(m_module, "PHN_GetGroup", GetGroup);
+    Find(m_module, "PHN_GetMessageCount", GetMessageCount);
+    Find(m_module, "PHN_SetCallback", SetCallback);
 }
 
 } // namespace phnctl

@@ -41,6 +41,8 @@ public:
     decltype(&PHN_GetPictureID) GetPictureID;
     decltype(&PHN_GetRingerID) GetRingerID;
     decltype(&PHN_GetGroup) GetGroup;
+    decltype(&PHN_GetMessageCount) GetMessageCount;
+    decltype(&PHN_SetCallback) SetCallback;
 
 private:
     void Load(const std::string& path);

@@ -14,8 +14,8 @@ namespace {
 std::vector<Command> AllCommands()
 {
     std::vector<Command> commands;
-    for (auto* list : {InfoCommands, StatusCommands, RadioCommands, LockCommands, ParametersCommands, ActivateCommands,
-                       ContactsCommands, BackupCommands, ErrorCommands, DoctorCommands})
+    for (auto* list : {InfoCommands, StatusCommands, WatchCommands, RadioCommands, LockCommands, ParametersCommands,
+                       ActivateCommands, ContactsCommands, BackupCommands, ErrorCommands, DoctorCommands})
         for (Command& command : list())
             commands.push_back(std::move(command));
     return commands;

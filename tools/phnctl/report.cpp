@@ -11,12 +11,18 @@ namespace {
 
 constexpr std::size_t kNarrowestValue = 10;
 
-std::size_t LabelWidth(const Report& report)
+bool SharesLine(const Section& section, const Field& field, unsigned width)
+{
+    return width && section.sharesLines && field.label == field.key;
+}
+
+std::size_t LabelWidth(const Report& report, unsigned terminal)
 {
     std::size_t width = 0;
     for (const Section& section : report.sections)
         for (const Field& field : section.fields)
-            width = std::max(width, field.label.size());
+            if (!SharesLine(section, field, terminal))
+                width = std::max(width, field.label.size());
     return width;
 }
 
@@ -52,6 +58,30 @@ void AppendWrapped(std::string& out, std::string text, std::size_t indent, unsig
     out += text + '\n';
 }
 
+std::string ShownValue(const Field& field)
+{
+    return field.shown.empty() ? "-" : Printable(field.shown);
+}
+
+// Names and values in columns, as many as fit.
+void AppendShared(std::string& out, const Section& section, std::size_t indent, unsigned width)
+{
+    std::vector<std::string> cells;
+    std::size_t column = 0;
+    for (const Field& field : section.fields)
+        if (SharesLine(section, field, width)) {
+            cells.push_back(field.label + ' ' + ShownValue(field));
+            column = std::max(column, cells.back().size() + 2);
+        }
+    const std::size_t perLine = std::max<std::size_t>(1, (width - std::min<std::size_t>(indent, width)) / (column + 1));
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const bool isFirst = i % perLine == 0;
+        const bool isLast = i % perLine == perLine - 1 || i + 1 == cells.size();
+        out +=
+            fmt::format("{:{}}{:<{}}{}", "", isFirst ? indent : 0, cells[i], isLast ? 0 : column, isLast ? "\n" : "");
+    }
+}
+
 } // namespace
 
 Json ToJson(const Report& report)
@@ -72,7 +102,7 @@ Json ToJson(const Report& report)
 std::string ToText(const Report& report, unsigned width)
 {
     std::string out;
-    const std::size_t labelWidth = LabelWidth(report);
+    const std::size_t labelWidth = LabelWidth(report, width);
     for (const Section& section : report.sections) {
         if (!out.empty())
             out += '\n';
@@ -80,11 +110,12 @@ std::string ToText(const Report& report, unsigned width)
             out += section.title + '\n';
         const std::size_t indent = section.title.empty() ? 0 : 2;
         for (const Field& field : section.fields) {
-            if (field.label.empty())
+            if (field.label.empty() || SharesLine(section, field, width))
                 continue;
             out += fmt::format("{:{}}{:<{}}  ", "", indent, field.label, labelWidth);
-            AppendWrapped(out, field.shown.empty() ? "-" : Printable(field.shown), indent + labelWidth + 2, width);
+            AppendWrapped(out, ShownValue(field), indent + labelWidth + 2, width);
         }
+        AppendShared(out, section, indent, width);
     }
     return out;
 }

@@ -36,6 +36,7 @@ struct Section
     std::string key; // the JSON object that holds the fields; empty: the outermost one
     std::string title;
     std::vector<Field> fields;
+    bool sharesLines = false; // on a terminal, the fields under their own names share lines
 };
 
 struct Report

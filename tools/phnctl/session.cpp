@@ -111,13 +111,14 @@ void Session::Run(const std::function<void(const Handset&)>& work)
 {
     const Handset handset(*m_library);
     RunDispatching([&] {
-        struct Goodbye
-        {
-            const Library& library;
-            ~Goodbye() { library.Shutdown(); }
-        } goodbye{*m_library};
+        const Goodbye goodbye(*m_library);
         work(handset);
     });
+}
+
+void Session::RunUntil(HANDLE stop, std::function<void(std::shared_ptr<Library>)> work)
+{
+    m_abandoned = !RunDispatching([library = m_library, run = std::move(work)] { run(library); }, std::nullopt, stop);
 }
 
 int WithHandset(const Options& options, const std::function<void(const Handset&)>& work)

@@ -30,12 +30,27 @@ public:
     // Does the work with the handset that Find has found.
     void Run(const std::function<void(const Handset&)>& work);
 
+    // The same without handset: the work finds its own, and may go on when a second has passed since `stop` was set.
+    // It then uses the library until the process ends.
+    void RunUntil(HANDLE stop, std::function<void(std::shared_ptr<Library>)> work);
+
 private:
     const Options& m_options;
     std::unique_ptr<EmbeddedHandset> m_embedded;
     std::unique_ptr<LogSetup> m_log;
     std::shared_ptr<Library> m_library;
     bool m_abandoned = false; // the search still runs in the library
+};
+
+// Ends the service when the work with a handset is over.
+struct Goodbye
+{
+    explicit Goodbye(const Library& api) : library(api) {}
+    ~Goodbye() { library.Shutdown(); }
+    Goodbye(const Goodbye&) = delete;
+    Goodbye& operator=(const Goodbye&) = delete;
+
+    const Library& library;
 };
 
 // Finds a handset, does the work and returns kDone. Throws Failure when there is none or it is refused.

@@ -41,7 +41,8 @@ void Narrow(std::vector<std::size_t>& widths, unsigned width)
     }
 }
 
-// Cut to the width, with a mark that it was.
+} // namespace
+
 std::string Fitted(const std::string& text, std::size_t width)
 {
     if (WidthOf(text) <= width)
@@ -54,8 +55,6 @@ std::string Fitted(const std::string& text, std::size_t width)
     }
     return beginning + "\u2026";
 }
-
-} // namespace
 
 std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows,
                       unsigned width)

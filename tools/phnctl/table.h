@@ -12,4 +12,7 @@ namespace phnctl {
 std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows,
                       unsigned width);
 
+// Cut to the width, with a mark that it was.
+std::string Fitted(const std::string& text, std::size_t width);
+
 } // namespace phnctl

@@ -61,6 +61,15 @@ unsigned TerminalWidth(std::FILE* stream)
     return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col ? size.ws_col : 80;
 }
 
+unsigned TerminalHeight(std::FILE* stream)
+{
+    const int descriptor = fileno(stream);
+    if (!isatty(descriptor))
+        return 0;
+    winsize size{};
+    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_row ? size.ws_row : 24;
+}
+
 std::optional<std::string> ReadSecret(const std::string& prompt)
 {
     if (!isatty(STDIN_FILENO))

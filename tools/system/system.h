@@ -17,6 +17,8 @@ std::vector<std::string> Arguments(int argc, char** argv);
 
 // Columns of the terminal that the stream writes to, 0 when it is none.
 unsigned TerminalWidth(std::FILE* stream);
+// And its lines.
+unsigned TerminalHeight(std::FILE* stream);
 
 // Asks on the terminal and reads one line that is not echoed. Where standard input is no terminal, reads one line from
 // it without asking. Nothing at the end of input.

@@ -36,6 +36,9 @@ std::optional<std::string> ReadLine()
 std::vector<std::string> Arguments(int argc, char** argv)
 {
     SetConsoleOutputCP(CP_UTF8);
+    for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) // a file refuses
+        if (DWORD mode = 0; GetConsoleMode(GetStdHandle(stream), &mode))
+            SetConsoleMode(GetStdHandle(stream), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i) {
         const int size = MultiByteToWideChar(CP_ACP, 0, argv[i], -1, nullptr, 0);
@@ -52,6 +55,15 @@ unsigned TerminalWidth(std::FILE* stream)
     const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
     return GetConsoleScreenBufferInfo(handle, &info)
                ? static_cast<unsigned>(info.srWindow.Right - info.srWindow.Left + 1)
+               : 0;
+}
+
+unsigned TerminalHeight(std::FILE* stream)
+{
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+    return GetConsoleScreenBufferInfo(handle, &info)
+               ? static_cast<unsigned>(info.srWindow.Bottom - info.srWindow.Top + 1)
                : 0;
 }
 

@@ -1,0 +1,105 @@
+// phnctl watch over everything that happens to a handset: news, a silence, a cable that is pulled and put back, Ctrl-C.
+#include "phnctl/program.h"
+#include "simulator/simulator.h"
+
+#include <chrono>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <regex>
+
+namespace phnctl_test {
+namespace {
+
+using namespace std::chrono_literals;
+using Words = std::vector<std::string>;
+
+constexpr std::uint32_t kBattery = 5;
+constexpr std::uint32_t kMessageCount = 15; // five in the end of a connection's first reading
+constexpr std::uint32_t kPoll = 49;
+
+class Watch : public testing::Test
+{
+protected:
+    Watch() : m_simulator(m_devices.Path(), simulator::UsbInterfaceName("0001"))
+    {
+        m_simulator.Start();
+        m_program.Set("PHNNRV_DEVICES", m_devices.Path().string());
+        m_program.Set("PHNNRV_TIME_SCALE", "0.05");
+    }
+
+    void Await(std::uint32_t command, std::uint64_t count)
+    {
+        ASSERT_TRUE(m_simulator.Control().WaitForRequests(command, count, 30s)) << command;
+    }
+    // The reply to all that came before the next poll has been read.
+    void AwaitPoll() { Await(kPoll, m_simulator.Control().Requests(kPoll) + 1); }
+    void AwaitConnection(unsigned number)
+    {
+        Await(kMessageCount, number * 5);
+        AwaitPoll();
+    }
+
+    void ChangeBattery(std::uint8_t percent)
+    {
+        const auto next = m_simulator.Control().Requests(kBattery) + 1;
+        m_simulator.Control().SetBattery({1, percent});
+        Await(kBattery, next);
+        AwaitPoll();
+    }
+
+    Outcome Follow(const char* words)
+    {
+        const pid_t process = m_program.Start(Split(words));
+        AwaitConnection(1);
+        ChangeBattery(41);
+        m_simulator.Control().AddFault("silence@5*1");
+        ChangeBattery(42);
+        ChangeBattery(43);
+        m_simulator.Unplug();
+        m_simulator.Replug();
+        AwaitConnection(2);
+        kill(process, SIGINT);
+        return m_program.Finish(process);
+    }
+
+    static Words Find(const std::string& text, const char* pattern)
+    {
+        const std::regex expression(pattern);
+        Words found;
+        for (std::sregex_iterator match(text.begin(), text.end(), expression), end; match != end; ++match)
+            found.push_back((*match)[1]);
+        return found;
+    }
+
+    simulator::DeviceDirectory m_devices;
+    simulator::Simulator m_simulator;
+    Program m_program;
+};
+
+const Words kEvents{"waiting", "connected",    "battery", "silent",   "battery",
+                    "answers", "disconnected", "waiting", "connected"};
+
+TEST_F(Watch, GivesProgramsAnObjectPerEvent)
+{
+    const Outcome outcome = Follow("watch --json");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(Find(outcome.out, "(?:^|\n)\\{\"event\":\"(\\w+)\",\"time\":\"[-0-9]{10}T[:0-9]{8}Z\"[^\n]*\\}"), kEvents)
+        << outcome.out;
+    EXPECT_EQ(Find(outcome.out, "\"battery\":\\{\"uBattery1\":1,\"uBattery2\":(\\d+)\\}"),
+              (Words{"80", "41", "43", "43"}));
+    EXPECT_EQ(Find(outcome.out, "\"model\":\"([^\"]*)\",\"battery\":\\{[^}]*\\},\"network\":\\{[^}]*\\},"
+                                "\"connection\":\\{[^}]*\\},\"messages\":\\{\"box0\""),
+              (Words{"Fjord 40", "Fjord 40"}));
+}
+
+TEST_F(Watch, GivesPeopleALineOfWhatChanged)
+{
+    const Outcome outcome = Follow("watch");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(Find(outcome.out, "(?:^|\n)[:0-9]{8}  (\\w+) [^\n]*"), kEvents) << outcome.out;
+    EXPECT_NE(outcome.out.find("  battery       Charge [####......] 41 %\n"), std::string::npos) << outcome.out;
+}
+
+} // namespace
+} // namespace phnctl_test
