@@ -1,19 +1,13 @@
 // One exchange over a pseudo terminal beside a bare write and read of the same bytes under the same rule (a read ends
 // 10 ms after the last byte), and one through a port in memory, where only the library's own work is left.
-#include <cerrno>
 #include <cstring>
 #include <memory>
-#include <stdexcept>
 #include <string>
-
-#include <fcntl.h>
-#include <poll.h>
-#include <termios.h>
-#include <unistd.h>
 
 #include <benchmark/benchmark.h>
 #include <windows.h>
 
+#include "bare_terminal.h"
 #include "link/device_owner.h"
 #include "link/diagnostic_port.h"
 #include "link/exchange.h"
@@ -112,40 +106,17 @@ void OverPty(benchmark::State& state)
     port->Close();
 }
 
-// Reads until 10 ms pass without a byte; the count.
-size_t BareRead(int terminal, char* buffer, size_t size)
-{
-    size_t total = 0;
-    pollfd wait{terminal, POLLIN, 0};
-    while (poll(&wait, 1, total == 0 ? 15000 : 10) > 0) {
-        const ssize_t got = read(terminal, buffer + total, size - total);
-        if (got <= 0)
-            break;
-        total += static_cast<size_t>(got);
-    }
-    return total;
-}
-
 void BareOverPty(benchmark::State& state, const std::string& path)
 {
-    const int terminal = open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    termios settings{};
-    if (terminal < 0 || tcgetattr(terminal, &settings) != 0)
-        return state.SkipWithError("the terminal does not open");
-    cfmakeraw(&settings);
-    tcsetattr(terminal, TCSANOW, &settings);
+    bench::BareTerminal terminal(path);
     CFrameCodec codec;
     const uint8_t request[6] = {5, 0, 0, 0, 1, 0};
     uint8_t frame[64];
     DWORD length = 0;
     codec.ComposeData(request, sizeof request, frame, sizeof frame, &length);
-    char reply[8193];
-    for (auto _ : state) {
-        if (write(terminal, frame, length) != static_cast<ssize_t>(length) ||
-            BareRead(terminal, reply, sizeof reply) == 0)
+    for (auto _ : state)
+        if (!terminal.Exchange(frame, length))
             return state.SkipWithError("no reply");
-    }
-    close(terminal);
 }
 
 } // namespace
