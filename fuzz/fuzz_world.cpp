@@ -57,7 +57,7 @@ World::World()
     setenv("PHNNRV_REGISTRY", registry.c_str(), 1);
     CreateLogLock();
     CreateCommandLock();
-    port_ = std::make_shared<COpenPort>(CreateEventA(nullptr, TRUE, FALSE, nullptr), std::make_unique<Port>(*this));
+    port_ = std::make_shared<COpenPort>(MakeEvent(), std::make_unique<Port>(*this));
     SetDeviceOwner(this);
 }
 

@@ -36,7 +36,8 @@ template <typename T>
 std::shared_ptr<T> FromHandle(HANDLE handle)
 {
     auto object = ObjectOf(handle);
-    T* const wanted = typeid(*object) == typeid(T) ? static_cast<T*>(object.get()) : dynamic_cast<T*>(object.get());
+    Object& found = *object;
+    T* const wanted = typeid(found) == typeid(T) ? static_cast<T*>(&found) : dynamic_cast<T*>(&found);
     if (!wanted)
         throw Win32Error{ERROR_INVALID_HANDLE};
     return {std::move(object), wanted};
