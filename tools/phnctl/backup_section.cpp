@@ -41,7 +41,8 @@ void DeleteOthers(const Invocation& invocation, const Handset& handset, const En
 SavedSection EntrySection::Save(const Handset& handset, const std::filesystem::path& file) const
 {
     const Inventory inventory = TakeInventory(handset, m_kind, IndexRange());
-    TellLosses(m_kind, inventory);
+    TellUnread(m_kind, inventory);
+    TellGarbled(m_kind, inventory);
     WriteText(file, m_kind.Format(inventory.entries), Existing::Replace);
     return {inventory.entries.size(), inventory.unread.size()};
 }
@@ -50,7 +51,7 @@ int EntrySection::Restore(const Invocation& invocation, const Handset& handset, 
 {
     auto candidates = ReadCandidates(m_kind, {TextOf(file)});
     const Inventory inventory = TakeInventory(handset, m_kind, IndexRange());
-    TellLosses(m_kind, inventory);
+    TellUnread(m_kind, inventory);
     Plan plan = MakePlan(m_kind, std::move(candidates), inventory);
     const std::vector<StoredEntry> others = OthersOf(plan, inventory);
     const int status = CarryOut(invocation, handset, m_kind, plan, inventory);

@@ -59,7 +59,8 @@ int List(const Invocation& invocation, const EntryKind& kind)
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
-        TellLosses(kind, inventory);
+        TellUnread(kind, inventory);
+        TellGarbled(kind, inventory);
         status = StatusOf(inventory);
         if (invocation.options.json) {
             JsonList list;
@@ -161,7 +162,7 @@ int Import(const Invocation& invocation, const EntryKind& kind)
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
-        TellLosses(kind, inventory);
+        TellUnread(kind, inventory);
         Plan plan = MakePlan(kind, std::move(candidates), inventory);
         status = CarryOut(invocation, handset, kind, plan, inventory);
     });
@@ -201,7 +202,8 @@ int Export(const Invocation& invocation, const EntryKind& kind)
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
-        TellLosses(kind, inventory);
+        TellUnread(kind, inventory);
+        TellGarbled(kind, inventory);
         status = StatusOf(inventory);
         if (destination == "-") {
             fmt::print("{}", kind.Format(inventory.entries));
@@ -247,7 +249,8 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, IndexRange());
-        TellLosses(kind, inventory);
+        TellUnread(kind, inventory);
+        TellGarbled(kind, inventory);
         if (!inventory.unread.empty() && !invocation.Has("--no-copy"))
             throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
                                                 "deletes them all the same. Nothing was changed.",

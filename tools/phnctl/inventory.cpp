@@ -64,10 +64,14 @@ Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const Ind
     return inventory;
 }
 
-void TellLosses(const EntryKind& kind, const Inventory& inventory)
+void TellUnread(const EntryKind& kind, const Inventory& inventory)
 {
     for (const UnreadEntry& unread : inventory.unread)
         fmt::print(stderr, "phnctl: {} {} was not read: {}\n", kind.One(), unread.index, unread.problem);
+}
+
+void TellGarbled(const EntryKind& kind, const Inventory& inventory)
+{
     const auto garbled = std::count_if(inventory.entries.begin(), inventory.entries.end(),
                                        [&](const StoredEntry& stored) { return kind.LooksGarbled(stored.entry); });
     if (garbled != 0)

@@ -39,7 +39,10 @@ struct Inventory
 // end it; throws Refusal when the handset is lost or several in a row fail.
 Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const IndexRange& range);
 
-// On standard error: each entry that could not be read, and how many have probably lost characters.
-void TellLosses(const EntryKind& kind, const Inventory& inventory);
+// On standard error: each entry that could not be read.
+void TellUnread(const EntryKind& kind, const Inventory& inventory);
+
+// And how many have probably lost characters to the code page.
+void TellGarbled(const EntryKind& kind, const Inventory& inventory);
 
 } // namespace phnctl

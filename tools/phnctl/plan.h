@@ -32,7 +32,7 @@ struct PlannedEntry
 {
     Candidate from;
     Action action = Action::Add;
-    std::optional<std::uint32_t> index; // of the handset's entry that it changes or equals; of a new one once written
+    std::optional<std::uint32_t> index; // of the handset's entry that it changes or equals; a new one's, once written
     Entry target;                       // what the handset is to hold
     std::vector<Difference> changes;    // from what it holds now
 

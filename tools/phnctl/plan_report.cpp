@@ -44,42 +44,47 @@ const char* Heading(const Plan& plan, const PlannedEntry& planned)
 {
     if (planned.action == Action::CannotHold)
         return "cannot hold";
-    if (planned.action == Action::Same)
-        return "same";
     const bool isNew = planned.action == Action::Add;
     if (!plan.isApplied)
         return isNew ? "add" : "change";
-    switch (planned.result) {
-    case Result::NotTried:
-        return "not reached";
-    case Result::Written:
+    if (planned.result == Result::Written)
         return isNew ? "added" : "changed";
-    case Result::Different:
-        return "DIFFERENT";
-    case Result::Failed:
-        return "FAILED";
-    }
-    return "";
+    return planned.result == Result::Different ? "DIFFERENT" : "FAILED";
 }
 
-void AppendDifferences(std::string& text, const std::vector<Difference>& differences, const char* introduction)
+// The index of a new entry is this run's alone: the handset may have stored it under another number.
+std::optional<std::uint32_t> IndexToShow(const PlannedEntry& planned)
+{
+    return planned.action == Action::Add ? std::nullopt : planned.index;
+}
+
+// What a person has to read: not what stays as it is, and not each of the entries that an interrupt left out.
+bool IsWorthTelling(const Plan& plan, const PlannedEntry& planned)
+{
+    const bool isLeftOut = plan.isApplied && planned.result == Result::NotTried;
+    return planned.action == Action::CannotHold || (planned.action != Action::Same && !isLeftOut);
+}
+
+void AppendDifferences(std::string& text, const EntryKind& kind, const std::vector<Difference>& differences,
+                       const char* introduction)
 {
     const auto shown = [](const std::string& value) { return value.empty() ? "(nothing)" : Printable(value); };
     for (const Difference& difference : differences)
-        text += fmt::format("    {}{}: {} -> {}\n", introduction, difference.property, shown(difference.before),
-                            shown(difference.after));
+        text += fmt::format("    {}{}: {} -> {}\n", introduction, kind.Label(difference.property),
+                            shown(difference.before), shown(difference.after));
 }
 
 void AppendEntry(std::string& text, const EntryKind& kind, const Plan& plan, const PlannedEntry& planned)
 {
     const std::string place = fmt::format("{}:{}", Printable(planned.from.file), planned.from.line);
     text += fmt::format("{:<11}  {}  {}", Heading(plan, planned), place, Printable(kind.Title(planned.from.entry)));
-    text += planned.index ? fmt::format("  (index {})\n", *planned.index) : "\n";
+    const auto index = IndexToShow(planned);
+    text += index ? fmt::format("  (index {})\n", *index) : "\n";
     for (const Note& note : planned.from.notes)
         text += fmt::format("    {}: {}{}{}\n", note.code, note.property.empty() ? "" : Printable(note.property) + ", ",
                             note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
-    AppendDifferences(text, planned.changes, "");
-    AppendDifferences(text, planned.readBack, "read back differs, ");
+    AppendDifferences(text, kind, planned.changes, "");
+    AppendDifferences(text, kind, planned.readBack, "read back differs, ");
     if (!planned.problem.empty())
         text += fmt::format("    {}\n", planned.problem);
 }
@@ -146,11 +151,12 @@ Json ToJson(const std::vector<Note>& notes)
 
 Json ToJson(const EntryKind& kind, const PlannedEntry& planned)
 {
+    const auto index = IndexToShow(planned);
     JsonObject object{{"file", {planned.from.file}},
                       {"line", {static_cast<std::int64_t>(planned.from.line)}},
                       {"title", {kind.Title(planned.from.entry)}},
                       {"action", {std::string(Word(planned.action))}},
-                      {"index", planned.index ? Json{std::int64_t{*planned.index}} : Json{nullptr}},
+                      {"index", index ? Json{std::int64_t{*index}} : Json{nullptr}},
                       {"notes", ToJson(planned.from.notes)},
                       {"changes", ToJson(planned.changes)},
                       {"result", {std::string(Word(planned.result))}},
@@ -166,7 +172,7 @@ std::string PlanText(const EntryKind& kind, const Plan& plan)
 {
     std::string text;
     for (const PlannedEntry& planned : plan.entries)
-        if (planned.action != Action::Same)
+        if (IsWorthTelling(plan, planned))
             AppendEntry(text, kind, plan, planned);
     return text + Summary(kind, plan);
 }

@@ -7,7 +7,7 @@
 
 namespace phnctl {
 
-// One paragraph per entry that is not the same, and a sentence with the counts.
+// One paragraph for each entry that is written or fails, and a sentence with the counts.
 std::string PlanText(const EntryKind& kind, const Plan& plan);
 
 Json PlanJson(const EntryKind& kind, const Plan& plan);
