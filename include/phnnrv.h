@@ -528,15 +528,18 @@ PHN_API PHN_ERROR PHN_CALL PHN_DeleteEvent(uint32_t uIndex) PHN_NOEXCEPT;
 PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllEvents(void) PHN_NOEXCEPT;
 
 /* ---- Messages ----------------------------------------------------------------------------------------------------
- * Every function but the two of the listing ends a listing in progress. Message indexes are the handset's, 16 bits. */
+ * Every function but the two of the listing ends a listing in progress. Message indexes are the handset's, 16 bits.
+ * A PDU that is read holds teleservice, originating address, message identifier, priority, reply option, time stamp in
+ * local time, call-back number and text, as far as the handset stores them. Its address is in 8-bit form: it cannot be
+ * sent as it is. */
 
 /* Number of messages in a box; 0 also on every failure, a type out of range included. */
 PHN_API uint32_t PHN_CALL PHN_GetMessageCount(int32_t eType) PHN_NOEXCEPT;
 
-/* Sends a message. On success wIndex is its index and uIndexValid 1. PHN_ERROR_INVALID_PARAMETER: null;
- * PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_PDU_NOT_DECODABLE, PHN_ERROR_PDU_NO_DESTINATION,
+/* Sends a message. On success wIndex is its index and uIndexValid 1. PHN_ERROR_INVALID_PARAMETER: null record or PDU, or
+ * length 0; PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_PDU_NOT_DECODABLE, PHN_ERROR_PDU_NO_DESTINATION,
  * PHN_NETWORK_ERROR_1X_CO_ACCESS_FAILURE: the PDU cannot be used (its User Data, its destination, or an address or
- * call-back number in it). */
+ * call-back number in it, of 36 digits at most). */
 PHN_API PHN_ERROR PHN_CALL PHN_SendMessage(PHN_SMS_MESSAGE* pMessage) PHN_NOEXCEPT;
 
 /* Saves a message without sending it. As PHN_SendMessage. */
@@ -545,7 +548,8 @@ PHN_API PHN_ERROR PHN_CALL PHN_SaveMessage(PHN_SMS_MESSAGE* pMessage) PHN_NOEXCE
 /* Starts a listing and reads the first message of a box into pIS637Data, all of whose uSizeofData bytes are cleared
  * first; 512 bytes hold any PDU. uSizeofData becomes the PDU's length: set it anew before the next call.
  * PHN_ERROR_INVALID_PARAMETER: null record or buffer, size 0, or a type out of range; PHN_ERROR_BUFFER_TOO_SMALL:
- * uSize; PHN_ERROR_NO_MORE_MESSAGES: the box is empty. */
+ * uSize, or a buffer that is too small: then uSizeofData holds the PDU's length, and the same call with a larger buffer
+ * brings the same message; PHN_ERROR_NO_MORE_MESSAGES: the box is empty. */
 PHN_API PHN_ERROR PHN_CALL PHN_GetFirstMessage(int32_t eType, PHN_SMS_MESSAGE* pMessage) PHN_NOEXCEPT;
 
 /* Reads the next message of the listing. As PHN_GetFirstMessage; PHN_ERROR_NO_MORE_MESSAGES: the listing is over, or

@@ -86,6 +86,8 @@ std::vector<Command> ActivateCommands();
 std::vector<Command> ErrorCommands();
 std::vector<Command> ContactsCommands();
 std::vector<Command> BackupCommands();
+std::vector<Command> MessagesCommands();
+std::vector<Command> CallsCommands();
 std::vector<Command> DoctorCommands();
 
 } // namespace phnctl

@@ -90,6 +90,17 @@ void Library::Bind()
     Find(m_module, "PHN_GetRingerID", GetRingerID);
     Find(m_module, "PHN_GetGroup", GetGroup);
     Find(m_module, "PHN_GetMessageCount", GetMessageCount);
+    Find(m_module, "PHN_SendMessage", SendMessage);
+    Find(m_module, "PHN_GetFirstMessage", GetFirstMessage);
+    Find(m_module, "PHN_GetNextMessage", GetNextMessage);
+    Find(m_module, "PHN_SaveMessage", SaveMessage);
+    Find(m_module, "PHN_DeleteMessage", DeleteMessage);
+    Find(m_module, "PHN_DeleteAllMessages", DeleteAllMessages);
+    Find(m_module, "PHN_SetMessageStatus", SetMessageStatus);
+    Find(m_module, "PHN_GetCallEntryCount", GetCallEntryCount);
+    Find(m_module, "PHN_GetFirstCallEntry", GetFirstCallEntry);
+    Find(m_module, "PHN_GetNextCallEntry", GetNextCallEntry);
+    Find(m_module, "PHN_ClearCallEntries", ClearCallEntries);
     Find(m_module, "PHN_SetCallback", SetCallback);
 }
 

@@ -42,6 +42,17 @@ public:
     decltype(&PHN_GetRingerID) GetRingerID;
     decltype(&PHN_GetGroup) GetGroup;
     decltype(&PHN_GetMessageCount) GetMessageCount;
+    decltype(&PHN_SendMessage) SendMessage;
+    decltype(&PHN_GetFirstMessage) GetFirstMessage;
+    decltype(&PHN_GetNextMessage) GetNextMessage;
+    decltype(&PHN_SaveMessage) SaveMessage;
+    decltype(&PHN_DeleteMessage) DeleteMessage;
+    decltype(&PHN_DeleteAllMessages) DeleteAllMessages;
+    decltype(&PHN_SetMessageStatus) SetMessageStatus;
+    decltype(&PHN_GetCallEntryCount) GetCallEntryCount;
+    decltype(&PHN_GetFirstCallEntry) GetFirstCallEntry;
+    decltype(&PHN_GetNextCallEntry) GetNextCallEntry;
+    decltype(&PHN_ClearCallEntries) ClearCallEntries;
     decltype(&PHN_SetCallback) SetCallback;
 
 private:

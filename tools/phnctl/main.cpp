@@ -15,7 +15,8 @@ std::vector<Command> AllCommands()
 {
     std::vector<Command> commands;
     for (auto* list : {InfoCommands, StatusCommands, WatchCommands, RadioCommands, LockCommands, ParametersCommands,
-                       ActivateCommands, ContactsCommands, BackupCommands, ErrorCommands, DoctorCommands})
+                       ActivateCommands, ContactsCommands, MessagesCommands, CallsCommands, BackupCommands,
+                       ErrorCommands, DoctorCommands})
         for (Command& command : list())
             commands.push_back(std::move(command));
     return commands;

@@ -16,12 +16,12 @@ constexpr const char* kYes = "--yes";
 constexpr const char* kCopy = "--copy";
 constexpr const char* kNoCopy = "--no-copy";
 
-std::string CopyName(const EntryKind& kind, const std::string& before)
+std::string CopyName(const Copy& copy, const std::string& before)
 {
     SYSTEMTIME now{};
     GetLocalTime(&now);
-    return fmt::format("{}-before-{}-{:04}{:02}{:02}-{:02}{:02}{:02}{}", kind.Many(), before, now.wYear, now.wMonth,
-                       now.wDay, now.wHour, now.wMinute, now.wSecond, kind.Extension());
+    return fmt::format("{}-before-{}-{:04}{:02}{:02}-{:02}{:02}{:02}{}", copy.many, before, now.wYear, now.wMonth,
+                       now.wDay, now.wHour, now.wMinute, now.wSecond, copy.extension);
 }
 
 // The path, or the first of its numbered relatives that is not there yet.
@@ -47,15 +47,20 @@ std::vector<CommandOption> CopyOptions()
             {kNoCopy, "", "Keep no copy"}};
 }
 
+void KeepCopy(const Invocation& invocation, const std::string& before, const Copy& copy)
+{
+    if (invocation.Has(kNoCopy) || copy.count == 0)
+        return;
+    const auto file = FreePath(PathOf(invocation.Value(kCopy).value_or(CopyName(copy, before))));
+    WriteText(file, copy.text, Existing::Refuse);
+    fmt::print(stderr, "A copy of {} {} is in {}.\n", copy.count, copy.count == 1 ? copy.one : copy.many,
+               Printable(TextOf(file)));
+}
+
 void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
               std::span<const StoredEntry> entries)
 {
-    if (invocation.Has(kNoCopy) || entries.empty())
-        return;
-    const auto file = FreePath(PathOf(invocation.Value(kCopy).value_or(CopyName(kind, before))));
-    WriteText(file, kind.Format(entries), Existing::Refuse);
-    fmt::print(stderr, "A copy of {} {} is in {}.\n", entries.size(), entries.size() == 1 ? kind.One() : kind.Many(),
-               Printable(TextOf(file)));
+    KeepCopy(invocation, before, {kind.One(), kind.Many(), kind.Extension(), entries.size(), kind.Format(entries)});
 }
 
 void Confirm(const Invocation& invocation, const std::string& question)

@@ -14,9 +14,20 @@ namespace phnctl {
 CommandOption ConfirmOption();            // --yes
 std::vector<CommandOption> CopyOptions(); // --copy FILE and --no-copy
 
-// Writes the entries to "contacts-before-clear-20260102-030405.vcf" in the current folder, or where --copy says, and
-// tells so on standard error; a file that exists is left alone and the name gets a number. Nothing with --no-copy, or
-// when there are no entries. Throws Failure: then the caller must leave everything as it is.
+// What a copy holds: "contact", "contacts", ".vcf", how many of them, and the file's text.
+struct Copy
+{
+    std::string one;
+    std::string many;
+    std::string extension;
+    std::size_t count;
+    std::string text;
+};
+
+// Writes the copy to "contacts-before-clear-20260102-030405.vcf" in the current folder, or where --copy says, and tells
+// so on standard error; a file that exists is left alone and the name gets a number. Nothing with --no-copy, or when
+// there is nothing to copy. Throws Failure: then the caller must leave everything as it is.
+void KeepCopy(const Invocation& invocation, const std::string& before, const Copy& copy);
 void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
               std::span<const StoredEntry> entries);
 

@@ -1,0 +1,55 @@
+// The arguments of which messages are made, the same for sending, saving and encoding. Used by the messages commands.
+#pragma once
+
+#include "phnctl/command.h"
+#include "phnctl/failure.h"
+#include "phnctl/number.h"
+#include "phnctl/pdu.h"
+#include "phnctl/text.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace phnctl {
+
+// NUMBER and TEXT; --callback, --priority, --report.
+inline std::vector<Argument> MessageArguments()
+{
+    return {
+        {"NUMBER", "The other party: digits, * and #; blanks, dots, hyphens and brackets are left out", Count::One, {}},
+        {"TEXT", "Printable characters of 7-bit ASCII, in one argument", Count::One, {}}};
+}
+
+inline std::vector<CommandOption> MessageOptions()
+{
+    return {{"--callback", "NUMBER", "The number to call back"},
+            {"--priority", "0-3", "0 normal (default), 1 interactive, 2 urgent, 3 emergency"},
+            {"--report", "", "Ask for an acknowledgement of the delivery"}};
+}
+
+// A number without what people put between its digits.
+inline std::string BareNumber(std::string number)
+{
+    std::erase_if(number, [](char c) { return std::string_view(" .-()").find(c) != std::string_view::npos; });
+    return number;
+}
+
+// All but the other party. Throws Failure(kUsage).
+inline PduContent MessageOf(const Invocation& invocation)
+{
+    PduContent content;
+    content.text = *invocation.Value("TEXT");
+    content.report = invocation.Has("--report");
+    content.priority = 0;
+    if (const auto callback = invocation.Value("--callback"))
+        content.callback = BareNumber(*callback);
+    if (const auto priority = invocation.Value("--priority")) {
+        const auto number = ParseNumber(*priority, 3);
+        if (!number)
+            throw Failure(kUsage, fmt::format("'{}' is no priority; allowed: 0 to 3", Printable(*priority)));
+        content.priority = static_cast<unsigned>(*number);
+    }
+    return content;
+}
+
+} // namespace phnctl
