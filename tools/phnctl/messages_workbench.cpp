@@ -115,7 +115,7 @@ std::vector<Command> WorkbenchCommands()
     return {{"messages decode",
              "Explain a PDU field by field (no handset is needed)",
              "Takes PDUs of both directions. What is wrong with one is said, and the exit status is 1.\n\n"
-             "Example:\n  phnctl messages decode 00000210020402004408070103102028F0\n",
+             "Example:\n  phnctl messages decode 000402004408080103100C10080180\n",
              {{"HEX", "The bytes in hexadecimal, with or without blanks between them", Count::Many, {}}},
              Decode},
             {"messages encode", "Build a PDU (no handset is needed)",

@@ -27,14 +27,14 @@ std::string ShowPriority(unsigned priority);
 // What a message says. A value that the PDU does not hold is not there.
 struct PduContent
 {
-    std::optional<unsigned> teleservice;
-    std::optional<std::string> from; // UTF-8, like all texts here
-    std::optional<std::string> to;
-    std::optional<PduTime> time;
-    std::optional<unsigned> priority;
-    std::optional<bool> report; // a delivery acknowledgement is wanted
-    std::optional<std::string> callback;
-    std::optional<std::string> text;
+    std::optional<unsigned> teleservice{};
+    std::optional<std::string> from{}; // UTF-8, like all texts here
+    std::optional<std::string> to{};
+    std::optional<PduTime> time{};
+    std::optional<unsigned> priority{};
+    std::optional<bool> report{}; // a delivery acknowledgement is wanted
+    std::optional<std::string> callback{};
+    std::optional<std::string> text{};
 
     bool operator==(const PduContent&) const = default;
 };

@@ -1,0 +1,150 @@
+// The tool's PDU reader and writer beside the library's: neither knows the other, and both must agree to the byte.
+#include "phnctl/pdu.h"
+
+#include "phnctl/failure.h"
+#include "sms/pdu_decoder.h"
+#include "sms/pdu_encoder.h"
+
+#include <cstring>
+#include <gtest/gtest.h>
+
+namespace phnctl_test {
+namespace {
+
+using namespace phnctl;
+
+PduBytes FromLibrary(const PduContent& content)
+{
+    SMS_MESSAGE message;
+    SMS_RECORD& record = message.rcRecord;
+    record.szAddress.SetText(content.from.value_or(""));
+    record.szCallbackNumber.SetText(content.callback.value_or(""));
+    record.dwPriority = content.priority.value_or(0);
+    record.dwReplyOption = content.report.value_or(false);
+    if (const auto& time = content.time)
+        record.rcTime = {static_cast<uint8_t>((*time)[3]),  static_cast<uint8_t>((*time)[4]),
+                         static_cast<uint16_t>((*time)[5]), static_cast<uint8_t>((*time)[2]),
+                         static_cast<uint8_t>((*time)[1]),  static_cast<uint16_t>((*time)[0])};
+    if (content.text) {
+        message.strBody = ToWide(*content.text) + u'\0';
+        record.dwBodySize = static_cast<uint32_t>(2 * message.strBody.size());
+    }
+    PduBytes buffer(512);
+    PHN_SMS_MESSAGE host{sizeof host, buffer.data(), 512, 0, 0};
+    PHN_ERROR error = PHN_ERROR_NONE;
+    EXPECT_TRUE(TextToIS637(&host, message, &error));
+    buffer.resize(host.uSizeofData);
+    return buffer;
+}
+
+TEST(ToolPdu, DeliveredMessagesAreTheLibrarysToTheByte)
+{
+    setenv("TZ", "UTC0", 1);
+    std::string text;
+    std::string number;
+    for (int length = 0; length <= 160; ++length) {
+        PduContent content{.teleservice = 4098, .priority = static_cast<unsigned>(length % 4)};
+        content.text = text;
+        if (!number.empty()) {
+            content.from = number;
+            content.report = length % 2 == 0;
+            content.callback = number;
+        } else {
+            content.from = "";
+        }
+        if (length % 3)
+            content.time = PduTime{2009, static_cast<unsigned>(1 + length % 12), 28, 23, 59, 7};
+        const PduBytes bytes = WriteDelivered(content);
+        EXPECT_EQ(ToHex(bytes), ToHex(FromLibrary(content))) << length;
+        const Pdu read = ReadPdu(bytes);
+        EXPECT_EQ(read.content, content) << length;
+        EXPECT_EQ(read.problems, std::vector<std::string>());
+        text += static_cast<char>(' ' + length % 0x5F);
+        if (number.size() < 36)
+            number += "1234567890*#"[length % 12];
+    }
+}
+
+TEST(ToolPdu, TheLibraryTakesWhatIsToBeSent)
+{
+    for (size_t length = 1; length <= 36; ++length) {
+        PduContent content{.to = std::string("1234567890*#1234567890*#1234567890*#").substr(0, length)};
+        content.callback = content.to;
+        content.priority = static_cast<unsigned>(length % 4);
+        content.report = length % 2 != 0;
+        content.text = std::string(6 * length, '~');
+        PduBytes bytes = WriteOutgoing(content);
+        PHN_SMS_MESSAGE host{sizeof host, bytes.data(), static_cast<uint32_t>(bytes.size()), 0, 0};
+        SMS_MESSAGE message;
+        PHN_ERROR error = PHN_ERROR_NONE;
+        ASSERT_TRUE(IS637ToText(&host, &message, &error)) << length;
+        EXPECT_EQ(message.rcRecord.szAddress.GetText(), content.to);
+        EXPECT_EQ(message.rcRecord.szCallbackNumber.GetText(), content.callback);
+        EXPECT_EQ(+message.rcRecord.dwPriority, content.priority);
+        EXPECT_EQ(+message.rcRecord.dwReplyOption, length % 2);
+        EXPECT_EQ(message.strBody, ToWide(*content.text) + u'\0');
+        content.teleservice = 4098;
+        EXPECT_EQ(ReadPdu(bytes).content, content);
+    }
+}
+
+TEST(ToolPdu, SaysWhatCannotBeCarried)
+{
+    const auto problem = [](const PduContent& content) -> std::string {
+        try {
+            WriteOutgoing(content);
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.ExitStatus(), kUsage);
+            return failure.what();
+        }
+        return "";
+    };
+    const std::string full(36, '5');
+    EXPECT_EQ(problem({.to = full, .callback = full, .text = std::string(240, 'x')}), "");
+    EXPECT_EQ(problem({.to = full, .priority = 0, .report = false, .callback = full, .text = std::string(249, 'x')}),
+              "");
+    EXPECT_NE(problem({.to = full, .priority = 0, .report = false, .callback = full, .text = std::string(250, 'x')}),
+              "");
+    EXPECT_EQ(problem({.to = "1", .text = std::string(255, 'x')}), "");
+    EXPECT_EQ(problem({.to = "1", .text = std::string(256, 'x')}),
+              "the text is too long: it has 256 characters, and 255 fit in this message");
+    EXPECT_EQ(problem({.to = "1", .text = "na\xC3\xAFve"}), "the text cannot be carried: its character 3, '\xC3\xAF', "
+                                                            "is none of the printable ones of 7-bit ASCII");
+    EXPECT_EQ(problem({.to = "1", .text = ""}), "a message without a text cannot be sent");
+    EXPECT_EQ(problem({.to = "", .text = "x"}), "'' has 0 digits; allowed are 1 to 36");
+    EXPECT_EQ(problem({.to = full + "5", .text = "x"}), "'" + full + "5' has 37 digits; allowed are 1 to 36");
+    EXPECT_EQ(problem({.to = "+1", .text = "x"}), "'+1' cannot be a number here: allowed are the digits, * and #");
+    EXPECT_THROW(FromHex("0"), Failure);
+    EXPECT_THROW(FromHex("0g"), Failure);
+    EXPECT_EQ(FromHex("00 aF 1234"), (PduBytes{0x00, 0xAF, 0x12, 0x34}));
+}
+
+// Whatever is cut off or changed, the reader reads nothing beyond and names what is wrong.
+TEST(ToolPdu, ReadsAnything)
+{
+    const PduBytes whole = WriteDelivered(
+        {.from = "5551234", .time = PduTime{2009, 7, 4, 10, 5, 3}, .priority = 1, .callback = "12", .text = "Hello"});
+    for (size_t length = 0; length < whole.size(); ++length) {
+        const PduBytes cut(whole.begin(), whole.begin() + static_cast<long>(length));
+        const size_t complete = length == 1 || length == 5 || length == 16; // ends between two parameters
+        EXPECT_EQ(ReadPdu(cut).problems.size(), 1 - complete) << length;
+    }
+    for (size_t i = 0; i < whole.size(); ++i) {
+        for (const unsigned value : {0x00u, 0x01u, 0x7Fu, 0x80u, 0xFFu}) {
+            PduBytes changed = whole;
+            changed[i] = static_cast<std::uint8_t>(value);
+            EXPECT_LE(ReadPdu(changed).items.size(), whole.size());
+        }
+    }
+    const Pdu odd = ReadPdu(FromHex("00 04 01 00 08 0B 03 06 09 1A 01 00 00 00 07 01 FF 99 00"));
+    EXPECT_EQ(odd.problems,
+              (std::vector<std::string>{
+                  "the Destination Address at byte 1 cannot be read: it is too short, or holds no such value",
+                  "the Message Center Time Stamp at byte 6 cannot be read: it is too short, or holds no such "
+                  "value"}));
+    ASSERT_EQ(odd.items.size(), 5u);
+    EXPECT_EQ(odd.items[3].name, "Deferred Delivery Time, Relative");
+}
+
+} // namespace
+} // namespace phnctl_test
