@@ -13,6 +13,7 @@ protected:
     Messages()
     {
         m_program.Set("TZ", "UTC0");
+        m_program.Set("PHNNRV_TIME_SCALE", "0.2");
         Handset().Change(0, [](simulator::Phone& phone) {
             phone.messages.clear();
             phone.messages[3] = {.box = 0,
@@ -125,7 +126,7 @@ TEST_F(Messages, PdusAreExplainedWithoutAHandset)
     const Outcome cut = Run("messages decode 0008 --json");
     EXPECT_EQ(cut.status, 1);
     EXPECT_NE(cut.out.find("\"problems\":[\"the Bearer Data at byte 1 ends before its length\"]"), std::string::npos);
-    EXPECT_EQ(Run("messages encode 12 A").out, "000002100204020084081000032000100801000A01000103100C10\n");
+    EXPECT_EQ(Run("messages encode 12 A").out, "00000210020403008480081000032000100801000A01000103100C10\n");
 }
 
 TEST_F(Messages, CallsAreListedCountedAndCleared)
