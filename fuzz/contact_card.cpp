@@ -2,6 +2,7 @@
 // line form, and comes back unchanged from a file that the tool writes itself.
 #include "phnctl/contact_card.h"
 #include "phnctl/contact_fields.h"
+#include "phnctl/contact_fitter.h"
 #include "phnctl/text.h"
 
 #include <cstdint>

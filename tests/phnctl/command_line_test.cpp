@@ -33,7 +33,7 @@ TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
         {"parameters set uParameter1=256", "", {"uParameter1", "0 to 255"}},
         {"parameters set wParameter3=", "", {"wParameter3", "0 to 65535"}},
         {"parameters set uParameter=1", "", {"uParameter1=NUMBER"}},
-        {"contacts", "", {"needs a command: list, get, put, delete, clear, export, import, sizes"}},
+        {"contacts", "", {"needs a command: list, get, export, put, import, delete, clear, sizes"}},
         {"contacts get first", "", {"'first'", "a number"}},
         {"contacts list --range 9-3", "", {"'9-3'", "0-499"}},
         {"contacts import /nonexistent.vcf", "", {"/nonexistent.vcf: No such file"}},

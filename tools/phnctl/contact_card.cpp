@@ -1,6 +1,8 @@
 #include "phnctl/contact_card.h"
 
 #include "phnctl/contact_fields.h"
+#include "phnctl/contact_fitter.h"
+#include "phnctl/content_value.h"
 #include "phnctl/text.h"
 
 #include <algorithm>
@@ -197,7 +199,7 @@ void AppendFolded(std::string& text, std::string_view line)
 void AppendCard(std::string& text, const Entry& contact)
 {
     const std::string* name = contact.Find(kName);
-    const std::string shown = Escaped(name ? *name : "");
+    const std::string shown = Escaped(name ? WithoutControls(*name) : "");
     const std::size_t space = shown.find(' ');
     text += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
     AppendFolded(text, space == std::string::npos
@@ -205,9 +207,11 @@ void AppendCard(std::string& text, const Entry& contact)
                            : fmt::format("N:{};{};;;", shown.substr(space + 1), shown.substr(0, space)));
     if (!name)
         text += "FN:\r\n";
-    for (const EntryField& field : contact.fields)
-        AppendFolded(text, fmt::format("{}:{}", field.property,
-                                       field.property == kSpeedDials ? field.value : Escaped(field.value)));
+    for (const EntryField& field : contact.fields) {
+        const std::string value = WithoutControls(field.value);
+        AppendFolded(text,
+                     fmt::format("{}:{}", field.property, field.property == kSpeedDials ? value : Escaped(value)));
+    }
     text += "END:VCARD\r\n";
 }
 

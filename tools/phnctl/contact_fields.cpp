@@ -4,10 +4,9 @@
 #include "phnctl/text.h"
 
 #include <algorithm>
-#include <array>
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <iterator>
+#include <vector>
 
 namespace phnctl {
 
@@ -15,266 +14,7 @@ using namespace contact_property;
 
 namespace {
 
-constexpr std::size_t kNameUnits = 36; // of the first word of a name, and of the rest
-constexpr std::size_t kValueUnits = 52;
 constexpr std::int64_t kNoNumber = -1;
-
-// Where a wish may go, in order of preference.
-struct Places
-{
-    const char* wish;
-    std::array<const char*, 4> others;
-};
-
-constexpr Places kPlaces[] = {{kAnyNumber, {kCell, kHome, kWork, kMobile2}}, {kCell, {kMobile2}}, {kEmail, {kEmail2}}};
-
-bool IsNumber(std::string_view property)
-{
-    return property == kAnyNumber || std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property) !=
-                                         std::end(kNumberProperties);
-}
-
-bool IsId(std::string_view property)
-{
-    return property == kGroup || property == kPicture || property == kRinger;
-}
-
-// What a person writes into a number for the eye, the marks of text direction that address books add included.
-bool IsDecoration(std::string_view character)
-{
-    constexpr std::string_view kMarks[] = {" ",      "-",      "(",      ")",      ".",      "/",
-                                           "\t",     "_",      "\u00A0", "\u2010", "\u2011", "\u2012",
-                                           "\u2013", "\u2009", "\u202F", "\u200E", "\u200F", "\u202A",
-                                           "\u202C", "\u202D", "\u2066", "\u2068", "\u2069"};
-    return std::find(std::begin(kMarks), std::end(kMarks), character) != std::end(kMarks);
-}
-
-// The dialable characters; nothing when there is a character that means something else.
-std::optional<std::string> Dialable(std::string_view text)
-{
-    std::string number;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = CharacterLength(text.substr(i));
-        const char c = text[i];
-        if ((c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+')
-            number += c;
-        else if (c == 'p' || c == 'P' || c == ',')
-            number += 'p';
-        else if (c == 'w' || c == 'W' || c == ';')
-            number += 'w';
-        else if (!IsDecoration(text.substr(i, length)))
-            return std::nullopt;
-        i += length;
-    }
-    return number;
-}
-
-std::string CutToUnits(const std::string& text, std::size_t units)
-{
-    std::size_t used = 0;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = CharacterLength(std::string_view(text).substr(i));
-        used += length == 4 ? 2 : 1;
-        if (used > units)
-            return text.substr(0, i);
-        i += length;
-    }
-    return text;
-}
-
-// One line, without spaces around it.
-std::string Trimmed(std::string text)
-{
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F)
-            c = ' ';
-    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
-class Fitter
-{
-public:
-    Candidate Fit(const std::vector<Wish>& wishes)
-    {
-        for (const Wish& wish : wishes)
-            Take(wish);
-        // What names its place exactly comes before what has a choice.
-        for (Slot& slot : m_slots)
-            if (!IsTaken(slot.wish->property) && slot.wish->property != kAnyNumber)
-                slot.place = slot.wish->property;
-        for (Slot& slot : m_slots)
-            if (slot.place.empty())
-                ChoosePlace(slot);
-        return Finish();
-    }
-
-private:
-    struct Slot
-    {
-        const Wish* wish;
-        std::string value;
-        std::string place; // empty: none was left
-    };
-
-    void Take(const Wish& wish)
-    {
-        if (wish.property == kName)
-            TakeName(wish);
-        else if (IsNumber(wish.property))
-            TakeNumber(wish);
-        else if (IsId(wish.property) || wish.property == kDefault)
-            TakeId(wish);
-        else if (wish.property == kSpeedDials)
-            TakeSpeedDials(wish);
-        else
-            TakeAddress(wish);
-    }
-
-    void TakeName(const Wish& wish)
-    {
-        const std::string name = Trimmed(wish.value);
-        if (name.empty() || m_result.entry.Find(kName))
-            return;
-        const std::size_t space = name.find(' ');
-        const std::string first = name.substr(0, space);
-        const std::string rest = space == std::string::npos ? "" : name.substr(space + 1);
-        const std::string cutFirst = CutToUnits(first, kNameUnits);
-        const std::string cutRest = CutToUnits(rest, kNameUnits);
-        std::string fitting = rest.empty() ? cutFirst : cutFirst + ' ' + cutRest;
-        if (cutFirst != first || cutRest != rest)
-            Tell("name-cut", wish,
-                 fmt::format("cut to '{}': the handset keeps {} characters of the first word and of the rest", fitting,
-                             kNameUnits));
-        if (!TryToHandset(fitting))
-            Refuse("no-place-in-code-page", wish,
-                   fmt::format("'{}' holds characters that have no place in the handset library's code page", fitting));
-        m_result.entry.fields.push_back({kName, Trimmed(std::move(fitting))});
-    }
-
-    void TakeNumber(const Wish& wish)
-    {
-        const auto number = Dialable(wish.value);
-        if (!number)
-            Tell("number-not-dialable", wish, fmt::format("'{}' is no number that can be dialled", wish.value));
-        else if (number->size() > kValueUnits)
-            Tell("number-too-long", wish, fmt::format("'{}' has more than {} digits", wish.value, kValueUnits));
-        else if (!number->empty())
-            m_slots.push_back({&wish, *number, ""});
-    }
-
-    void TakeAddress(const Wish& wish)
-    {
-        const std::string address = Trimmed(wish.value);
-        if (address.empty())
-            return;
-        if (CutToUnits(address, kValueUnits) != address)
-            Tell("address-too-long", wish, fmt::format("'{}' has more than {} characters", address, kValueUnits));
-        else if (!TryToHandset(address))
-            Tell("no-place-in-code-page", wish,
-                 fmt::format("'{}' holds characters that have no place in the handset library's code page", address));
-        else
-            m_slots.push_back({&wish, address, ""});
-    }
-
-    void TakeId(const Wish& wish)
-    {
-        const std::string text = Trimmed(wish.value);
-        const bool isNegative = text.starts_with('-');
-        const auto number = ParseNumber(std::string_view(text).substr(isNegative ? 1 : 0), 0x7FFFFFFF);
-        if (text.empty())
-            return;
-        if (!number)
-            return Tell("not-a-number", wish, fmt::format("'{}' is no number", text));
-        m_settings.push_back({wish.property, fmt::format("{}{}", isNegative ? "-" : "", *number)});
-    }
-
-    void TakeSpeedDials(const Wish& wish)
-    {
-        std::vector<std::string> numbers{""};
-        for (const char c : wish.value) {
-            if (c == ',')
-                numbers.emplace_back();
-            else if (c != ' ')
-                numbers.back() += c;
-        }
-        const bool isList = numbers.size() == std::size(kNumberProperties) &&
-                            std::all_of(numbers.begin(), numbers.end(),
-                                        [](const std::string& text) { return ParseNumber(text, 0x7FFFFFFF); });
-        if (isList)
-            m_settings.push_back({kSpeedDials, fmt::format("{}", fmt::join(numbers, ","))});
-        else if (!Trimmed(wish.value).empty())
-            Tell("no-speed-dial-list", wish, fmt::format("'{}' is no list of five numbers", wish.value));
-    }
-
-    bool IsTaken(std::string_view place) const
-    {
-        return std::any_of(m_slots.begin(), m_slots.end(), [&](const Slot& slot) { return slot.place == place; });
-    }
-
-    void ChoosePlace(Slot& slot)
-    {
-        for (const Places& places : kPlaces)
-            for (const char* place : places.others)
-                if (slot.wish->property == places.wish && place && slot.place.empty() && !IsTaken(place))
-                    slot.place = place;
-        if (slot.place.empty())
-            Tell("one-too-many", *slot.wish, fmt::format("'{}': the handset has no place for another one", slot.value));
-    }
-
-    Candidate Finish()
-    {
-        for (Slot& slot : m_slots) {
-            if (slot.place.empty())
-                continue;
-            m_result.entry.fields.push_back({slot.place, slot.value});
-            m_hasValue = true;
-            if (slot.wish->isPreferred && !m_preferred)
-                m_preferred = slot.place;
-        }
-        for (const char* property : {kGroup, kPicture, kRinger, kDefault, kSpeedDials})
-            if (const std::string* value = Setting(property))
-                m_result.entry.fields.push_back({property, *value});
-        if (m_preferred && !Setting(kDefault))
-            if (const auto at = NumberPosition(*m_preferred))
-                m_result.entry.fields.push_back({kDefault, std::to_string(at)});
-        if (!m_hasValue)
-            Refuse("no-number", {}, "the handset keeps no contact without a number or an address");
-        return std::move(m_result);
-    }
-
-    const std::string* Setting(std::string_view property) const
-    {
-        const auto found = std::find_if(m_settings.begin(), m_settings.end(),
-                                        [&](const EntryField& field) { return field.property == property; });
-        return found == m_settings.end() ? nullptr : &found->value;
-    }
-
-    static std::size_t NumberPosition(std::string_view property)
-    {
-        const auto* found = std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property);
-        return found == std::end(kNumberProperties)
-                   ? 0
-                   : static_cast<std::size_t>(found - std::begin(kNumberProperties)) + 1;
-    }
-
-    void Tell(const char* code, const Wish& wish, std::string text)
-    {
-        m_result.notes.push_back({code, wish.source, wish.line, std::move(text)});
-    }
-
-    void Refuse(const char* code, const Wish& wish, std::string text)
-    {
-        Tell(code, wish, std::move(text));
-        m_result.fits = false;
-    }
-
-    Candidate m_result;
-    std::vector<Slot> m_slots;
-    std::vector<EntryField> m_settings;
-    std::optional<std::string> m_preferred;
-    bool m_hasValue = false;
-};
 
 std::string Chosen(const Entry& wanted, const Entry* replaced, const char* property, const char* otherwise)
 {
@@ -306,9 +46,9 @@ std::string SpeedDialsOf(const Entry& entry, const std::string& list)
 
 } // namespace
 
-Candidate FitContact(const std::vector<Wish>& wishes)
+bool IsId(std::string_view property)
 {
-    return Fitter().Fit(wishes);
+    return property == kGroup || property == kPicture || property == kRinger;
 }
 
 Entry CompleteContact(const Entry& wanted, const Entry* replaced)
@@ -327,14 +67,6 @@ Entry CompleteContact(const Entry& wanted, const Entry* replaced)
     settings.push_back({kSpeedDials, SpeedDialsOf(entry, Chosen(wanted, replaced, kSpeedDials, ""))});
     entry.fields.insert(entry.fields.end(), settings.begin(), settings.end());
     return entry;
-}
-
-std::vector<Wish> WishesOf(const Entry& entry)
-{
-    std::vector<Wish> wishes;
-    for (const EntryField& field : entry.fields)
-        wishes.push_back({field.property, field.value, field.property});
-    return wishes;
 }
 
 Entry FromLibraryText(std::string_view text)

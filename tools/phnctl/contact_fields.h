@@ -1,15 +1,12 @@
 // What a contact of the handset is made of, under the property names that the library reads and writes: one name, at
-// most one value for each of five numbers and two addresses, three ids, the default number and the speed dials. Turns
-// wishes, which may be any number of values of any length, into what fits, and says what does not. Used by the contact
-// kind, for the handset's own text and for the cards of files alike.
+// most one value for each of five numbers and two addresses, three ids, the default number and the speed dials. Used by
+// everything that reads or writes contacts; contact_fitter.h turns what a file wants into such fields.
 #pragma once
 
 #include "phnctl/entry.h"
 
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace phnctl {
 
@@ -36,25 +33,13 @@ inline constexpr const char* kNumberProperties[] = {contact_property::kCell, con
                                                     contact_property::kWork, contact_property::kMobile2,
                                                     contact_property::kFax};
 
-// One value that a contact should get.
-struct Wish
-{
-    std::string property; // one of the above
-    std::string value;    // UTF-8
-    std::string source;   // what the file calls it
-    std::size_t line = 0;
-    bool isPreferred = false; // to be the default number
-};
-
-// An entry of what fits; what does not is noted. `fits` is false when nothing can be stored: the last note says why.
-Candidate FitContact(const std::vector<Wish>& wishes);
+bool IsId(std::string_view property); // of a group, picture or ringer
 
 // The ids, default number and speed dials that `wanted` leaves open are those of `replaced`, or none; those that belong
 // to numbers it does not have are cleared.
 Entry CompleteContact(const Entry& wanted, const Entry* replaced);
 
-// The same fields under the library's rules: as wishes, from its vCard text, and back to such text in the code page.
-std::vector<Wish> WishesOf(const Entry& entry);
+// From the library's vCard text, and back to such text in the code page.
 Entry FromLibraryText(std::string_view text);
 std::string ToLibraryText(const Entry& entry);
 

@@ -2,6 +2,7 @@
 
 #include "phnctl/contact_card.h"
 #include "phnctl/contact_fields.h"
+#include "phnctl/contact_fitter.h"
 #include "phnctl/number.h"
 #include "phnctl/text.h"
 

@@ -48,14 +48,4 @@ private:
 
 std::string UpperCase(std::string_view text);
 
-// The value as UTF-8: quoted-printable and the CHARSET parameter are decoded; bytes that are no UTF-8 and name no
-// character set are taken for the code page.
-std::string DecodedValue(const ContentLine& line);
-
-// Splits at a separator that is not escaped, and resolves the escapes \n \, \; \: \\ in each part.
-std::vector<std::string> SplitEscaped(std::string_view text, char separator);
-std::string Unescaped(std::string_view text);
-// The reverse, for text of version 3.0 and later.
-std::string Escaped(std::string_view text);
-
 } // namespace phnctl

@@ -13,6 +13,8 @@ namespace phnctl {
 
 // The kind must live as long as the program.
 std::vector<Command> EntryCommands(const EntryKind& kind);
+std::vector<Command> ReadingCommands(const EntryKind& kind); // the ones of entry_reading.cpp
+std::vector<Command> WritingCommands(const EntryKind& kind); // and of entry_writing.cpp
 
 // All entries of some files, in order. Throws Failure(kUsage) when a file cannot be read.
 std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files);

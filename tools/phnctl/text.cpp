@@ -121,6 +121,20 @@ std::string ToHandset(const std::string& text)
                   fmt::format("'{}' holds characters that have no place in code page {}", Printable(text), GetACP()));
 }
 
+std::string WithoutControls(std::string_view text)
+{
+    std::string plain;
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        const std::size_t length = character.length ? character.length : 1;
+        const bool isControl =
+            character.length && (character.code < 0x20 || (character.code >= 0x7F && character.code < 0xA0));
+        plain.append(isControl ? " " : text.substr(0, length));
+        text.remove_prefix(length);
+    }
+    return plain;
+}
+
 std::string Printable(std::string_view text)
 {
     std::string shown;

@@ -34,6 +34,9 @@ std::size_t CharacterLength(std::string_view text);
 
 bool IsUtf8(std::string_view text);
 
+// UTF-8 in which every control character is a space, so that it is one line.
+std::string WithoutControls(std::string_view text);
+
 // UTF-8 made fit for a terminal: control characters, and bytes that are no UTF-8, as \xNN or \u{NNNN}.
 std::string Printable(std::string_view text);
 

@@ -1,0 +1,196 @@
+// put, import, delete and clear of every kind of entry.
+#include "phnctl/apply.h"
+#include "phnctl/ending.h"
+#include "phnctl/entry_commands.h"
+#include "phnctl/entry_parts.h"
+#include "phnctl/failure.h"
+#include "phnctl/inventory.h"
+#include "phnctl/plan_report.h"
+#include "phnctl/print.h"
+#include "phnctl/safeguard.h"
+#include "phnctl/session.h"
+#include "phnctl/text.h"
+#include "phnctl/text_file.h"
+
+#include <fmt/format.h>
+
+namespace phnctl {
+
+namespace {
+
+constexpr const char* kDryRun = "--dry-run";
+constexpr const char* kStrict = "--strict";
+
+// The first index that holds nothing: everything up to it is asked.
+std::uint32_t FirstEmpty(const Handset& handset, const EntryKind& kind)
+{
+    try {
+        for (std::uint32_t index = IndexRange().first; index <= IndexRange().last; ++index)
+            if (!kind.Read(handset, index))
+                return index;
+    } catch (const Refusal& refusal) {
+        if (refusal.Code() != PHN_ERROR_INVALID_PARAMETER)
+            throw;
+    }
+    throw Refusal(PHN_ERROR_RESULT_4, "no index is left that holds nothing");
+}
+
+int Put(const Invocation& invocation, const EntryKind& kind)
+{
+    auto candidates = ReadCandidates(kind, {*invocation.Value("FILE")});
+    if (candidates.size() != 1)
+        throw Failure(kUsage, fmt::format("the file holds {} {}; 'put' takes one, 'import' takes all of them",
+                                          candidates.size(), kind.Many()));
+    const auto given = invocation.Value("INDEX");
+    std::optional<std::uint32_t> index;
+    if (given)
+        index = ParseIndex(*given);
+    int status = kDone;
+    WithHandset(invocation.options, [&](const Handset& handset) {
+        Inventory inventory;
+        if (!index)
+            index = FirstEmpty(handset, kind);
+        else if (auto present = kind.Read(handset, *index))
+            inventory.entries.push_back({*index, std::move(*present)});
+        Plan plan = MakePlanFor(kind, std::move(candidates.front()), *index,
+                                inventory.entries.empty() ? nullptr : &inventory.entries.front().entry);
+        status = CarryOut(invocation, handset, kind, plan, inventory);
+    });
+    return status;
+}
+
+int Import(const Invocation& invocation, const EntryKind& kind)
+{
+    auto candidates = ReadCandidates(kind, FilesOf(invocation.values.at("FILE"), kind.Extension()));
+    const IndexRange range = RangeOf(invocation);
+    int status = kDone;
+    WithHandset(invocation.options, [&](const Handset& handset) {
+        const Inventory inventory = TakeInventory(handset, kind, range);
+        TellUnread(kind, inventory);
+        Plan plan = MakePlan(kind, std::move(candidates), inventory);
+        status = CarryOut(invocation, handset, kind, plan, inventory);
+    });
+    return status;
+}
+
+int Delete(const Invocation& invocation, const EntryKind& kind)
+{
+    std::vector<std::uint32_t> indexes;
+    for (const std::string& text : invocation.values.at("INDEX"))
+        indexes.push_back(ParseIndex(text));
+    return WithHandset(invocation.options, [&](const Handset& handset) {
+        std::vector<StoredEntry> entries;
+        for (const std::uint32_t index : indexes)
+            entries.push_back({index, ReadOne(handset, kind, index)});
+        for (const StoredEntry& stored : entries)
+            fmt::print(stderr, "{}  {}\n", stored.index, Printable(kind.Title(stored.entry)));
+        const std::string what =
+            entries.size() == 1 ? "this " + kind.One() : fmt::format("these {} {}", entries.size(), kind.Many());
+        Confirm(invocation, fmt::format("Delete {}?", what));
+        KeepCopy(invocation, kind, "delete", entries);
+        for (const StoredEntry& stored : entries)
+            kind.Delete(handset, stored.index);
+        PrintDone(invocation.options, fmt::format("{} deleted.", entries.size()),
+                  {{{"", "", {{"deleted", "", entries.size()}}}}});
+    });
+}
+
+int Clear(const Invocation& invocation, const EntryKind& kind)
+{
+    return WithHandset(invocation.options, [&](const Handset& handset) {
+        const Inventory inventory = TakeInventory(handset, kind, IndexRange());
+        TellUnread(kind, inventory);
+        TellGarbled(kind, inventory);
+        if (!inventory.unread.empty() && !invocation.Has("--no-copy"))
+            throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
+                                                "deletes them all the same. Nothing was changed.",
+                                                inventory.unread.size(), kind.Many()));
+        Confirm(invocation, fmt::format("Delete all {} {} of the handset?", inventory.entries.size(), kind.Many()));
+        KeepCopy(invocation, kind, "clear", inventory.entries);
+        kind.DeleteAll(handset);
+        PrintDone(invocation.options, fmt::format("All {} {} are deleted.", inventory.entries.size(), kind.Many()),
+                  {{{"", "", {{"deleted", "", inventory.entries.size()}}}}});
+    });
+}
+
+} // namespace
+
+std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files)
+{
+    std::vector<Candidate> candidates;
+    for (const std::string& file : files)
+        for (Candidate& candidate : kind.Parse(file, ReadText(file)))
+            candidates.push_back(std::move(candidate));
+    return candidates;
+}
+
+std::vector<CommandOption> WriteOptions()
+{
+    return Joined({{kDryRun, "", "Show the plan and write nothing"},
+                   {kStrict, "", "Write nothing unless all can be held, and stop at the first that fails"}},
+                  CopyOptions());
+}
+
+int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
+             const Inventory& inventory)
+{
+    const bool isRefused = invocation.Has(kStrict) && plan.Count(Action::CannotHold) != 0;
+    if (!invocation.Has(kDryRun) && !isRefused) {
+        std::vector<StoredEntry> replaced;
+        for (const PlannedEntry& planned : plan.entries)
+            for (const StoredEntry& stored : inventory.entries)
+                if (planned.action == Action::Change && planned.index == stored.index)
+                    replaced.push_back(stored);
+        KeepCopy(invocation, kind, "import", replaced);
+        Apply(handset, kind, plan, inventory, invocation.Has(kStrict));
+    }
+    if (invocation.options.json)
+        fmt::print("{}\n", WriteJson(PlanJson(kind, plan)));
+    else
+        fmt::print("{}", PlanText(kind, plan));
+    if (plan.isInterrupted)
+        return kInterrupted;
+    if (isRefused)
+        fmt::print(stderr, "phnctl: nothing was written, as --strict asks for all or nothing.\n");
+    return !isRefused && (plan.IsWhole() || (!plan.isApplied && plan.Count(Action::CannotHold) == 0)) ? kDone
+                                                                                                      : kRefused;
+}
+
+std::vector<Command> WritingCommands(const EntryKind& kind)
+{
+    const std::string& many = kind.Many();
+    const auto help = [&](const char* text) { return HelpText(kind, text); };
+    return {
+        {many + " put",
+         help("Store the {one} of a file"),
+         help("Without INDEX it is added at the first index that holds nothing; otherwise it replaces what is stored "
+              "there.\n\nExamples:\n  phnctl {many} put one{ext}\n  phnctl {many} put one{ext} 4 --dry-run\n"),
+         {{"FILE", help("A {ext} file with one {one}; - for standard input"), Count::One, {}},
+          {"INDEX", "Where to store it", Count::Optional, {}}},
+         Bind(Put, kind),
+         WriteOptions()},
+        {many + " import",
+         help("Store the {many} of files"),
+         help("Makes a plan first: what is to be added, what changes, what is there already, and what the handset\n"
+              "cannot hold. --dry-run shows it and ends. Each write is read back and compared; what is replaced is\n"
+              "kept in a copy. Ctrl-C ends after the {one} in hand; a second import goes on from there.\n\n"
+              "Examples:\n  phnctl {many} import all{ext} --dry-run\n  phnctl {many} import folder more{ext}\n"),
+         {{"FILE", help("{ext} files, folders of them, or - for standard input"), Count::Many, {}}},
+         Bind(Import, kind),
+         Joined({RangeOption()}, WriteOptions())},
+        {many + " delete",
+         help("Delete single {many}"),
+         help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} delete 4 7\n"),
+         {{"INDEX", "The indexes that 'list' shows", Count::Many, {}}},
+         Bind(Delete, kind),
+         Joined({ConfirmOption()}, CopyOptions())},
+        {many + " clear",
+         help("Delete all {many}"),
+         help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} clear --copy all{ext}\n"),
+         {},
+         Bind(Clear, kind),
+         Joined({ConfirmOption()}, CopyOptions())},
+    };
+}
+
+} // namespace phnctl
