@@ -60,6 +60,8 @@ int64_t LocalToSeconds(const SCalDate& Date)
 
 int64_t LocalToSeconds(const DEV_DATE_TIME& tmLocal)
 {
+    if (!(year{tmLocal.wYear} / tmLocal.byMonth / tmLocal.byDay).ok())
+        return kNoTime; // not every system refuses 29 February of any year
     SYSTEMTIME Local{};
     Local.wYear = tmLocal.wYear;
     Local.wMonth = tmLocal.byMonth;
