@@ -14,13 +14,16 @@ constexpr ExchangeSpec kGetPhoneVariance{.pszOperation = "GetPhoneVariance",
                                          .dwMinimum = sizeof(CB_RET_FLAGS_RES),
                                          .pszReply = "CB_RET_FLAGS_RES("};
 
-constexpr DWORD CALLBACK_FLAG_CONNECTION = 0x0001;
-constexpr DWORD CALLBACK_FLAG_STATE_INFO = 0x0002;
-constexpr DWORD CALLBACK_FLAG_NETWORK_INFO = 0x0004;
-constexpr DWORD CALLBACK_FLAG_BATTERY_INFO = 0x0008;
-constexpr DWORD CALLBACK_FLAG_SMS = 0x0010;
-constexpr DWORD CALLBACK_FLAG_ACTIVATION = 0x0100;
-constexpr DWORD CALLBACK_FLAG_REMOVED = 0x0200;
+enum ECallbackFlag : DWORD
+{
+    CALLBACK_FLAG_CONNECTION = 0x0001,
+    CALLBACK_FLAG_STATE_INFO = 0x0002,
+    CALLBACK_FLAG_NETWORK_INFO = 0x0004,
+    CALLBACK_FLAG_BATTERY_INFO = 0x0008,
+    CALLBACK_FLAG_SMS = 0x0010,
+    CALLBACK_FLAG_ACTIVATION = 0x0100,
+    CALLBACK_FLAG_REMOVED = 0x0200
+};
 
 void LogSetCallback(const char* pszType, uint32_t bRemove)
 {

@@ -73,18 +73,17 @@ void SetInterfacePortName(const std::string& port)
     Key(std::string(kDevice) + R"(\Device Parameters)").Set("PortName", port);
 }
 
-LRESULT SendDeviceChange(WPARAM event)
+LRESULT SendDeviceChange(WPARAM event, const std::string& path)
 {
     const HWND window = FindWindowA(kDeviceWindow, nullptr);
     if (!window)
         return FALSE;
-    std::vector<std::byte> bytes(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) + sizeof kInterfacePath);
+    std::vector<std::byte> bytes(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) + path.size());
     auto* record = new (bytes.data()) DEV_BROADCAST_DEVICEINTERFACE_A{};
     record->dbcc_size = static_cast<DWORD>(bytes.size());
     record->dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
     record->dbcc_classguid = kDiagnosticClass;
-    std::memcpy(bytes.data() + offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), kInterfacePath,
-                sizeof kInterfacePath);
+    std::memcpy(bytes.data() + offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), path.c_str(), path.size() + 1);
     return SendMessageA(window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(record));
 }
 

@@ -21,7 +21,7 @@ void SetInterfacePresent(bool present);
 void SetInterfacePortName(const std::string& port);
 
 // Tells the library's window, if there is one, as the system does; for arrival and removal.
-LRESULT SendDeviceChange(WPARAM event);
+LRESULT SendDeviceChange(WPARAM event, const std::string& path = kInterfacePath);
 
 // The serial-port map: empty, or with this port alone.
 void SetSerialPort(const std::string& port);
