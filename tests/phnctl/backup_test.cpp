@@ -3,6 +3,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 
 namespace phnctl_test {
 namespace {
@@ -10,6 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::uint32_t kWriteContact = 36;
+constexpr std::uint32_t kSaveMessage = 19;
 
 class Backup : public HandsetRun
 {
@@ -20,9 +22,13 @@ protected:
         m_program.Set("PHNNRV_TIME_SCALE", "0.2");
     }
     std::size_t Contacts() { return Handset().Snapshot().contacts.size(); }
+    std::size_t Messages() { return Handset().Snapshot().messages.size(); }
     void Clear()
     {
-        Handset().Change(0, [](simulator::Phone& phone) { phone.contacts.clear(); });
+        Handset().Change(0, [](simulator::Phone& phone) {
+            phone.contacts.clear();
+            phone.messages.clear();
+        });
     }
 
     simulator::DeviceDirectory m_folder;
@@ -45,6 +51,44 @@ TEST_F(Backup, ComesBackAndGoesOnAfterAnInterrupt)
     Run("restore " + m_backup);
     EXPECT_EQ(Contacts(), 43u); // one of the 44 has neither number nor address
     EXPECT_EQ(Handset().Requests(kWriteContact), 43u);
+    EXPECT_EQ(Run("restore " + m_backup + " --json").out.find("\"written\":1"), std::string::npos);
+    EXPECT_EQ(Handset().Requests(kWriteContact), 43u);
+}
+
+// They come back without their times; those that are there are not saved twice.
+TEST_F(Backup, MessagesComeBackOnce)
+{
+    Handset().Change(0, [](simulator::Phone& phone) { // what has no text cannot be written
+        std::erase_if(phone.messages, [](const auto& item) { return item.second.body.empty(); });
+    });
+    ASSERT_EQ(Run("backup " + m_backup).status, 0);
+    const std::size_t before = Messages();
+    for (const bool isEmpty : {true, false}) {
+        SCOPED_TRACE(isEmpty);
+        Handset().Change(0, [&](simulator::Phone& phone) {
+            isEmpty ? phone.messages.clear() : void(phone.messages.erase(phone.messages.begin()));
+        });
+        const Outcome first = Run("restore " + m_backup);
+        EXPECT_EQ(Messages(), before) << first.out << first.err;
+        const std::uint64_t saved = Handset().Requests(kSaveMessage);
+        Run("restore " + m_backup);
+        EXPECT_EQ(Handset().Requests(kSaveMessage), saved);
+    }
+}
+
+TEST_F(Backup, APartThatFailsDoesNotLoseTheOthers)
+{
+    Handset().AddFault("status=7@17");
+    const Outcome outcome = Run("backup " + m_backup);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.err.find("messages: 102 PHN_ERROR_STATUS_7"), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.out.find("The backup is NOT whole.\n"), std::string::npos) << outcome.out;
+    for (const char* file : {"contacts.vcf", "calls.json"})
+        EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(m_backup) / file)) << file;
+    std::ofstream(std::filesystem::path(m_backup) / "messages.json") << "{ broken";
+    Clear();
+    EXPECT_EQ(Run("restore " + m_backup).status, 1);
+    EXPECT_EQ(Contacts(), 43u);
 }
 
 TEST_F(Backup, ARestoreDeletesOnlyWhatItIsToldTo)

@@ -5,6 +5,7 @@
 #include "phnctl/ending.h"
 #include "phnctl/entry_commands.h"
 #include "phnctl/failure.h"
+#include "phnctl/history_sections.h"
 #include "phnctl/json.h"
 #include "phnctl/safeguard.h"
 #include "phnctl/session.h"
@@ -26,6 +27,8 @@ std::vector<std::unique_ptr<BackupSection>> Sections()
 {
     std::vector<std::unique_ptr<BackupSection>> sections;
     sections.push_back(std::make_unique<EntrySection>(ContactKind()));
+    sections.push_back(std::make_unique<MessageSection>());
+    sections.push_back(std::make_unique<CallSection>());
     return sections;
 }
 

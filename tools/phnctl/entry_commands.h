@@ -4,8 +4,10 @@
 
 #include "phnctl/command.h"
 #include "phnctl/entry_kind.h"
+#include "phnctl/inventory.h"
 #include "phnctl/plan.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,8 +24,12 @@ std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<s
 // --dry-run, --strict, and those of the copy that is kept.
 std::vector<CommandOption> WriteOptions();
 
-// Shows the plan or carries it out, as the invocation says, and prints it. The exit status: kDone when the handset then
-// holds all of it, kInterrupted after Ctrl-C, otherwise kRefused.
+// Shows the plan or applies it, as the invocation says, and prints it. The exit status: kDone when the handset then
+// holds all of it, kInterrupted after Ctrl-C, otherwise kRefused. `apply` leaves in the plan what came of it.
+int CarryOut(const Invocation& invocation, const EntryForm& form, Plan& plan,
+             const std::function<void(bool isStrict)>& apply);
+
+// The same for entries under indexes, with a copy of what is replaced.
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
              const Inventory& inventory);
 

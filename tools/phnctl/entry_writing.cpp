@@ -131,29 +131,36 @@ std::vector<CommandOption> WriteOptions()
                   CopyOptions());
 }
 
+int CarryOut(const Invocation& invocation, const EntryForm& form, Plan& plan,
+             const std::function<void(bool isStrict)>& apply)
+{
+    const bool isRefused = invocation.Has(kStrict) && plan.Count(Action::CannotHold) != 0;
+    if (!invocation.Has(kDryRun) && !isRefused)
+        apply(invocation.Has(kStrict));
+    if (invocation.options.json)
+        fmt::print("{}\n", WriteJson(PlanJson(form, plan)));
+    else
+        fmt::print("{}", PlanText(form, plan));
+    if (plan.isInterrupted)
+        return kInterrupted;
+    if (isRefused)
+        fmt::print(stderr, "phnctl: nothing was written, as --strict asks for all or nothing.\n");
+    const bool isFine = plan.isApplied ? plan.IsWhole() : plan.Count(Action::CannotHold) == 0;
+    return isFine && !isRefused ? kDone : kRefused;
+}
+
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
              const Inventory& inventory)
 {
-    const bool isRefused = invocation.Has(kStrict) && plan.Count(Action::CannotHold) != 0;
-    if (!invocation.Has(kDryRun) && !isRefused) {
+    return CarryOut(invocation, kind, plan, [&](bool isStrict) {
         std::vector<StoredEntry> replaced;
         for (const PlannedEntry& planned : plan.entries)
             for (const StoredEntry& stored : inventory.entries)
                 if (planned.action == Action::Change && planned.index == stored.index)
                     replaced.push_back(stored);
         KeepCopy(invocation, kind, "import", replaced);
-        Apply(handset, kind, plan, inventory, invocation.Has(kStrict));
-    }
-    if (invocation.options.json)
-        fmt::print("{}\n", WriteJson(PlanJson(kind, plan)));
-    else
-        fmt::print("{}", PlanText(kind, plan));
-    if (plan.isInterrupted)
-        return kInterrupted;
-    if (isRefused)
-        fmt::print(stderr, "phnctl: nothing was written, as --strict asks for all or nothing.\n");
-    return !isRefused && (plan.IsWhole() || (!plan.isApplied && plan.Count(Action::CannotHold) == 0)) ? kDone
-                                                                                                      : kRefused;
+        Apply(handset, kind, plan, inventory, isStrict);
+    });
 }
 
 std::vector<Command> WritingCommands(const EntryKind& kind)

@@ -74,6 +74,17 @@ std::vector<StoredMessage> ReadMessages(const Handset& handset, const std::vecto
     return messages;
 }
 
+std::uint16_t PutMessage(const Handset& handset, decltype(&PHN_SendMessage) call, PduBytes pdu,
+                         const std::string& doing)
+{
+    PHN_SMS_MESSAGE record{};
+    record.uSize = sizeof record;
+    record.pIS637Data = pdu.data();
+    record.uSizeofData = static_cast<std::uint32_t>(pdu.size());
+    handset.Check(call(&record), doing);
+    return record.wIndex;
+}
+
 std::uint32_t CountMessages(const Handset& handset, std::int32_t box)
 {
     const std::uint32_t count = handset.Api().GetMessageCount(box);

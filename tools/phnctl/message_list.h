@@ -1,5 +1,5 @@
 // The messages of a handset, read by the library's listing: what it stores, box by box, and how it is shown. Used by
-// the messages commands.
+// the messages commands and by backup and restore.
 #pragma once
 
 #include "phnctl/handset.h"
@@ -29,6 +29,10 @@ std::string BoxName(const Labels& labels, std::int32_t box);
 
 // Box after box, in the handset's order. Throws Refusal.
 std::vector<StoredMessage> ReadMessages(const Handset& handset, const std::vector<std::int32_t>& boxes);
+
+// Gives a message to the handset, to be sent or saved, and returns its index. Throws Refusal.
+std::uint16_t PutMessage(const Handset& handset, decltype(&PHN_SendMessage) call, PduBytes pdu,
+                         const std::string& doing);
 
 // How many messages a box holds. Throws Refusal: a count of 0 alone does not tell an empty box from a failure.
 std::uint32_t CountMessages(const Handset& handset, std::int32_t box);

@@ -148,12 +148,7 @@ int Put(const Invocation& invocation, decltype(&PHN_SendMessage) Library::*call,
     content.to = BareNumber(*invocation.Value("NUMBER"));
     PduBytes pdu = WriteOutgoing(content);
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        PHN_SMS_MESSAGE record{};
-        record.uSize = sizeof record;
-        record.pIS637Data = pdu.data();
-        record.uSizeofData = static_cast<std::uint32_t>(pdu.size());
-        handset.Check((handset.Api().*call)(&record), doing);
-        const std::uint16_t index = record.wIndex;
+        const std::uint16_t index = PutMessage(handset, handset.Api().*call, pdu, doing);
         PrintDone(invocation.options, fmt::format("The message is {}; its index is {}.", done, index),
                   {{{"", "", {{"index", "", index}}}}});
     });

@@ -215,8 +215,8 @@ void ReadItems(Bytes bytes, std::size_t offset, unsigned level, Pdu& pdu)
         if (left == 0 || bytes[at + 1] > left - 1) {
             pdu.problems.push_back(left == 0
                                        ? fmt::format("the {} at byte {} ends before its length", item.name, item.offset)
-                                       : fmt::format("the {} at byte {} says that it has {}, of which {} are there", item.name,
-                                                     item.offset, Plural(bytes[at + 1], "byte"), left - 1));
+                                       : fmt::format("the {} at byte {} says that it has {}, of which {} are there",
+                                                     item.name, item.offset, Plural(bytes[at + 1], "byte"), left - 1));
             return;
         }
         const Bytes data = bytes.subspan(at + 2, bytes[at + 1]);

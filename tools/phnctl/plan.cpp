@@ -18,12 +18,12 @@ struct Present
 
 using PresentByKey = std::multimap<std::string, Present>;
 
-PresentByKey ArrangeByKey(const EntryKind& kind, const Inventory& inventory)
+PresentByKey ArrangeByKey(const EntryForm& form, const Inventory& inventory)
 {
     PresentByKey presents;
     for (const StoredEntry& stored : inventory.entries) {
-        Entry entry = kind.Storable(stored.entry);
-        std::string key = kind.Key(entry);
+        Entry entry = form.Storable(stored.entry);
+        std::string key = form.Key(entry);
         presents.emplace(std::move(key), Present{stored.index, std::move(entry)});
     }
     return presents;
@@ -36,11 +36,11 @@ void Take(PlannedEntry& planned, Present& present, Action action)
     planned.index = present.index;
 }
 
-bool TakeEqual(const EntryKind& kind, PlannedEntry& planned, PresentByKey& presents)
+bool TakeEqual(const EntryForm& form, PlannedEntry& planned, PresentByKey& presents)
 {
-    const auto [first, last] = presents.equal_range(kind.Key(planned.from.entry));
+    const auto [first, last] = presents.equal_range(form.Key(planned.from.entry));
     const auto equal = std::find_if(first, last, [&](const auto& item) {
-        return !item.second.isTaken && kind.Complete(planned.from.entry, &item.second.entry) == item.second.entry;
+        return !item.second.isTaken && form.Complete(planned.from.entry, &item.second.entry) == item.second.entry;
     });
     if (equal == last)
         return false;
@@ -49,14 +49,14 @@ bool TakeEqual(const EntryKind& kind, PlannedEntry& planned, PresentByKey& prese
     return true;
 }
 
-void TakeMostSimilar(const EntryKind& kind, PlannedEntry& planned, PresentByKey& presents)
+void TakeMostSimilar(const EntryForm& form, PlannedEntry& planned, PresentByKey& presents)
 {
     Present* best = nullptr;
-    const auto [first, last] = presents.equal_range(kind.Key(planned.from.entry));
-    for (auto item = first; item != last; ++item) {
+    const auto [first, last] = presents.equal_range(form.Key(planned.from.entry));
+    for (auto item = first; item != last && form.CanChange(); ++item) {
         if (item->second.isTaken)
             continue;
-        Entry target = kind.Complete(planned.from.entry, &item->second.entry);
+        Entry target = form.Complete(planned.from.entry, &item->second.entry);
         auto changes = Differences(item->second.entry, target);
         if (best && changes.size() >= planned.changes.size())
             continue;
@@ -66,7 +66,7 @@ void TakeMostSimilar(const EntryKind& kind, PlannedEntry& planned, PresentByKey&
     }
     if (best)
         return Take(planned, *best, Action::Change);
-    planned.target = kind.Complete(planned.from.entry, nullptr);
+    planned.target = form.Complete(planned.from.entry, nullptr);
     planned.action = Action::Add;
 }
 
@@ -101,9 +101,9 @@ bool Plan::IsWhole() const
     });
 }
 
-Plan MakePlan(const EntryKind& kind, std::vector<Candidate> candidates, const Inventory& inventory)
+Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory)
 {
-    PresentByKey presents = ArrangeByKey(kind, inventory);
+    PresentByKey presents = ArrangeByKey(form, inventory);
     std::set<std::string> seen;
     std::vector<bool> isSettled;
     Plan plan;
@@ -112,7 +112,7 @@ Plan MakePlan(const EntryKind& kind, std::vector<Candidate> candidates, const In
         planned.from = std::move(candidate);
         const bool isRepeated =
             !planned.from.entry.fields.empty() && !seen.insert(WholeText(planned.from.entry)).second;
-        isSettled.push_back(TakeEqual(kind, planned, presents) || isRepeated || !planned.from.fits);
+        isSettled.push_back(TakeEqual(form, planned, presents) || isRepeated || !planned.from.fits);
         if (planned.index)
             continue;
         planned.action = isRepeated && planned.from.fits ? Action::Same : Action::CannotHold;
@@ -122,18 +122,18 @@ Plan MakePlan(const EntryKind& kind, std::vector<Candidate> candidates, const In
     }
     for (std::size_t i = 0; i < plan.entries.size(); ++i)
         if (!isSettled[i])
-            TakeMostSimilar(kind, plan.entries[i], presents);
+            TakeMostSimilar(form, plan.entries[i], presents);
     return plan;
 }
 
-Plan MakePlanFor(const EntryKind& kind, Candidate candidate, std::uint32_t index, const Entry* present)
+Plan MakePlanFor(const EntryForm& form, Candidate candidate, std::uint32_t index, const Entry* present)
 {
     Plan plan;
     PlannedEntry& planned = plan.entries.emplace_back();
     planned.from = std::move(candidate);
     planned.index = index;
-    const Entry before = present ? kind.Storable(*present) : Entry{};
-    planned.target = kind.Complete(planned.from.entry, present ? &before : nullptr);
+    const Entry before = present ? form.Storable(*present) : Entry{};
+    planned.target = form.Complete(planned.from.entry, present ? &before : nullptr);
     if (present)
         planned.changes = Differences(before, planned.target);
     if (!planned.from.fits)

@@ -3,7 +3,7 @@
 // object keeps what came of it. The words and codes in it are stable: programs read them as JSON.
 #pragma once
 
-#include "phnctl/entry_kind.h"
+#include "phnctl/entry_form.h"
 #include "phnctl/inventory.h"
 
 #include <optional>
@@ -55,9 +55,9 @@ struct Plan
 
 // In the candidates' order. Entries that are equal meet first; then an entry changes the one with its key that has most
 // in common with it; what is left is added. No entry of the handset is used twice.
-Plan MakePlan(const EntryKind& kind, std::vector<Candidate> candidates, const Inventory& inventory);
+Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory);
 
 // The plan that stores one candidate under an index, whatever is there now (null: nothing).
-Plan MakePlanFor(const EntryKind& kind, Candidate candidate, std::uint32_t index, const Entry* present);
+Plan MakePlanFor(const EntryForm& form, Candidate candidate, std::uint32_t index, const Entry* present);
 
 } // namespace phnctl

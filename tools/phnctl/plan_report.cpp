@@ -65,26 +65,27 @@ bool IsWorthTelling(const Plan& plan, const PlannedEntry& planned)
     return planned.action == Action::CannotHold || (planned.action != Action::Same && !isLeftOut);
 }
 
-void AppendDifferences(std::string& text, const EntryKind& kind, const std::vector<Difference>& differences,
+void AppendDifferences(std::string& text, const EntryForm& form, const std::vector<Difference>& differences,
                        const char* introduction)
 {
     const auto shown = [](const std::string& value) { return value.empty() ? "(nothing)" : Printable(value); };
     for (const Difference& difference : differences)
-        text += fmt::format("    {}{}: {} -> {}\n", introduction, kind.Label(difference.property),
+        text += fmt::format("    {}{}: {} -> {}\n", introduction, form.Label(difference.property),
                             shown(difference.before), shown(difference.after));
 }
 
-void AppendEntry(std::string& text, const EntryKind& kind, const Plan& plan, const PlannedEntry& planned)
+void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, const PlannedEntry& planned)
 {
-    const std::string place = fmt::format("{}:{}", Printable(planned.from.file), planned.from.line);
-    text += fmt::format("{:<11}  {}  {}", Heading(plan, planned), place, Printable(kind.Title(planned.from.entry)));
+    const std::string line = planned.from.line ? fmt::format(":{}", planned.from.line) : "";
+    const std::string place = Printable(planned.from.file) + line;
+    text += fmt::format("{:<11}  {}  {}", Heading(plan, planned), place, Printable(form.Title(planned.from.entry)));
     const auto index = IndexToShow(planned);
     text += index ? fmt::format("  (index {})\n", *index) : "\n";
     for (const Note& note : planned.from.notes)
         text += fmt::format("    {}: {}{}{}\n", note.code, note.property.empty() ? "" : Printable(note.property) + ", ",
                             note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
-    AppendDifferences(text, kind, planned.changes, "");
-    AppendDifferences(text, kind, planned.readBack, "read back differs, ");
+    AppendDifferences(text, form, planned.changes, "");
+    AppendDifferences(text, form, planned.readBack, "read back differs, ");
     if (!planned.problem.empty())
         text += fmt::format("    {}\n", planned.problem);
 }
@@ -100,10 +101,10 @@ std::string Sentence(std::initializer_list<Amount> amounts)
     return text;
 }
 
-std::string Summary(const EntryKind& kind, const Plan& plan)
+std::string Summary(const EntryForm& form, const Plan& plan)
 {
     const std::size_t all = plan.entries.size();
-    std::string text = fmt::format("{} {}: ", all, all == 1 ? kind.One() : kind.Many());
+    std::string text = fmt::format("{} {}: ", all, all == 1 ? form.One() : form.Many());
     const std::size_t same = plan.Count(Action::Same);
     const std::size_t unfit = plan.Count(Action::CannotHold);
     if (!plan.isApplied)
@@ -149,12 +150,12 @@ Json ToJson(const std::vector<Note>& notes)
     return {std::move(list)};
 }
 
-Json ToJson(const EntryKind& kind, const PlannedEntry& planned)
+Json ToJson(const EntryForm& form, const PlannedEntry& planned)
 {
     const auto index = IndexToShow(planned);
     JsonObject object{{"file", {planned.from.file}},
                       {"line", {static_cast<std::int64_t>(planned.from.line)}},
-                      {"title", {kind.Title(planned.from.entry)}},
+                      {"title", {form.Title(planned.from.entry)}},
                       {"action", {std::string(Word(planned.action))}},
                       {"index", index ? Json{std::int64_t{*index}} : Json{nullptr}},
                       {"notes", ToJson(planned.from.notes)},
@@ -168,25 +169,25 @@ Json ToJson(const EntryKind& kind, const PlannedEntry& planned)
 
 } // namespace
 
-std::string PlanText(const EntryKind& kind, const Plan& plan)
+std::string PlanText(const EntryForm& form, const Plan& plan)
 {
     std::string text;
     for (const PlannedEntry& planned : plan.entries)
         if (IsWorthTelling(plan, planned))
-            AppendEntry(text, kind, plan, planned);
-    return text + Summary(kind, plan);
+            AppendEntry(text, form, plan, planned);
+    return text + Summary(form, plan);
 }
 
-Json PlanJson(const EntryKind& kind, const Plan& plan)
+Json PlanJson(const EntryForm& form, const Plan& plan)
 {
     JsonList entries;
     for (const PlannedEntry& planned : plan.entries)
-        entries.push_back(ToJson(kind, planned));
+        entries.push_back(ToJson(form, planned));
     const auto number = [](std::size_t count) { return Json{static_cast<std::int64_t>(count)}; };
     const auto result = [&](Result which) {
         return number(plan.Count(Action::Add, which) + plan.Count(Action::Change, which));
     };
-    return {JsonObject{{"kind", {kind.Many()}},
+    return {JsonObject{{"kind", {form.Many()}},
                        {"applied", {plan.isApplied}},
                        {"interrupted", {plan.isInterrupted}},
                        {"counts",

@@ -8,8 +8,8 @@
 namespace phnctl {
 
 // One paragraph for each entry that is written or fails, and a sentence with the counts.
-std::string PlanText(const EntryKind& kind, const Plan& plan);
+std::string PlanText(const EntryForm& form, const Plan& plan);
 
-Json PlanJson(const EntryKind& kind, const Plan& plan);
+Json PlanJson(const EntryForm& form, const Plan& plan);
 
 } // namespace phnctl

@@ -1,0 +1,51 @@
+// How entries of one sort are named and compared. Plans and their reports need no more of a sort than this; what can be
+// read and written one by one under indexes is an EntryKind besides. Objects are stateless and live as long as the
+// program.
+#pragma once
+
+#include "phnctl/entry.h"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+namespace phnctl {
+
+// An entry of the handset under the index that the library gives it. Indexes hold for one run only: the handset may
+// store an entry under another number, so across runs entries are found by what they are.
+struct StoredEntry
+{
+    std::uint32_t index = 0;
+    Entry entry;
+};
+
+class EntryForm
+{
+public:
+    EntryForm(std::string one, std::string many) : m_one(std::move(one)), m_many(std::move(many)) {}
+    virtual ~EntryForm() = default;
+    EntryForm(const EntryForm&) = delete;
+    EntryForm& operator=(const EntryForm&) = delete;
+
+    const std::string& One() const { return m_one; }   // "contact"
+    const std::string& Many() const { return m_many; } // "contacts": the command's word and the JSON member
+
+    // For people: an entry in a few words, and the name of a property.
+    virtual std::string Title(const Entry& entry) const = 0;
+    virtual std::string Label(const std::string& property) const = 0;
+
+    // Entries with the same key are taken for the same thing before and after a change.
+    virtual std::string Key(const Entry& entry) const { return Title(entry); }
+    // False where the handset can take new entries only: then nothing is changed, and what is not there is added.
+    virtual bool CanChange() const { return true; }
+    // What the handset would hold if an entry that was read were written back; entries are compared in this form.
+    virtual Entry Storable(const Entry& read) const { return read; }
+    // What a file's entry does not say is taken from the entry that it replaces (null: none).
+    virtual Entry Complete(const Entry& wanted, const Entry* replaced) const = 0;
+
+private:
+    const std::string m_one;
+    const std::string m_many;
+};
+
+} // namespace phnctl

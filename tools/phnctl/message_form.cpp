@@ -1,0 +1,118 @@
+#include "phnctl/message_form.h"
+
+#include "phnctl/failure.h"
+#include "phnctl/json.h"
+#include "phnctl/number.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace phnctl {
+
+namespace {
+
+constexpr const char* kParty = "number";
+constexpr const char* kTime = "time";
+constexpr const char* kPriority = "priority";
+constexpr const char* kReport = "report";
+constexpr const char* kCallback = "callback";
+constexpr const char* kText = "text";
+
+class Form : public EntryForm
+{
+public:
+    Form() : EntryForm("message", "messages") {}
+
+    std::string Title(const Entry& entry) const override
+    {
+        const std::string* party = entry.Find(kParty);
+        const std::string* text = entry.Find(kText);
+        return (party ? *party : "(no number)") + ": " + (text ? *text : "");
+    }
+    std::string Label(const std::string& property) const override { return property; }
+    bool CanChange() const override { return false; }
+
+    // A message that was restored has lost its time, and is the same all the same.
+    Entry Complete(const Entry& wanted, const Entry* replaced) const override
+    {
+        Entry entry = wanted;
+        if (!replaced || !replaced->Find(kTime))
+            std::erase_if(entry.fields, [](const EntryField& field) { return field.property == kTime; });
+        return entry;
+    }
+};
+
+std::string ValueOf(const Entry& entry, const char* property)
+{
+    const std::string* value = entry.Find(property);
+    return value ? *value : std::string();
+}
+
+Candidate CandidateOf(const Json& item)
+{
+    const Json* pdu = item.Find("pdu");
+    if (!pdu || !pdu->Text())
+        throw std::runtime_error("a message has no \"pdu\" text");
+    Candidate candidate;
+    candidate.entry = MessageEntry(ReadPdu(FromHex(*pdu->Text())).content);
+    try {
+        SavingPdu(candidate.entry);
+    } catch (const Failure& failure) {
+        candidate.fits = false;
+        candidate.notes.push_back({"not-writable", "", 0, failure.what()});
+    }
+    return candidate;
+}
+
+} // namespace
+
+const EntryForm& MessageForm()
+{
+    static const Form form;
+    return form;
+}
+
+Entry MessageEntry(const PduContent& content)
+{
+    Entry entry;
+    const auto add = [&](const char* property, const std::optional<std::string>& value) {
+        if (value && !value->empty())
+            entry.fields.push_back({property, *value});
+    };
+    add(kParty, content.from ? content.from : content.to);
+    if (content.time)
+        add(kTime, ShowTime(*content.time));
+    add(kPriority, std::to_string(content.priority.value_or(0)));
+    add(kReport, content.report.value_or(false) ? "wanted" : "");
+    add(kCallback, content.callback);
+    add(kText, content.text);
+    return entry;
+}
+
+PduBytes SavingPdu(const Entry& message)
+{
+    PduContent content;
+    content.to = ValueOf(message, kParty);
+    content.text = ValueOf(message, kText);
+    content.report = !ValueOf(message, kReport).empty();
+    content.priority = static_cast<unsigned>(ParseNumber(ValueOf(message, kPriority), 3).value_or(0));
+    if (const std::string* callback = message.Find(kCallback))
+        content.callback = *callback;
+    return WriteOutgoing(content);
+}
+
+std::vector<Candidate> MessagesOfFile(const std::string& file, const std::string& text)
+{
+    const Json whole = ParseJson(text);
+    const Json* messages = whole.Find("messages");
+    const auto* list = messages ? std::get_if<JsonList>(&messages->value) : nullptr;
+    if (!list)
+        throw std::runtime_error("has no \"messages\" list");
+    std::vector<Candidate> candidates;
+    std::transform(list->begin(), list->end(), std::back_inserter(candidates), CandidateOf);
+    for (Candidate& candidate : candidates)
+        candidate.file = file;
+    return candidates;
+}
+
+} // namespace phnctl
