@@ -299,7 +299,7 @@ typedef struct PHN_NETWORK_INFO /* 80 bytes */
     uint16_t wNetwork18;
     uint32_t uNetwork20;
     int32_t nNetwork22;   /* magnitude of a signed value: -85 arrives as 85 */
-    char szNetwork26[34]; /* text, unterminated when it fills the field */
+    char szNetwork26[34]; /* text, always terminated: a text that fills the field loses its last character */
     int32_t nNetwork60;   /* magnitude, likewise */
     uint32_t uNetwork64;
 } PHN_NETWORK_INFO;
@@ -536,8 +536,8 @@ PHN_API PHN_ERROR PHN_CALL PHN_DeleteAllEvents(void) PHN_NOEXCEPT;
 /* Number of messages in a box; 0 also on every failure, a type out of range included. */
 PHN_API uint32_t PHN_CALL PHN_GetMessageCount(int32_t eType) PHN_NOEXCEPT;
 
-/* Sends a message. On success wIndex is its index and uIndexValid 1. PHN_ERROR_INVALID_PARAMETER: null record or PDU, or
- * length 0; PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_PDU_NOT_DECODABLE, PHN_ERROR_PDU_NO_DESTINATION,
+/* Sends a message. On success wIndex is its index and uIndexValid 1. PHN_ERROR_INVALID_PARAMETER: null record or PDU,
+ * or length 0; PHN_ERROR_BUFFER_TOO_SMALL: uSize; PHN_ERROR_PDU_NOT_DECODABLE, PHN_ERROR_PDU_NO_DESTINATION,
  * PHN_NETWORK_ERROR_1X_CO_ACCESS_FAILURE: the PDU cannot be used (its User Data, its destination, or an address or
  * call-back number in it, of 36 digits at most). */
 PHN_API PHN_ERROR PHN_CALL PHN_SendMessage(PHN_SMS_MESSAGE* pMessage) PHN_NOEXCEPT;

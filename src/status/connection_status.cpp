@@ -1,7 +1,9 @@
 #include "status/connection_status.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 #include "link/exchange.h"
 #include "status/connection_records.h"
@@ -64,10 +66,10 @@ bool CConnectionStatus::GetNetworkInfo(HANDLE hDevice, PHN_NETWORK_INFO* pNetwor
     pNetworkInfo->uNetwork20 = Network.wNetwork20;
     pNetworkInfo->nNetwork22 = Magnitude(Network.nNetwork22);
     static_assert(sizeof pNetworkInfo->szNetwork26 == sizeof Network.szNetwork26);
-    const void* const pEnd = std::memchr(Network.szNetwork26, 0, sizeof Network.szNetwork26);
-    const size_t uLength = pEnd ? static_cast<size_t>(static_cast<const char*>(pEnd) - Network.szNetwork26) + 1
-                                : sizeof Network.szNetwork26;
-    std::memcpy(pNetworkInfo->szNetwork26, Network.szNetwork26, uLength);
+    const std::string_view strText(Network.szNetwork26, sizeof Network.szNetwork26 - 1); // room for a terminator
+    const size_t uLength = std::min(strText.find('\0'), strText.size());
+    std::memcpy(pNetworkInfo->szNetwork26, strText.data(), uLength);
+    pNetworkInfo->szNetwork26[uLength] = '\0';
     pNetworkInfo->nNetwork60 = Magnitude(Network.nNetwork60);
     pNetworkInfo->uNetwork64 = Network.dwNetwork64;
     pNetworkInfo->uSize = sizeof *pNetworkInfo;

@@ -54,7 +54,7 @@ TEST_F(ServiceTest, BatteryAndNetworkValuesArriveConverted)
     EXPECT_EQ(std::memcmp(&network, &expected, sizeof network), 0);
 }
 
-TEST_F(ServiceTest, NetworkTextWithoutTerminatorStaysInItsField)
+TEST_F(ServiceTest, NetworkTextWithoutTerminatorIsEndedInItsField)
 {
     StartService();
     simulator::Network network{};
@@ -62,7 +62,7 @@ TEST_F(ServiceTest, NetworkTextWithoutTerminatorStaysInItsField)
     network.network60 = 0x79797979; // what follows the text must not be copied with it
     bench_.Handset().SetNetwork(network);
     const PHN_NETWORK_INFO info = ReadNetwork();
-    EXPECT_EQ(std::string(info.szNetwork26, sizeof info.szNetwork26), network.network26);
+    EXPECT_EQ(std::string(info.szNetwork26, sizeof info.szNetwork26), std::string(33, 'x') + '\0');
     EXPECT_EQ(+info.nNetwork60, 0x79797979);
 }
 
