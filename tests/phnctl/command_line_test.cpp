@@ -15,20 +15,22 @@ TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
         std::vector<const char*> says;
     } cases[] = {
         {"", "", {"needs a command", "info", "doctor"}},
-        {"inof", "", {"unknown command 'inof'", "info", "status"}},
-        {"--json --wait 3 inof", "", {"unknown command 'inof'"}},
+        {"inof", "", {"unknown command 'inof'", "status", "Did you mean 'info'?", "See 'phnctl --help'"}},
+        {"--simulator --wait 3 sttus", "", {"unknown command 'sttus'", "Did you mean 'status'?"}},
         {"parameters", "", {"needs a command: get, set"}},
         {"parameters gte", "", {"unknown command 'gte'", "get, set"}},
         {"--frob info", "", {"--frob"}},
         {"info surplus", "", {"surplus"}},
         {"radio", "", {"STATE"}},
-        {"radio maybe", "", {"'maybe'", "on, off"}},
+        {"radio maybe", "", {"STATE: 'maybe'", "on, off"}},
         {"radio on off", "", {"off"}},
-        {"info --wait 0", "", {"--wait", "1 to 3600"}},
+        {"info --wait 0", "", {"--wait", "1 to 3600", "See 'phnctl --help'"}},
+        {"info --labels /nonexistent", "", {"--labels", "/nonexistent"}},
+        {"info --library /nonexistent/library.so", "", {"was not found", "/nonexistent/library.so"}},
         {"info --wait soon", "", {"--wait"}},
         {"info --log loud", "", {"'loud'", "off, error, comment, all"}},
         {"lock on 123", "", {"exactly 4"}},
-        {"lock on", "", {"no lock code"}},
+        {"lock on", "", {"no lock code", "standard input"}},
         {"lock-code 0000", "12345\n", {"exactly 4"}},
         {"parameters set uParameter1=256", "", {"uParameter1", "0 to 255"}},
         {"parameters set wParameter3=", "", {"wParameter3", "0 to 65535"}},
@@ -37,8 +39,9 @@ TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
         {"contacts get first", "", {"'first'", "a number"}},
         {"contacts list --range 9-3", "", {"'9-3'", "0-499"}},
         {"contacts import /nonexistent.vcf", "", {"/nonexistent.vcf: No such file"}},
-        {"error twelve", "", {"'twelve'", "a number"}},
+        {"error twelve", "", {"'twelve'", "names"}},
         {"error 150", "", {"150", "1000 to 1031"}},
+        {"error 2006", "", {"2006", "2000 to 2005"}},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.words);
@@ -83,8 +86,7 @@ TEST(CommandLine, EveryCommandHasHelpWithAnExample)
 
 TEST(CommandLine, NamesTheLibraryThatDoesNotLoad)
 {
-    const std::pair<const char*, const char*> cases[] = {{"/nonexistent/library.so", "was not found"},
-                                                         {"/etc/passwd", "does not load"},
+    const std::pair<const char*, const char*> cases[] = {{"/etc/passwd", "does not load: /etc/passwd: "},
                                                          {"libc.so.6", "has no function PHN_Startup"}};
     for (const auto& [path, text] : cases) {
         SCOPED_TRACE(path);
@@ -92,6 +94,34 @@ TEST(CommandLine, NamesTheLibraryThatDoesNotLoad)
         const Outcome outcome = program.Run({"info", "--library", path});
         EXPECT_EQ(outcome.status, 1);
         EXPECT_NE(outcome.err.find(text), std::string::npos) << outcome.err;
+    }
+}
+
+TEST(CommandLine, AnswersAFailureInJsonToo)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"--json inof", "{\"error\":{\"text\":\"unknown command 'inof'; "},
+        {"--simulator lock on 9999 --json",
+         "{\"error\":{\"code\":203,\"name\":\"PHN_ERROR_INVALID_LOCK_CODE\",\"text\":"
+         "\"the lock code is wrong\",\"while\":\"locking the handset\"}}\n"}};
+    for (const auto& [words, text] : cases) {
+        Program program;
+        const Outcome outcome = program.Run(Split(words));
+        EXPECT_NE(outcome.status, 0);
+        EXPECT_EQ(outcome.out.rfind(text, 0), 0u) << outcome.out;
+        EXPECT_EQ(outcome.err.rfind("phnctl: ", 0), 0u) << outcome.err;
+    }
+}
+
+TEST(CommandLine, NoAnswerIsLostInSilence)
+{
+    for (const char* words : {"--help", "error 203", "--simulator info", "--simulator status --json", "doctor"}) {
+        SCOPED_TRACE(words);
+        Program program;
+        program.SendOutputTo("/dev/full");
+        const Outcome outcome = program.Run(Split(words));
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.err.find("No space left"), std::string::npos) << outcome.err;
     }
 }
 

@@ -3,6 +3,8 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
+#include <regex>
 
 namespace phnctl_test {
 namespace {
@@ -46,8 +48,8 @@ TEST_F(WithHandset, StatusShowsValuesBarsAndWhyTheLastCallEnded)
     Handset().SetEndReason(26);
     const Outcome text = Run("status");
     EXPECT_EQ(text.status, 0) << text.err;
-    for (const char* line : {"  Power source     charger (0)\n", "  Charge           [####......] 44 %\n",
-                             "  1x signal        [########..] 85 dBm below zero\n", "  uNetwork20       384\n",
+    for (const char* line : {"  Power            discharging (0)\n", "  Charge           [####......] 44 %\n",
+                             "  1x signal        [########..] -85 dBm\n", "  uNetwork20       384\n",
                              "  Last call ended  1025 PHN_NETWORK_ERROR_1X_FADE, Fade\n"})
         EXPECT_NE(text.out.find(line), std::string::npos) << line << "\n" << text.out;
     const std::string json = Run("status --json").out;
@@ -110,6 +112,39 @@ TEST_F(WithHandset, RefusalsGiveCodeNameAndMeaning)
     const Outcome excluded = Run("info");
     EXPECT_EQ(excluded.status, 1);
     EXPECT_NE(excluded.err.find("103 PHN_ERROR_NOT_SUPPORTED"), std::string::npos) << excluded.err;
+}
+
+// Rows such as "| `battery1` | 0 discharging, 1 charging, 2 full |".
+std::map<std::string, std::map<std::string, std::string>> DocumentedValues()
+{
+    const std::regex row("\\| `(\\w+)` \\| (0 .*) \\|");
+    const std::regex value("(\\d+) ([a-z ]+)");
+    std::map<std::string, std::map<std::string, std::string>> values;
+    std::ifstream page(PROTOCOL_PAGE);
+    std::smatch found;
+    for (std::string line; std::getline(page, line);)
+        if (std::regex_match(line, found, row)) {
+            const std::string list = found[2];
+            for (std::sregex_iterator at(list.begin(), list.end(), value), end; at != end; ++at)
+                values[found[1]][(*at)[1]] = (*at)[2];
+        }
+    return values;
+}
+
+TEST_F(WithHandset, LabelsNameValuesAsTheProtocolPageDoes)
+{
+    const auto documented = DocumentedValues();
+    ASSERT_GE(documented.size(), 4u);
+    for (const char* number : {"0", "1", "2"}) {
+        for (const auto& [name, values] : documented)
+            Handset().Set(name.substr(0, name.find_first_of("0123456789")) + "/" + name, number);
+        const Outcome outcome = Run("status");
+        for (const auto& [name, values] : documented) {
+            const auto meaning = values.find(number);
+            const std::string shown = meaning == values.end() ? "" : meaning->second + " (" + number + ")\n";
+            EXPECT_NE(outcome.out.find(shown), std::string::npos) << name << "\n" << outcome.out;
+        }
+    }
 }
 
 TEST_F(WithHandset, LabelFilesNameValuesAndBrokenOnesCostNothingElse)

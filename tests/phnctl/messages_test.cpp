@@ -62,7 +62,7 @@ TEST_F(Messages, AreListedCountedAndShown)
     Handset().AddFault("status=7@15*1");
     const Outcome failed = Run("messages count 0");
     EXPECT_EQ(failed.status, 1);
-    EXPECT_EQ(failed.err, "phnctl: the messages of box 0 could not be counted\n");
+    EXPECT_EQ(failed.err.rfind("phnctl: the messages of box 0 could not be counted\n", 0), 0u) << failed.err;
 }
 
 TEST_F(Messages, AreSentAndSaved)

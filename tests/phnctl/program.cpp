@@ -52,7 +52,7 @@ pid_t Program::Start(const std::vector<std::string>& arguments, const std::strin
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, (m_streams.Path() / "in").c_str(), O_RDONLY, 0);
     constexpr int kWrite = O_WRONLY | O_CREAT | O_TRUNC;
-    posix_spawn_file_actions_addopen(&actions, 1, (m_streams.Path() / "out").c_str(), kWrite, 0600);
+    posix_spawn_file_actions_addopen(&actions, 1, m_output.c_str(), kWrite, 0600);
     posix_spawn_file_actions_addopen(&actions, 2, (m_streams.Path() / "err").c_str(), kWrite, 0600);
 
     std::vector<std::string> words{PHNCTL};

@@ -26,6 +26,9 @@ public:
     const std::filesystem::path& TemporaryFolder() const { return m_temporary.Path(); }
     void Set(const std::string& variable, const std::string& value) { m_environment[variable] = value; }
 
+    // Then the outcome has no output of the program.
+    void SendOutputTo(const std::string& file) { m_output = file; }
+
     Outcome Run(const std::vector<std::string>& arguments, const std::string& input = "");
 
     // The two halves of Run, for a test that does something in between.
@@ -36,6 +39,7 @@ private:
     simulator::DeviceDirectory m_temporary;
     simulator::DeviceDirectory m_streams; // what the program reads and writes
     std::map<std::string, std::string> m_environment;
+    std::string m_output = (m_streams.Path() / "out").string();
 };
 
 std::vector<std::string> Split(const std::string& words);

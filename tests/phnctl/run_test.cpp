@@ -23,13 +23,17 @@ TEST(Run, BringsAHandsetOfItsOwn)
         const char* out;
         const char* err;
     } cases[] = {
-        {"--simulator radio off", 0, "The radio is off.\n", ""},
+        {"--simulator radio OFF", 0, "The radio is off.\n", ""},
         {"--simulator lock off 9999", 1, "", "203 PHN_ERROR_INVALID_LOCK_CODE"},
         {"error 1025", 0, "1025 PHN_NETWORK_ERROR_1X_FADE, Fade\n", ""},
         {"error 3016 --json", 0,
-         "{\"code\":3016,\"text\":\"3016 PHN_NETWORK_ERROR_EVDO_GPS_FIX EVDO call, ended in favor of GPS fix\"}\n", ""},
+         "{\"code\":3016,\"name\":\"PHN_NETWORK_ERROR_EVDO_GPS_FIX\",\"text\":\"EVDO call, ended in favor of GPS "
+         "fix\"}\n",
+         ""},
+        {"error phn_network_error_wcdma_no_service", 0, "2000 PHN_NETWORK_ERROR_WCDMA_NO_SERVICE, No service\n", ""},
         {"error 1769", 0, "1769 PHN_ERROR_RESULT_140: the handset refused, for a reason that only it knows\n", ""},
-        {"error 2006", 2, "", "2006 is not a code"},
+        {"error PHN_ERROR_RESULT_140", 0,
+         "1769 PHN_ERROR_RESULT_140: the handset refused, for a reason that only it knows\n", ""},
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.words);

@@ -1,6 +1,7 @@
 #include "phnctl/command_line.h"
 
 #include "phnctl/failure.h"
+#include "phnctl/labels.h"
 #include "phnctl/log_level.h"
 #include "phnctl/text.h"
 
@@ -10,18 +11,26 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
+#include <numeric>
+#include <utility>
 
 namespace phnctl {
 
 namespace {
 
 constexpr const char* kDescription = "Uses a CDMA handset attached by USB or by a serial port.";
-constexpr const char* kEpilogue = "Exit status: 0 done; 1 the handset or the library refused, or there is none;\n"
-                                  "2 the command line is wrong, or this build cannot do it.\n\n"
-                                  "A first session, without a handset:\n"
-                                  "  phnctl --simulator info\n"
-                                  "  phnctl --simulator status\n"
-                                  "  phnctl doctor";
+constexpr const char* kEpilogue =
+    "Exit status: 0 done; 1 the handset or the library refused, or there is none;\n"
+    "2 the command line is wrong, or this build cannot do it.\n\n"
+    "With --json a failure is an object too: {\"error\":{\"code\":203,\"name\":...,\"text\":...,\n"
+    "\"while\":...}}; code and name where the library or the handset gave one. A value that only\n"
+    "the handset's model knows is a member named like its field in phnnrv.h (uBattery1); all\n"
+    "others have names of their own (model, esn).\n\n"
+    "A first session, without a handset:\n"
+    "  phnctl --simulator info\n"
+    "  phnctl --simulator status\n"
+    "  phnctl doctor";
+constexpr const char* kCommandEpilogue = "\nThe options of 'phnctl --help' can be given here, too.";
 constexpr const char* kLogLevelName = "--log";
 
 // The help shows the bounds in the option's own words.
@@ -30,6 +39,13 @@ CLI::Validator WaitRange()
     CLI::Validator range = CLI::Range(1u, 3600u);
     range.description("");
     return range;
+}
+
+CLI::Validator ExistingFolder()
+{
+    CLI::Validator folder = CLI::ExistingDirectory;
+    folder.description("");
+    return folder;
 }
 
 void AddOptions(CLI::App& app, Options& options, std::string& logLevel)
@@ -42,9 +58,13 @@ void AddOptions(CLI::App& app, Options& options, std::string& logLevel)
         ->check(WaitRange());
     app.add_option("--library", options.library, "The handset library (default: the one that belongs to the tool)")
         ->type_name("PATH");
-    app.add_option("--labels", options.labels, "Folder of label files, which name what only a handset model knows")
-        ->type_name("DIR");
-    app.add_option(kLogLevelName, logLevel, "Let the library write its log: " + LogLevelNames() + ", or a number")
+    app.add_option("--labels", options.labels,
+                   "Folder of label files, which name what only a handset model knows (default: " +
+                       LabelFolder().string() + "; the README.md there describes them)")
+        ->type_name("DIR")
+        ->check(ExistingFolder());
+    app.add_option(kLogLevelName, logLevel,
+                   "Write the library's log into a file beside the library: " + LogLevelNames() + ", or a number")
         ->type_name("LEVEL");
     app.set_version_flag("--version", "phnctl " PHN_VERSION);
 }
@@ -59,11 +79,15 @@ void AddArgument(CLI::App& app, const Argument& argument, std::vector<std::strin
     else
         option->expected(1)->allow_extra_args(false);
     if (!argument.allowed.empty())
-        option->check([&argument](const std::string& value) {
-            if (std::find(argument.allowed.begin(), argument.allowed.end(), value) != argument.allowed.end())
+        option->transform(CLI::Validator(
+            [&argument](std::string& value) {
+                const std::string lower = CLI::detail::to_lower(value);
+                if (std::find(argument.allowed.begin(), argument.allowed.end(), lower) == argument.allowed.end())
+                    return fmt::format("'{}' is not one of: {}", Printable(value), fmt::join(argument.allowed, ", "));
+                value = lower;
                 return std::string();
-            return fmt::format("'{}' is not one of: {}", Printable(value), fmt::join(argument.allowed, ", "));
-        });
+            },
+            ""));
 }
 
 void AddCommandOption(CLI::App& app, const CommandOption& option, std::vector<std::string>& values)
@@ -73,6 +97,29 @@ void AddCommandOption(CLI::App& app, const CommandOption& option, std::vector<st
             option.name, [&values] { values.emplace_back(); }, option.help);
     else
         app.add_option(option.name, values, option.help)->type_name(option.value)->expected(1);
+}
+
+// How many letters must be changed, added or taken away to make one word of the other.
+std::size_t Distance(const std::string& from, const std::string& to)
+{
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < to.size(); ++j) {
+            const std::size_t changed = diagonal + (from[i] != to[j]);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({changed, diagonal + 1, row[j] + 1});
+        }
+    }
+    return row.back();
+}
+
+const std::string& Nearest(const std::string& word, const std::vector<std::string>& names)
+{
+    return *std::min_element(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
+        return Distance(word, a) < Distance(word, b);
+    });
 }
 
 class Line
@@ -97,7 +144,7 @@ public:
             m_result.text = HelpOrVersion(success);
             return;
         } catch (const CLI::ParseError& error) {
-            throw Failure(kUsage, fmt::format("{}\nSee '{} --help'.", Printable(error.what()), Name(Deepest())));
+            throw Failure(kUsage, Printable(error.what()), SeeHelp(Owner(error.what())));
         }
         m_result.command = m_commands.at(Deepest());
         if (!m_logLevel.empty())
@@ -112,7 +159,7 @@ private:
         CLI::App* app = parent->add_subcommand(
             space == std::string::npos ? command.words : command.words.substr(space + 1), command.summary);
         app->fallthrough();
-        app->footer(command.details);
+        app->footer(command.details + (command.run ? kCommandEpilogue : ""));
         if (!command.run)
             app->require_subcommand(1);
         for (const Argument& argument : command.arguments)
@@ -133,16 +180,19 @@ private:
             } else if (const CLI::App* next = Child(*at, word)) {
                 at = next;
             } else {
-                throw Failure(kUsage, fmt::format("unknown command '{}'; allowed after '{}': {}", Printable(word),
-                                                  Name(at), fmt::join(ChildNames(*at), ", ")));
+                const std::vector<std::string> names = ChildNames(*at);
+                throw Failure(kUsage,
+                              fmt::format("unknown command '{}'; allowed after '{}': {}", Printable(word), Name(at),
+                                          fmt::join(names, ", ")),
+                              fmt::format("Did you mean '{}'? {}", Nearest(word, names), SeeHelp(at)));
             }
         }
         const bool asksForText = std::any_of(arguments.begin(), arguments.end(), [](const std::string& word) {
             return word == "--help" || word == "-h" || word == "--version";
         });
         if (!at->get_subcommands({}).empty() && !asksForText)
-            throw Failure(kUsage, fmt::format("'{}' needs a command: {}\nSee '{} --help'.", Name(at),
-                                              fmt::join(ChildNames(*at), ", "), Name(at)));
+            throw Failure(kUsage, fmt::format("'{}' needs a command: {}", Name(at), fmt::join(ChildNames(*at), ", ")),
+                          SeeHelp(at));
     }
 
     bool TakesValue(const std::string& word) const
@@ -150,6 +200,14 @@ private:
         const CLI::Option* option = m_app.get_option_no_throw(word);
         return option && option->get_expected_min() > 0;
     }
+
+    // The help that shows the option which a message of the parsing library begins with: "--wait: ...".
+    const CLI::App* Owner(const std::string& message) const
+    {
+        return m_app.get_option_no_throw(message.substr(0, message.find(':'))) ? &m_app : Deepest();
+    }
+
+    static std::string SeeHelp(const CLI::App* app) { return fmt::format("See '{} --help'.", Name(app)); }
 
     static const CLI::App* Child(const CLI::App& app, const std::string& word)
     {

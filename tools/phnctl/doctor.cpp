@@ -3,12 +3,12 @@
 #include "phnctl/error_names.h"
 #include "phnctl/failure.h"
 #include "phnctl/json.h"
+#include "phnctl/port_finding.h"
+#include "phnctl/print.h"
 #include "phnctl/session.h"
 #include "phnctl/surroundings.h"
 #include "phnctl/text.h"
-#include "system/system.h"
 
-#include <algorithm>
 #include <fmt/format.h>
 
 namespace phnctl {
@@ -25,30 +25,6 @@ struct Finding
     std::string remedy;
 };
 
-std::string Holders(const std::vector<host::Process>& holders)
-{
-    std::string text;
-    for (const host::Process& holder : holders)
-        text += fmt::format("{}{} (pid {})", text.empty() ? "" : ", ", holder.name.empty() ? "a program" : holder.name,
-                            holder.id);
-    return text;
-}
-
-const char* StateName(host::PortState state)
-{
-    switch (state) {
-    case host::PortState::Free:
-        return "ok";
-    case host::PortState::Busy:
-        return "busy";
-    case host::PortState::NoPermission:
-        return "no permission";
-    case host::PortState::Unusable:
-        break;
-    }
-    return "unusable";
-}
-
 class Examination
 {
 public:
@@ -61,7 +37,7 @@ public:
             Session session(m_options);
             Add({"library", "ok", session.Loaded().Path(), ""});
             LookAtPorts();
-            return m_usablePorts != 0 ? AskHandset(session) : SkipHandset();
+            return !Unanswered(m_ports).empty() ? AskHandset(session) : SkipHandset();
         } catch (const Refusal& refusal) {
             Add({"handset", "failed", refusal.what(), ""});
         } catch (const Failure& failure) {
@@ -93,7 +69,7 @@ private:
             fmt::print("{:<9} {:<14} {}\n", finding.step, finding.state, Printable(finding.detail));
             if (!finding.remedy.empty())
                 fmt::print("{:<24} to mend it: {}\n", "", Printable(finding.remedy));
-            std::fflush(stdout);
+            FlushOutput();
         }
         m_findings.push_back(std::move(finding));
     }
@@ -108,30 +84,18 @@ private:
                  fmt::format("{}: {} {}", around.place, around.entries.size(),
                              around.entries.size() == 1 ? "entry" : "entries"),
                  ""});
-        for (const PortEntry& entry : around.entries)
-            LookAtPort(entry);
+        m_ports = phnctl::LookAtPorts(around.entries);
+        for (const PortFinding& port : m_ports)
+            Add({"port", port.state, port.detail, port.remedy});
         for (const UnlistedTerminal& terminal : around.unlisted)
             Add({"terminal", "note", terminal.path + " is not in the " + around.place, terminal.remedy});
     }
 
-    void LookAtPort(const PortEntry& entry)
-    {
-        const host::PortReport report = host::ExaminePort(entry.path);
-        m_usablePorts += report.state == host::PortState::Free && !entry.kind.starts_with("foreign");
-        std::string detail = entry.name + ", " + entry.kind;
-        if (!report.target.empty())
-            detail += " -> " + report.target;
-        if (!report.reason.empty())
-            detail += ": " + report.reason;
-        if (!report.holders.empty())
-            detail += ": " + Holders(report.holders);
-        Add({"port", StateName(report.state), detail, report.remedy});
-    }
-
     bool SkipHandset()
     {
+        const std::string simulator = SimulatorCommand();
         Add({"handset", "missing", "there is no free port to ask on",
-             "plug a handset in, or start a simulated one: phnsim --port com5"});
+             "plug a handset in" + (simulator.empty() ? "" : ", or start a simulated one: " + simulator)});
         return false;
     }
 
@@ -139,7 +103,7 @@ private:
     {
         const PHN_ERROR answer = session.Find();
         if (answer != PHN_ERROR_NONE) {
-            Add({"handset", "failed", fmt::format("{} (asked for {} s)", Explain(answer), m_options.waitSeconds), ""});
+            AddUnserved(answer);
             return false;
         }
         session.Run([&](const Handset& handset) {
@@ -149,9 +113,18 @@ private:
         return true;
     }
 
+    void AddUnserved(PHN_ERROR answer)
+    {
+        const bool isUnanswered = answer == PHN_ERROR_NO_DEVICE || answer == PHN_ERROR_COMMUNICATION;
+        Add({"handset", "failed",
+             fmt::format("{} (asked for {} s)", isUnanswered ? Unanswered(m_ports) : Explain(answer),
+                         m_options.waitSeconds),
+             isUnanswered ? kUnansweredRemedy : ""});
+    }
+
     const Options& m_options;
     std::vector<Finding> m_findings;
-    int m_usablePorts = 0;
+    std::vector<PortFinding> m_ports;
 };
 
 int Doctor(const Invocation& invocation)

@@ -7,44 +7,73 @@
 #include "phnctl/session.h"
 #include "phnctl/text.h"
 
+#include <algorithm>
+#include <cctype>
 #include <fmt/format.h>
+#include <functional>
+#include <iterator>
 
 namespace phnctl {
 
 namespace {
 
-int Answer(const Options& options, PHN_ERROR code, const std::string& text)
-{
-    PrintDone(options, Printable(text), {{{"", "", {{"code", "Code", code}, {"text", "Text", text}}}}});
-    return kDone;
-}
+// Where the network errors lie, both ends included. The library tells their texts.
+constexpr std::pair<PHN_ERROR, PHN_ERROR> kNetworkErrors[] = {
+    {PHN_NETWORK_ERROR_1X_CO_NO_SERVICE, PHN_NETWORK_ERROR_1X_E911_GPS_FIX},
+    {PHN_NETWORK_ERROR_WCDMA_NO_SERVICE, PHN_NETWORK_ERROR_WCDMA_USER_DISCONNECTED},
+    {PHN_NETWORK_ERROR_EVDO_CO_NO_SERVICE, PHN_NETWORK_ERROR_EVDO_GPS_FIX}};
+constexpr const char* kNetworkErrorPrefix = "PHN_NETWORK_ERROR_";
 
-// The library tells these texts only while a handset is served; a simulated one will do.
-std::string NetworkError(PHN_ERROR code, Options options)
+constexpr const char* kAllowed = "allowed are the library's own codes (0 to 306, and from 1032 up those that a handset "
+                                 "refuses with), the network errors 1000 to 1031, 2000 to 2005 and 3000 to 3016, and "
+                                 "the names of all these";
+
+// The first network error that is `wanted`. The library tells of them only while a handset is served; a simulated one
+// will do.
+std::optional<ErrorText> FindNetworkError(Options options, const std::function<bool(const ErrorText&)>& wanted)
 {
     options.simulator = HasEmbeddedHandset();
-    std::string text;
-    WithHandset(options, [&](const Handset& handset) { text = handset.NetworkErrorText(code); });
-    return text;
+    std::optional<ErrorText> found;
+    WithHandset(options, [&](const Handset& handset) {
+        for (const auto& [first, last] : kNetworkErrors)
+            for (PHN_ERROR code = first; code <= last && !found; ++code)
+                if (const auto error = handset.NetworkError(code); error && wanted(*error))
+                    found = error;
+    });
+    return found;
+}
+
+std::optional<ErrorText> ByCode(PHN_ERROR code, const Options& options)
+{
+    if (auto own = OwnError(code))
+        return own;
+    const bool isNetworkError =
+        std::any_of(std::begin(kNetworkErrors), std::end(kNetworkErrors),
+                    [&](const auto& range) { return code >= range.first && code <= range.second; });
+    return isNetworkError ? FindNetworkError(options, [&](const ErrorText& error) { return error.code == code; })
+                          : std::nullopt;
+}
+
+std::optional<ErrorText> ByName(std::string name, const Options& options)
+{
+    std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::toupper(c); });
+    if (name.starts_with(kNetworkErrorPrefix))
+        return FindNetworkError(options, [&](const ErrorText& error) { return error.name == name; });
+    return OwnError(name);
 }
 
 int Error(const Invocation& invocation)
 {
     const std::string given = *invocation.Value("CODE");
     const auto number = ParseNumber(given, 0x7FFFFFFF);
-    if (!number)
-        throw Failure(kUsage,
-                      fmt::format("'{}' is not a code; allowed: a number, such as 203 or 1025", Printable(given)));
-    const auto code = static_cast<PHN_ERROR>(*number);
-    if (const auto own = OwnError(code))
-        return Answer(invocation.options, code, *own);
-    const std::string network = NetworkError(code, invocation.options);
-    if (network.empty())
-        throw Failure(kUsage, fmt::format("{} is not a code; allowed: the library's own (0 to 306, and from 1032 up "
-                                          "those that a handset refuses with) and the network errors 1000 to 1031, "
-                                          "2000 to 2005 and 3000 to 3016",
-                                          code));
-    return Answer(invocation.options, code, fmt::format("{} {}", code, network));
+    const auto error =
+        number ? ByCode(static_cast<PHN_ERROR>(*number), invocation.options) : ByName(given, invocation.options);
+    if (!error)
+        throw Failure(kUsage, fmt::format("'{}' is not a code; {}", Printable(given), kAllowed));
+    PrintDone(
+        invocation.options, ToString(*error),
+        {{{"", "", {{"code", "Code", error->code}, {"name", "Name", error->name}, {"text", "Text", error->meaning}}}}});
+    return kDone;
 }
 
 } // namespace
@@ -57,8 +86,9 @@ std::vector<Command> ErrorCommands()
              "'phnctl status' tells why the last call ended.\n\n"
              "Examples:\n"
              "  phnctl error 1025\n"
-             "  phnctl error 203\n",
-             {{"CODE", "The code", Count::One, {}}},
+             "  phnctl error 203\n"
+             "  phnctl error PHN_ERROR_FAILED\n",
+             {{"CODE", "The code, or its name", Count::One, {}}},
              Error}};
 }
 

@@ -21,7 +21,7 @@ constexpr ErrorName kErrorNames[] = {
     {PHN_ERROR_NONE, "PHN_ERROR_NONE", "success"},
     {PHN_ERROR_INVALID_PARAMETER, "PHN_ERROR_INVALID_PARAMETER", "a value is out of range, or a text was rejected"},
     {PHN_ERROR_STATUS_12, "PHN_ERROR_STATUS_12", kHandsetOnly},
-    {PHN_ERROR_NO_DEVICE, "PHN_ERROR_NO_DEVICE", "no handset is connected"},
+    {PHN_ERROR_NO_DEVICE, "PHN_ERROR_NO_DEVICE", "no handset was found"},
     {PHN_ERROR_COMMUNICATION, "PHN_ERROR_COMMUNICATION", "the handset does not answer"},
     {PHN_ERROR_STATUS_7, "PHN_ERROR_STATUS_7", kHandsetOnly},
     {PHN_ERROR_NOT_SUPPORTED, "PHN_ERROR_NOT_SUPPORTED", "not supported by the library or for this model"},
@@ -61,23 +61,50 @@ constexpr ResultRun kResultRuns[] = {
     {PHN_ERROR_RESULT_147, PHN_ERROR_RESULT_148, 147},
 };
 
+std::string ResultName(const ResultRun& run, PHN_ERROR code)
+{
+    return fmt::format("PHN_ERROR_RESULT_{}", run.firstResult + (code - run.first));
+}
+
 } // namespace
 
-std::optional<std::string> OwnError(PHN_ERROR code)
+std::string ToString(const ErrorText& error)
+{
+    return fmt::format("{}{}{}{}{}", error.code, error.name.empty() ? "" : " ", error.name, error.joint, error.meaning);
+}
+
+std::optional<ErrorText> OwnError(PHN_ERROR code)
 {
     const auto* found = std::lower_bound(std::begin(kErrorNames), std::end(kErrorNames), code,
                                          [](const ErrorName& name, PHN_ERROR wanted) { return name.code < wanted; });
     if (found != std::end(kErrorNames) && found->code == code)
-        return fmt::format("{} {}: {}", code, found->name, found->meaning);
+        return ErrorText{code, found->name, found->meaning};
     for (const ResultRun& run : kResultRuns)
         if (code >= run.first && code <= run.last)
-            return fmt::format("{} PHN_ERROR_RESULT_{}: {}", code, run.firstResult + (code - run.first), kHandsetOnly);
+            return ErrorText{code, ResultName(run, code), kHandsetOnly};
     return std::nullopt;
+}
+
+std::optional<ErrorText> OwnError(const std::string& name)
+{
+    for (const ErrorName& known : kErrorNames)
+        if (name == known.name)
+            return OwnError(known.code);
+    for (const ResultRun& run : kResultRuns)
+        for (PHN_ERROR code = run.first; code <= run.last; ++code)
+            if (name == ResultName(run, code))
+                return OwnError(code);
+    return std::nullopt;
+}
+
+ErrorText ErrorOf(PHN_ERROR code)
+{
+    return OwnError(code).value_or(ErrorText{code, "", "a code without a name"});
 }
 
 std::string Explain(PHN_ERROR code)
 {
-    return OwnError(code).value_or(fmt::format("{}: a code without a name", code));
+    return ToString(ErrorOf(code));
 }
 
 } // namespace phnctl

@@ -1,5 +1,5 @@
-// How phnctl ends early: a message for standard error and the exit status that goes with it. Thrown anywhere, caught
-// and printed in main only.
+// How phnctl ends early: a message for standard error, what to do about it, and the exit status that goes with it.
+// Thrown anywhere, caught and told in main only.
 #pragma once
 
 #include "phnnrv.h"
@@ -16,24 +16,60 @@ constexpr int kUsage = 2;   // the command line is wrong, or this build cannot d
 class Failure : public std::runtime_error
 {
 public:
-    Failure(int exitStatus, const std::string& message) : std::runtime_error(message), m_exitStatus(exitStatus) {}
+    Failure(int exitStatus, const std::string& message, std::string advice = "")
+        : std::runtime_error(message), m_exitStatus(exitStatus), m_advice(std::move(advice))
+    {
+    }
     int ExitStatus() const { return m_exitStatus; }
+    // What the person may do, to be shown below the message; empty: nothing.
+    const std::string& Advice() const { return m_advice; }
 
 private:
     int m_exitStatus;
+    std::string m_advice;
 };
+
+// A code with its name and what it means to a person.
+struct ErrorText
+{
+    PHN_ERROR code = PHN_ERROR_NONE;
+    std::string name; // empty: it has none
+    std::string meaning;
+    std::string joint = ": "; // between the two
+};
+
+// "203 PHN_ERROR_INVALID_LOCK_CODE: the lock code is wrong"
+std::string ToString(const ErrorText& error);
 
 // The library answered a call with a code other than success.
 class Refusal : public Failure
 {
 public:
-    Refusal(PHN_ERROR code, const std::string& message) : Failure(kRefused, message), m_code(code) {}
-    PHN_ERROR Code() const { return m_code; }
+    // The error and what it stopped: "(while unlocking the handset)".
+    explicit Refusal(const ErrorText& error, const std::string& doing = "", const std::string& advice = "")
+        : Failure(kRefused, ToString(error) + (doing.empty() ? "" : " (while " + doing + ")"), advice),
+          m_error(error),
+          m_doing(doing)
+    {
+    }
+    // A message of the tool's own, where the code alone says too little.
+    Refusal(PHN_ERROR code, const std::string& message) : Failure(kRefused, message), m_error{code, "", message} {}
+
+    PHN_ERROR Code() const { return m_error.code; }
+    const ErrorText& Error() const { return m_error; }
+    const std::string& Doing() const { return m_doing; }
+    Refusal Advised(const std::string& advice) const { return {*this, advice}; }
     // The handset is gone, and further calls are in vain.
-    bool IsLoss() const { return m_code == PHN_ERROR_NO_DEVICE || m_code == PHN_ERROR_NO_SERVICE_OBJECT; }
+    bool IsLoss() const { return Code() == PHN_ERROR_NO_DEVICE || Code() == PHN_ERROR_NO_SERVICE_OBJECT; }
 
 private:
-    PHN_ERROR m_code;
+    Refusal(const Refusal& other, const std::string& advice)
+        : Failure(kRefused, other.what(), advice), m_error(other.m_error), m_doing(other.m_doing)
+    {
+    }
+
+    ErrorText m_error;
+    std::string m_doing; // as in "unlocking the handset"; empty: unknown
 };
 
 } // namespace phnctl

@@ -1,11 +1,9 @@
 #include "phnctl/handset.h"
 
 #include "phnctl/error_names.h"
-#include "phnctl/failure.h"
 #include "phnctl/text.h"
 
 #include <algorithm>
-#include <fmt/format.h>
 #include <iterator>
 
 namespace phnctl {
@@ -14,9 +12,7 @@ void Handset::Check(PHN_ERROR code, const std::string& doing) const
 {
     if (code == PHN_ERROR_NONE)
         return;
-    const std::string network = NetworkErrorText(code);
-    const std::string what = network.empty() ? Explain(code) : fmt::format("{} {}", code, Printable(network));
-    throw Refusal(code, fmt::format("{} (while {})", what, doing));
+    throw Refusal(NetworkError(code).value_or(ErrorOf(code)), doing);
 }
 
 std::string Handset::NetworkErrorText(PHN_ERROR code) const
@@ -27,6 +23,17 @@ std::string Handset::NetworkErrorText(PHN_ERROR code) const
     // Name and text are joined by a comma, or by a tab.
     std::replace(std::begin(text), std::end(text), '\t', ' ');
     return FromHandset(text);
+}
+
+std::optional<ErrorText> Handset::NetworkError(PHN_ERROR code) const
+{
+    const std::string text = NetworkErrorText(code);
+    if (text.empty())
+        return std::nullopt;
+    const std::size_t name = std::min(text.find_first_of(", "), text.size());
+    const std::size_t meaning = std::min(text.find_first_not_of(", ", name), text.size());
+    return ErrorText{code, Printable(text.substr(0, name)), Printable(text.substr(meaning)),
+                     text.substr(name, meaning - name)};
 }
 
 } // namespace phnctl

@@ -2,8 +2,10 @@
 // command; lives as long as the session's run.
 #pragma once
 
+#include "phnctl/failure.h"
 #include "phnctl/library.h"
 
+#include <optional>
 #include <string>
 
 namespace phnctl {
@@ -30,6 +32,8 @@ public:
 
     // "PHN_NETWORK_ERROR_1X_FADE, Fade"; empty for a code that has no text.
     std::string NetworkErrorText(PHN_ERROR code) const;
+    // The same in its parts; nothing for a code that has no text.
+    std::optional<ErrorText> NetworkError(PHN_ERROR code) const;
 
 private:
     const Library& m_library;

@@ -48,7 +48,7 @@ std::vector<Command> InfoCommands()
     return {{"info",
              "Show the handset's identity",
              "Model, own number, serial number, and the values that only the model knows, under\n"
-             "their field names unless a label file names them.\n\n"
+             "their field names unless a label file (--labels) names them.\n\n"
              "Examples:\n"
              "  phnctl info\n"
              "  phnctl --simulator info --json\n",

@@ -51,6 +51,12 @@ std::int64_t Number(const Json* json, std::int64_t otherwise)
     return number ? *number : otherwise;
 }
 
+bool IsTrue(const Json* json)
+{
+    const auto* flag = json ? std::get_if<bool>(&json->value) : nullptr;
+    return flag && *flag;
+}
+
 std::string Bar(std::int64_t value, std::int64_t from, std::int64_t to)
 {
     if (from == to)
@@ -63,9 +69,14 @@ std::string Bar(std::int64_t value, std::int64_t from, std::int64_t to)
 
 } // namespace
 
+fs::path LabelFolder()
+{
+    return host::DataDirectory() / "labels";
+}
+
 Labels Labels::ForModel(const std::string& model, const Options& options)
 {
-    const fs::path folder = options.labels.empty() ? host::DataDirectory() / "labels" : fs::path(options.labels);
+    const fs::path folder = options.labels.empty() ? LabelFolder() : fs::path(options.labels);
     Labels labels;
     std::error_code error;
     std::vector<fs::path> files;
@@ -98,9 +109,11 @@ void Labels::Apply(Field& field) const
     if (const Json* values = entry->Find("values"))
         if (const Json* name = values->Find(field.shown); name && name->Text())
             field.shown = fmt::format("{} ({})", *name->Text(), field.shown);
+    const auto* number = std::get_if<std::int64_t>(&field.value.value);
+    if (number && IsTrue(entry->Find("negate")))
+        field.shown = fmt::format("{}", -*number);
     if (const Json* unit = entry->Find("unit"); unit && unit->Text())
         field.shown += " " + *unit->Text();
-    const auto* number = std::get_if<std::int64_t>(&field.value.value);
     if (const Json* bar = entry->Find("bar"); bar && number)
         field.shown = Bar(*number, Number(bar->Find("from"), 0), Number(bar->Find("to"), 100)) + field.shown;
 }

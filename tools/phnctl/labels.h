@@ -6,9 +6,13 @@
 #include "phnctl/json.h"
 #include "phnctl/report.h"
 
+#include <filesystem>
 #include <string>
 
 namespace phnctl {
+
+// Where the label files are that come with the tool.
+std::filesystem::path LabelFolder();
 
 class Labels
 {

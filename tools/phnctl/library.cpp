@@ -1,6 +1,7 @@
 #include "phnctl/library.h"
 
 #include "phnctl/failure.h"
+#include "phnctl/text.h"
 #include "system/system.h"
 
 #include <cstring>
@@ -57,13 +58,14 @@ void Library::Load(const std::string& path)
             return;
         }
         if (IsFile(candidate))
-            throw Failure(kRefused, fmt::format("the library {} does not load, system error {}: it was built for "
-                                                "another system, or something it needs is missing",
-                                                candidate, GetLastError()));
+            throw Failure(
+                kRefused,
+                fmt::format("the library {} does not load: {}", candidate, Printable(host::WhyNotLoaded(candidate))),
+                "It was built for another system, or something it needs is missing.");
     }
-    throw Failure(kRefused, fmt::format("the handset library was not found. Looked for: {}\n"
-                                        "Name it with --library PATH.",
-                                        fmt::join(candidates, ", ")));
+    throw Failure(path.empty() ? kRefused : kUsage,
+                  fmt::format("the handset library was not found. Looked for: {}", fmt::join(candidates, ", ")),
+                  "Name it with --library PATH.");
 }
 
 void Library::Bind()

@@ -17,7 +17,7 @@ std::string LockCode(const std::optional<std::string>& given, const char* prompt
 {
     const auto text = given ? given : host::ReadSecret(prompt);
     if (!text)
-        throw Failure(kUsage, "no lock code was given");
+        throw Failure(kUsage, "no lock code was given, neither as an argument nor on standard input");
     std::string code = ToHandset(*text);
     if (code.size() != kCodeLength)
         throw Failure(kUsage, "a lock code has exactly 4 characters");
@@ -53,7 +53,8 @@ std::vector<Command> LockCommands()
 {
     return {{"lock",
              "Lock or unlock the handset",
-             "Without CODE it is asked for and not shown; from a pipe it is the next line.\n\n"
+             "Without CODE it is asked for and not shown, which keeps it out of the shell's history; from\n"
+             "a pipe it is the next line.\n\n"
              "Examples:\n"
              "  phnctl lock on\n"
              "  phnctl lock off 0000\n",

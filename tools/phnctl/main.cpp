@@ -1,11 +1,14 @@
 // The program: one command per run. All failures end here.
 #include "phnctl/command_line.h"
 #include "phnctl/ending.h"
+#include "phnctl/error_names.h"
 #include "phnctl/failure.h"
+#include "phnctl/json.h"
+#include "phnctl/print.h"
 #include "system/system.h"
 
+#include <algorithm>
 #include <fmt/format.h>
-#include <iterator>
 
 namespace phnctl {
 
@@ -22,26 +25,55 @@ std::vector<Command> AllCommands()
     return commands;
 }
 
-int Run(std::vector<std::string> arguments)
+int Run(const std::vector<std::string>& arguments)
 {
     const std::vector<Command> commands = AllCommands();
-    const ParsedLine line = ParseLine(commands, std::move(arguments));
+    const ParsedLine line = ParseLine(commands, arguments);
+    int status = kDone;
     if (line.command)
-        return line.command->run(line.invocation);
-    fmt::print("{}", line.text);
-    return kDone;
+        status = line.command->run(line.invocation);
+    else
+        fmt::print("{}", line.text);
+    FlushOutput();
+    return status;
 }
 
-int RunSafely(int argc, char** argv)
+// What programs get instead of an answer.
+Json ToJson(const std::exception& error)
 {
+    JsonObject members;
+    if (const auto* refusal = dynamic_cast<const Refusal*>(&error)) {
+        const ErrorText& text = refusal->Error();
+        members = {{"code", {std::int64_t{text.code}}},
+                   {"name", {text.name.empty() ? ErrorOf(text.code).name : text.name}},
+                   {"text", {text.meaning}}};
+        if (!refusal->Doing().empty())
+            members.emplace_back("while", Json{refusal->Doing()});
+    } else {
+        members = {{"text", {std::string(error.what())}}};
+    }
+    return {JsonObject{{"error", {std::move(members)}}}};
+}
+
+// Standard output may be what has failed: a full disk must not hide the message that says so.
+void Tell(const std::exception& error, const std::string& advice, bool asJson)
+{
+    fmt::print(stderr, "phnctl: {}\n{}{}", error.what(), advice, advice.empty() ? "" : "\n");
+    if (asJson && !std::ferror(stdout))
+        std::fputs((WriteJson(ToJson(error)) + '\n').c_str(), stdout);
+}
+
+int RunSafely(const std::vector<std::string>& arguments)
+{
+    const bool asJson = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
     try {
         EndOnInterrupt();
-        return Run(host::Arguments(argc, argv));
+        return Run(arguments);
     } catch (const Failure& failure) {
-        fmt::print(stderr, "phnctl: {}\n", failure.what());
+        Tell(failure, failure.Advice(), asJson);
         return failure.ExitStatus();
     } catch (const std::exception& error) {
-        fmt::print(stderr, "phnctl: {}\n", error.what());
+        Tell(error, "", asJson);
         return kRefused;
     }
 }
@@ -52,5 +84,5 @@ int RunSafely(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    phnctl::EndNow(phnctl::RunSafely(argc, argv));
+    phnctl::EndNow(phnctl::RunSafely(host::Arguments(argc, argv)));
 }

@@ -1,7 +1,11 @@
 #include "phnctl/print.h"
 
+#include "phnctl/failure.h"
 #include "system/system.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <fmt/format.h>
 
 namespace phnctl {
@@ -20,6 +24,14 @@ void PrintDone(const Options& options, const std::string& sentence, const Report
         Print(options, report);
     else
         fmt::print("{}\n", sentence);
+}
+
+void FlushOutput()
+{
+    if (std::fflush(stdout) != 0)
+        throw Failure(kRefused, fmt::format("the answer cannot be written: {}", std::strerror(errno)));
+    if (std::ferror(stdout))
+        throw Failure(kRefused, "a part of the answer could not be written");
 }
 
 } // namespace phnctl

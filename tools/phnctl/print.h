@@ -11,4 +11,8 @@ void Print(const Options& options, const Report& report);
 // A sentence for people; the report for programs.
 void PrintDone(const Options& options, const std::string& sentence, const Report& report);
 
+// What was printed so far goes out now. Throws Failure when it, or anything before it, cannot be written: an answer
+// that is lost on its way is a failure like any other.
+void FlushOutput();
+
 } // namespace phnctl

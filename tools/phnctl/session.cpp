@@ -3,10 +3,17 @@
 #include "phnctl/dispatch.h"
 #include "phnctl/error_names.h"
 #include "phnctl/failure.h"
+#include "phnctl/port_finding.h"
+#include "phnctl/text.h"
 #include "system/system.h"
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <fmt/format.h>
+#include <mutex>
+#include <stop_token>
+#include <thread>
 
 namespace phnctl {
 
@@ -14,25 +21,31 @@ namespace {
 
 constexpr DWORD kPauseAfterSilence = 500;
 
-// Tells a person at a terminal what takes so long, and wipes the line when it is over.
+// Tells a person at a terminal what takes so long and for how long, and wipes the line when it is over.
 class SearchNotice
 {
 public:
-    SearchNotice()
+    explicit SearchNotice(unsigned waitSeconds)
     {
-        if (m_shown)
-            fmt::print(stderr, "looking for a handset ...");
+        if (host::TerminalWidth(stderr) != 0)
+            m_thread = std::jthread([this, waitSeconds](const std::stop_token& over) { Count(over, waitSeconds); });
     }
-    ~SearchNotice()
-    {
-        if (m_shown)
-            fmt::print(stderr, "\r\033[K");
-    }
-    SearchNotice(const SearchNotice&) = delete;
-    SearchNotice& operator=(const SearchNotice&) = delete;
 
 private:
-    const bool m_shown = host::TerminalWidth(stderr) != 0;
+    void Count(const std::stop_token& over, unsigned waitSeconds)
+    {
+        std::unique_lock lock(m_mutex);
+        for (unsigned seconds = 0; !over.stop_requested(); ++seconds) {
+            fmt::print(stderr, "\rlooking for a handset: {} of {} s (a serial port is asked every 15 s)", seconds,
+                       waitSeconds);
+            m_ended.wait_for(lock, over, std::chrono::seconds(1), [] { return false; });
+        }
+        fmt::print(stderr, "\r\033[K");
+    }
+
+    std::mutex m_mutex;
+    std::condition_variable_any m_ended;
+    std::jthread m_thread; // the last member, so that it ends first
 };
 
 struct Search
@@ -54,24 +67,45 @@ struct Search
     }
 };
 
-std::string NoHandset(PHN_ERROR answer, const Options& options)
+std::string HowToSimulate()
 {
-    const std::string wait = fmt::format(" within {} s.", options.waitSeconds);
-    if (answer == PHN_ERROR_COMMUNICATION)
-        return "a port is open, but no handset answered on it" + wait + "\n'phnctl doctor' shows the ports.";
-    return "no handset was found" + wait +
-           "\n"
-           "'phnctl doctor' shows what was looked for. To try a simulated handset:\n"
-           "  phnctl --simulator info\n"
-           "or, in another terminal:\n"
-           "  phnsim --port com5";
+    std::string text;
+    if (HasEmbeddedHandset())
+        text += "To try a simulated handset:\n  phnctl --simulator info\n";
+    if (const std::string command = SimulatorCommand(); !command.empty())
+        text += "or, in another terminal:\n  " + command + "\n";
+    return text;
 }
 
-std::string NotServed(PHN_ERROR answer)
+// Why a search found nothing, as far as the ports tell, and what to do.
+std::string NoHandsetAdvice(const Options& options)
+{
+    const std::vector<PortFinding> ports = LookAtPorts(LookAround().entries);
+    std::string text = fmt::format("No handset answered within {} s.\n", options.waitSeconds);
+    for (const PortFinding& port : ports)
+        if (!port.remedy.empty())
+            text += fmt::format("{}\n  to mend it: {}\n", Printable(port.detail), Printable(port.remedy));
+    if (const std::string silent = Unanswered(ports); !silent.empty())
+        text += fmt::format("{}: {}.\n", Printable(silent), kUnansweredRemedy);
+    return text + (ports.empty() ? HowToSimulate() : "") + "'phnctl doctor' shows what was looked for.";
+}
+
+std::string NotServedAdvice(PHN_ERROR answer)
 {
     if (answer == PHN_ERROR_NOT_SUPPORTED)
-        return "the handset is not served: its model is excluded, or it did not tell its model.";
-    return "the handset was found, but its service did not start.";
+        return "The handset is not served: its model is excluded, or it did not tell its model.";
+    return "The handset was found, but its service did not start.";
+}
+
+// What helps when a handset that was served does not answer any more; nothing for other refusals.
+std::string LossAdvice(const Refusal& refusal)
+{
+    if (refusal.IsLoss())
+        return "The handset was lost. Plug it in and run the command again.";
+    if (refusal.Code() == PHN_ERROR_FAILED || refusal.Code() == PHN_ERROR_COMMUNICATION)
+        return "If the handset was unplugged or switched off meanwhile, run the command again. 'phnctl doctor' looks\n"
+               "whether it is there; --log all shows what it was asked and what it answered.";
+    return "";
 }
 
 } // namespace
@@ -101,7 +135,7 @@ PHN_ERROR Session::Find()
 {
     const auto search = std::make_shared<Search>();
     search->library = m_library;
-    const SearchNotice notice;
+    const SearchNotice notice(m_options.waitSeconds);
     m_abandoned = !RunDispatching([search] { search->Run(); }, std::chrono::seconds(m_options.waitSeconds));
     search->over = true;
     return search->answer;
@@ -126,10 +160,14 @@ int WithHandset(const Options& options, const std::function<void(const Handset&)
     Session session(options);
     const PHN_ERROR answer = session.Find();
     if (answer == PHN_ERROR_NO_DEVICE || answer == PHN_ERROR_COMMUNICATION)
-        throw Refusal(answer, Explain(answer) + '\n' + NoHandset(answer, options));
+        throw Refusal(ErrorOf(answer), "", NoHandsetAdvice(options));
     if (answer != PHN_ERROR_NONE)
-        throw Refusal(answer, Explain(answer) + '\n' + NotServed(answer));
-    session.Run(work);
+        throw Refusal(ErrorOf(answer), "", NotServedAdvice(answer));
+    try {
+        session.Run(work);
+    } catch (const Refusal& refusal) {
+        throw refusal.Advised(LossAdvice(refusal));
+    }
     return kDone;
 }
 

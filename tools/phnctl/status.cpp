@@ -29,7 +29,7 @@ std::vector<Command> StatusCommands()
     return {{"status",
              "Show battery, network and data connection",
              "Values that only the model knows are shown under their field names unless a label\n"
-             "file names them; on a terminal they share lines. With --json the members are always\n"
+             "file (--labels) names them; on a terminal they share lines. With --json the members are always\n"
              "the field names. 'phnctl watch' follows the changes.\n\n"
              "Examples:\n"
              "  phnctl status\n"

@@ -1,5 +1,5 @@
-// Where handsets appear on this system, for doctor: a device directory (surroundings_directory.cpp) or the driver's
-// device interfaces and serial ports (surroundings_driver.cpp).
+// Where handsets appear on this system: a device directory (surroundings_directory.cpp) or the driver's device
+// interfaces and serial ports (surroundings_driver.cpp). Used by doctor, and to explain a search that found nothing.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@ struct PortEntry
 {
     std::string name; // as the library sees it
     std::string path; // to open or examine
-    std::string kind; // "USB interface", "modem interface", "serial port"
+    std::string kind; // "USB interface", "modem interface", "serial port"; the library leaves a "foreign ..." alone
 };
 
 // A terminal that could be a handset, but that the library does not see.
@@ -31,5 +31,8 @@ struct Surroundings
 };
 
 Surroundings LookAround();
+
+// A line for another terminal that starts a simulated handset which this one then finds; empty where there is none.
+std::string SimulatorCommand();
 
 } // namespace phnctl

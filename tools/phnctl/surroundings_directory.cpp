@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <set>
+#include <unistd.h>
 
 namespace phnctl {
 
@@ -20,6 +21,26 @@ fs::path DeviceDirectory()
 {
     const char* named = std::getenv("PHNNRV_DEVICES");
     return named ? named : "/dev/phnnrv";
+}
+
+bool IsWritable(const fs::path& folder)
+{
+    return access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
+std::string Quoted(const fs::path& path)
+{
+    return "'" + path.string() + "'";
+}
+
+// Without more rights than are needed.
+std::string MakeCommand(const fs::path& directory)
+{
+    std::error_code error;
+    fs::path nearest = fs::absolute(directory, error).lexically_normal();
+    while (!fs::exists(nearest, error) && nearest.has_relative_path())
+        nearest = nearest.parent_path();
+    return (IsWritable(nearest) ? "mkdir -p " : "sudo install -d -o \"$USER\" ") + Quoted(directory);
 }
 
 std::string Kind(std::string name)
@@ -58,8 +79,9 @@ std::vector<UnlistedTerminal> Unlisted(const fs::path& directory, const std::vec
     std::vector<UnlistedTerminal> terminals;
     for (const auto& terminal : fs::directory_iterator("/dev", error))
         if (IsHandsetTerminal(terminal.path().filename().string()) && !listed.contains(terminal.path()))
-            terminals.push_back({terminal.path().string(), "sudo ln -s " + terminal.path().string() + " '" +
-                                                               (directory / FreeName(directory)).string() + "'"});
+            terminals.push_back({terminal.path().string(), (IsWritable(directory) ? "ln -s " : "sudo ln -s ") +
+                                                               terminal.path().string() + " " +
+                                                               Quoted(directory / FreeName(directory))});
     return terminals;
 }
 
@@ -74,9 +96,8 @@ Surroundings LookAround()
     fs::directory_iterator entry(directory, error);
     if (error) {
         found.problem = error.message();
-        found.remedy = error == std::errc::no_such_file_or_directory
-                           ? "sudo install -d -o \"$USER\" '" + directory.string() + "'"
-                           : "sudo chmod a+rx '" + directory.string() + "'";
+        found.remedy = error == std::errc::no_such_file_or_directory ? MakeCommand(directory)
+                                                                     : "sudo chmod a+rx " + Quoted(directory);
         return found;
     }
     for (; entry != fs::directory_iterator(); entry.increment(error)) {
@@ -87,6 +108,16 @@ Surroundings LookAround()
               [](const PortEntry& a, const PortEntry& b) { return a.name < b.name; });
     found.unlisted = Unlisted(directory, found.entries);
     return found;
+}
+
+std::string SimulatorCommand()
+{
+    const fs::path directory = DeviceDirectory();
+    std::error_code error;
+    if (fs::is_directory(directory, error) && IsWritable(directory))
+        return "phnsim --port com5 --devices " + Quoted(directory);
+    return "export PHNNRV_DEVICES=/tmp/handsets; mkdir -p $PHNNRV_DEVICES; phnsim --port com5   # here: the same "
+           "export";
 }
 
 } // namespace phnctl

@@ -73,4 +73,9 @@ Surroundings LookAround()
     return found;
 }
 
+std::string SimulatorCommand()
+{
+    return {};
+}
+
 } // namespace phnctl

@@ -1,5 +1,7 @@
 #include "phnctl/watch_view.h"
 
+#include "phnctl/print.h"
+
 #include "phnctl/table.h"
 #include "phnctl/text.h"
 #include "system/system.h"
@@ -126,7 +128,7 @@ void WatchView::Show(const WatchEvent& event)
     if (m_closed)
         return;
     Draw(event, std::time(nullptr));
-    std::fflush(stdout);
+    FlushOutput();
 }
 
 void WatchView::Close()
@@ -134,7 +136,7 @@ void WatchView::Close()
     const std::lock_guard lock(m_mutex);
     m_closed = true;
     Finish();
-    std::fflush(stdout);
+    FlushOutput();
 }
 
 std::unique_ptr<WatchView> MakeWatchView(const Options& options)

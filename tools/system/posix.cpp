@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <csignal>
+#include <dlfcn.h>
+#include <fcntl.h>
 #include <iostream>
 #include <sys/ioctl.h>
 #include <termios.h>
@@ -39,6 +41,15 @@ public:
     EchoOff& operator=(const EchoOff&) = delete;
 };
 
+// A port that is opened must not get the number of a stream that the caller has closed, or messages would go to it.
+// Reading or writing such a stream still fails.
+void OccupyClosedStreams()
+{
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (fcntl(stream, F_GETFD) == -1)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
 std::optional<std::string> ReadLine()
 {
     std::string line;
@@ -49,6 +60,7 @@ std::optional<std::string> ReadLine()
 
 std::vector<std::string> Arguments(int argc, char** argv)
 {
+    OccupyClosedStreams();
     return {argv + 1, argv + argc};
 }
 
@@ -115,6 +127,15 @@ std::vector<std::string> LibraryCandidates()
 {
     const std::filesystem::path here = ExecutableDirectory();
     return {(here.parent_path() / "lib" / "libphnnrv.so").string(), (here / "libphnnrv.so").string(), "libphnnrv.so"};
+}
+
+std::string WhyNotLoaded(const std::string& library)
+{
+    void* loaded = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!loaded)
+        return dlerror();
+    dlclose(loaded);
+    return "it loads now";
 }
 
 std::filesystem::path DataDirectory()

@@ -120,7 +120,8 @@ PortReport ExaminePort(const std::string& path)
     std::error_code error;
     const fs::path target = fs::canonical(path, error);
     report.target = error ? fs::read_symlink(path, error).string() : target.string();
-    const std::string removal = "rm '" + path + "'";
+    const bool mayRemove = access(fs::path(path).parent_path().c_str(), W_OK | X_OK) == 0;
+    const std::string removal = (mayRemove ? "rm '" : "sudo rm '") + path + "'";
     struct stat node
     {
     };

@@ -12,7 +12,8 @@
 
 namespace host {
 
-// The program's arguments in UTF-8, without the program's name; also makes the terminal take UTF-8.
+// The program's arguments in UTF-8, without the program's name; also makes the terminal take UTF-8, and a standard
+// stream that the caller has closed fail instead of reaching a file that is opened later. Call it first.
 std::vector<std::string> Arguments(int argc, char** argv);
 
 // Columns of the terminal that the stream writes to, 0 when it is none.
@@ -35,6 +36,9 @@ std::filesystem::path ExecutableDirectory();
 
 // Where the handset library may lie, most likely place first. The last may be a bare name, for the system's own search.
 std::vector<std::string> LibraryCandidates();
+
+// The system's own words for why a library has just failed to load.
+std::string WhyNotLoaded(const std::string& library);
 
 // Where files that belong to the program but are no code lie.
 std::filesystem::path DataDirectory();

@@ -2,6 +2,7 @@
 
 #include <io.h>
 #include <iostream>
+#include <system_error>
 #include <windows.h>
 
 namespace host {
@@ -109,6 +110,11 @@ std::filesystem::path ExecutableDirectory()
 std::vector<std::string> LibraryCandidates()
 {
     return {(ExecutableDirectory() / "PHNNRV.dll").string(), "PHNNRV.dll"};
+}
+
+std::string WhyNotLoaded(const std::string&)
+{
+    return std::system_category().message(static_cast<int>(GetLastError()));
 }
 
 std::filesystem::path DataDirectory()
