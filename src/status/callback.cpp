@@ -44,7 +44,7 @@ struct CCallback::SPolledType
     const char* pszMember;
 };
 
-const CCallback::SPolledType CCallback::s_aPolledTypes[]{
+const CCallback::SPolledType CCallback::kPolledTypes[]{
     {PHN_CALLBACK_CONNECTION_INFO, CALLBACK_FLAG_CONNECTION, kConnectionChanged, &CCallback::m_pfnGetConnectionInfo,
      "PHN_CALLBACK_CONNECTION_INFO", "CALLBACK_FLAG_CONNECTION", "m_pfnGetConnectionInfo"},
     {PHN_CALLBACK_STATE_INFO, CALLBACK_FLAG_STATE_INFO, kStateChanged, &CCallback::m_pfnGetStateInfo,
@@ -71,12 +71,12 @@ bool CCallback::SetCallback(HWND hWnd, HANDLE, int32_t eCallbackType, PHN_CALLBA
     *pError = PHN_ERROR_NONE;
     m_hNotifyWnd = hWnd;
     if (eCallbackType == PHN_CALLBACK_ALL) {
-        for (const SPolledType& Type : s_aPolledTypes)
+        for (const SPolledType& Type : kPolledTypes)
             SetPolled(Type, pfnCallback, bRemove);
         SetRemoved(pfnCallback, bRemove);
     } else if (eCallbackType == PHN_CALLBACK_REMOVED) {
         SetRemoved(pfnCallback, bRemove);
-    } else if (const auto* pType = FindFirst(s_aPolledTypes, &SPolledType::eCallbackType, eCallbackType)) {
+    } else if (const auto* pType = FindFirst(kPolledTypes, &SPolledType::eCallbackType, eCallbackType)) {
         SetPolled(*pType, pfnCallback, bRemove);
     } else {
         *pError = PHN_ERROR_NOT_SUPPORTED;
@@ -158,7 +158,7 @@ void CCallback::CallbackTimerFunction(HWND hWnd, HANDLE hDevice)
         return;
     WORD wFlags = 0;
     GetPhoneVariance(hDevice, &wFlags); // a failed read is logged, and leaves nothing to call
-    for (const SPolledType& Type : s_aPolledTypes) {
+    for (const SPolledType& Type : kPolledTypes) {
         if (!(m_dwFlags & Type.dwFlag) || !(wFlags & Type.wVariance))
             continue;
         CLock Lock(g_csCallbackPoll);
@@ -186,6 +186,6 @@ void CCallback::Retire()
     m_dwFlags = 0;
     m_nPollUsers = 0;
     m_pfnRemoved = nullptr;
-    for (const SPolledType& Type : s_aPolledTypes)
+    for (const SPolledType& Type : kPolledTypes)
         this->*Type.pMember = nullptr;
 }

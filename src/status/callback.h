@@ -39,7 +39,7 @@ public:
 
 private:
     struct SPolledType;
-    static const SPolledType s_aPolledTypes[6];
+    static const SPolledType kPolledTypes[6];
 
     void SetPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove);
     void RegisterPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback) PHN_REQUIRES(g_csCallbackPoll);
