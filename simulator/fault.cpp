@@ -100,6 +100,14 @@ void ParseValues(std::string_view whole, std::string_view text, const KindRow& r
         Fail(whole, "the places to split at must ascend");
 }
 
+std::string Kinds()
+{
+    std::string names;
+    for (const KindRow& row : kKinds)
+        names.append(names.empty() ? " " : ", ").append(row.name);
+    return names;
+}
+
 const KindRow& Row(FaultKind kind)
 {
     return *std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& row) { return row.kind == kind; });
@@ -124,7 +132,7 @@ Fault ParseFault(std::string_view text)
     const std::string_view name = rest.substr(0, equals);
     const auto row = std::find_if(kKinds.begin(), kKinds.end(), [&](const KindRow& kind) { return kind.name == name; });
     if (row == kKinds.end())
-        Fail(text, "no such kind; the kinds are\n" + FaultHelp());
+        Fail(text, "no such kind; the kinds are" + Kinds() + " (phnsim --help describes them)");
     fault.kind = row->kind;
     ParseValues(text, rest.substr(std::min(equals + 1, rest.size())), *row, fault);
     return fault;

@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <ctime>
 #include <exception>
+#include <filesystem>
+#include <stdexcept>
 
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -103,8 +105,22 @@ void Prepare(Simulator& simulator, const PhnsimOptions& options)
         handset.SetTrace(PrintTrace, options.hex ? TraceDetail::Hex : TraceDetail::Decoded);
 }
 
+// What a newcomer meets first: the usual directory is root's to make.
+void CheckDevices(const std::string& devices)
+{
+    const bool isThere = std::filesystem::is_directory(devices);
+    if (isThere && access(devices.c_str(), W_OK | X_OK) == 0)
+        return;
+    throw std::runtime_error(
+        (isThere ? "this user may not write into the device directory " : "there is no device directory ") + devices +
+        "\nChoose another one with --devices or PHNNRV_DEVICES, which phnctl needs as well, and make "
+        "it:\n  export PHNNRV_DEVICES=/tmp/handsets; mkdir -p $PHNNRV_DEVICES");
+}
+
 int Run(const PhnsimOptions& options)
 {
+    if (!options.tcpPort)
+        CheckDevices(options.devices);
     std::signal(SIGPIPE, SIG_IGN); // a TCP peer or a reader of the trace that goes is no reason to die
     const Descriptor signals(BlockEndSignals());
     Simulator simulator(options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name),

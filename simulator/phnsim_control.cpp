@@ -27,9 +27,11 @@ void Show(Control& control, std::string_view path)
 void Set(Control& control, std::string_view rest)
 {
     const std::string_view path = TakeWord(rest);
-    if (path.empty())
+    if (rest.empty())
         throw std::invalid_argument("set needs a path and a value, such as: set battery/battery2 40");
-    control.simulator.Control().Set(path, rest);
+    Handset& handset = control.simulator.Control();
+    handset.Set(path, rest);
+    control.print(std::string(path) + " = " + handset.Show(path));
 }
 
 void Flags(Control& control, std::string_view rest)
@@ -40,6 +42,7 @@ void Flags(Control& control, std::string_view rest)
     if (error != std::errc() || end != rest.data() + rest.size())
         throw std::invalid_argument("flags needs a hexadecimal number of 16 bits");
     control.simulator.Control().Change(flags, [](Phone&) {});
+    control.print("the host will be told");
 }
 
 void DeliverMessage(Control& control, std::string_view rest)
@@ -52,33 +55,47 @@ void DeliverMessage(Control& control, std::string_view rest)
 
 void AddFault(Control& control, std::string_view rest)
 {
-    control.simulator.Control().AddFault(rest);
+    if (rest.empty())
+        throw std::invalid_argument("fault needs a fault, such as silence@6*1; phnsim --help lists them");
+    const Fault fault = ParseFault(rest);
+    control.simulator.Control().AddFault(fault);
+    control.print("fault " + ToString(fault));
 }
 
 void ListFaults(Control& control, std::string_view)
 {
-    for (const Fault& fault : control.simulator.Control().Faults())
+    const std::vector<Fault> faults = control.simulator.Control().Faults();
+    for (const Fault& fault : faults)
         control.print(ToString(fault));
+    if (faults.empty())
+        control.print("no faults");
 }
 
 void ClearFaults(Control& control, std::string_view)
 {
     control.simulator.Control().ClearFaults();
+    control.print("no faults");
 }
 
 void Unplug(Control& control, std::string_view)
 {
+    const bool wasPlugged = control.simulator.IsPlugged();
     control.simulator.Unplug();
+    control.print(wasPlugged ? "unplugged" : "unplugged already");
 }
 
 void Replug(Control& control, std::string_view)
 {
+    const bool wasPlugged = control.simulator.IsPlugged();
     control.simulator.Replug();
+    control.print(wasPlugged ? "plugged in already" : "plugged in");
 }
 
 void HangUp(Control& control, std::string_view)
 {
+    const bool wasPlugged = control.simulator.IsPlugged();
     control.simulator.HangUp();
+    control.print(wasPlugged ? "hung up; the line can be opened again" : "unplugged: there is no line to hang up");
 }
 
 void SetTrace(Control& control, std::string_view how)
@@ -87,6 +104,7 @@ void SetTrace(Control& control, std::string_view how)
         throw std::invalid_argument("trace is on, hex or off");
     control.simulator.Control().SetTrace(how == "off" ? Handset::TraceSink() : control.trace,
                                          how == "hex" ? TraceDetail::Hex : TraceDetail::Decoded);
+    control.print("trace " + std::string(how));
 }
 
 std::string FileFor(const Control& control, std::string_view file)
@@ -98,12 +116,16 @@ std::string FileFor(const Control& control, std::string_view file)
 
 void Save(Control& control, std::string_view file)
 {
-    control.simulator.Control().Save(FileFor(control, file));
+    const std::string name = FileFor(control, file);
+    control.simulator.Control().Save(name);
+    control.print("saved to " + name);
 }
 
 void Load(Control& control, std::string_view file)
 {
-    control.simulator.Control().Load(FileFor(control, file));
+    const std::string name = FileFor(control, file);
+    control.simulator.Control().Load(name);
+    control.print("loaded from " + name);
 }
 
 void Quit(Control& control, std::string_view)
@@ -114,7 +136,7 @@ void Quit(Control& control, std::string_view)
 struct Row
 {
     std::string_view name;
-    std::string_view help;
+    std::string_view help; // empty: another name of the row above
     void (*execute)(Control& control, std::string_view rest);
 };
 
@@ -128,7 +150,8 @@ constexpr Row kRows[] = {
     {"faults", "faults                 list the faults", ListFaults},
     {"clear-faults", "clear-faults           remove all faults", ClearFaults},
     {"unplug", "unplug                 take the handset away", Unplug},
-    {"replug", "replug                 and put it back", Replug},
+    {"replug", "replug, plug           and put it back", Replug},
+    {"plug", "", Replug},
     {"hangup", "hangup                 drop the line", HangUp},
     {"trace", "trace on|hex|off       print frames", SetTrace},
     {"save", "save [FILE]            write the state", Save},
@@ -139,7 +162,8 @@ constexpr Row kRows[] = {
 void Help(Control& control, std::string_view)
 {
     for (const Row& row : kRows)
-        control.print(row.help);
+        if (!row.help.empty())
+            control.print(row.help);
 }
 
 } // namespace

@@ -12,10 +12,19 @@ constexpr int kUsageError = 2;
 constexpr const char* kFooter = R"(
 Control lines on standard input change the handset while it runs: "help" lists them.
 With --data the state is loaded from FILE if it exists, and saved there at the end.
-Ctrl-C ends the simulator and removes its link.
+docs/protocol.md says what the values of the state mean.
+Ctrl-C or the control line "quit" ends the simulator and removes its link; the end of
+standard input does not.
 
 Faults:
 )";
+
+// What becomes a name, or a part of one, in the device directory stays in there.
+std::string CheckName(const std::string& name)
+{
+    const bool isName = !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+    return isName ? std::string() : "\"" + name + "\" is no name for an entry of the device directory";
+}
 
 } // namespace
 
@@ -27,11 +36,16 @@ std::variant<PhnsimOptions, int> ParsePhnsimOptions(int argumentCount, char** ar
     CLI::App app("A simulated handset on a serial port.", "phnsim");
     app.footer(kFooter + FaultHelp());
     auto* way = app.add_option_group("port", "how it is reached (one of these)");
-    way->add_option("--port", port, "a plain serial port of this name, such as com5")->type_name("NAME");
-    way->add_option("--usb", usb, "the diagnostic interface of a USB handset, such as 0001")->type_name("INSTANCE");
-    way->add_option("--modem", modem, "the modem interface of a USB handset, such as 0001")->type_name("INSTANCE");
+    way->add_option("--port", port, "a plain serial port of this name, such as com5")
+        ->type_name("NAME")
+        ->check(CheckName);
+    way->add_option("--usb", usb, "the diagnostic interface of a USB handset, such as 0001")
+        ->type_name("INSTANCE")
+        ->check(CheckName);
+    way->add_option("--modem", modem, "the modem interface of a USB handset, such as 0001")
+        ->type_name("INSTANCE")
+        ->check(CheckName);
     auto* tcpOption = way->add_option("--tcp", tcp, "a TCP port on 127.0.0.1")->type_name("PORT");
-    way->add_flag("--list-commands", options.listCommands, "list the commands it answers, and end");
     way->require_option(1);
     options.devices = "/dev/phnnrv";
     app.add_option("--devices", options.devices, "the device directory")
@@ -42,10 +56,23 @@ std::variant<PhnsimOptions, int> ParsePhnsimOptions(int argumentCount, char** ar
     app.add_option("--seed", options.seed, "for faults that strike by chance")->capture_default_str();
     app.add_flag("--trace", options.trace, "print each frame, decoded, on one line");
     app.add_flag("--hex", options.hex, "with the bytes as well");
+    app.add_flag_callback(
+        "--list-commands",
+        [&] {
+            options.listCommands = true;
+            throw CLI::Success();
+        },
+        "list the commands of the wire protocol that it answers, and end");
+    app.set_version_flag("--version", "phnsim " PHN_VERSION);
     try {
         app.parse(argumentCount, arguments);
+    } catch (const CLI::Success& success) {
+        if (options.listCommands)
+            return options;
+        return app.exit(success);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kUsageError;
+        app.exit(error);
+        return kUsageError;
     }
     options.trace = options.trace || options.hex;
     if (tcpOption->count() != 0)

@@ -20,7 +20,8 @@ using Json = nlohmann::ordered_json;
 
 [[noreturn]] void Fail(const std::string& place, const std::string& wrong)
 {
-    throw std::invalid_argument((place.empty() ? "/" : place) + ": " + wrong);
+    const std::string name = place.substr(place.starts_with('/') ? 1 : 0); // as a person writes it for "set"
+    throw std::invalid_argument((name.empty() ? "the state" : name) + ": " + wrong);
 }
 
 // Writing.
@@ -163,7 +164,7 @@ void FromJson(const Json& node, const std::string& place, T& part)
     Describe(visit, part);
     for (const auto& [name, value] : node.items())
         if (!visit.known.contains(name))
-            Fail(place + "/" + name, "this name is not known here");
+            Fail(place + "/" + name, "there is no such part");
 }
 
 void CheckTexts(const Phone& phone)
@@ -183,10 +184,45 @@ Phone FromJson(const Json& node, const Phone& base)
     return phone;
 }
 
-Json::json_pointer Pointer(std::string_view path)
+// "[json.exception.parse_error.101] parse error at line 1, ...": the name of the library's class is nobody's business.
+std::string PlainWords(const Json::exception& error)
 {
+    const std::string text = error.what();
+    return text.substr(std::min(text.find("] ") + 2, text.size()));
+}
+
+[[noreturn]] void FailAbsent(const Json& node, std::string_view path)
+{
+    const std::string name = "/" + std::string(path.substr(path.rfind('/') + 1));
+    std::string advice = "\"show\" shows what there is";
+    const Json parts = node.flatten();
+    for (const auto& [known, value] : parts.items())
+        if (known.ends_with(name)) {
+            advice = "did you mean " + known.substr(1) + "?";
+            break;
+        }
+    Fail(std::string(path), "there is no such part; " + advice);
+}
+
+// A path as a person writes it: "battery/battery2".
+Json::json_pointer Pointer(const Json& node, std::string_view path)
+try {
     const bool isRelative = !path.empty() && path.front() != '/';
     return Json::json_pointer((isRelative ? "/" : "") + std::string(path));
+} catch (const Json::exception&) {
+    FailAbsent(node, path);
+}
+
+// The part of the state to be set. A new entry of a store is made, null.
+Json& PlaceFor(Json& node, std::string_view path)
+try {
+    const Json::json_pointer pointer = Pointer(node, path);
+    const Json::json_pointer above = pointer.parent_pointer();
+    if (!node.contains(pointer) && (above.empty() || !node.contains(above)))
+        FailAbsent(node, path);
+    return node[pointer];
+} catch (const Json::exception&) {
+    FailAbsent(node, path);
 }
 
 } // namespace
@@ -195,30 +231,28 @@ Phone PhoneFromJson(std::string_view text, const Phone& base)
 try {
     return FromJson(Json::parse(text), base);
 } catch (const Json::exception& error) {
-    throw std::invalid_argument(error.what());
+    throw std::invalid_argument("this is no JSON: " + PlainWords(error));
 }
 
 Phone WithValue(const Phone& phone, std::string_view path, std::string_view value)
-try {
+{
     Json node = ToJson(phone);
-    Json& place = node[Pointer(path)];
+    Json& place = PlaceFor(node, path);
     Json wanted = Json::parse(value, nullptr, false);
-    if (place.is_string() && !wanted.is_string())
+    if (wanted.is_discarded() || (place.is_string() && !wanted.is_string()))
         wanted = ToUtf8(ToUtf16(value));
-    if (wanted.is_discarded())
-        Fail(std::string(path), "this is no JSON value");
     place = std::move(wanted);
     return FromJson(node, phone);
-} catch (const Json::exception& error) {
-    throw std::invalid_argument(std::string(path) + ": " + error.what());
 }
 
 std::string PhoneToJson(const Phone& phone, std::string_view path)
-try {
+{
     constexpr int kIndent = 2;
-    return ToJson(phone).at(Pointer(path)).dump(kIndent);
-} catch (const Json::exception& error) {
-    throw std::invalid_argument(std::string(path) + ": " + error.what());
+    const Json node = ToJson(phone);
+    const Json::json_pointer pointer = Pointer(node, path);
+    if (!node.contains(pointer))
+        FailAbsent(node, path);
+    return node[pointer].dump(kIndent);
 }
 
 } // namespace simulator

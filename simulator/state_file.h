@@ -9,7 +9,7 @@
 
 namespace simulator {
 
-// Both throw std::invalid_argument with the place ("/contacts/3/ringer") and what is wrong there: a name that is
+// Both throw std::invalid_argument with the place ("contacts/3/ringer") and what is wrong there: a name that is
 // unknown, a number that does not fit, a value of another kind. What `text` leaves out stays as it is in `base`; a
 // store (contacts, events, messages, calls, groups, pictures, ringers) that it names is replaced as a whole.
 Phone PhoneFromJson(std::string_view text, const Phone& base);
