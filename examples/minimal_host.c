@@ -1,5 +1,5 @@
 /* The smallest useful host in C: start the service, print the handset's identity, end the service. It is linked with
- * the library, so the library is loaded, and its window owned, by the thread that runs main. README.md here has the
+ * the library, so the library is loaded, and its window owned, by the thread that runs main. README.md has the
  * lines that compile it. */
 #include <stdio.h>
 

@@ -1,6 +1,6 @@
 // The smallest host in C++ that follows a handset: callbacks tell it what changed, and it fetches the new values. It
 // runs until it is interrupted. Callbacks come while the thread that loaded the library dispatches window messages.
-// README.md here has the lines that compile it.
+// README.md has the lines that compile it.
 #include <windows.h>
 
 #include <cstdio>

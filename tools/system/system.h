@@ -37,7 +37,7 @@ std::filesystem::path ExecutableDirectory();
 // Where the handset library may lie, most likely place first. The last may be a bare name, for the system's own search.
 std::vector<std::string> LibraryCandidates();
 
-// The system's own words for why a library has just failed to load.
+// The system's own words for why a library does not load; tries it once more.
 std::string WhyNotLoaded(const std::string& library);
 
 // Where files that belong to the program but are no code lie.

@@ -112,8 +112,12 @@ std::vector<std::string> LibraryCandidates()
     return {(ExecutableDirectory() / "PHNNRV.dll").string(), "PHNNRV.dll"};
 }
 
-std::string WhyNotLoaded(const std::string&)
+std::string WhyNotLoaded(const std::string& library)
 {
+    if (const HMODULE loaded = LoadLibraryA(library.c_str())) {
+        FreeLibrary(loaded);
+        return "it loads now";
+    }
     return std::system_category().message(static_cast<int>(GetLastError()));
 }
 
