@@ -161,6 +161,14 @@ TEST(PduEncoder, CutsABodyToWhatTheLengthBytesCanSay)
                         Item(0x0E, "0" + Bits(36, 8) + Characters(codes, 4)),
                         body(240)}));
     EXPECT_EQ(pdu[kHead.size() + 2 + 38 + 1], 255);
+    // 245 would end on a byte boundary and need one byte more than there is.
+    const Bytes tight = Encode({.year = 2009,
+                                .month = 14,
+                                .day = 1,
+                                .address = Widen(number),
+                                .callback = Widen(number.substr(0, 29)),
+                                .body = Body(std::string(255, 'x'))});
+    EXPECT_EQ(Bytes(tight.end() - 218, tight.end()), body(244));
 }
 
 // A time that does not exist is written as it is, two digits of each number.
@@ -177,6 +185,7 @@ TEST(PduEncoder, StampsOnlyFullDates)
     EXPECT_EQ(stamp({.year = 2009, .month = 3, .hour = 12}), Bytes());
     EXPECT_EQ(stamp({.year = 2009, .month = 13, .day = 45, .hour = 27, .minute = 61, .second = 59}),
               (Bytes{3, 6, 0x09, 0x13, 0x45, 0x27, 0x61, 0x59}));
+    EXPECT_EQ(stamp({.year = 1999, .month = 13, .day = 1}), (Bytes{3, 6, 0x19, 0x13, 0x01, 0, 0, 0}));
     EXPECT_EQ(stamp({.year = 65535, .month = 255, .day = 255, .hour = 255, .minute = 255, .second = 65499}),
               (Bytes{3, 6, 0x35, 0x55, 0x55, 0x55, 0x55, 0x19}));
 }

@@ -1,0 +1,139 @@
+// Reading many contacts, and listing many messages, through phnctl beside as many bare exchanges of the same bytes over
+// the same pseudo terminal. The program is timed by what the handset sees: from its reply to the startup's last request
+// to the last entry's.
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "bare_terminal.h"
+#include "link/frame_codec.h"
+#include "ratio.h"
+#include "simulator/device_directory.h"
+#include "simulator/simulator.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+struct Listing
+{
+    const char* arguments; // of phnctl
+    std::size_t entries;
+    std::size_t before; // exchanges between the startup's and the first entry's
+    std::size_t behind; // exchanges after the last entry's
+    // The request for an entry.
+    std::vector<std::uint8_t> (*request)(std::uint32_t entry);
+};
+
+std::vector<std::uint8_t> Request(std::initializer_list<std::uint32_t> numbers)
+{
+    std::vector<std::uint8_t> bytes;
+    for (const std::uint32_t number : numbers) {
+        for (int shift = 0; shift < 32; shift += 8)
+            bytes.push_back(static_cast<std::uint8_t>(number >> shift));
+        if (bytes.size() == 4)
+            bytes.insert(bytes.end(), {1, 0});
+    }
+    return bytes;
+}
+
+// Nothing before the first contact; the goodbye behind the last one.
+constexpr Listing kContacts{"contacts list --range 0-499", 500, 0, 1, [](std::uint32_t entry) {
+                                return Request({35, entry});
+                            }};
+// The model's name and the opening of the store before the first message; the end and the goodbye behind the last one.
+constexpr Listing kMessages{"messages list 0", 200, 2, 2, [](std::uint32_t entry) {
+                                return entry == 0 ? Request({17, 0}) : Request({18, 0, entry - 1});
+                            }};
+
+simulator::Phone FullPhone()
+{
+    simulator::Phone phone = simulator::DefaultPhone();
+    const simulator::Contact contact = phone.contacts.at(4);
+    phone.limits.contacts = kContacts.entries;
+    for (std::uint32_t id = 0; id < kContacts.entries; ++id)
+        phone.contacts[id] = contact;
+    simulator::Message message = phone.messages.at(6); // 160 characters
+    message.box = 0;
+    for (std::uint32_t index = 0; index < kMessages.entries; ++index)
+        phone.messages[index] = message;
+    return phone;
+}
+
+// When each reply has gone out, on the handset's own thread.
+std::vector<Clock::time_point> replies;
+
+void Tool(benchmark::State& state, simulator::Simulator& handset, const Listing& listing)
+{
+    constexpr std::size_t kStartup = 2;
+    const std::string command = std::string(PHNCTL " ") + listing.arguments + " > /dev/null";
+    for (auto _ : state) {
+        replies.clear();
+        handset.Control().SetTrace([](std::string_view line) {
+            if (line.starts_with("> "))
+                replies.push_back(Clock::now());
+        });
+        const bool isDone = std::system(command.c_str()) == 0;
+        handset.Control().SetTrace({});
+        const std::size_t last = kStartup + listing.before + listing.entries - 1;
+        if (!isDone || replies.size() != last + 1 + listing.behind)
+            return state.SkipWithError("phnctl did not read the entries");
+        const std::chrono::duration<double> time = replies[last] - replies[kStartup - 1];
+        state.SetIterationTime(time.count());
+    }
+}
+
+void Bare(benchmark::State& state, const std::string& path, const Listing& listing)
+{
+    bench::BareTerminal terminal(path);
+    CFrameCodec codec;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        for (std::uint32_t entry = 0; entry < listing.entries; ++entry) {
+            const std::vector<std::uint8_t> request = listing.request(entry);
+            std::uint8_t frame[64];
+            DWORD length = 0;
+            codec.ComposeData(request.data(), static_cast<DWORD>(request.size()), frame, sizeof frame, &length);
+            if (!terminal.Exchange(frame, length))
+                return state.SkipWithError("no reply");
+        }
+        state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    simulator::DeviceDirectory devices;
+    setenv("PHNNRV_DEVICES", devices.Path().c_str(), 1);
+    setenv("PHNNRV_REGISTRY", (devices.Path() / "none.reg").c_str(), 1);
+    const std::string name = simulator::UsbInterfaceName("0001");
+    simulator::Simulator handset(devices.Path(), name, simulator::PortKind::Diagnostic, FullPhone());
+    handset.Start();
+
+    const auto measure = [&](const std::string& what, const Listing& listing) {
+        benchmark::RegisterBenchmark((what + "_phnctl").c_str(),
+                                     [&](benchmark::State& state) { Tool(state, handset, listing); })
+            ->Iterations(1)
+            ->Repetitions(3)
+            ->UseManualTime();
+        benchmark::RegisterBenchmark((what + "_bare").c_str(), Bare, devices.Path() / name, listing)
+            ->Iterations(1)
+            ->Repetitions(3)
+            ->UseManualTime();
+    };
+    measure("contacts", kContacts);
+    measure("messages", kMessages);
+    using bench::Bound;
+    return bench::RunBenchmarks(argc, argv,
+                                {{"500 contacts through phnctl beside 500 bare exchanges", "contacts_phnctl",
+                                  "contacts_bare", Bound::AtMost, 1.05},
+                                 {"200 messages through phnctl beside 200 bare exchanges", "messages_phnctl",
+                                  "messages_bare", Bound::AtMost, 1.05}});
+}
