@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <system_error>
 
 namespace phnctl {
 
@@ -181,6 +182,8 @@ int Follow(const Invocation& invocation)
     Session session(invocation.options);
     const auto watch = std::make_shared<Watch>(invocation.options);
     const HANDLE stop = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    if (!stop)
+        throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), "CreateEvent");
     {
         const StopRequest request([watch, stop] {
             watch->changes.Stop();
