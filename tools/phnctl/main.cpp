@@ -44,15 +44,17 @@ Json ToJson(const std::exception& error)
     JsonObject members;
     if (const auto* refusal = dynamic_cast<const Refusal*>(&error)) {
         const ErrorText& text = refusal->Error();
-        members = {{"code", {std::int64_t{text.code}}},
-                   {"name", {text.name.empty() ? ErrorOf(text.code).name : text.name}},
-                   {"text", {text.meaning}}};
+        members.emplace_back("code", Json{std::int64_t{text.code}});
+        members.emplace_back("name", Json{text.name.empty() ? ErrorOf(text.code).name : text.name});
+        members.emplace_back("text", Json{text.meaning});
         if (!refusal->Doing().empty())
             members.emplace_back("while", Json{refusal->Doing()});
     } else {
-        members = {{"text", {std::string(error.what())}}};
+        members.emplace_back("text", Json{std::string(error.what())});
     }
-    return {JsonObject{{"error", {std::move(members)}}}};
+    JsonObject whole;
+    whole.emplace_back("error", Json{std::move(members)});
+    return {std::move(whole)};
 }
 
 // Standard output may be what has failed: a full disk must not hide the message that says so.
