@@ -53,7 +53,7 @@ World::World()
         throw std::runtime_error(folder);
     const std::string registry = folder + "/log.reg";
     std::ofstream(registry) << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n"
-                               "\"Logging Level\"=dword:00000101\n";
+                               "\"Logging Level\"=dword:00000000\n";
     setenv("PHNNRV_REGISTRY", registry.c_str(), 1);
     CreateLogLock();
     CreateCommandLock();
