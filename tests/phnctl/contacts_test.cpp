@@ -189,8 +189,7 @@ TEST_F(Contacts, ARefusalFailsOneEntryALossEndsTheRest)
     {
         const char* fault;
         const char* says;
-    } cases[] = {{"result=4@36*1", "4 contacts: 3 added, 1 failed.\n"},
-                 {"unplug@36*1", " not reached.\n"}};
+    } cases[] = {{"result=4@36*1", "4 contacts: 3 added, 1 failed.\n"}, {"unplug@36*1", " not reached.\n"}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.fault);
         Empty();
