@@ -4,6 +4,7 @@
 #include "phnctl/contact_kind.h"
 #include "phnctl/ending.h"
 #include "phnctl/entry_commands.h"
+#include "phnctl/event_kind.h"
 #include "phnctl/failure.h"
 #include "phnctl/history_sections.h"
 #include "phnctl/json.h"
@@ -27,6 +28,7 @@ std::vector<std::unique_ptr<BackupSection>> Sections()
 {
     std::vector<std::unique_ptr<BackupSection>> sections;
     sections.push_back(std::make_unique<EntrySection>(ContactKind()));
+    sections.push_back(std::make_unique<EntrySection>(EventKind()));
     sections.push_back(std::make_unique<MessageSection>());
     sections.push_back(std::make_unique<CallSection>());
     return sections;

@@ -85,6 +85,7 @@ std::vector<Command> ParametersCommands();
 std::vector<Command> ActivateCommands();
 std::vector<Command> ErrorCommands();
 std::vector<Command> ContactsCommands();
+std::vector<Command> EventsCommands();
 std::vector<Command> BackupCommands();
 std::vector<Command> MessagesCommands();
 std::vector<Command> CallsCommands();

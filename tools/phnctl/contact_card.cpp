@@ -176,26 +176,6 @@ private:
     std::vector<Note> m_dropped;
 };
 
-// Folds at 75 bytes, between characters.
-void AppendFolded(std::string& text, std::string_view line)
-{
-    constexpr std::size_t kLongest = 75;
-    std::size_t room = kLongest;
-    while (!line.empty()) {
-        std::size_t length = 0;
-        while (length < line.size()) {
-            const std::size_t character = CharacterLength(line.substr(length));
-            if (length + character > room)
-                break;
-            length += character;
-        }
-        text.append(line.substr(0, length));
-        line.remove_prefix(length);
-        text += line.empty() ? "\r\n" : "\r\n ";
-        room = kLongest - 1;
-    }
-}
-
 void AppendCard(std::string& text, const Entry& contact)
 {
     const std::string* name = contact.Find(kName);

@@ -66,27 +66,6 @@ std::optional<std::string> Dialable(std::string_view text)
     return number;
 }
 
-std::string CutToUnits(const std::string& text, std::size_t units)
-{
-    std::size_t used = 0;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = CharacterLength(std::string_view(text).substr(i));
-        used += length == 4 ? 2 : 1;
-        if (used > units)
-            return text.substr(0, i);
-        i += length;
-    }
-    return text;
-}
-
-// One line, without spaces around it.
-std::string Trimmed(const std::string& value)
-{
-    std::string text = WithoutControls(value);
-    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
 class Fitter
 {
 public:
@@ -128,7 +107,7 @@ private:
 
     void TakeName(const Wish& wish)
     {
-        const std::string name = Trimmed(wish.value);
+        const std::string name = OneLine(wish.value);
         if (name.empty() || m_result.entry.Find(kName))
             return;
         const std::size_t space = name.find(' ');
@@ -144,7 +123,7 @@ private:
         if (!TryToHandset(fitting))
             Refuse("no-place-in-code-page", wish,
                    fmt::format("'{}' holds characters that have no place in the handset library's code page", fitting));
-        m_result.entry.fields.push_back({kName, Trimmed(fitting)});
+        m_result.entry.fields.push_back({kName, OneLine(fitting)});
     }
 
     void TakeNumber(const Wish& wish)
@@ -160,7 +139,7 @@ private:
 
     void TakeAddress(const Wish& wish)
     {
-        const std::string address = Trimmed(wish.value);
+        const std::string address = OneLine(wish.value);
         if (address.empty())
             return;
         if (CutToUnits(address, kValueUnits) != address)
@@ -174,7 +153,7 @@ private:
 
     void TakeId(const Wish& wish)
     {
-        const std::string text = Trimmed(wish.value);
+        const std::string text = OneLine(wish.value);
         const bool isNegative = text.starts_with('-');
         const auto number = ParseNumber(std::string_view(text).substr(isNegative ? 1 : 0), 0x7FFFFFFF);
         if (text.empty())
@@ -198,7 +177,7 @@ private:
                                         [](const std::string& text) { return ParseNumber(text, 0x7FFFFFFF); });
         if (isList)
             m_settings.push_back({kSpeedDials, fmt::format("{}", fmt::join(numbers, ","))});
-        else if (!Trimmed(wish.value).empty())
+        else if (!OneLine(wish.value).empty())
             Tell("no-speed-dial-list", wish, fmt::format("'{}' is no list of five numbers", wish.value));
     }
 

@@ -1,5 +1,7 @@
 #include "phnctl/content_line.h"
 
+#include "phnctl/text.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -172,6 +174,25 @@ bool ContentLineReader::Next(ContentLine& line)
         return true;
     }
     return false;
+}
+
+void AppendFolded(std::string& text, std::string_view line)
+{
+    constexpr std::size_t kLongest = 75;
+    std::size_t room = kLongest;
+    while (!line.empty()) {
+        std::size_t length = 0;
+        while (length < line.size()) {
+            const std::size_t character = CharacterLength(line.substr(length));
+            if (length + character > room)
+                break;
+            length += character;
+        }
+        text.append(line.substr(0, length));
+        line.remove_prefix(length);
+        text += line.empty() ? "\r\n" : "\r\n ";
+        room = kLongest - 1;
+    }
 }
 
 } // namespace phnctl

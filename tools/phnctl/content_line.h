@@ -48,4 +48,7 @@ private:
 
 std::string UpperCase(std::string_view text);
 
+// Writes such a line: folded at 75 bytes, between characters, with its end.
+void AppendFolded(std::string& text, std::string_view line);
+
 } // namespace phnctl

@@ -91,6 +91,10 @@ void Library::Bind()
     Find(m_module, "PHN_GetPictureID", GetPictureID);
     Find(m_module, "PHN_GetRingerID", GetRingerID);
     Find(m_module, "PHN_GetGroup", GetGroup);
+    Find(m_module, "PHN_GetEvent", GetEvent);
+    Find(m_module, "PHN_SetEvent", SetEvent);
+    Find(m_module, "PHN_DeleteEvent", DeleteEvent);
+    Find(m_module, "PHN_DeleteAllEvents", DeleteAllEvents);
     Find(m_module, "PHN_GetMessageCount", GetMessageCount);
     Find(m_module, "PHN_SendMessage", SendMessage);
     Find(m_module, "PHN_GetFirstMessage", GetFirstMessage);

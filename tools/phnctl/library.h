@@ -41,6 +41,10 @@ public:
     decltype(&PHN_GetPictureID) GetPictureID;
     decltype(&PHN_GetRingerID) GetRingerID;
     decltype(&PHN_GetGroup) GetGroup;
+    decltype(&PHN_GetEvent) GetEvent;
+    decltype(&PHN_SetEvent) SetEvent;
+    decltype(&PHN_DeleteEvent) DeleteEvent;
+    decltype(&PHN_DeleteAllEvents) DeleteAllEvents;
     decltype(&PHN_GetMessageCount) GetMessageCount;
     decltype(&PHN_SendMessage) SendMessage;
     decltype(&PHN_GetFirstMessage) GetFirstMessage;

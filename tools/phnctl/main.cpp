@@ -18,8 +18,8 @@ std::vector<Command> AllCommands()
 {
     std::vector<Command> commands;
     for (auto* list : {InfoCommands, StatusCommands, WatchCommands, RadioCommands, LockCommands, ParametersCommands,
-                       ActivateCommands, ContactsCommands, MessagesCommands, CallsCommands, BackupCommands,
-                       ErrorCommands, DoctorCommands})
+                       ActivateCommands, ContactsCommands, EventsCommands, MessagesCommands, CallsCommands,
+                       BackupCommands, ErrorCommands, DoctorCommands})
         for (Command& command : list())
             commands.push_back(std::move(command));
     return commands;

@@ -152,4 +152,24 @@ std::string Printable(std::string_view text)
     return shown;
 }
 
+std::string CutToUnits(const std::string& text, std::size_t units)
+{
+    std::size_t used = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = CharacterLength(std::string_view(text).substr(i));
+        used += length == 4 ? 2 : 1;
+        if (used > units)
+            return text.substr(0, i);
+        i += length;
+    }
+    return text;
+}
+
+std::string OneLine(const std::string& value)
+{
+    std::string text = WithoutControls(value);
+    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
 } // namespace phnctl

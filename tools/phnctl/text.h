@@ -37,6 +37,12 @@ bool IsUtf8(std::string_view text);
 // UTF-8 in which every control character is a space, so that it is one line.
 std::string WithoutControls(std::string_view text);
 
+// The beginning of a text that is no more than so many units of UTF-16.
+std::string CutToUnits(const std::string& text, std::size_t units);
+
+// One line: control characters become spaces, and there are none around the text.
+std::string OneLine(const std::string& value);
+
 // UTF-8 made fit for a terminal: control characters, and bytes that are no UTF-8, as \xNN or \u{NNNN}.
 std::string Printable(std::string_view text);
 

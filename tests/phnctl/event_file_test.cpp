@@ -1,0 +1,198 @@
+// Calendars of other programs, and what a handset can hold of them.
+#include "phnctl/event_file.h"
+#include "phnctl/event_rule.h"
+
+#include <gtest/gtest.h>
+#include <libical/ical.h>
+
+namespace phnctl {
+namespace {
+
+constexpr const char* kZone = "BEGIN:VTIMEZONE\r\nTZID:Custom\r\nBEGIN:STANDARD\r\nDTSTART:19701025T030000\r\n"
+                              "RRULE:FREQ=YEARLY;BYMONTH=10;BYDAY=-1SU\r\nTZOFFSETFROM:+0200\r\nTZOFFSETTO:+0100\r\n"
+                              "END:STANDARD\r\nBEGIN:DAYLIGHT\r\nDTSTART:19700329T020000\r\n"
+                              "RRULE:FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU\r\nTZOFFSETFROM:+0100\r\nTZOFFSETTO:+0200\r\n"
+                              "END:DAYLIGHT\r\nEND:VTIMEZONE\r\n";
+
+std::string Calendar(const std::string& components)
+{
+    return "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Example//Calendar//EN\r\n" + components + "END:VCALENDAR\r\n";
+}
+
+std::string Event(const std::string& lines)
+{
+    return "BEGIN:VEVENT\r\nUID:1\r\nDTSTAMP:20090101T000000Z\r\n" + lines + "END:VEVENT\r\n";
+}
+
+// "PROPERTY=value" of each field, without the id; then "!code" of each note, and "cannot hold".
+std::string Show(const Candidate& candidate)
+{
+    std::string text;
+    for (const EntryField& field : candidate.entry.fields)
+        if (field.property != "UID")
+            text += field.property + '=' + field.value + ' ';
+    for (const Note& note : candidate.notes)
+        text += '!' + note.code + ' ';
+    return candidate.fits ? text : "cannot hold " + text.substr(text.find('!'));
+}
+
+TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
+{
+    const std::string noon = "SUMMARY:Tea\r\nDTSTART:20090310T120000\r\nDTEND:20090310T130000\r\n";
+    const std::string held = "DESCRIPTION=Tea DTSTART=20090310T120000 DTEND=20090310T130000 ";
+    const auto alarm = [&](const std::string& trigger) {
+        return noon + "BEGIN:VALARM\r\nACTION:AUDIO\r\n" + trigger + "\r\nEND:VALARM\r\n";
+    };
+    const struct
+    {
+        std::string lines, shown;
+    } cases[] = {
+        {noon, held},
+        {"SUM\r\n MARY:Te\r\n a\r\nDTSTART:20090310T120000\r\nDURATION:PT1H\r\n", held}, // folded
+        {"SUMMARY:a\\, b\\nc\r\nDTSTART:20090310T120000Z\r\nDURATION:PT30M\r\n",
+         "DESCRIPTION=a, b c DTSTART=20090310T120000 DTEND=20090310T123000 TZID=UTC "},
+        {"DESCRIPTION:only\r\nDTSTART:20090310T120000\r\n",
+         "DESCRIPTION=only DTSTART=20090310T120000 DTEND=20090310T120000 "},
+        {noon + "DESCRIPTION:more\r\nLOCATION:here\r\nATTENDEE:mailto:a\r\n", held + "!dropped !dropped !dropped "},
+        {"SUMMARY:" + std::string(81, 'x') + "\r\nDTSTART:20090310T120000\r\n",
+         "DESCRIPTION=" + std::string(80, 'x') + " DTSTART=20090310T120000 DTEND=20090310T120000 !text-cut "},
+        {"SUMMARY:\xE6\x97\xA5\r\nDTSTART:20090310T120000\r\n", "cannot hold !no-place-in-code-page "},
+        // Whole days.
+        {"SUMMARY:Tea\r\nDTSTART;VALUE=DATE:20090228\r\n",
+         "DESCRIPTION=Tea DTSTART=20090228T000000 DTEND=20090228T235900 "},
+        {"SUMMARY:Tea\r\nDTSTART;VALUE=DATE:20090228\r\nDTEND;VALUE=DATE:20090302\r\n",
+         "DESCRIPTION=Tea DTSTART=20090228T000000 DTEND=20090301T235900 "},
+        {"SUMMARY:Tea\r\nDTSTART;VALUE=DATE:20090228\r\nDURATION:P3D\r\n",
+         "DESCRIPTION=Tea DTSTART=20090228T000000 DTEND=20090302T235900 "},
+        // Zones: UTC, and the clock's time for what repeats.
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T120000\r\nDTEND;TZID=Custom:20090310T130000\r\n",
+         "DESCRIPTION=Tea DTSTART=20090310T110000 DTEND=20090310T120000 TZID=UTC "},
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090710T003000\r\nDURATION:PT1H\r\n",
+         "DESCRIPTION=Tea DTSTART=20090709T223000 DTEND=20090709T233000 TZID=UTC "},
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=WEEKLY\r\n",
+         held + "RRULE=FREQ=WEEKLY;INTERVAL=1 !zone-dropped "},
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Nowhere:20090310T120000\r\nDURATION:PT1H\r\n", held + "!unknown-zone "},
+        // Alarms.
+        {alarm("TRIGGER:-PT15M"), held + "TRIGGER=15 "},
+        {alarm("TRIGGER:-P1D"), held + "TRIGGER=1440 "},
+        {alarm("TRIGGER:-PT20M"), held + "TRIGGER=60 !alarm-moved "},
+        {alarm("TRIGGER:-P1W"), held + "TRIGGER=2880 !alarm-moved "},
+        {alarm("TRIGGER:PT5M"), held + "TRIGGER=0 !alarm-moved "},
+        {alarm("TRIGGER;RELATED=END:-PT1H"), held + "TRIGGER=0 "},
+        {alarm("TRIGGER;VALUE=DATE-TIME:20090310T100000Z"), held + "TRIGGER=120 "},
+        // Rules.
+        {noon + "RRULE:FREQ=MONTHLY;BYDAY=TU;BYSETPOS=2;UNTIL=20091231\r\n",
+         held + "RRULE=FREQ=MONTHLY;UNTIL=20091231T235959Z;INTERVAL=1;BYDAY=2TU "},
+        {noon + "RRULE:FREQ=WEEKLY;BYDAY=TH,TU;COUNT=4;WKST=SU\r\nEXDATE:20090312T120000\r\n",
+         held + "RRULE=FREQ=WEEKLY;COUNT=4;INTERVAL=1;BYDAY=TU,TH !exception-dropped "},
+        {noon + "RRULE:FREQ=MONTHLY;BYDAY=MO,TU;BYSETPOS=1\r\n", "cannot hold !rule "},
+        {noon + "RRULE:FREQ=HOURLY\r\n", "cannot hold !rule "},
+        {noon + "RRULE:FREQ=YEARLY;BYWEEKNO=11\r\n", "cannot hold !rule "},
+        {noon + "RRULE:FREQ=MONTHLY;BYDAY=2TU,3TU\r\n", "cannot hold !rule "},
+        {noon + "RRULE:FREQ=MONTHLY;BYDAY=3TU\r\n", "cannot hold !start-not-in-rule "},
+        {noon + "RRULE:FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=10\r\n", "cannot hold !start-not-in-rule "},
+        // What is none.
+        {"SUMMARY:Tea\r\n", "cannot hold !not-an-event "},
+        {"SUMMARY:Tea\r\nDTSTART:19801231T120000\r\n", "cannot hold !date-out-of-range "},
+        {"SUMMARY:Tea\r\nDTSTART:20380101T120000\r\n", "cannot hold !date-out-of-range "},
+        {"SUMMARY:Tea\r\nDTSTART:20090310T120000\r\nDTEND:20090310T110000\r\n", "cannot hold !ends-before-it-starts "},
+    };
+    for (const auto& [lines, shown] : cases) {
+        const auto candidates = EventsOfFile("file", Calendar(kZone + Event(lines)));
+        ASSERT_EQ(candidates.size(), 1u) << lines;
+        EXPECT_EQ(Show(candidates.front()), shown) << lines;
+    }
+}
+
+TEST(EventFile, EverythingInAFileIsSpokenOf)
+{
+    const std::string event = "SUMMARY:Tea\r\nDTSTART:20090310T120000\r\n";
+    const auto candidates = EventsOfFile("file", Calendar(Event(event) + "BEGIN:VTODO\r\nSUMMARY:x\r\nEND:VTODO\r\n") +
+                                                     Calendar(Event(event)));
+    ASSERT_EQ(candidates.size(), 3u);
+    EXPECT_TRUE(candidates[0].fits);
+    EXPECT_EQ(candidates[0].line, 4u);
+    EXPECT_FALSE(candidates[1].fits);
+    EXPECT_TRUE(candidates[2].fits);
+    EXPECT_EQ(candidates[2].line, 17u);
+    for (const std::string text : {"", "x", "BEGIN:VCALENDAR\r\nPRODID:x\r\nBEGIN:VEVENT\r\n"})
+        for (const Candidate& candidate : EventsOfFile("file", text))
+            EXPECT_FALSE(candidate.fits) << text;
+}
+
+TEST(EventFile, LongIdsBecomeShortOnesThatDiffer)
+{
+    const auto uidOf = [](const std::string& uid) {
+        const auto candidates =
+            EventsOfFile("file", Calendar("BEGIN:VEVENT\r\nUID:" + uid +
+                                          "\r\nSUMMARY:Tea\r\nDTSTART:20090310T120000\r\nEND:VEVENT\r\n"));
+        return *candidates.front().entry.Find("UID");
+    };
+    const std::string common(60, '0');
+    EXPECT_EQ(uidOf(std::string(40, 'a')), std::string(40, 'a'));
+    EXPECT_EQ(uidOf(common + "1").size(), 40u);
+    EXPECT_EQ(uidOf(common + "1"), uidOf(common + "1"));
+    EXPECT_NE(uidOf(common + "1"), uidOf(common + "2"));
+}
+
+TEST(EventFile, TheLibrarysTextAndTheToolsFilesComeBackUnchanged)
+{
+    const char* const library[] = {
+        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nCREATED:20090105T080000Z\r\nLAST-MODIFIED:"
+        "20090106T093000Z\r\n"
+        "UID:{id, 1}\r\nDESCRIPTION:Caf\xE9, bar; b\\ar\r\nDTSTART;TZID=EST:20090310T100000\r\n"
+        "DTEND;TZID=EST:20090310T120000\r\nRRULE:FREQ=MONTHLY;COUNT=5;INTERVAL=2;BYDAY=2TU\r\nBEGIN:VALARM\r\n"
+        "TRIGGER:-P15M\r\nACTION;X-PHN-RINGER-ID:4\r\nEND:VALARM\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n",
+        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nCREATED:00000000T000000Z\r\nLAST-MODIFIED:"
+        "00000000T000000Z\r\n"
+        "UID:{}\r\nDESCRIPTION:\r\nDTSTART:20090302T091500Z\r\nDTEND:20090302T093000Z\r\n"
+        "RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n",
+    };
+    for (const char* text : library) {
+        const Entry event = EventFromLibrary(text);
+        EXPECT_EQ(EventFromLibrary(EventToLibrary(event)), event);
+        const StoredEntry stored{3, event};
+        const std::string file = FileOfEvents({&stored, 1});
+        const auto back = EventsOfFile("file", file);
+        ASSERT_EQ(back.size(), 1u);
+        EXPECT_TRUE(back.front().notes.empty());
+        Entry expected = event;
+        if (!event.Find("UID")) // files need one
+            expected.fields.push_back({"UID", "phnctl-3"});
+        EXPECT_EQ(back.front().entry, expected) << file;
+        // Another program reads the same.
+        std::string foreign = file;
+        foreign.replace(foreign.find("//phnctl//"), 2, "//another ");
+        EXPECT_EQ(*EventsOfFile("file", foreign).front().entry.Find("DTSTART"),
+                  event.Find("TZID") && *event.Find("TZID") == "EST" ? "20090310T100000" : "20090302T091500");
+    }
+}
+
+TEST(EventRule, IsToldInWords)
+{
+    const struct
+    {
+        const char* rule;
+        const char* words;
+    } cases[] = {
+        {"FREQ=DAILY", "every day"},
+        {"FREQ=DAILY;COUNT=1;INTERVAL=3", "every 3 days, once"},
+        {"FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR", "every weekday"},
+        {"FREQ=WEEKLY;INTERVAL=2;BYDAY=MO,FR", "every 2 weeks on Monday and Friday"},
+        {"FREQ=MONTHLY;UNTIL=20091231T000000Z;BYDAY=2TU", "every second Tuesday of the month until 2009-12-31"},
+        {"FREQ=MONTHLY;BYDAY=-1FR,1MO", "every first Monday and last Friday of the month"},
+        {"FREQ=MONTHLY;INTERVAL=2;BYDAY=-2TU", "every 2 months, on the second to last Tuesday of the month"},
+        {"FREQ=MONTHLY;BYMONTHDAY=1,15,-1", "every month on day 1, day 15 and the last day"},
+        {"FREQ=YEARLY;BYMONTH=6;BYMONTHDAY=14", "every year on 14 June"},
+        {"FREQ=YEARLY;BYMONTH=3,4;BYMONTHDAY=-1;COUNT=5", "every year in March and April on the last day, 5 times"},
+    };
+    for (const auto& [text, words] : cases) {
+        EventRule rule;
+        std::string problem;
+        ASSERT_TRUE(rule.Parse(text, problem)) << text;
+        EXPECT_EQ(rule.Words(), words);
+    }
+}
+
+} // namespace
+} // namespace phnctl

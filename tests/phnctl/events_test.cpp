@@ -1,0 +1,121 @@
+// phnctl events with a handset: what is coming, what goes over, and that nothing is lost on the way.
+#include "phnctl/handset_run.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <libical/ical.h>
+
+namespace phnctl_test {
+namespace {
+
+class Events : public HandsetRun
+{
+protected:
+    Events()
+    {
+        m_program.Set("PHNNRV_TIME_SCALE", "0.2");
+        m_program.Set("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+    }
+    std::string File(const std::string& name, const std::string& text)
+    {
+        std::ofstream(m_folder.Path() / name, std::ios::binary) << text;
+        return Path(name);
+    }
+    std::string Path(const std::string& name) const { return (m_folder.Path() / name).string(); }
+    std::map<std::uint32_t, simulator::Event> Stored() { return Handset().Snapshot().events; }
+
+    simulator::DeviceDirectory m_folder;
+};
+
+bool Has(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+TEST_F(Events, ListsWhatIsComingInOrderInLocalTime)
+{
+    const Outcome list = Run("events list --from 2009-03-10 --days 1");
+    EXPECT_EQ(list.status, 0) << list.err;
+    std::size_t at = 0;
+    for (const char* line : {"Tue 2009-03-10 06:30  07:30  Swimming", "every week on Tuesday and Thursday",
+                             "1 hour before     25\n", "Tue 2009-03-10 07:30  07:35  Take the pills",
+                             "every day, 30 times", "Tue 2009-03-10 09:15  09:30  Stand-up meeting", "every weekday",
+                             "Tue 2009-03-10 16:00  18:00  Board: second Tuesday", // in EST
+                             "Tue 2009-03-10 21:00  21:30  Call with the office (PST)", "\n5 occurrences from "}) {
+        const std::size_t found = list.out.find(line, at);
+        ASSERT_NE(found, std::string::npos) << line << "\n" << list.out;
+        at = found;
+    }
+    const Outcome night = Run("events list --from 2009-03-29 --days 1 --json");
+    EXPECT_TRUE(Has(night.out, "\"start\":\"20090329T003000\",\"end\":\"20090329T090000\"")) << night.out;
+    EXPECT_TRUE(Has(Run("events list --stored --range 27-27").out, "every second Tuesday of the month"));
+    EXPECT_TRUE(Has(Run("events get 29").out, "Alarm     1 day before\n"));
+    EXPECT_EQ(Run("events list --from yesterday").status, 2);
+}
+
+TEST_F(Events, AnExportIsACalendarAndComesBackWithoutALoss)
+{
+    const Outcome text = Run("events export -");
+    ASSERT_EQ(text.status, 0) << text.err;
+    icalcomponent* const calendar = icalparser_parse_string(text.out.c_str());
+    ASSERT_TRUE(calendar);
+    EXPECT_EQ(icalcomponent_count_errors(calendar), 0);
+    EXPECT_TRUE(icalrestriction_check(calendar));
+    EXPECT_EQ(icalcomponent_count_components(calendar, ICAL_VEVENT_COMPONENT), 35);
+    EXPECT_EQ(icalcomponent_count_errors(calendar), 0) << "found by the check";
+    icalcomponent_free(calendar);
+
+    const std::string file = File("all.ics", text.out);
+    const auto before = Stored();
+    const Outcome none = Run("events import --json " + file);
+    EXPECT_TRUE(Has(none.out, "\"add\":0,\"change\":0,\"same\":35,\"cannotHold\":0")) << none.out << none.err;
+    ASSERT_EQ(Run("events clear --yes --copy " + Path("copy.ics")).status, 0);
+    ASSERT_TRUE(Stored().empty());
+    const Outcome back = Run("events import " + Path("copy.ics"));
+    EXPECT_EQ(back.status, 0) << back.err << back.out;
+    EXPECT_TRUE(Has(back.out, "35 events: 35 added.\n35 of 35 are on the handset.\n")) << back.out;
+    const auto after = Stored();
+    ASSERT_EQ(after.size(), before.size());
+    for (const auto& [index, event] : before) {
+        EXPECT_EQ(after.at(index).uid, event.uid);
+        EXPECT_EQ(after.at(index).start, event.start);
+        EXPECT_EQ(after.at(index).zone, event.zone);
+        EXPECT_EQ(after.at(index).alarm, event.alarm);
+        EXPECT_EQ(after.at(index).repeatCount, event.repeatCount);
+        EXPECT_EQ(after.at(index).byMonthDayFromEnd, event.byMonthDayFromEnd);
+    }
+    EXPECT_TRUE(Run("events export -").out == text.out);
+}
+
+TEST_F(Events, AForeignCalendarIsPlannedWrittenAndNotWrittenTwice)
+{
+    const std::string file =
+        File("new.ics", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Example//EN\r\n"
+                        "BEGIN:VEVENT\r\nUID:a\r\nDTSTAMP:20090101T000000Z\r\nSUMMARY:New\r\n"
+                        "DTSTART:20090415T100000Z\r\nDURATION:PT1H\r\nBEGIN:VALARM\r\nACTION:AUDIO\r\n"
+                        "TRIGGER:-PT15M\r\nEND:VALARM\r\nEND:VEVENT\r\n"
+                        "BEGIN:VEVENT\r\nUID:fjord40-0000\r\nDTSTAMP:20090101T000000Z\r\nSUMMARY:Changed\r\n"
+                        "DTSTART:20090302T120000\r\nDTEND:20090302T123000\r\nEND:VEVENT\r\n"
+                        "BEGIN:VEVENT\r\nUID:c\r\nDTSTAMP:20090101T000000Z\r\nSUMMARY:Hourly\r\n"
+                        "DTSTART:20090302T120000\r\nRRULE:FREQ=HOURLY\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+    const Outcome plan = Run("events import --dry-run " + file);
+    EXPECT_TRUE(Has(plan.out, "1 to add, 1 to change, 1 that the handset cannot hold")) << plan.out;
+    EXPECT_EQ(Handset().Requests(31), 0u);
+    const Outcome first = Run("events import --copy " + Path("old.ics") + " " + file);
+    EXPECT_EQ(first.status, 1);
+    EXPECT_TRUE(Has(first.out, "2 of 3 are on the handset.\n")) << first.out << first.err;
+    const simulator::Event added = Stored().at(35);
+    EXPECT_EQ(added.description, "New");
+    EXPECT_EQ(added.zone, 1u);
+    EXPECT_EQ(added.alarm, 1);
+    EXPECT_EQ(added.ringer, 255u);
+    EXPECT_EQ(Stored().at(0).description, "Changed");
+    EXPECT_EQ(Run("events import " + Path("old.ics") + " --no-copy").status, 0);
+    EXPECT_EQ(Stored().at(0).description, "Call with the office (local time)");
+    EXPECT_EQ(Run("events delete 35 --yes --no-copy").status, 0);
+    EXPECT_EQ(Stored().size(), 35u);
+    EXPECT_EQ(Run("events get 35").status, 1);
+}
+
+} // namespace
+} // namespace phnctl_test

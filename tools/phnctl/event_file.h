@@ -1,0 +1,33 @@
+// From the calendars of any program to events, and from events to a calendar that other programs read (RFC 5545). Used
+// by the event kind. The library's own text and the tool's own files are read here; the calendars of other programs by
+// libical, where the tool is built with it.
+#pragma once
+
+#include "phnctl/entry_kind.h"
+#include "phnctl/event_fields.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace phnctl {
+
+std::vector<Candidate> EventsOfFile(const std::string& file, const std::string& text);
+
+// With the definitions of the zones that it uses; escaped, lines folded at 75 bytes.
+std::string FileOfEvents(std::span<const StoredEntry> events);
+
+// One event in the library's dialect, from and to the code page.
+Entry EventFromLibrary(std::string_view text);
+std::string EventToLibrary(const Entry& event);
+
+// The events of another program's calendar, in UTF-8. Every component that is no event comes as a draft with a problem.
+std::vector<EventDraft> ReadForeignEvents(const std::string& text);
+
+// The starts of a repeating event that fall into a span, at most so many, in the event's own time. Throws Failure
+// where the tool is built without libical.
+std::vector<EventTime> Occurrences(const EventTime& start, const std::string& rule, const EventTime& from,
+                                   const EventTime& to, std::size_t limit);
+
+} // namespace phnctl

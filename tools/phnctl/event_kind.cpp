@@ -1,0 +1,175 @@
+#include "phnctl/event_kind.h"
+
+#include "phnctl/event_fields.h"
+#include "phnctl/event_file.h"
+#include "phnctl/event_rule.h"
+#include "phnctl/number.h"
+#include "phnctl/text.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <iterator>
+
+namespace phnctl {
+
+using namespace event_property;
+
+namespace {
+
+constexpr std::size_t kTextSize = 4096; // holds any text that the library writes
+
+struct PropertyLabel
+{
+    std::string_view property;
+    const char* label;
+};
+
+constexpr PropertyLabel kLabels[] = {
+    {kText, "Text"},   {kStart, "Start"},   {kEnd, "End"}, {kZone, "Zone"},       {kRule, "Repeats"},
+    {kAlarm, "Alarm"}, {kRinger, "Ringer"}, {kUid, "Id"},  {kCreated, "Created"}, {kModified, "Modified"}};
+
+std::string ValueOf(const Entry& entry, const char* property)
+{
+    const std::string* value = entry.Find(property);
+    return value ? *value : std::string();
+}
+
+// A property of its own time as people read it; empty if it is none.
+std::string ShownTime(const Entry& entry, const char* property)
+{
+    const auto time = ParseEventTime(ValueOf(entry, property));
+    return time ? Shown(*time) : std::string();
+}
+
+class Events : public EntryKind
+{
+public:
+    Events() : EntryKind("event", "events", ".ics") {}
+
+    std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const override
+    {
+        std::string text(kTextSize, '\0');
+        PHN_EVENT_RECORD record{sizeof record, text.data(), static_cast<std::uint32_t>(text.size())};
+        const PHN_ERROR answer = handset.Api().GetEvent(index, &record);
+        if (answer == PHN_ERROR_NOT_FOUND)
+            return std::nullopt;
+        handset.Check(answer, fmt::format("reading event {}", index));
+        return EventFromLibrary(std::string_view(text).substr(0, text.find('\0')));
+    }
+
+    void Write(const Handset& handset, std::uint32_t index, const Entry& entry) const override
+    {
+        std::string text = EventToLibrary(entry);
+        PHN_EVENT_RECORD record{sizeof record, text.data(), static_cast<std::uint32_t>(text.size())};
+        handset.Check(handset.Api().SetEvent(index, &record), fmt::format("writing event {}", index));
+    }
+
+    void Delete(const Handset& handset, std::uint32_t index) const override
+    {
+        handset.Check(handset.Api().DeleteEvent(index), fmt::format("deleting event {}", index));
+    }
+
+    void DeleteAll(const Handset& handset) const override
+    {
+        handset.Check(handset.Api().DeleteAllEvents(), "deleting all events");
+    }
+
+    std::vector<Candidate> Parse(const std::string& file, const std::string& text) const override
+    {
+        return EventsOfFile(file, text);
+    }
+
+    std::string Format(std::span<const StoredEntry> entries) const override { return FileOfEvents(entries); }
+
+    std::string Title(const Entry& entry) const override
+    {
+        const std::string text = ValueOf(entry, kText);
+        return text.empty() ? "(no text)" : text;
+    }
+
+    // The id; what has none goes by its text and its start.
+    std::string Key(const Entry& entry) const override
+    {
+        const std::string uid = ValueOf(entry, kUid);
+        return !uid.empty() ? "id " + uid : fmt::format("at {} {}", ValueOf(entry, kStart), ValueOf(entry, kText));
+    }
+
+    Entry Storable(const Entry& read) const override { return CompleteEvent(FitEvent(DraftOf(read)).entry, nullptr); }
+
+    Entry Complete(const Entry& wanted, const Entry* replaced) const override
+    {
+        return CompleteEvent(wanted, replaced);
+    }
+
+    bool LooksGarbled(const Entry& entry) const override
+    {
+        return ValueOf(entry, kText).find("??") != std::string::npos;
+    }
+
+    std::vector<std::string> Columns() const override { return {"Start", "End", "Zone", "Text", "Repeats", "Alarm"}; }
+
+    std::vector<std::string> Row(const Entry& entry) const override
+    {
+        return {ShownTime(entry, kStart),
+                ShownTime(entry, kEnd),
+                ValueOf(entry, kZone),
+                ValueOf(entry, kText),
+                RuleInWords(ValueOf(entry, kRule)),
+                AlarmInWords(ValueOf(entry, kAlarm))};
+    }
+
+    std::string Label(const std::string& property) const override
+    {
+        const auto* found = std::ranges::find(kLabels, property, &PropertyLabel::property);
+        return found == std::end(kLabels) ? property : found->label;
+    }
+
+    std::vector<Field> Details(const Handset&, const Entry& entry) const override
+    {
+        std::vector<Field> details;
+        const auto add = [&](const char* property, const std::string& shown) {
+            if (!entry.Find(property) || shown.empty())
+                return;
+            Field field(property, Label(property), ValueOf(entry, property));
+            field.shown = shown;
+            details.push_back(std::move(field));
+        };
+        for (const char* property : {kStart, kEnd, kCreated, kModified})
+            add(property, ShownTime(entry, property));
+        add(kRule, RuleInWords(ValueOf(entry, kRule)));
+        add(kAlarm, AlarmInWords(ValueOf(entry, kAlarm)));
+        return details;
+    }
+};
+
+} // namespace
+
+const EntryKind& EventKind()
+{
+    static const Events kind;
+    return kind;
+}
+
+std::string AlarmInWords(const std::string& minutes)
+{
+    const auto lead = ParseNumber(minutes, 0x7FFFFFFF);
+    if (!lead)
+        return minutes;
+    const auto inUnits = [&](std::uint64_t size, const char* unit) {
+        return fmt::format("{} {}{} before", *lead / size, unit, *lead == size ? "" : "s");
+    };
+    return *lead == 0          ? "at the start"
+           : *lead % 1440 == 0 ? inUnits(1440, "day")
+           : *lead % 60 == 0   ? inUnits(60, "hour")
+                               : inUnits(1, "minute");
+}
+
+std::string RuleInWords(const std::string& rule)
+{
+    EventRule parsed;
+    std::string problem;
+    const bool isHeld = parsed.Parse(rule, problem) && !parsed.frequency.empty();
+    return isHeld ? parsed.Words() : rule;
+}
+
+} // namespace phnctl

@@ -1,0 +1,126 @@
+#include "phnctl/event_time.h"
+
+#include "phnctl/number.h"
+
+#include <algorithm>
+#include <chrono>
+#include <fmt/format.h>
+#include <iterator>
+#include <windows.h>
+
+namespace phnctl {
+
+namespace {
+
+struct Zone
+{
+    std::string_view name;
+    int hoursBehind;
+};
+
+constexpr Zone kZones[] = {{"EST", 5}, {"EDT", 4}, {"CST", 6},  {"CDT", 5},  {"MST", 7},   {"MDT", 6},
+                           {"PST", 8}, {"PDT", 7}, {"AKST", 9}, {"AKDT", 8}, {"HAST", 10}, {"HADT", 9}};
+
+unsigned Digits(std::string_view text, std::size_t at, std::size_t count)
+{
+    return static_cast<unsigned>(ParseNumber(text.substr(at, count), 9999).value_or(9999));
+}
+
+EventTime FromSystem(const SYSTEMTIME& time)
+{
+    return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond};
+}
+
+} // namespace
+
+std::optional<EventTime> ParseEventTime(std::string_view text)
+{
+    if (text.size() < 15 || text[8] != 'T')
+        return std::nullopt;
+    const EventTime time{static_cast<int>(Digits(text, 0, 4)),
+                         Digits(text, 4, 2),
+                         Digits(text, 6, 2),
+                         Digits(text, 9, 2),
+                         Digits(text, 11, 2),
+                         Digits(text, 13, 2)};
+    const bool exists = time.year <= 9998 && time.month <= 12 && time.day <= 31 && time.hour < 24 && time.minute < 60 &&
+                        time.second < 60 &&
+                        std::chrono::year_month_day(std::chrono::year(time.year), std::chrono::month(time.month),
+                                                    std::chrono::day(time.day))
+                            .ok();
+    if (!exists)
+        return std::nullopt;
+    return time;
+}
+
+std::string EventTimeText(const EventTime& time)
+{
+    return fmt::format("{:04}{:02}{:02}T{:02}{:02}{:02}", time.year, time.month, time.day, time.hour, time.minute,
+                       time.second);
+}
+
+std::int64_t SecondsOf(const EventTime& time)
+{
+    using namespace std::chrono;
+    const sys_days today = year(time.year) / month(time.month) / day(time.day);
+    return sys_seconds(today + hours(time.hour) + minutes(time.minute) + seconds(time.second))
+        .time_since_epoch()
+        .count();
+}
+
+EventTime TimeOf(std::int64_t secondsSince1970)
+{
+    using namespace std::chrono;
+    const sys_seconds time{seconds(secondsSince1970)};
+    const sys_days today = floor<days>(time);
+    const year_month_day date(today);
+    const auto clock = static_cast<unsigned>((time - today).count());
+    return {static_cast<int>(date.year()),
+            static_cast<unsigned>(date.month()),
+            static_cast<unsigned>(date.day()),
+            clock / 3600,
+            clock / 60 % 60,
+            clock % 60};
+}
+
+std::optional<int> HoursBehindUtc(std::string_view zone)
+{
+    const auto* found = std::ranges::find(kZones, zone, &Zone::name);
+    if (found != std::end(kZones))
+        return found->hoursBehind;
+    return zone == kUtcZone ? std::optional<int>(0) : std::nullopt;
+}
+
+EventTime LocalTimeOf(const EventTime& time, std::string_view zone)
+{
+    const auto hoursBehind = HoursBehindUtc(zone);
+    if (!hoursBehind)
+        return time;
+    const EventTime utc = TimeOf(SecondsOf(time) + *hoursBehind * 3600);
+    SYSTEMTIME system{};
+    system.wYear = static_cast<WORD>(utc.year);
+    system.wMonth = static_cast<WORD>(utc.month);
+    system.wDay = static_cast<WORD>(utc.day);
+    system.wHour = static_cast<WORD>(utc.hour);
+    system.wMinute = static_cast<WORD>(utc.minute);
+    system.wSecond = static_cast<WORD>(utc.second);
+    SYSTEMTIME local{};
+    return SystemTimeToTzSpecificLocalTime(nullptr, &system, &local) ? FromSystem(local) : utc;
+}
+
+EventTime LocalNow()
+{
+    SYSTEMTIME now{};
+    GetLocalTime(&now);
+    return FromSystem(now);
+}
+
+std::string Shown(const EventTime& time)
+{
+    constexpr const char* kDays[] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
+    const std::int64_t days = SecondsOf(time) / 86400; // since a Thursday
+    return fmt::format("{} {:04}-{:02}-{:02} {:02}:{:02}", kDays[((days + 3) % 7 + 7) % 7], time.year, time.month,
+                       time.day, time.hour, time.minute);
+}
+
+} // namespace phnctl
