@@ -93,6 +93,7 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {noon + "RRULE:FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=10\r\n", "cannot hold !start-not-in-rule "},
         // What is none.
         {"SUMMARY:Tea\r\n", "cannot hold !not-an-event "},
+        {"SUMMARY:Tea\r\nDTSTART:20091171T120000\r\n", "cannot hold !no-time "},
         {"SUMMARY:Tea\r\nDTSTART:19801231T120000\r\n", "cannot hold !date-out-of-range "},
         {"SUMMARY:Tea\r\nDTSTART:20380101T120000\r\n", "cannot hold !date-out-of-range "},
         {"SUMMARY:Tea\r\nDTSTART:20090310T120000\r\nDTEND:20090310T110000\r\n", "cannot hold !ends-before-it-starts "},

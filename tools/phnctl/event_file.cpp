@@ -64,6 +64,8 @@ private:
             TakeAlarm(line, m_drafts.back());
         } else if (m_isInside) {
             TakeProperty(line, m_drafts.back());
+        } else if (line.name == "PRODID") {
+            m_isLibrary = false;
         }
     }
 
@@ -75,7 +77,7 @@ private:
             draft.ringer = line.value;
     }
 
-    static void TakeProperty(const ContentLine& line, EventDraft& draft)
+    void TakeProperty(const ContentLine& line, EventDraft& draft) const
     {
         if (line.name == kText)
             draft.text = line.value;
@@ -88,7 +90,7 @@ private:
         else if (line.name == kRule)
             draft.rule = line.value.find("FREQ=") == std::string::npos ? "" : line.value;
         else if (line.name == kUid)
-            draft.uid = WithoutBraces(Unescaped(line.value));
+            draft.uid = m_isLibrary ? WithoutBraces(line.value) : Unescaped(line.value);
         else if (line.name == kCreated)
             draft.created = line.value;
         else if (line.name == kModified)
@@ -105,6 +107,7 @@ private:
     std::vector<EventDraft> m_drafts;
     bool m_isInside = false;
     bool m_isAlarm = false;
+    bool m_isLibrary = true; // which escapes nothing, and puts ids into braces
 };
 
 // A program that writes calendars names itself; the library does not.

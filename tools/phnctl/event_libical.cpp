@@ -33,7 +33,7 @@ std::string Given(const char* text)
     return text ? text : "";
 }
 
-EventTime FromLibical(const icaltimetype& time)
+EventTime Converted(const icaltimetype& time)
 {
     return {time.year,
             static_cast<unsigned>(time.month),
@@ -41,6 +41,12 @@ EventTime FromLibical(const icaltimetype& time)
             static_cast<unsigned>(time.hour),
             static_cast<unsigned>(time.minute),
             static_cast<unsigned>(time.second)};
+}
+
+// Nothing for a date that does not exist.
+std::optional<EventTime> FromLibical(const icaltimetype& time)
+{
+    return ParseEventTime(EventTimeText(Converted(time)));
 }
 
 icaltimetype ToLibical(const EventTime& time)
@@ -169,8 +175,8 @@ private:
         const icaltriggertype trigger = icalproperty_get_trigger(property);
         const std::int64_t start = SecondsOf(*m_draft.start);
         std::int64_t ring = start + icaldurationtype_as_int(trigger.duration);
-        if (!icaltime_is_null_time(trigger.time))
-            ring = SecondsOf(FromLibical(trigger.time));
+        if (const auto time = FromLibical(trigger.time); time && !icaltime_is_null_time(trigger.time))
+            ring = SecondsOf(*time);
         else if (IsRelatedToEnd(property))
             ring += SecondsOf(*m_draft.end) - start;
         m_draft.alarm = (start - ring) / 60;
@@ -294,7 +300,7 @@ std::vector<EventTime> Occurrences(const EventTime& start, const std::string& ru
         icalrecur_iterator_new(icalrecurrencetype_from_string(rule.c_str()), ToLibical(start)));
     while (iterator && found.size() < limit) {
         const icaltimetype next = icalrecur_iterator_next(iterator.get());
-        const EventTime time = FromLibical(next);
+        const EventTime time = Converted(next);
         if (icaltime_is_null_time(next) || time > to)
             break;
         if (time >= from)
