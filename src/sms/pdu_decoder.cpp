@@ -100,7 +100,7 @@ bool DecodeBody(std::span<const uint8_t> Data, SMS_MESSAGE* pMessage, PHN_ERROR*
 }
 
 // The first byte of a subparameter's data; 0 if it is absent.
-DWORD FindFlags(std::span<const uint8_t> BearerData, uint8_t byID)
+DWORD FindFlags(const SItemRange& BearerData, uint8_t byID)
 {
     std::span<const uint8_t> Data;
     return FindIS637Parameter(BearerData, byID, &Data) && !Data.empty() ? Data[0] : 0;
@@ -108,13 +108,15 @@ DWORD FindFlags(std::span<const uint8_t> BearerData, uint8_t byID)
 
 } // namespace
 
-bool FindIS637Parameter(std::span<const uint8_t> Items, uint8_t byID, std::span<const uint8_t>* pData)
+bool FindIS637Parameter(const SItemRange& Items, uint8_t byID, std::span<const uint8_t>* pData)
 {
-    CByteReader Reader(Items);
+    CByteReader Reader(Items.Pdu);
+    bool bThere = Reader.Skip(Items.uStart);
     uint8_t byItem = 0;
     uint8_t byLength = 0;
-    while (Reader.Read(&byItem) && Reader.Read(&byLength) && Reader.Take(byLength, pData)) {
-        if (byItem == byID)
+    while (bThere && Reader.GetOffset() < Items.uEnd) {
+        bThere = Reader.Read(&byItem) && Reader.Read(&byLength) && Reader.Take(byLength, pData);
+        if (bThere && byItem == byID)
             return true;
     }
     return false;
@@ -130,18 +132,19 @@ bool IS637ToText(const PHN_SMS_MESSAGE* pHostMessage, SMS_MESSAGE* pMessage, PHN
     if (Pdu[0] != kPointToPoint)
         return Fail(Log, pError, PHN_ERROR_PDU_NOT_DECODABLE,
                     "IS637ToText - This PDU is not a point-to-poind SMS data");
-    const std::span<const uint8_t> Parameters = Pdu.subspan(1);
+    const SItemRange Parameters{Pdu, 1, Pdu.size()};
     SMS_RECORD& Record = pMessage->rcRecord;
     std::span<const uint8_t> Data;
     if (!FindIS637Parameter(Parameters, kDestinationAddress, &Data))
         return Fail(Log, pError, PHN_ERROR_PDU_NO_DESTINATION, "IS637ToText - Destination Address parameter not found");
     if (!DecodeNumber(kAddressCoding, Data, &Record.szAddress, pError))
         return false;
-    std::span<const uint8_t> BearerData;
-    if (!FindIS637Parameter(Parameters, kBearerData, &BearerData)) {
+    if (!FindIS637Parameter(Parameters, kBearerData, &Data)) {
         Log.Error("IS637ToText - Bearer data parameter not found.");
         return true;
     }
+    const size_t uBearerData = static_cast<size_t>(Data.data() - Pdu.data());
+    const SItemRange BearerData{Pdu, uBearerData, uBearerData + Data.size()};
     if (FindIS637Parameter(BearerData, kUserData, &Data) && !DecodeBody(Data, pMessage, pError))
         return false;
     if (FindIS637Parameter(BearerData, kCallbackNumber, &Data) &&

@@ -1,6 +1,6 @@
 // Reads the PDU that a host wants sent or saved. Only a small, fixed part of TIA/EIA-637 is understood: digits-only
 // addresses and call-back numbers, 7-bit ASCII text, priority and reply option. The bytes are the host's and may be
-// anything: nothing is read beyond them, and an item that runs past its end counts as absent.
+// anything: nothing is read beyond them, and an item that runs past the PDU's end counts as absent.
 #pragma once
 
 #include <span>
@@ -8,8 +8,17 @@
 #include "phnnrv.h"
 #include "sms/message_records.h"
 
+// Where the items of a search begin: from uStart on and before uEnd. An item that begins there belongs to the search
+// even if it runs past uEnd, as long as it ends with the PDU.
+struct SItemRange
+{
+    std::span<const uint8_t> Pdu;
+    size_t uStart;
+    size_t uEnd;
+};
+
 // The data of the first item with the identifier; false if there is none that is whole.
-bool FindIS637Parameter(std::span<const uint8_t> Items, uint8_t byID, std::span<const uint8_t>* pData);
+bool FindIS637Parameter(const SItemRange& Items, uint8_t byID, std::span<const uint8_t>* pData);
 
 // Fills a fresh message from the PDU at pIS637Data, uSizeofData bytes. Date and time stay zero; without Bearer Data
 // only the address is filled. False, with a line for all but a missing PDU, if the PDU is rejected:

@@ -200,8 +200,23 @@ TEST(PduDecoder, TakesPdusThatEndAnywhere)
             expected.body = std::u16string(u"Hello\0", 6);
         if (length >= UserData("Hello").size() + Callback("\x07\x07").size())
             expected.callback = u"77";
-        // Bytes that follow the Bearer Data are none of its own.
-        EXPECT_EQ(Decode(Join({kType, address, shortened, Bytes(9, 0x40)})), expected) << length;
+        EXPECT_EQ(Decode(Join({kType, address, shortened})), expected) << length;
+    }
+}
+
+// The Bearer Data says where its items begin. One that runs past it is whole if the PDU holds it, from its length byte
+// on; one that begins behind it is none of its own.
+TEST(PduDecoder, ItemsMayRunPastTheBearerData)
+{
+    const Bytes address = Address("\x01\x02\x03");
+    const Bytes body = UserData("Hello");
+    const Bytes priority{8, 1, 0x40};
+    for (size_t length = 0; length <= body.size(); ++length) {
+        Decoded expected{.address = u"123"};
+        if (length > 0)
+            expected.body = std::u16string(u"Hello\0", 6);
+        EXPECT_EQ(Decode(Join({kType, address, {8, static_cast<uint8_t>(length)}, body, priority})), expected)
+            << length;
     }
 }
 
