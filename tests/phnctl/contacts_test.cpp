@@ -10,7 +10,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::uint32_t kRead = 35;
 constexpr std::uint32_t kWrite = 36;
 
 class Contacts : public HandsetRun
