@@ -80,15 +80,6 @@ public:
         return CountFailed(Descriptor.m_pszMember, pszMethod);
     }
 
-    // All steps for a service that this build lacks: its object never exists.
-    template <typename T>
-    PHN_ERROR Absent(const CServiceDescriptor<T>& Descriptor)
-    {
-        if (const PHN_ERROR weError = Device())
-            return weError;
-        return ServiceMissing(Descriptor.m_pszMember);
-    }
-
 private:
     template <typename T>
     PHN_ERROR Service(const CServiceDescriptor<T>& Descriptor, std::shared_ptr<T>* ppService)

@@ -25,7 +25,7 @@ template <typename T>
 bool CreateService(CPluginInstance& Instance, const CServiceDescriptor<T>& Service)
 {
     CSharedSlot<T>& Slot = Instance.*Service.m_pSlot;
-    if (!Service.m_pfnCreate || Slot.Get())
+    if (Slot.Get())
         return true;
     const std::shared_ptr<T> pService = Service.m_pfnCreate();
     if (!pService)

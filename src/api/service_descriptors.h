@@ -1,7 +1,6 @@
 // One descriptor per service object of the instance: its slot, its member name as log lines print it, the line that
 // reports its creation, and its factory. Creation and deletion walk the descriptors in their two orders; the export
-// frame names the slot and its texts by them. A service without a factory is not part of this build: its slot stays
-// empty, and the exports that need it answer that the service object is missing.
+// frame names the slot and its texts by them.
 #pragma once
 
 #include <memory>
@@ -21,8 +20,8 @@ struct CServiceDescriptor
     std::shared_ptr<T> (*m_pfnCreate)();
 };
 
-// Null when memory is short. Instantiated beside the instance, for the services that have a factory; TMade is the class
-// that is made, where the slot's class is its base.
+// Null when memory is short. Instantiated beside the instance; TMade is the class that is made, where the slot's class
+// is its base.
 template <typename T, typename TMade = T>
 std::shared_ptr<T> MakeService();
 

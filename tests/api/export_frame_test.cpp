@@ -56,7 +56,7 @@ TEST_F(ExportFrameTest, AnExceptionBecomesOneLineAndAFailure)
 
 TEST_F(ExportFrameTest, WithoutAnInstanceNothingIsCalled)
 {
-    EXPECT_EQ(Export("PHN_X", [](CExportFrame& Frame) { return Frame.Absent(kCalendar); }), PHN_ERROR_NO_DEVICE);
+    EXPECT_EQ(Export("PHN_X", [](CExportFrame& Frame) { return Frame.Device(); }), PHN_ERROR_NO_DEVICE);
     EXPECT_EQ(ExportCount("PHN_Y", [](CExportFrame& Frame, uint32_t*) { return Frame.Device(); }), 0u);
     EXPECT_EQ(
         bench_.TakeLog(),

@@ -26,10 +26,11 @@ public:
             const auto stored = m_kind.Read(m_handset, index);
             planned.readBack = Differences(planned.target, stored ? m_kind.Storable(*stored) : Entry{});
             planned.result = planned.readBack.empty() ? Result::Written : Result::Different;
+            m_losses.Succeeded();
         } catch (const Refusal& refusal) {
             planned.result = Result::Failed;
             planned.problem = refusal.what();
-            return !refusal.IsLoss();
+            return !m_losses.IsOver(refusal);
         }
         return true;
     }
@@ -47,6 +48,7 @@ private:
     const EntryKind& m_kind;
     const std::vector<std::uint32_t>& m_empty;
     std::size_t m_next = 0;
+    LossWatch m_losses;
 };
 
 } // namespace

@@ -72,4 +72,20 @@ private:
     std::string m_doing; // as in "unlocking the handset"; empty: unknown
 };
 
+// Tells over many requests when further ones are in vain: the handset is lost, or three exchanges in a row have failed,
+// as they do between the cable's end and the library's notice of it.
+class LossWatch
+{
+public:
+    bool IsOver(const Refusal& refusal)
+    {
+        m_inARow = refusal.Code() == PHN_ERROR_FAILED ? m_inARow + 1 : 0;
+        return refusal.IsLoss() || m_inARow == 3;
+    }
+    void Succeeded() { m_inARow = 0; }
+
+private:
+    int m_inARow = 0;
+};
+
 } // namespace phnctl

@@ -15,7 +15,6 @@ namespace {
 
 constexpr const char* kRangeOption = "--range";
 constexpr std::uint64_t kLargestIndex = 0xFFFFFFFF;
-constexpr std::size_t kFailuresInARow = 3;
 
 } // namespace
 
@@ -42,7 +41,7 @@ IndexRange RangeOf(const Invocation& invocation)
 Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const IndexRange& range)
 {
     Inventory inventory;
-    std::size_t failuresInARow = 0;
+    LossWatch losses;
     Progress progress("reading " + kind.Many(), range.isGiven ? std::size_t{range.last} - range.first + 1 : 0);
     for (std::uint64_t at = range.first; at <= range.last; ++at) {
         const auto index = static_cast<std::uint32_t>(at);
@@ -51,11 +50,11 @@ Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const Ind
                 inventory.entries.push_back({index, std::move(*entry)});
             else
                 inventory.empty.push_back(index);
-            failuresInARow = 0;
+            losses.Succeeded();
         } catch (const Refusal& refusal) {
             if (refusal.Code() == PHN_ERROR_INVALID_PARAMETER)
                 break;
-            if (refusal.IsLoss() || ++failuresInARow == kFailuresInARow)
+            if (losses.IsOver(refusal))
                 throw;
             inventory.unread.push_back({index, refusal.what()});
         }

@@ -36,7 +36,7 @@ struct Inventory
 };
 
 // Asks until the range is over or the handset says that there is no such index. One entry that cannot be read does not
-// end it; throws Refusal when the handset is lost or several in a row fail.
+// end it; throws Refusal when the handset is lost or three exchanges in a row fail.
 Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const IndexRange& range);
 
 // On standard error: each entry that could not be read.
