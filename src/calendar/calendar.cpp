@@ -98,15 +98,15 @@ bool CCalendar::UnpackEvent(std::string* pstrCalendar, std::span<const uint8_t> 
         return Fail(Log, pError, PHN_ERROR_NOT_FOUND, "GetEvent - prcCalRetEvent->dwNumOfEventInfo = %d(0x%X).",
                     dwPromised, dwPromised);
     // The handset's count is no reason to hold more events than its reply has room for.
-    const DWORD dwCount = std::min(dwPromised, static_cast<DWORD>(Data.size() / sizeof(CAL_EVENT_INFO)));
-    if (dwCount == 0)
-        return Fail(Log, pError, PHN_ERROR_FAILED, "GetEvent - The first of %d(0x%X) events is not whole.", dwPromised,
-                    dwPromised);
+    const DWORD dwCount = std::min(dwPromised, static_cast<DWORD>(Data.size() / sizeof(CAL_EVENT_INFO) + 1));
     DWORD dwElementSize = 0;
     const CCalendarPtr<CAL_EVENT_INFO, &CCalendar::FreeEvents> pEvents(AllocEvents(dwCount, &dwElementSize), {this});
     if (!pEvents)
         return Fail(Log, pError, PHN_ERROR_FAILED, "GetEvent - prcCalRetEvent->prcEventInfo is NULL.");
-    std::memcpy(pEvents.get(), Data.data(), dwCount * sizeof(CAL_EVENT_INFO));
+    if (Data.size() < dwElementSize)
+        return Fail(Log, pError, PHN_ERROR_FAILED, "GetEvent - The first of %d(0x%X) events is not whole.", dwPromised,
+                    dwPromised);
+    std::memcpy(pEvents.get(), Data.data(), std::min<size_t>(Data.size(), size_t{dwCount} * dwElementSize));
     pRetEvent->prcEventInfo = pEvents.get();
     if (!NorvikToiCalendar(pstrCalendar, pRetEvent->prcEventInfo))
         return Fail(Log, pError, PHN_ERROR_FAILED, "GetEvent - NorvikToiCalendar returned false.");
@@ -116,18 +116,20 @@ bool CCalendar::UnpackEvent(std::string* pstrCalendar, std::span<const uint8_t> 
 bool CCalendar::SetEvent(HANDLE hDevice, DWORD dwIndex, PHN_EVENT_RECORD* pRecord, PHN_ERROR* pError)
 {
     Log.Comment("SetEvent being executed.");
-    DWORD dwSize = 0;
-    const CCalendarPtr<CAL_PARAM, &CCalendar::FreeParam> pParam(AllocParam(&dwSize), {this});
+    DWORD dwParamSize = 0;
+    const CCalendarPtr<CAL_PARAM, &CCalendar::FreeParam> pParam(AllocParam(&dwParamSize), {this});
     if (!pParam)
         return Fail(Log, pError, PHN_ERROR_FAILED, "SetEvent - prcCalParam is NULL.");
     pParam->dwIndex = dwIndex;
+    DWORD dwSize = 0;
     CCalendarPtr<ICAL_PROPERTIES, &CCalendar::FreeProperties> pProperties(AllocProperties(&dwSize), {this});
     if (!pProperties)
         return Fail(Log, pError, PHN_ERROR_FAILED, "SetEvent - piCalProp is NULL.");
     if (!iCalendarToNorvik(&pParam->rcEventInfo, pProperties.get(), pRecord->pCalendarData, pRecord->uSizeofData))
         return Fail(Log, pError, PHN_ERROR_INVALID_PARAMETER, "SetEvent - iCalendarToNorvik returned false.");
     pProperties.reset();
-    if (!CExchange(Log, kSetEvent).Run(hDevice, AsBytes(*pParam), pError))
+    const std::span<const uint8_t> Request(reinterpret_cast<const uint8_t*>(pParam.get()), dwParamSize);
+    if (!CExchange(Log, kSetEvent).Run(hDevice, Request, pError))
         return false;
     pRecord->uSize = sizeof *pRecord;
     return true;

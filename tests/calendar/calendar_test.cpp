@@ -283,4 +283,54 @@ TEST_F(CalendarTest, MissingMemoryIsAFailureWithItsLine)
     }
 }
 
+// A calendar whose records go on behind what is known of them.
+class LargerCalendar : public CCalendarEx
+{
+public:
+    struct Param : CAL_PARAM
+    {
+        uint8_t more[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+    };
+    struct Info : CAL_EVENT_INFO
+    {
+        uint8_t more[8];
+    };
+
+    CAL_PARAM* AllocParam(DWORD* size) override
+    {
+        *size = sizeof(Param);
+        return new Param();
+    }
+    void FreeParam(CAL_PARAM* param) override { delete static_cast<Param*>(param); }
+    CAL_EVENT_INFO* AllocEvents(DWORD count, DWORD* size) override
+    {
+        *size = sizeof(Info);
+        return new Info[count]();
+    }
+    void FreeEvents(CAL_EVENT_INFO* events) override { delete[] static_cast<Info*>(events); }
+};
+
+TEST_F(CalendarTest, RecordsAreAsLargeAsTheCalendarSays)
+{
+    LargerCalendar calendar;
+    std::string text = kFridayText;
+    PHN_EVENT_RECORD record{0, text.data(), static_cast<uint32_t>(text.size())};
+    PHN_ERROR error = PHN_ERROR_NONE;
+    Answer({0});
+    EXPECT_TRUE(calendar.SetEvent(Device(), 7, &record, &error));
+    Bytes larger = FridayEvent();
+    Append(larger, {1, 2, 3, 4, 5, 6, 7, 8});
+    EXPECT_EQ(port_->requests.back(), Request(31, {7}, larger));
+
+    text.resize(4096);
+    record = {0, text.data(), 4096};
+    Answer({0, 1}, larger);
+    EXPECT_TRUE(calendar.GetEvent(Device(), 7, &record, &error));
+    EXPECT_STREQ(text.c_str(), kFridayText);
+    const Bytes cut(larger.begin(), larger.end() - 14);
+    Answer({0, 1}, cut);
+    EXPECT_FALSE(calendar.GetEvent(Device(), 7, &record, &error));
+    EXPECT_EQ(error, PHN_ERROR_FAILED);
+}
+
 } // namespace
