@@ -93,6 +93,7 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {noon + "RRULE:FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=10\r\n", "cannot hold !start-not-in-rule "},
         // What is none.
         {"SUMMARY:Tea\r\n", "cannot hold !not-an-event "},
+        {noon + "STATUS:CANCELLED\r\n", "cannot hold !not-an-event "},
         {"SUMMARY:Tea\r\nDTSTART:20091171T120000\r\n", "cannot hold !no-time "},
         {"SUMMARY:Tea\r\nDTSTART:19801231T120000\r\n", "cannot hold !date-out-of-range "},
         {"SUMMARY:Tea\r\nDTSTART:20380101T120000\r\n", "cannot hold !date-out-of-range "},
@@ -116,9 +117,17 @@ TEST(EventFile, EverythingInAFileIsSpokenOf)
     EXPECT_FALSE(candidates[1].fits);
     EXPECT_TRUE(candidates[2].fits);
     EXPECT_EQ(candidates[2].line, 17u);
-    for (const std::string text : {"", "x", "BEGIN:VCALENDAR\r\nPRODID:x\r\nBEGIN:VEVENT\r\n"})
-        for (const Candidate& candidate : EventsOfFile("file", text))
-            EXPECT_FALSE(candidate.fits) << text;
+    for (const std::string text : {"", "x", "BEGIN:VCALENDAR\r\nPRODID:x\r\nBEGIN:VEVENT\r\n"}) {
+        const auto found = EventsOfFile("file", text);
+        ASSERT_EQ(found.size(), 1u) << text;
+        EXPECT_FALSE(found.front().fits) << text;
+    }
+    // An empty backup, and a program that does not name itself.
+    EXPECT_TRUE(EventsOfFile("file", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nEND:VCALENDAR\r\n").empty());
+    const auto unnamed = EventsOfFile("file", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" +
+                                                  Event(event + "DURATION:PT1H\r\n") + "END:VCALENDAR\r\n");
+    ASSERT_EQ(unnamed.size(), 1u);
+    EXPECT_EQ(Show(unnamed.front()), "DESCRIPTION=Tea DTSTART=20090310T120000 DTEND=20090310T130000 ");
 }
 
 TEST(EventFile, LongIdsBecomeShortOnesThatDiffer)

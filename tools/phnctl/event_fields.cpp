@@ -137,8 +137,8 @@ private:
         const std::int64_t held = lead == std::end(kLeads) ? kLeads[std::size(kLeads) - 1] : *lead;
         if (held != *m_draft.alarm)
             Tell("alarm-moved", kAlarm,
-                 fmt::format("{} minutes before the start become {}, the nearest that the handset has", *m_draft.alarm,
-                             held));
+                 fmt::format("{} minutes before the start become {}, the {} that the handset has", *m_draft.alarm, held,
+                             held > *m_draft.alarm ? "next earlier" : "earliest"));
         Add(kAlarm, std::to_string(held));
         const auto ringer = ParseNumber(m_draft.ringer, 0x7FFFFFFF);
         if (ringer)

@@ -110,15 +110,26 @@ private:
     bool m_isLibrary = true; // which escapes nothing, and puts ids into braces
 };
 
-// A program that writes calendars names itself; the library does not.
+// A program that writes calendars names itself; the library does not, and never writes a summary or a duration.
 bool IsForeign(std::string_view text)
 {
     ContentLineReader reader(text);
     ContentLine line;
-    while (reader.Next(line))
+    bool isForeign = false;
+    while (reader.Next(line)) {
         if (line.name == "PRODID")
             return line.value != kProduct;
-    return false;
+        isForeign = isForeign || line.name == "SUMMARY" || line.name == "DURATION";
+    }
+    return isForeign;
+}
+
+std::vector<EventDraft> ReadEvents(const std::string& text)
+{
+    std::vector<EventDraft> drafts = IsForeign(text) ? ReadForeignEvents(text) : OwnReader().Read(text);
+    if (drafts.empty() && UpperCase(text).find("BEGIN:VCALENDAR") == std::string::npos)
+        drafts.emplace_back().problem = "the file holds no calendar";
+    return drafts;
 }
 
 std::string Value(const Entry& entry, const char* property)
@@ -176,7 +187,7 @@ std::vector<Candidate> EventsOfFile(const std::string& file, const std::string& 
 {
     const std::string whole = IsUtf8(text) ? text : FromHandset(text);
     std::vector<Candidate> candidates;
-    for (const EventDraft& draft : IsForeign(whole) ? ReadForeignEvents(whole) : OwnReader().Read(whole)) {
+    for (const EventDraft& draft : ReadEvents(whole)) {
         candidates.push_back(FitEvent(draft));
         candidates.back().file = file;
     }

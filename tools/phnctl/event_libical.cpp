@@ -203,6 +203,10 @@ private:
         case ICAL_RDATE_PROPERTY:
         case ICAL_RECURRENCEID_PROPERTY:
             return Tell("exception-dropped", name, "the handset keeps no exceptions of a rule");
+        case ICAL_STATUS_PROPERTY:
+            if (icalproperty_get_status(property) == ICAL_STATUS_CANCELLED)
+                m_draft.problem = "the event was cancelled";
+            return;
         case ICAL_LOCATION_PROPERTY:
         case ICAL_ATTENDEE_PROPERTY:
         case ICAL_ATTACH_PROPERTY:
