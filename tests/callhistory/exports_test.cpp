@@ -16,7 +16,7 @@ protected:
         entry.uSize = sizeof entry;
         for (*end = CALL(PHN_GetFirstCallEntry)(type, &entry); *end == PHN_ERROR_NONE;
              *end = CALL(PHN_GetNextCallEntry)(&entry))
-            values.push_back(entry.uEntry8);
+            values.push_back(+entry.uEntry8); // a copy: the field is not aligned
         return values;
     }
 };
