@@ -69,9 +69,9 @@ void Confirm(const Invocation& invocation, const std::string& question)
         return;
     const auto answer = host::Ask(question + " [y/N] ");
     if (!answer)
-        throw Failure(kUsage, "nobody can be asked on this input; say --yes to do it. Nothing was changed.");
+        throw Failure(kUsage, "nobody can be asked on this input; say --yes to do it. Nothing was deleted.");
     if (*answer != "y" && *answer != "Y" && *answer != "yes")
-        throw Failure(kRefused, "nothing was changed.");
+        throw Failure(kRefused, "nothing was deleted.");
 }
 
 } // namespace phnctl
