@@ -79,12 +79,9 @@ bool CCalendar::GetEvent(HANDLE hDevice, DWORD dwIndex, PHN_EVENT_RECORD* pRecor
         return false;
     const auto Result = Exchange.GetReply().Load<CAL_RET_EVENT_CNT_RES>();
     pRetEvent->dwResult = Result.dwResult;
-    pRetEvent->dwNumOfEventInfo = Result.dwNumOfEventInfo;
-    CByteReader Reader = Exchange.GetReply().GetReader(sizeof Result);
-    std::span<const uint8_t> Data;
-    Reader.Take(Reader.GetRemaining(), &Data);
+    pRetEvent->dwNumOfEventInfo = Result.dwNumber;
     std::string strCalendar;
-    if (!UnpackEvent(&strCalendar, Data, pRetEvent.get(), pError))
+    if (!UnpackEvent(&strCalendar, Exchange.GetReply().GetData(sizeof Result), pRetEvent.get(), pError))
         return false;
     return DeliverText(strCalendar, pRecord, pError);
 }

@@ -62,17 +62,7 @@ PHN_OFFSET(CAL_EVENT_INFO, dwByMonthFromEnd, 356);
 PHN_OFFSET(CAL_EVENT_INFO, dwByMonthDay, 360);
 PHN_OFFSET(CAL_EVENT_INFO, dwByMonthDayFromEnd, 364);
 
-// The reply to a read. As many events as it counts follow it, if the handset keeps its word.
-struct PHN_PACKED CAL_RET_EVENT_CNT_RES
-{
-    DEV_RX_HEADER rcRxHeader;
-    uint32_t dwResult;
-    uint32_t dwNumOfEventInfo;
-};
-static_assert(sizeof(CAL_RET_EVENT_CNT_RES) == 16);
-PHN_OFFSET(CAL_RET_EVENT_CNT_RES, rcRxHeader, 0);
-PHN_OFFSET(CAL_RET_EVENT_CNT_RES, dwResult, 8);
-PHN_OFFSET(CAL_RET_EVENT_CNT_RES, dwNumOfEventInfo, 12);
+using CAL_RET_EVENT_CNT_RES = DEV_RX_NUMBER; // the reply to a read, which counts its events
 
 struct PHN_PACKED CAL_RET_RES
 {

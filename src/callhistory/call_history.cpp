@@ -1,8 +1,5 @@
 #include "callhistory/call_history.h"
 
-#include <algorithm>
-#include <cstring>
-
 #include "callhistory/call_records.h"
 #include "link/exchange.h"
 #include "link/failure.h"
@@ -45,8 +42,7 @@ DWORD GetFirstList(int32_t eType)
 
 void FillEntry(PHN_CALL_ENTRY* pEntry, const CH_ENTRY& Entry)
 {
-    const std::string strText = Entry.wszEntry100.GetText();
-    std::memcpy(pEntry->szEntryText, strText.data(), std::min(strText.size(), sizeof pEntry->szEntryText));
+    Entry.wszEntry100.CopyText(pEntry->szEntryText);
     pEntry->uEntry8 = Entry.dwEntry8 * 1000;
     pEntry->wEntry18 = Entry.wEntry18;
     pEntry->wEntry17 = Entry.byEntry17;
@@ -135,7 +131,7 @@ bool CCallHistory::GetCount(HANDLE hDevice, DWORD dwList, uint32_t* puCount, PHN
     CExchange Exchange(Log, kGetCount);
     if (!Exchange.Run(hDevice, AsBytes(dwList), pError))
         return false;
-    *puCount = Exchange.GetReply().Load<CH_RET_CNT_RES>().dwNumOfEntries;
+    *puCount = Exchange.GetReply().Load<CH_RET_CNT_RES>().dwNumber;
     return true;
 }
 
@@ -152,7 +148,7 @@ bool CCallHistory::GetEntry(HANDLE hDevice, DWORD dwCommand, std::span<const uin
     CExchange Exchange(Log, kGetEntry, dwCommand);
     if (!Exchange.Run(hDevice, Parameters, pError))
         return false;
-    const DWORD dwNumOfEntries = Exchange.GetReply().Load<CH_RET_CNT_RES>().dwNumOfEntries;
+    const DWORD dwNumOfEntries = Exchange.GetReply().Load<CH_RET_CNT_RES>().dwNumber;
     if (dwNumOfEntries == 0)
         return Fail(Log, pError, PHN_ERROR_NO_MORE_ENTRIES,
                     "GetEntry - rcCHEntry.dwNumOfEntries is less than or equal to 0.");
@@ -170,8 +166,7 @@ bool CCallHistory::GetEntry(HANDLE hDevice, DWORD dwCommand, std::span<const uin
 
 bool CCallHistory::ClearEntry(HANDLE hDevice, DWORD dwList, PHN_ERROR* pError)
 {
-    CExchange Exchange(Log, kClearEntry);
-    return Exchange.Run(hDevice, AsBytes(dwList), pError);
+    return CExchange(Log, kClearEntry).Run(hDevice, AsBytes(dwList), pError);
 }
 
 void CCallHistory::SetList(DWORD dwList)

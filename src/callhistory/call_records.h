@@ -6,17 +6,7 @@
 #include "common/wide_field.h"
 #include "link/command.h"
 
-// The reply to a count, and to a read: as many entries as it counts follow it, if the handset keeps its word.
-struct PHN_PACKED CH_RET_CNT_RES
-{
-    DEV_RX_HEADER rcRxHeader;
-    uint32_t dwResult;
-    uint32_t dwNumOfEntries;
-};
-static_assert(sizeof(CH_RET_CNT_RES) == 16);
-PHN_OFFSET(CH_RET_CNT_RES, rcRxHeader, 0);
-PHN_OFFSET(CH_RET_CNT_RES, dwResult, 8);
-PHN_OFFSET(CH_RET_CNT_RES, dwNumOfEntries, 12);
+using CH_RET_CNT_RES = DEV_RX_NUMBER; // the reply to a count, and to a read, which counts its entries
 
 struct PHN_PACKED CH_ENTRY
 {

@@ -26,6 +26,15 @@ struct WideField
     }
     std::string GetText() const { return ToAnsi(GetWide()); }
 
+    // Copies as much of the ANSI text as fits, without a terminator: the host's cleared field supplies it if there is
+    // room.
+    template <size_t M>
+    void CopyText(char (&szText)[M]) const
+    {
+        const std::string strText = GetText();
+        std::memcpy(szText, strText.data(), std::min(strText.size(), M));
+    }
+
     // Stores as many units as fit and zeroes the rest. False if the text was cut.
     bool SetWide(std::u16string_view strText)
     {

@@ -76,3 +76,16 @@ static_assert(sizeof(DEV_RX_HEADER) == 8);
 PHN_OFFSET(DEV_RX_HEADER, dwHeader0, 0);
 PHN_OFFSET(DEV_RX_HEADER, wHeader4, 4);
 PHN_OFFSET(DEV_RX_HEADER, wStatus, 6);
+
+// What most commands are answered with: a result, and a count of the records that follow, if the handset keeps its
+// word, or an id. Each service names it as its handset does.
+struct PHN_PACKED DEV_RX_NUMBER
+{
+    DEV_RX_HEADER rcRxHeader;
+    uint32_t dwResult; // 0: done
+    uint32_t dwNumber;
+};
+static_assert(sizeof(DEV_RX_NUMBER) == 16);
+PHN_OFFSET(DEV_RX_NUMBER, rcRxHeader, 0);
+PHN_OFFSET(DEV_RX_NUMBER, dwResult, 8);
+PHN_OFFSET(DEV_RX_NUMBER, dwNumber, 12);

@@ -46,12 +46,13 @@ public:
         return Record;
     }
 
-    // Reads from an offset to the reported length; empty if the reply ends before the offset.
-    CByteReader GetReader(size_t uOffset) const
+    // What stands from an offset to the reported length; empty if the reply ends before the offset.
+    std::span<const uint8_t> GetData(size_t uOffset) const
     {
         const std::span<const uint8_t> Data(m_abyBuffer, m_dwLength);
-        return CByteReader(Data.subspan(std::min<size_t>(uOffset, m_dwLength)));
+        return Data.subspan(std::min<size_t>(uOffset, m_dwLength));
     }
+    CByteReader GetReader(size_t uOffset) const { return CByteReader(GetData(uOffset)); }
 
 private:
     friend class CExchange;

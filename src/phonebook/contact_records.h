@@ -76,16 +76,7 @@ PHN_OFFSET(PB_RET_INFO_CNT_RES, dwResult, 8);
 PHN_OFFSET(PB_RET_INFO_CNT_RES, dwInfo12, 12);
 PHN_OFFSET(PB_RET_INFO_CNT_RES, dwNumOfRecs, 16);
 
-struct PHN_PACKED PB_RET_RES
-{
-    DEV_RX_HEADER rcRxHeader;
-    uint32_t dwResult;
-    uint32_t dwRecordID; // under which a written contact was stored
-};
-static_assert(sizeof(PB_RET_RES) == 16);
-PHN_OFFSET(PB_RET_RES, rcRxHeader, 0);
-PHN_OFFSET(PB_RET_RES, dwResult, 8);
-PHN_OFFSET(PB_RET_RES, dwRecordID, 12);
+using PB_RET_RES = DEV_RX_NUMBER; // the record id under which a written contact was stored
 
 struct PHN_PACKED PB_RET_NAME_RES
 {

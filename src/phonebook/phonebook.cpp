@@ -129,10 +129,7 @@ bool CPhonebook::GetContact(HANDLE hDevice, DWORD dwIndex, PHN_CONTACT_RECORD* p
     const auto Info = Exchange.GetReply().Load<PB_RET_INFO_CNT_RES>();
     pRetInfo->dwResult = Info.dwResult;
     pRetInfo->dwNumOfRecs = Info.dwNumOfRecs;
-    CByteReader Reader = Exchange.GetReply().GetReader(sizeof Info);
-    std::span<const uint8_t> Data;
-    Reader.Take(Reader.GetRemaining(), &Data);
-    if (!UnpackContact(pRecord, Data, pRetInfo.get(), pError))
+    if (!UnpackContact(pRecord, Exchange.GetReply().GetData(sizeof Info), pRetInfo.get(), pError))
         return false;
     if (!bMapped)
         AddIndexMapping(dwIndex, dwRecordID);
@@ -183,7 +180,7 @@ bool CPhonebook::SetContact(HANDLE hDevice, DWORD dwIndex, PHN_CONTACT_RECORD* p
         return false;
     if (bMapped)
         RemoveIndexMapping(dwIndex);
-    AddIndexMapping(dwIndex, Exchange.GetReply().Load<PB_RET_RES>().dwRecordID);
+    AddIndexMapping(dwIndex, Exchange.GetReply().Load<PB_RET_RES>().dwNumber);
     pRecord->uSize = sizeof *pRecord;
     return true;
 }

@@ -34,28 +34,8 @@ PHN_OFFSET(SMS_RECORD, szCallbackNumber, 92);
 PHN_OFFSET(SMS_RECORD, dwPriority, 164);
 PHN_OFFSET(SMS_RECORD, dwBodySize, 168);
 
-// The reply to a count, and to a listing step: as many messages as it counts follow it, if the handset keeps its word.
-struct PHN_PACKED SMS_RET_INFO_RES
-{
-    DEV_RX_HEADER rcRxHeader;
-    uint32_t dwResult;
-    uint32_t dwNumOfSMS;
-};
-static_assert(sizeof(SMS_RET_INFO_RES) == 16);
-PHN_OFFSET(SMS_RET_INFO_RES, rcRxHeader, 0);
-PHN_OFFSET(SMS_RET_INFO_RES, dwResult, 8);
-PHN_OFFSET(SMS_RET_INFO_RES, dwNumOfSMS, 12);
-
-struct PHN_PACKED SMS_RET_INDEX_RES
-{
-    DEV_RX_HEADER rcRxHeader;
-    uint32_t dwResult;
-    uint32_t dwIndex; // under which a sent or saved message was stored
-};
-static_assert(sizeof(SMS_RET_INDEX_RES) == 16);
-PHN_OFFSET(SMS_RET_INDEX_RES, rcRxHeader, 0);
-PHN_OFFSET(SMS_RET_INDEX_RES, dwResult, 8);
-PHN_OFFSET(SMS_RET_INDEX_RES, dwIndex, 12);
+using SMS_RET_INFO_RES = DEV_RX_NUMBER;  // the reply to a count, and to a listing step, which counts its messages
+using SMS_RET_INDEX_RES = DEV_RX_NUMBER; // the index under which a sent or saved message was stored
 
 // A message in memory: the body is a text of its own, dwBodySize / 2 units with whatever terminator they hold.
 struct SMS_MESSAGE

@@ -75,7 +75,7 @@ bool PutMessage(HANDLE hDevice, const ExchangeSpec& Spec, const SMS_MESSAGE& Mes
     CExchange Exchange(Log, Spec);
     if (!Exchange.Run(hDevice, Request.GetBytes(), pError))
         return false;
-    SetIndex(pHostMessage, Exchange.GetReply().Load<SMS_RET_INDEX_RES>().dwIndex);
+    SetIndex(pHostMessage, Exchange.GetReply().Load<SMS_RET_INDEX_RES>().dwNumber);
     return true;
 }
 
@@ -100,7 +100,7 @@ bool CSMS::GetMessageCount(HANDLE hDevice, int32_t eType, uint32_t* puCount)
     CExchange Exchange(Log, kGetMessageCount);
     if (!Exchange.Run(hDevice, AsBytes(GetBoxCode(eType)), &weError))
         return false;
-    *puCount = Exchange.GetReply().Load<SMS_RET_INFO_RES>().dwNumOfSMS;
+    *puCount = Exchange.GetReply().Load<SMS_RET_INFO_RES>().dwNumber;
     return true;
 }
 
@@ -164,16 +164,14 @@ bool CSMS::DeleteMessage(HANDLE hDevice, DWORD dwIndex, PHN_ERROR* pError)
 {
     Log.Comment("DeleteMessage being executed.");
     EndListing();
-    CExchange Exchange(Log, kDeleteMessage);
-    return Exchange.Run(hDevice, AsBytes(dwIndex & 0xFFFF), pError);
+    return CExchange(Log, kDeleteMessage).Run(hDevice, AsBytes(dwIndex & 0xFFFF), pError);
 }
 
 bool CSMS::DeleteAllMessages(HANDLE hDevice, int32_t eType, PHN_ERROR* pError)
 {
     Log.Comment("DeleteAllMessages being executed.");
     EndListing();
-    CExchange Exchange(Log, kDeleteAllMessages);
-    return Exchange.Run(hDevice, AsBytes(GetBoxCode(eType)), pError);
+    return CExchange(Log, kDeleteAllMessages).Run(hDevice, AsBytes(GetBoxCode(eType)), pError);
 }
 
 bool CSMS::SetMessageStatus(HANDLE hDevice, DWORD dwIndex, DWORD dwRead, PHN_ERROR* pError)
@@ -181,8 +179,7 @@ bool CSMS::SetMessageStatus(HANDLE hDevice, DWORD dwIndex, DWORD dwRead, PHN_ERR
     Log.Comment("SetMessageStatus being executed.");
     EndListing();
     const DWORD adwParameters[] = {dwIndex & 0xFFFF, dwRead ? kStatusSet : kStatusNotSet};
-    CExchange Exchange(Log, kSetMessageStatus);
-    return Exchange.Run(hDevice, AsBytes(adwParameters), pError);
+    return CExchange(Log, kSetMessageStatus).Run(hDevice, AsBytes(adwParameters), pError);
 }
 
 void CSMS::EndListing()
@@ -194,8 +191,7 @@ void CSMS::EndListing()
 // Lets the handset get its message store ready for a listing.
 bool CSMS::OpenBrew(HANDLE hDevice, PHN_ERROR* pError)
 {
-    CExchange Exchange(Log, kOpenBrew);
-    return Exchange.Run(hDevice, {}, pError);
+    return CExchange(Log, kOpenBrew).Run(hDevice, {}, pError);
 }
 
 // One step of a listing: the first message of the reply reaches the host, those behind it do not.
@@ -205,7 +201,7 @@ bool CSMS::GetMessage(HANDLE hDevice, DWORD dwCommand, std::span<const uint8_t> 
     CExchange Exchange(Log, kGetMessage, dwCommand);
     if (!Exchange.Run(hDevice, Parameters, pError))
         return false;
-    const DWORD dwNumOfSMS = Exchange.GetReply().Load<SMS_RET_INFO_RES>().dwNumOfSMS;
+    const DWORD dwNumOfSMS = Exchange.GetReply().Load<SMS_RET_INFO_RES>().dwNumber;
     if (dwNumOfSMS == 0)
         return Fail(Log, pError, PHN_ERROR_NO_MORE_MESSAGES,
                     "GetMessage - rcRxSMSMsg.dwNumOfSMS is less than or equal to 0.");

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstring>
-#include <string>
 
 namespace {
 
@@ -20,14 +18,6 @@ void ConvertDigits(const DEVICE_INFO& DeviceInfo, char (&szNumber)[N])
     }
 }
 
-// The text without its terminator, which the cleared host field supplies where there is room.
-template <size_t N, size_t M>
-void ConvertText(const WideField<N>& Field, char (&szText)[M])
-{
-    const std::string strText = Field.GetText();
-    std::memcpy(szText, strText.data(), std::min(strText.size(), M));
-}
-
 } // namespace
 
 void ConvertDeviceInfo(const DEVICE_INFO& DeviceInfo, PHN_DEVICE_INFO* pDeviceInfo)
@@ -36,17 +26,17 @@ void ConvertDeviceInfo(const DEVICE_INFO& DeviceInfo, PHN_DEVICE_INFO* pDeviceIn
     std::snprintf(pDeviceInfo->szESN, sizeof pDeviceInfo->szESN, "%03u%08u",
                   static_cast<unsigned>(DeviceInfo.dwESN >> 24), static_cast<unsigned>(DeviceInfo.dwESN & 0xFFFFFF));
     pDeviceInfo->uInfo19 = DeviceInfo.byInfo19;
-    ConvertText(DeviceInfo.wszInfo20, pDeviceInfo->szInfo20);
-    ConvertText(DeviceInfo.wszModel, pDeviceInfo->szModel);
-    ConvertText(DeviceInfo.wszInfo148, pDeviceInfo->szInfo148);
+    DeviceInfo.wszInfo20.CopyText(pDeviceInfo->szInfo20);
+    DeviceInfo.wszModel.CopyText(pDeviceInfo->szModel);
+    DeviceInfo.wszInfo148.CopyText(pDeviceInfo->szInfo148);
     std::snprintf(pDeviceInfo->szInfo212, sizeof pDeviceInfo->szInfo212, "%X",
                   static_cast<unsigned>(DeviceInfo.dwInfo212));
-    ConvertText(DeviceInfo.wszInfo216, pDeviceInfo->szInfo216);
+    DeviceInfo.wszInfo216.CopyText(pDeviceInfo->szInfo216);
     pDeviceInfo->uInfo238 = DeviceInfo.dwInfo238;
     pDeviceInfo->uInfo242 = DeviceInfo.dwInfo242;
     pDeviceInfo->uInfo246 = DeviceInfo.dwInfo246;
     pDeviceInfo->uInfo250 = DeviceInfo.byInfo250;
     pDeviceInfo->uInfo251 = DeviceInfo.byInfo251;
-    ConvertText(DeviceInfo.wszInfo253, pDeviceInfo->szInfo253);
+    DeviceInfo.wszInfo253.CopyText(pDeviceInfo->szInfo253);
     pDeviceInfo->uSize = sizeof *pDeviceInfo;
 }

@@ -64,8 +64,7 @@ bool CSetupInformation::Activate(HANDLE hDevice, PHN_ACTIVATION_DATA* pActivatio
 bool CSetupInformation::SetRadio(HANDLE hDevice, uint32_t uRadioState, PHN_ERROR* pError)
 {
     Log.Comment("SetRadio being executed.");
-    CExchange Exchange(Log, kSetRadio);
-    return Exchange.Run(hDevice, AsBytes(static_cast<uint8_t>(uRadioState)), pError);
+    return CExchange(Log, kSetRadio).Run(hDevice, AsBytes(static_cast<uint8_t>(uRadioState)), pError);
 }
 
 bool CSetupInformation::SetLock(HANDLE hDevice, uint32_t uLock, const char* pExistingLockCode, PHN_ERROR* pError)
@@ -73,8 +72,7 @@ bool CSetupInformation::SetLock(HANDLE hDevice, uint32_t uLock, const char* pExi
     Log.Comment("SetLock being executed.");
     CByteWriter Request;
     Request.Put(static_cast<uint8_t>(uLock)).PutBytes(pExistingLockCode, kLockCode);
-    CExchange Exchange(Log, kSetLock);
-    return Exchange.Run(hDevice, Request.GetBytes(), pError);
+    return CExchange(Log, kSetLock).Run(hDevice, Request.GetBytes(), pError);
 }
 
 bool CSetupInformation::ChangeLockCode(HANDLE hDevice, const char* pExistingLockCode, const char* pNewLockCode,
@@ -83,8 +81,7 @@ bool CSetupInformation::ChangeLockCode(HANDLE hDevice, const char* pExistingLock
     Log.Comment("ChangeLockCode being executed.");
     CByteWriter Request;
     Request.PutBytes(pExistingLockCode, kLockCode).PutBytes(pNewLockCode, kLockCode);
-    CExchange Exchange(Log, kChangeLockCode);
-    return Exchange.Run(hDevice, Request.GetBytes(), pError);
+    return CExchange(Log, kChangeLockCode).Run(hDevice, Request.GetBytes(), pError);
 }
 
 bool CSetupInformation::GetParameters(HANDLE hDevice, PHN_PARAMETERS* pParameters, PHN_ERROR* pError)
@@ -108,6 +105,5 @@ bool CSetupInformation::SetParameters(HANDLE hDevice, const PHN_PARAMETERS* pPar
     Parameters.byParameter1 = static_cast<uint8_t>(pParameters->uParameter1);
     Parameters.byParameter2 = static_cast<uint8_t>(pParameters->uParameter2);
     Parameters.wParameter3 = pParameters->wParameter3;
-    CExchange Exchange(Log, kSetParameters);
-    return Exchange.Run(hDevice, AsBytes(Parameters), pError);
+    return CExchange(Log, kSetParameters).Run(hDevice, AsBytes(Parameters), pError);
 }
