@@ -22,7 +22,7 @@ CFrameCodec CodecAfter(uint32_t sequence)
     return codec;
 }
 
-Bytes Compose(CFrameCodec& codec, std::span<const uint8_t> record)
+Bytes Compose(CFrameCodec& codec, const Bytes& record)
 {
     Bytes frame(8193, 0xEE);
     DWORD length = 0;
@@ -50,7 +50,7 @@ TEST(FrameCodec, RequestsAreTheGoldenFrames)
 {
     for (const wire::GoldenFrame& golden : wire::kRequests) {
         CFrameCodec codec = CodecAfter(golden.sequence - 1);
-        EXPECT_EQ(Compose(codec, golden.payload), Bytes(golden.frame.begin(), golden.frame.end())) << golden.name;
+        EXPECT_EQ(Compose(codec, golden.payload), golden.frame) << golden.name;
     }
 }
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <map>
 #include <string>
 
 namespace {
@@ -34,27 +34,14 @@ TEST(SimulatorProtocol, AnswersGoldenRequestsWithGoldenReplies)
 {
     Handset handset(GoldenPhone());
     Session session(handset, PortKind::Diagnostic);
-    for (const wire::GoldenFrame& request : wire::kRequests) {
-        const auto reply = std::find_if(std::begin(wire::kReplies), std::end(wire::kReplies),
-                                        [&](const auto& one) { return one.sequence == request.sequence; });
-        ASSERT_NE(reply, std::end(wire::kReplies)) << request.name;
-        EXPECT_EQ(Answer(session, Bytes(request.frame.begin(), request.frame.end())),
-                  Bytes(reply->frame.begin(), reply->frame.end()))
-            << request.name;
-    }
-    struct Extra
-    {
-        std::uint32_t sequence;
-        Bytes record;
-    };
-    const Extra extras[] = {{6, host::Record(35, {0})}, {7, host::Record(26, {1})}, {8, host::Record(40, {3})}};
-    for (const Extra& extra : extras) {
-        const auto reply = std::find_if(std::begin(wire::kReplies), std::end(wire::kReplies),
-                                        [&](const auto& one) { return one.sequence == extra.sequence; });
-        EXPECT_EQ(Answer(session, host::Frame(extra.sequence, extra.record)),
-                  Bytes(reply->frame.begin(), reply->frame.end()))
-            << reply->name;
-    }
+    std::map<std::uint32_t, Bytes> frames; // by the sequence identifier of the request
+    for (const wire::GoldenFrame& request : wire::kRequests)
+        frames[request.sequence] = request.frame;
+    frames[6] = host::Frame(6, host::Record(35, {0}));
+    frames[7] = host::Frame(7, host::Record(26, {1}));
+    frames[8] = host::Frame(8, host::Record(40, {3}));
+    for (const wire::GoldenFrame& reply : wire::kReplies)
+        EXPECT_EQ(Answer(session, frames.at(reply.sequence)), reply.frame) << reply.name;
 }
 
 TEST(SimulatorProtocol, TurnsBrokenFramesAwayAndAnswersTheNext)
