@@ -1,32 +1,20 @@
 // The calendar's operations on a port in memory: what they send, and what they make of replies.
-#include <functional>
-
 #include "calendar/event_text.h"
-#include "link/scripted_port.h"
-#include "wire/record_bytes.h"
+#include "link/service_fixture.h"
 
 namespace {
 
-class CalendarTest : public ExchangeTest
+class CalendarTest : public ServiceTest
 {
 protected:
-    // Header, numbers and what follows them. The length that is reported counts 13 bytes more.
-    void Answer(std::initializer_list<uint32_t> numbers, const Bytes& rest = {})
-    {
-        Bytes reply(8, 0);
-        for (const uint32_t number : numbers)
-            Put32(reply, number);
-        Append(reply, rest);
-        port_->answers.push_back({.reply = reply, .extra = 13});
-    }
+    CalendarTest() : ServiceTest("CCalendar") {}
 
     PHN_ERROR Get(uint32_t room, std::string* text = nullptr, uint32_t* size = nullptr)
     {
         std::string buffer(room, '\0');
         PHN_EVENT_RECORD record{0, buffer.data(), room};
-        PHN_ERROR error = PHN_ERROR_NONE;
-        const bool done = calendar_.GetEvent(Device(), 7, &record, &error);
-        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        const PHN_ERROR error = Run(calendar_, &CCalendar::GetEvent, 7, &record);
+        const bool done = error == PHN_ERROR_NONE;
         EXPECT_EQ(+record.uSize, done ? sizeof record : 0);
         EXPECT_EQ(done, buffer[0] != '\0') << "a failure writes nothing";
         if (text)
@@ -38,26 +26,12 @@ protected:
     PHN_ERROR Set(std::string text)
     {
         PHN_EVENT_RECORD record{0, text.data(), static_cast<uint32_t>(text.size())};
-        PHN_ERROR error = PHN_ERROR_NONE;
-        const bool done = calendar_.SetEvent(Device(), 0x01020304, &record, &error);
-        EXPECT_EQ(done, error == PHN_ERROR_NONE);
-        EXPECT_EQ(+record.uSize, done ? sizeof record : 0);
+        const PHN_ERROR error = Run(calendar_, &CCalendar::SetEvent, 0x01020304, &record);
+        EXPECT_EQ(+record.uSize, error == PHN_ERROR_NONE ? sizeof record : 0);
         return error;
     }
-    PHN_ERROR Delete()
-    {
-        PHN_ERROR error = PHN_ERROR_NONE;
-        const bool done = calendar_.DeleteEvent(Device(), 7, &error);
-        EXPECT_EQ(done, error == PHN_ERROR_NONE);
-        return error;
-    }
-    PHN_ERROR DeleteAll()
-    {
-        PHN_ERROR error = PHN_ERROR_NONE;
-        const bool done = calendar_.DeleteAllEvents(Device(), &error);
-        EXPECT_EQ(done, error == PHN_ERROR_NONE);
-        return error;
-    }
+    PHN_ERROR Delete() { return Run(calendar_, &CCalendar::DeleteEvent, 7); }
+    PHN_ERROR DeleteAll() { return Run(calendar_, &CCalendar::DeleteAllEvents); }
 
     CCalendarEx calendar_;
 };
@@ -101,17 +75,6 @@ constexpr const char* kFridayText =
     "RRULE:FREQ=MONTHLY;UNTIL=20101231T235958Z;INTERVAL=2;BYDAY=WE,-1FR,3SU;BYMONTH=3,12;BYMONTHDAY=1,27,-1\r\n"
     "BEGIN:VALARM\r\nTRIGGER:-P5M\r\nACTION;X-PHN-RINGER-ID:77\r\nEND:VALARM\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
 
-Bytes Request(uint32_t command, std::initializer_list<uint32_t> numbers, const Bytes& rest = {})
-{
-    Bytes request;
-    Put32(request, command);
-    Put16(request, 1);
-    for (const uint32_t number : numbers)
-        Put32(request, number);
-    Append(request, rest);
-    return request;
-}
-
 TEST_F(CalendarTest, RequestsAndRepliesHoldTheRecordFieldByField)
 {
     ASSERT_EQ(FridayEvent().size(), 368u);
@@ -119,63 +82,31 @@ TEST_F(CalendarTest, RequestsAndRepliesHoldTheRecordFieldByField)
     Answer({0, 1}, FridayEvent());
     EXPECT_EQ(Get(4096, &text), PHN_ERROR_NONE);
     EXPECT_EQ(text, kFridayText);
-    EXPECT_EQ(port_->requests.back(), Request(30, {7}));
+    EXPECT_EQ(TakeRequest(), Request(30, {7}));
 
     Answer({0});
     EXPECT_EQ(Set(kFridayText), PHN_ERROR_NONE);
-    EXPECT_EQ(port_->requests.back(), Request(31, {0x01020304}, FridayEvent()));
+    EXPECT_EQ(TakeRequest(), Request(31, {0x01020304}, FridayEvent()));
     Answer({0});
     EXPECT_EQ(Delete(), PHN_ERROR_NONE);
-    EXPECT_EQ(port_->requests.back(), Request(32, {7}));
+    EXPECT_EQ(TakeRequest(), Request(32, {7}));
     Answer({0});
     EXPECT_EQ(DeleteAll(), PHN_ERROR_NONE);
-    EXPECT_EQ(port_->requests.back(), Request(33, {}));
+    EXPECT_EQ(TakeRequest(), Request(33));
     EXPECT_EQ(port_->lastTimeout, 15000u);
     EXPECT_EQ(port_->lastSize, 8193u);
 }
 
 TEST_F(CalendarTest, EachCheckOfAReplyHasItsLineAndItsCode)
 {
-    const struct
-    {
-        std::string name;
-        std::function<PHN_ERROR()> run;
-        size_t minimum;
-        std::string reply, status, result; // the names in the lines
-    } operations[] = {
-        {"GetEvent", [this] { return Get(4096); }, 16, "CAL_RET_EVENT_CNT_RES(16, 0x10)", "rcRxHeader.wStatus",
-         "prcCalRetEvent->dwResult"},
-        {"SetEvent", [this] { return Set(kFridayText); }, 12, "CAL_RET_RES(12, 0xC)", "rcCalRetRes.wStatus",
-         "rcCalRetRes.dwResult"},
-        {"DeleteEvent", [this] { return Delete(); }, 12, "CAL_RET_RES(12, 0xC)", "rcCalRetRes.wStatus",
-         "rcCalRetRes.dwResult"},
-        {"DeleteAllEvents", [this] { return DeleteAll(); }, 12, "CAL_RET_RES(12, 0xC)", "rcCalRetRes.wStatus", ""},
+    ExpectChecks({"GetEvent", "GetEvent", [this] { return Get(4096); }, 16, "CAL_RET_EVENT_CNT_RES",
+                  "prcCalRetEvent->dwResult"});
+    const auto check = [this](const std::string& name, const std::string& result, auto run) {
+        ExpectChecks({name, name, run, 12, "CAL_RET_RES", result, "rcCalRetRes.wStatus"});
     };
-    for (const auto& operation : operations) {
-        const auto ends = [&](const struct Answer& answer, PHN_ERROR error, const std::string& line) {
-            port_->answers.push_back(answer);
-            EXPECT_EQ(operation.run(), error) << line;
-            Lines lines = log_.TakeLines();
-            std::erase_if(lines, [](const std::string& text) { return !text.starts_with("CCalendar "); });
-            Lines expected{"CCalendar Comment " + operation.name + " being executed."};
-            if (error)
-                expected.push_back("CCalendar Error " + operation.name + " - " + line);
-            EXPECT_EQ(lines, expected);
-        };
-        ends({.reply = {}, .error = 121}, 104, "ExecCmd failed with dwErrSts = 121(0x79).");
-        const size_t minimum = operation.minimum;
-        char length[32];
-        std::snprintf(length, sizeof length, "%zu, 0x%zX", minimum - 1, minimum - 1);
-        Bytes refused(minimum - 1);
-        refused[6] = 10; // the length is looked at before the status
-        ends({.reply = refused}, 104,
-             "dwRetBufferLen(" + std::string(length) + ") is less than " + operation.reply + ".");
-        refused.resize(minimum);
-        refused[8] = 4; // and that before the result
-        ends({.reply = refused}, 203, operation.status + " = 10(0xA).");
-        refused[6] = 0;
-        ends({.reply = refused}, operation.result.empty() ? 0 : 306, operation.result + " = 4(0x4).");
-    }
+    check("SetEvent", "rcCalRetRes.dwResult", [this] { return Set(kFridayText); });
+    check("DeleteEvent", "rcCalRetRes.dwResult", [this] { return Delete(); });
+    check("DeleteAllEvents", "", [this] { return DeleteAll(); });
 }
 
 TEST_F(CalendarTest, ATooSmallBufferLearnsTheLength)
@@ -320,7 +251,7 @@ TEST_F(CalendarTest, RecordsAreAsLargeAsTheCalendarSays)
     EXPECT_TRUE(calendar.SetEvent(Device(), 7, &record, &error));
     Bytes larger = FridayEvent();
     Append(larger, {1, 2, 3, 4, 5, 6, 7, 8});
-    EXPECT_EQ(port_->requests.back(), Request(31, {7}, larger));
+    EXPECT_EQ(TakeRequest(), Request(31, {7}, larger));
 
     text.resize(4096);
     record = {0, text.data(), 4096};

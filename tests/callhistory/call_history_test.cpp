@@ -1,11 +1,7 @@
 // The call history on a port in memory: what it asks, which lists it joins, and what of an entry reaches the host.
 #include "callhistory/call_history.h"
 
-#include <cstring>
-#include <functional>
-
-#include "link/scripted_port.h"
-#include "wire/record_bytes.h"
+#include "link/service_fixture.h"
 
 namespace {
 
@@ -23,66 +19,32 @@ Bytes EntryBytes(uint32_t id, std::u16string_view text = u"", uint32_t value = 0
     return bytes;
 }
 
-class CallTest : public ExchangeTest
+class CallTest : public ServiceTest
 {
 protected:
-    void Answer(std::initializer_list<uint32_t> numbers, const Bytes& rest = {}, uint16_t status = 0)
-    {
-        Bytes reply(6, 0xEE);
-        Put16(reply, status);
-        for (const uint32_t number : numbers)
-            Put32(reply, number);
-        Append(reply, rest);
-        port_->answers.push_back({.reply = reply});
-    }
+    CallTest() : ServiceTest("CCallHistory") { tail_ = 0; }
+
     void AnswerEntry(uint32_t id) { Answer({0, 1}, EntryBytes(id)); }
     void AnswerEnd() { Answer({5, 0}); }
 
     bool Count(int32_t type, uint32_t* count) { return calls_.GetCallEntryCount(Device(), type, count); }
-    PHN_ERROR First(int32_t type)
-    {
-        return Outcome([&](PHN_ERROR* error) { return calls_.GetFirstCallEntry(Device(), type, &entry_, error); });
-    }
-    PHN_ERROR Next()
-    {
-        return Outcome([&](PHN_ERROR* error) { return calls_.GetNextCallEntry(Device(), &entry_, error); });
-    }
-    PHN_ERROR Clear(int32_t type)
-    {
-        return Outcome([&](PHN_ERROR* error) { return calls_.ClearCallEntries(Device(), type, error); });
-    }
+    PHN_ERROR First(int32_t type) { return Run(calls_, &CCallHistory::GetFirstCallEntry, type, &entry_); }
+    PHN_ERROR Next() { return Run(calls_, &CCallHistory::GetNextCallEntry, &entry_); }
+    PHN_ERROR Clear(int32_t type) { return Run(calls_, &CCallHistory::ClearCallEntries, type); }
 
-    // The command and the parameters of each request since the last call.
-    std::vector<std::vector<uint32_t>> TakeRequests()
+    // Since the last call these requests were sent: the command and the parameters of each.
+    void ExpectRequests(const std::vector<std::vector<uint32_t>>& expected)
     {
-        std::vector<std::vector<uint32_t>> requests;
-        for (const Bytes& bytes : std::exchange(port_->requests, {})) {
-            EXPECT_EQ(Bytes(bytes.begin() + 4, bytes.begin() + 6), (Bytes{1, 0}));
-            auto& numbers = requests.emplace_back();
-            for (size_t offset = 0; offset < bytes.size(); offset += offset ? 4 : 6) {
-                uint32_t number = 0;
-                std::memcpy(&number, &bytes.at(offset), sizeof number);
-                numbers.push_back(number);
-            }
-        }
-        EXPECT_TRUE(port_->answers.empty());
-        return requests;
+        std::vector<Bytes> requests;
+        for (const std::vector<uint32_t>& numbers : expected)
+            requests.push_back(Request(numbers.front(), {numbers.begin() + 1, numbers.end()}));
+        EXPECT_EQ(TakeRequests(), requests);
     }
 
     using Requests = std::vector<std::vector<uint32_t>>;
 
     CCallHistory calls_;
     PHN_CALL_ENTRY entry_{};
-
-private:
-    static PHN_ERROR Outcome(const std::function<bool(PHN_ERROR*)>& call)
-    {
-        PHN_ERROR error = PHN_ERROR_NONE;
-        if (call(&error))
-            return PHN_ERROR_NONE;
-        EXPECT_NE(error, PHN_ERROR_NONE);
-        return error;
-    }
 };
 
 TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
@@ -120,11 +82,11 @@ TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
         EXPECT_EQ(Bytes(entry_.abyReserved30, entry_.abyReserved30 + 20), Bytes(20));
         EXPECT_EQ(Bytes(entry_.abyReserved62, entry_.abyReserved62 + 22), zeros);
     }
-    EXPECT_EQ(TakeRequests(), Requests(std::size(cases), {26, 4}));
+    ExpectRequests(Requests(std::size(cases), {26, 4}));
     // The entry behind the first one is asked for by the first one's id.
     AnswerEntry(10);
     EXPECT_EQ(Next(), PHN_ERROR_NONE);
-    EXPECT_EQ(TakeRequests(), (Requests{{27, 4, 9}}));
+    ExpectRequests({{27, 4, 9}});
     EXPECT_EQ(port_->lastTimeout, 15000u);
 }
 
@@ -134,7 +96,7 @@ TEST_F(CallTest, CountsAreTheSumOfJoinedLists)
         uint32_t count = 77;
         EXPECT_EQ(Count(type, &count), counted);
         EXPECT_EQ(count, expected);
-        EXPECT_EQ(TakeRequests(), requests);
+        ExpectRequests(requests);
     };
     Answer({0, 6});
     expect(0, true, 6, {{25, 4}});
@@ -154,7 +116,7 @@ TEST_F(CallTest, ReadsJoinedListsAsOne)
 {
     const auto expect = [&](PHN_ERROR outcome, PHN_ERROR expected, const Requests& requests) {
         EXPECT_EQ(outcome, expected);
-        EXPECT_EQ(TakeRequests(), requests);
+        ExpectRequests(requests);
     };
     constexpr PHN_ERROR kEnd = PHN_ERROR_NO_MORE_ENTRIES;
     AnswerEntry(11);
@@ -211,7 +173,7 @@ TEST_F(CallTest, ACountEndsAReading)
     EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_ENTRIES);
     EXPECT_EQ(log_.TakeLines(), (Lines{"CCallHistory Comment GetNextCallEntry being executed.",
                                        "CCallHistory Error GetNextCallEntry - GetFirstCallEntry was not called."}));
-    EXPECT_EQ(TakeRequests(), Requests());
+    ExpectRequests({});
     // Clearing does not.
     AnswerEntry(11);
     EXPECT_EQ(First(0), 0u);
@@ -219,7 +181,7 @@ TEST_F(CallTest, ACountEndsAReading)
     EXPECT_EQ(Clear(2), 0u);
     AnswerEntry(12);
     EXPECT_EQ(Next(), 0u);
-    EXPECT_EQ(TakeRequests(), (Requests{{26, 4}, {28, 1}, {27, 4, 11}}));
+    ExpectRequests({{26, 4}, {28, 1}, {27, 4, 11}});
 }
 
 TEST_F(CallTest, ClearsBothOfJoinedLists)
@@ -227,11 +189,11 @@ TEST_F(CallTest, ClearsBothOfJoinedLists)
     Answer({});
     Answer({});
     EXPECT_EQ(Clear(1), 0u);
-    EXPECT_EQ(TakeRequests(), (Requests{{28, 2}, {28, 3}}));
+    ExpectRequests({{28, 2}, {28, 3}});
     log_.TakeLines();
     Answer({}, {}, 4);
     EXPECT_EQ(Clear(1), PHN_ERROR_NO_SERVICE_OBJECT);
-    EXPECT_EQ(TakeRequests(), (Requests{{28, 2}}));
+    ExpectRequests({{28, 2}});
     Answer({});
     port_->answers.push_back({.reply = Bytes(7)});
     EXPECT_EQ(Clear(1), PHN_ERROR_FAILED);
@@ -244,6 +206,12 @@ TEST_F(CallTest, ClearsBothOfJoinedLists)
                      "CCallHistory Error ClearCallEntries - 2nd ClearEntry returned false."}));
 }
 
+TEST_F(CallTest, EachCheckOfAReplyHasItsLineAndItsCode)
+{
+    ExpectChecks(
+        {"GetFirstCallEntry", "GetEntry", [this] { return First(0); }, 16, "CH_RET_CNT_RES", "rcCHEntry.dwResult"});
+}
+
 TEST_F(CallTest, RepliesThatHoldLessThanTheySayFail)
 {
     const auto expect = [&](PHN_ERROR code, const std::string& line) {
@@ -252,12 +220,6 @@ TEST_F(CallTest, RepliesThatHoldLessThanTheySayFail)
         EXPECT_EQ(log_.TakeLines().back(), "CCallHistory Error GetEntry - " + line);
         EXPECT_EQ(+entry_.uSize, 0u);
     };
-    port_->answers.push_back({.reply = {}, .error = 121});
-    expect(PHN_ERROR_FAILED, "ExecCmd failed with dwErrSts = 121(0x79).");
-    port_->answers.push_back({.reply = Bytes(15)});
-    expect(PHN_ERROR_FAILED, "dwRetBufferLen(15, 0xF) is less than CH_RET_CNT_RES(16, 0x10).");
-    Answer({0, 1}, {}, 1);
-    expect(PHN_ERROR_FAILED, "rcRxHeader.wStatus = 1(0x1).");
     Answer({5, 1});
     expect(PHN_ERROR_NO_MORE_ENTRIES, "rcCHEntry.dwResult = 5(0x5).");
     Answer({0, 0});

@@ -1,8 +1,7 @@
 // The phonebook's operations: what they send, what they make of the replies, and what the index map becomes.
-#include <functional>
 #include <thread>
 
-#include "link/scripted_port.h"
+#include "link/service_fixture.h"
 #include "phn_platform_test.h"
 #include "phonebook/contact_bytes.h"
 #include "phonebook/speed_dial_phonebook.h"
@@ -11,44 +10,10 @@ namespace {
 
 constexpr const char* kCard = "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha\nTEL;TYPE=CELL:123\nEND:VCARD\n";
 
-Bytes Request(std::initializer_list<uint32_t> parameters, uint32_t command)
-{
-    Bytes bytes;
-    Put32(bytes, command);
-    Put16(bytes, 1);
-    for (const uint32_t parameter : parameters)
-        Put32(bytes, parameter);
-    return bytes;
-}
-
-class Phonebook : public ExchangeTest
+class Phonebook : public ServiceTest
 {
 protected:
-    Phonebook() { log_.SetLevel(0x00020006); } // the phonebook's lines alone
-
-    void Script(const Bytes& reply) { port_->answers.push_back({.reply = reply}); }
-    void ScriptFailure() { port_->answers.push_back({.reply = {}, .error = 121}); }
-
-    // A reply as it arrives: header, what follows it, and the frame's trailing bytes, which are counted too.
-    static Bytes Reply(std::initializer_list<uint32_t> numbers, const Bytes& rest = {}, uint16_t status = 0)
-    {
-        Bytes reply(6, 0xEE); // not looked at
-        Put16(reply, status);
-        for (const uint32_t number : numbers)
-            Put32(reply, number);
-        reply.insert(reply.end(), rest.begin(), rest.end());
-        reply.insert(reply.end(), {0xC5, 0xC5, 0x7E});
-        reply.insert(reply.end(), 10, 0);
-        return reply;
-    }
-
-    // The one request that was sent since the last call.
-    Bytes TakeRequest()
-    {
-        EXPECT_EQ(port_->requests.size(), 1u);
-        const std::vector<Bytes> requests = std::exchange(port_->requests, {});
-        return requests.empty() ? Bytes() : requests.front();
-    }
+    Phonebook() : ServiceTest("CPhonebook") {}
 
     PHN_ERROR Get(DWORD index, std::string* text = nullptr)
     {
@@ -68,10 +33,7 @@ protected:
         return error;
     }
 
-    static Bytes ReplyWith(const Contact& contact, uint32_t count = 1)
-    {
-        return Reply({0, 0xEEEEEEEE, count}, ToBytes(contact));
-    }
+    void AnswerWith(const Contact& contact) { Answer({0, 0xEEEEEEEE, 1}, ToBytes(contact)); }
 
     // The record id that a request is for.
     uint32_t TakeRecord() { return Get32(TakeRequest(), 6); }
@@ -79,10 +41,7 @@ protected:
     template <typename Method, typename... Arguments>
     PHN_ERROR Run(Method method, Arguments... arguments)
     {
-        PHN_ERROR error = PHN_ERROR_NONE;
-        const bool done = std::invoke(method, phonebook_, Device(), arguments..., &error);
-        EXPECT_EQ(done, error == PHN_ERROR_NONE);
-        return error;
+        return ServiceTest::Run(phonebook_, method, arguments...);
     }
     PHN_ERROR Delete(DWORD index) { return Run(&CPhonebook::DeleteContact, index); }
     PHN_ERROR DeleteAll() { return Run(&CPhonebook::DeleteAllContacts); }
@@ -96,60 +55,25 @@ TEST_F(Phonebook, EachCheckOfAReplyHasItsLineAndItsCode)
 {
     PHN_FIELD_SIZES sizes{};
     PHN_GROUP group{};
-    const struct
-    {
-        const char* entry; // the line that is logged first
-        std::string name;
-        std::function<PHN_ERROR()> run;
-        size_t minimum;
-        std::string reply, status, result; // the names in the lines
-    } operations[] = {
-        {"CPhonebook Comment GetFieldSizes being executed.", "GetFieldSizes", [&] { return Sizes(&sizes); }, 50,
-         "PB_RET_FIELDSIZE_RES(50, 0x32)", "rcRxHeader.wStatus", ""},
-        {"CPhonebook Comment GetContact being executed.", "GetContact", [&] { return Get(1); }, 20,
-         "PB_RET_INFO_CNT_RES(20, 0x14)", "rcRxHeader.wStatus", "prcPBRetInfo->dwResult"},
-        {"CPhonebook Comment SetContact being executed.", "SetContact", [&] { return Set(1, kCard); }, 16,
-         "PB_RET_RES(16, 0x10)", "rcPBRetRes.wStatus", "rcPBRetRes->dwResult"},
-        {"CPhonebook Comment DeleteContact being executed.", "DeleteContact", [&] { return Delete(1); }, 16,
-         "PB_RET_RES(16, 0x10)", "rcPBRetRes.wStatus", "rcPBRetRes.dwResult"},
-        {"CPhonebook Comment DeleteAllContacts being executed.", "DeleteAllContacts", [&] { return DeleteAll(); }, 16,
-         "PB_RET_RES(16, 0x10)", "rcPBRetRes.wStatus", "rcPBRetRes.dwResult"},
-        {"CPhonebook Comment GetGroup being executed.", "GetName", [&] { return Group(1, &group); }, 84,
-         "PB_RET_NAME_RES(84, 0x54)", "rcRxHeader.wStatus", "prcPBRetName->dwResult"},
+    ExpectChecks({"GetFieldSizes", "GetFieldSizes", [&] { return Sizes(&sizes); }, 50, "PB_RET_FIELDSIZE_RES", ""});
+    ExpectChecks(
+        {"GetContact", "GetContact", [&] { return Get(1); }, 20, "PB_RET_INFO_CNT_RES", "prcPBRetInfo->dwResult"});
+    ExpectChecks(
+        {"GetGroup", "GetName", [&] { return Group(1, &group); }, 84, "PB_RET_NAME_RES", "prcPBRetName->dwResult"});
+    const auto check = [this](const std::string& name, const std::string& result, auto run) {
+        ExpectChecks({name, name, run, 16, "PB_RET_RES", result, "rcPBRetRes.wStatus"});
     };
-    for (const auto& operation : operations) {
-        const auto fails = [&](PHN_ERROR error, const std::string& line) {
-            EXPECT_EQ(operation.run(), error) << line;
-            EXPECT_EQ(log_.TakeLines(), (Lines{operation.entry, "CPhonebook Error " + operation.name + " - " + line}));
-        };
-        ScriptFailure();
-        fails(104, "ExecCmd failed with dwErrSts = 121(0x79).");
-        const size_t minimum = operation.minimum;
-        char length[32];
-        std::snprintf(length, sizeof length, "%zu, 0x%zX", minimum - 1, minimum - 1);
-        Bytes refused(minimum - 1);
-        refused[6] = 10; // the length is looked at before the status
-        Script(refused);
-        fails(104, "dwRetBufferLen(" + std::string(length) + ") is less than " + operation.reply + ".");
-        refused.resize(minimum);
-        refused[8] = 8; // and that before the result
-        Script(refused);
-        fails(203, operation.status + " = 10(0xA).");
-        if (operation.result.empty())
-            continue;
-        refused[6] = 0;
-        refused[8] = 2;
-        Script(refused);
-        fails(305, operation.result + " = 2(0x2).");
-    }
+    check("SetContact", "rcPBRetRes->dwResult", [this] { return Set(1, kCard); });
+    check("DeleteContact", "rcPBRetRes.dwResult", [this] { return Delete(1); });
+    check("DeleteAllContacts", "rcPBRetRes.dwResult", [this] { return DeleteAll(); });
 }
 
 TEST_F(Phonebook, FieldSizesAreCopiedFromWhatWasReceived)
 {
-    Script(Reply({0xFFFF0001, 2, 3, 4, 5, 6, 0x10007, 0xFFFFFFFF, 9, 10, 11}));
+    Answer({0xFFFF0001, 2, 3, 4, 5, 6, 0x10007, 0xFFFFFFFF, 9, 10, 11});
     PHN_FIELD_SIZES sizes{};
     ASSERT_EQ(Sizes(&sizes), PHN_ERROR_NONE);
-    EXPECT_EQ(TakeRequest(), Request({}, 34));
+    EXPECT_EQ(TakeRequest(), Request(34));
     EXPECT_EQ(+sizes.uSize, 34u);
     EXPECT_EQ(+sizes.wFieldSize1, 1);
     EXPECT_EQ(+sizes.wFieldSize6, 6);
@@ -157,9 +81,9 @@ TEST_F(Phonebook, FieldSizesAreCopiedFromWhatWasReceived)
     EXPECT_EQ(+sizes.dwFieldSize8, 0xFFFFFFFF);
     EXPECT_EQ(+sizes.dwFieldSize11, 11u);
 
-    Bytes shortest = Reply({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 0x44332211});
-    shortest.resize(50); // half of the last value; the other half reads as zero
-    Script(shortest);
+    Answer({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 0x44332211});
+    port_->answers.back().reply.resize(50); // half of the last value; the other half reads as zero
+    port_->answers.back().extra = 0;
     ASSERT_EQ(Sizes(&sizes), PHN_ERROR_NONE);
     EXPECT_EQ(+sizes.dwFieldSize11, 0x2211u);
 }
@@ -170,10 +94,10 @@ TEST_F(Phonebook, ReadsTheFirstContactOfAReply)
     const Bytes other = ToBytes({.first = u"Beta"});
     two.insert(two.end(), other.begin(), other.end());
     for (const uint32_t count : {1u, 2u, 3u, 0xFFFFFFFFu}) { // whatever the handset claims beyond it
-        Script(Reply({0, 0, count}, two));
+        Answer({0, 0, count}, two);
         std::string text;
         ASSERT_EQ(Get(5, &text), PHN_ERROR_NONE) << count;
-        EXPECT_EQ(TakeRequest(), Request({5}, 35));
+        EXPECT_EQ(TakeRequest(), Request(35, {5}));
         EXPECT_NE(text.find("\r\nFN:Alpha\r\nTEL;TYPE=CELL:123\r\n"), std::string::npos) << text;
     }
 }
@@ -186,52 +110,48 @@ TEST_F(Phonebook, NothingIsTakenOnAHostileReplysWord)
     std::fill(entries.begin() + 460, entries.end(), uint8_t{0xFF});
     Bytes wrapping = ToBytes({}); // times 116 its count is 4 in 32 bits
     wrapping[460] = 0x35, wrapping[461] = 0xC2, wrapping[462] = 0x72, wrapping[463] = 0x0F;
-    const struct
-    {
-        Bytes reply;
-        PHN_ERROR error;
-        const char* line;
-    } cases[] = {
-        {Reply({0, 0, 0}), 304, "CPhonebook Error GetContact - prcPBRetInfo->dwNumOfRecs = 0(0x0)."},
-        {Reply({0, 0, 1}), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
-        {Reply({0, 0, 0xFFFFFFFF}), 104,
-         "CPhonebook Error GetContact - The first of -1(0xFFFFFFFF) records is not whole."},
-        {Reply({0, 0, 1}, cut), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
-        {Reply({0, 0, 1}, entries), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
-        {Reply({0, 0, 1}, wrapping), 104, "CPhonebook Error GetContact - The first of 1(0x1) records is not whole."},
+    const std::string notWhole = "records is not whole.";
+    const std::tuple<uint32_t, Bytes, PHN_ERROR, std::string> cases[] = {
+        {0, {}, 304, "prcPBRetInfo->dwNumOfRecs = 0(0x0)."},
+        {1, {}, 104, "The first of 1(0x1) " + notWhole},
+        {0xFFFFFFFF, {}, 104, "The first of -1(0xFFFFFFFF) " + notWhole},
+        {1, cut, 104, "The first of 1(0x1) " + notWhole},
+        {1, entries, 104, "The first of 1(0x1) " + notWhole},
+        {1, wrapping, 104, "The first of 1(0x1) " + notWhole},
     };
-    for (const auto& [reply, error, line] : cases) {
-        Script(reply);
+    for (const auto& [count, records, error, line] : cases) {
+        Answer({0, 0, count}, records);
         EXPECT_EQ(Get(1), error) << line;
-        EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment GetContact being executed.", line}));
+        EXPECT_EQ(TakeLines(),
+                  (Lines{"CPhonebook Comment GetContact being executed.", "CPhonebook Error GetContact - " + line}));
     }
     // None of it was mapped.
-    Script(Reply({0, 1}));
+    Answer({0, 1});
     EXPECT_EQ(Set(2, kCard), PHN_ERROR_NONE);
     port_->requests.clear();
-    Script(Reply({0, 0, 0}));
+    Answer({0, 0, 0});
     Get(1);
     EXPECT_EQ(TakeRecord(), 0u);
 }
 
 TEST_F(Phonebook, ATextThatDoesNotFitIsAFailedRead)
 {
-    Script(ReplyWith({}));
+    AnswerWith({});
     char buffer[20];
     PHN_CONTACT_RECORD record{0, buffer, sizeof buffer};
     EXPECT_EQ(Run(&CPhonebook::GetContact, DWORD{1}, &record), PHN_ERROR_FAILED);
-    EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment GetContact being executed.",
-                                       "CPhonebook Error NorvikToVCard - VCardFormatData returned false.",
-                                       "CPhonebook Error GetContact - NorvikToVCard returned false."}));
+    EXPECT_EQ(TakeLines(), (Lines{"CPhonebook Comment GetContact being executed.",
+                                  "CPhonebook Error NorvikToVCard - VCardFormatData returned false.",
+                                  "CPhonebook Error GetContact - NorvikToVCard returned false."}));
 }
 
 TEST_F(Phonebook, AWriteSendsTheWholeRecordOrNothing)
 {
-    Script(Reply({0, 7}));
+    Answer({0, 7});
     ASSERT_EQ(Set(7, "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha Beta\nTEL;TYPE=WORK:1 2\nEMAIL:a\nX-PHN-DEFAULT-NO:3\n"
                      "X-PHN-PICTURE-ID:3\nX-PHN-GROUP-ID:2\nX-PHN-RINGER-ID:1\nX-PHN-SPEEDDIAL-LIST:0,0,9,0,0\nEND\n"),
               PHN_ERROR_NONE);
-    Bytes request = Request({}, 36);
+    Bytes request = Request(36);
     const Bytes contact = ToBytes({.record = 7,
                                    .first = u"Alpha",
                                    .last = u"Beta",
@@ -241,25 +161,25 @@ TEST_F(Phonebook, AWriteSendsTheWholeRecordOrNothing)
                                    .ringer = 1});
     request.insert(request.end(), contact.begin(), contact.end());
     EXPECT_EQ(TakeRequest(), request);
-    log_.TakeLines();
+    TakeLines();
 
     EXPECT_EQ(Set(7, "BEGIN:VCARD\nVERSION:3.0\nFN:Alpha\nEND:VCARD\n"), PHN_ERROR_INVALID_PARAMETER);
     EXPECT_TRUE(port_->requests.empty());
-    EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment SetContact being executed.",
-                                       "CPhonebook Error VCardToNorvik - ComposeNrvContact returned false.",
-                                       "CPhonebook Error VCardToNorvik - CPhonebook::VCardToNorvik returned false.",
-                                       "CPhonebook Error SetContact - VCardToNorvik returned false."}));
+    EXPECT_EQ(TakeLines(), (Lines{"CPhonebook Comment SetContact being executed.",
+                                  "CPhonebook Error VCardToNorvik - ComposeNrvContact returned false.",
+                                  "CPhonebook Error VCardToNorvik - CPhonebook::VCardToNorvik returned false.",
+                                  "CPhonebook Error SetContact - VCardToNorvik returned false."}));
 }
 
 TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
 {
     const auto set = [this](DWORD index, uint32_t stored) {
-        Script(Reply({0, stored}));
+        Answer({0, stored});
         EXPECT_EQ(Set(index, kCard), PHN_ERROR_NONE);
         return TakeRecord();
     };
     const auto get = [this](DWORD index) {
-        Script(Reply({0, 0, 0}));
+        Answer({0, 0, 0});
         EXPECT_EQ(Get(index), PHN_ERROR_NOT_FOUND);
         return TakeRecord();
     };
@@ -272,12 +192,12 @@ TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
     EXPECT_EQ(get(5), 8u);
     EXPECT_EQ(get(8), 0u);
 
-    Script(Reply({4, 30})); // a refused write leaves the map as it was
+    Answer({4, 30}); // a refused write leaves the map as it was
     EXPECT_EQ(Set(5, kCard), PHN_ERROR_RESULT_4);
     EXPECT_EQ(TakeRecord(), 8u);
     EXPECT_EQ(get(5), 8u);
 
-    Script(ReplyWith({})); // a read maps what it asked for
+    AnswerWith({}); // a read maps what it asked for
     EXPECT_EQ(Get(8), PHN_ERROR_NONE);
     EXPECT_EQ(TakeRecord(), 0u);
     EXPECT_EQ(get(0), 1u);
@@ -289,19 +209,19 @@ TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
         uint32_t after; // the record of index 5
     } deletions[] = {{1, PHN_ERROR_NOT_FOUND, 8}, {8, PHN_ERROR_INVALID_PARAMETER, 5}, {0, PHN_ERROR_NONE, 5}};
     for (const auto& [result, error, after] : deletions) {
-        Script(Reply({result, 0}));
+        Answer({result, 0});
         EXPECT_EQ(Delete(5), error);
         port_->requests.clear();
         EXPECT_EQ(get(5), after);
     }
 
-    Script(Reply({1, 0}));
+    Answer({1, 0});
     EXPECT_EQ(DeleteAll(), PHN_ERROR_NOT_FOUND);
-    EXPECT_EQ(TakeRequest(), Request({}, 38));
+    EXPECT_EQ(TakeRequest(), Request(38));
     EXPECT_EQ(port_->lastTimeout, 301000u);
     EXPECT_EQ(get(7), 20u);
     EXPECT_EQ(port_->lastTimeout, 15000u);
-    Script(Reply({0, 0}));
+    Answer({0, 0});
     EXPECT_EQ(DeleteAll(), PHN_ERROR_NONE);
     port_->requests.clear();
     EXPECT_EQ(get(7), 7u);
@@ -310,13 +230,13 @@ TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
 
 TEST_F(Phonebook, ADeletionLeavesTheHandsetAloneFirst)
 {
-    Script(Reply({0, 0}));
+    Answer({0, 0});
     std::thread host([this] { EXPECT_EQ(Delete(3), PHN_ERROR_NONE); });
     EXPECT_TRUE(platform_test::AwaitBlocked(40));
     EXPECT_TRUE(port_->requests.empty());
     platform_test::AdvanceClock(40);
     host.join();
-    EXPECT_EQ(TakeRequest(), Request({3}, 37));
+    EXPECT_EQ(TakeRequest(), Request(37, {3}));
 }
 
 TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
@@ -348,10 +268,10 @@ TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
         setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
         Bytes field;
         PutWide(field, stored, 36);
-        Script(Reply({0}, field));
+        Answer({0}, field);
         PHN_GROUP group{};
         EXPECT_EQ(Group(9, &group), PHN_ERROR_NONE);
-        EXPECT_EQ(TakeRequest(), Request({9}, 41));
+        EXPECT_EQ(TakeRequest(), Request(41, {9}));
         EXPECT_EQ(std::string(group.szName, sizeof group.szName), name + std::string(64 - name.size(), '\0'));
         EXPECT_EQ(+group.uSize, 72u);
         EXPECT_EQ(+group.dwID, 9u);
@@ -362,21 +282,21 @@ TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
 TEST_F(Phonebook, ANameRecordSaysWhatWasAskedForEvenWhenItIsRefused)
 {
     PHN_PICTURE_ID picture{};
-    ScriptFailure();
+    AnswerFailure();
     EXPECT_EQ(Run(&CPhonebook::GetPictureID, DWORD{0x01020304}, &picture), PHN_ERROR_FAILED);
-    EXPECT_EQ(TakeRequest(), Request({0x01020304, 0}, 39));
+    EXPECT_EQ(TakeRequest(), Request(39, {0x01020304, 0}));
     EXPECT_EQ(+picture.uSize, 72u);
     EXPECT_EQ(+picture.dwID, 0x01020304u);
 
     PHN_RINGER_ID ringer{};
-    ScriptFailure();
+    AnswerFailure();
     EXPECT_EQ(Run(&CPhonebook::GetRingerID, DWORD{6}, &ringer), PHN_ERROR_FAILED);
-    EXPECT_EQ(TakeRequest(), Request({6}, 40));
+    EXPECT_EQ(TakeRequest(), Request(40, {6}));
     EXPECT_EQ(+ringer.dwID, 6u);
-    EXPECT_EQ(log_.TakeLines(), (Lines{"CPhonebook Comment GetPictureID being executed.",
-                                       "CPhonebook Error GetName - ExecCmd failed with dwErrSts = 121(0x79).",
-                                       "CPhonebook Comment GetRingerID being executed.",
-                                       "CPhonebook Error GetName - ExecCmd failed with dwErrSts = 121(0x79)."}));
+    EXPECT_EQ(TakeLines(), (Lines{"CPhonebook Comment GetPictureID being executed.",
+                                  "CPhonebook Error GetName - ExecCmd failed with dwErrSts = 121(0x79).",
+                                  "CPhonebook Comment GetRingerID being executed.",
+                                  "CPhonebook Error GetName - ExecCmd failed with dwErrSts = 121(0x79)."}));
 }
 
 } // namespace

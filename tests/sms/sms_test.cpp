@@ -1,7 +1,5 @@
 // The message service on a port in memory: what it sends, what it makes of replies, and where its listing stands.
-#include <functional>
-
-#include "link/scripted_port.h"
+#include "link/service_fixture.h"
 #include "sms/message_bytes.h"
 #include "sms/sms.h"
 
@@ -9,21 +7,12 @@ namespace {
 
 constexpr uint8_t kPdu[] = {0, 4, 2, 0x00, 0x48, 8, 5, 1, 3, 0x10, 0x0C, 0x10}; // to "2", the text "A"
 
-class MessageTest : public ExchangeTest
+class MessageTest : public ServiceTest
 {
 protected:
     static constexpr size_t kRoom = 400;
 
-    // Header, numbers and what follows them. The length that is reported counts 13 bytes more.
-    void Answer(std::initializer_list<uint32_t> numbers, const Bytes& rest = {}, uint16_t status = 0)
-    {
-        Bytes reply(6, 0xEE);
-        Put16(reply, status);
-        for (const uint32_t number : numbers)
-            Put32(reply, number);
-        Append(reply, rest);
-        port_->answers.push_back({.reply = reply, .extra = 13});
-    }
+    MessageTest() : ServiceTest("CSMS") {}
 
     PHN_SMS_MESSAGE Outgoing(const uint8_t* pdu = kPdu, size_t length = sizeof kPdu)
     {
@@ -82,16 +71,6 @@ private:
     }
 };
 
-Bytes Request(std::initializer_list<uint32_t> numbers)
-{
-    Bytes request;
-    Put32(request, *numbers.begin());
-    Put16(request, 1);
-    for (const uint32_t* number = numbers.begin() + 1; number != numbers.end(); ++number)
-        Put32(request, *number);
-    return request;
-}
-
 TEST_F(MessageTest, CountsInTheHandsetsBoxes)
 {
     constexpr uint32_t kBoxes[] = {0, 2, 1, 3, 4};
@@ -100,7 +79,7 @@ TEST_F(MessageTest, CountsInTheHandsetsBoxes)
         uint32_t count = 9;
         EXPECT_TRUE(sms_.GetMessageCount(Device(), type, &count));
         EXPECT_EQ(count, 0x12345678u);
-        EXPECT_EQ(LastRequest(), Request({15, kBoxes[type]}));
+        EXPECT_EQ(LastRequest(), Request(15, {kBoxes[type]}));
     }
     EXPECT_EQ(port_->lastTimeout, 15000u);
     log_.TakeLines();
@@ -124,7 +103,7 @@ TEST_F(MessageTest, SendsAndSavesTheRecordOfThePdu)
         EXPECT_EQ(+message.uSize, sizeof message);
         EXPECT_EQ(+message.uIndexValid, 1u);
         EXPECT_EQ(+message.wIndex, 0xABCD);
-        Bytes expected = Join({Request({saved ? 19u : 16u}), record});
+        Bytes expected = Join({Request(saved ? 19 : 16), record});
         std::fill_n(expected.begin() + 10, 4, uint8_t{0}); // the handset's own field
         EXPECT_EQ(LastRequest(), expected);
     }
@@ -167,61 +146,32 @@ TEST_F(MessageTest, DeletesAndMarks)
         EXPECT_EQ(LastRequest(), request);
         EXPECT_EQ(port_->lastTimeout, timeout);
     };
-    expect([&](PHN_ERROR* error) { return sms_.DeleteMessage(Device(), 0x12345, error); }, Request({20, 0x2345}),
+    expect([&](PHN_ERROR* error) { return sms_.DeleteMessage(Device(), 0x12345, error); }, Request(20, {0x2345}),
            15000);
-    expect([&](PHN_ERROR* error) { return sms_.DeleteAllMessages(Device(), 2, error); }, Request({21, 1}), 301000);
+    expect([&](PHN_ERROR* error) { return sms_.DeleteAllMessages(Device(), 2, error); }, Request(21, {1}), 301000);
     expect([&](PHN_ERROR* error) { return sms_.SetMessageStatus(Device(), 0x1FFFF, 5, error); },
-           Request({22, 0xFFFF, 1}), 15000);
-    expect([&](PHN_ERROR* error) { return sms_.SetMessageStatus(Device(), 3, 0, error); }, Request({22, 3, 2}), 15000);
+           Request(22, {0xFFFF, 1}), 15000);
+    expect([&](PHN_ERROR* error) { return sms_.SetMessageStatus(Device(), 3, 0, error); }, Request(22, {3, 2}), 15000);
 }
 
-TEST_F(MessageTest, EveryOperationReportsItsFailures)
+TEST_F(MessageTest, EachCheckOfAReplyHasItsLineAndItsCode)
 {
     PHN_SMS_MESSAGE message = Outgoing();
-    const struct
-    {
-        std::string name;
-        std::string result;
-        std::function<bool(PHN_ERROR*)> call;
-    } cases[] = {
-        {"SendMessage", "rcSMSMsg.dwResult", [&](auto* error) { return sms_.SendMessage(Device(), &message, error); }},
-        {"SaveMessage", "rcSMSMsg.dwResult", [&](auto* error) { return sms_.SaveMessage(Device(), &message, error); }},
-        {"DeleteMessage", "rcSMSMsg.dwResult", [&](auto* error) { return sms_.DeleteMessage(Device(), 1, error); }},
-        {"DeleteAllMessages", "rcSMSMsg.dwResult",
-         [&](auto* error) { return sms_.DeleteAllMessages(Device(), 1, error); }},
-        {"SetMessageStatus", "rcSMSMsg.dwResult",
-         [&](auto* error) { return sms_.SetMessageStatus(Device(), 1, 1, error); }},
-        {"GetMessage", "rcRxSMSMsg.dwResult",
-         [&](auto* error) {
-             const auto answer = port_->answers.back();
-             port_->answers.clear();
-             Answer({});
-             port_->answers.push_back(answer);
-             return sms_.GetFirstMessage(Device(), 1, &message, error);
-         }},
+    const auto check = [&](const std::string& name, auto method, auto... arguments) {
+        ExpectChecks({name, name, [=, this] { return Run(sms_, method, arguments...); }, 16, "SMS_RET_INDEX_RES",
+                      "rcSMSMsg.dwResult", "rcRxHeader.wStatus", PHN_ERROR_MESSAGE_NOT_FOUND});
     };
-    for (const auto& [name, result, call] : cases) {
-        const auto expect = [&](PHN_ERROR code, const std::string& line) {
-            PHN_ERROR error = PHN_ERROR_NONE;
-            EXPECT_FALSE(call(&error)) << name;
-            EXPECT_EQ(error, code) << name;
-            EXPECT_EQ(log_.TakeLines().back(), "CSMS Error " + name + " - " + line);
-            port_->answers.clear();
-        };
-        port_->answers.push_back({.reply = {}, .error = 121});
-        expect(PHN_ERROR_FAILED, "ExecCmd failed with dwErrSts = 121(0x79).");
-        port_->answers.push_back({.reply = Bytes(15)});
-        expect(PHN_ERROR_FAILED, std::string("dwRetBufferLen(15, 0xF) is less than SMS_RET_") +
-                                     (name == "GetMessage" ? "INFO" : "INDEX") + "_RES(16, 0x10).");
-        Answer({100, 1}, {}, 12);
-        expect(PHN_ERROR_STATUS_12, "rcRxHeader.wStatus = 12(0xC).");
-        Answer({1, 1});
-        expect(PHN_ERROR_MESSAGE_NOT_FOUND, result + " = 1(0x1).");
-        Answer({100, 1});
-        expect(PHN_ERROR_NO_MORE_MESSAGES, result + " = 100(0x64).");
-        Answer({6, 1});
-        expect(PHN_ERROR_FAILED, result + " = 6(0x6).");
-    }
+    check("SendMessage", &CSMS::SendMessage, &message);
+    check("SaveMessage", &CSMS::SaveMessage, &message);
+    check("DeleteMessage", &CSMS::DeleteMessage, 1);
+    check("DeleteAllMessages", &CSMS::DeleteAllMessages, 1);
+    check("SetMessageStatus", &CSMS::SetMessageStatus, 1, 1);
+    const auto first = [&] {
+        port_->answers.push_front({.reply = Bytes(8)}); // the store is opened first
+        return First(1);
+    };
+    ExpectChecks({"GetFirstMessage", "GetMessage", first, 16, "SMS_RET_INFO_RES", "rcRxSMSMsg.dwResult",
+                  "rcRxHeader.wStatus", PHN_ERROR_MESSAGE_NOT_FOUND});
     EXPECT_EQ(+message.uSize, 0u);
 }
 
@@ -231,16 +181,16 @@ TEST_F(MessageTest, AListingAsksForTheMessageAfterTheLastOne)
     Answer({0, 3}, Join({ToBytes({.index = 0x10007, .body = u"a"}), ToBytes({.index = 8}), ToBytes({.index = 9})}));
     ASSERT_EQ(First(1), PHN_ERROR_NONE);
     EXPECT_EQ(+last_.wIndex, 7);
-    EXPECT_EQ(port_->requests, (std::vector<Bytes>{Request({46}), Request({17, 2})}));
+    EXPECT_EQ(port_->requests, (std::vector<Bytes>{Request(46), Request(17, {2})}));
     Answer({0, 1}, ToBytes({.index = 1}));
     EXPECT_EQ(Next(), PHN_ERROR_NONE);
-    EXPECT_EQ(LastRequest(), Request({18, 2, 0x10007}));
+    EXPECT_EQ(LastRequest(), Request(18, {2, 0x10007}));
     // Its end leaves it as it is.
     for (int i = 0; i < 2; ++i) {
         log_.TakeLines();
         Answer({0, 0});
         EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_MESSAGES);
-        EXPECT_EQ(LastRequest(), Request({18, 2, 1}));
+        EXPECT_EQ(LastRequest(), Request(18, {2, 1}));
         EXPECT_EQ(log_.TakeLines(),
                   (Lines{"CSMS Comment GetNextMessage being executed.",
                          "CSMS Error GetMessage - rcRxSMSMsg.dwNumOfSMS is less than or equal to 0."}));
@@ -280,13 +230,13 @@ TEST_F(MessageTest, AFailedBeginChangesNoMoreThanTheBox)
                                        "CSMS Error GetFirstMessage - OpenBrew returned false."}));
     Answer({0, 0});
     Next();
-    EXPECT_EQ(LastRequest(), Request({18, 0, 7}));
+    EXPECT_EQ(LastRequest(), Request(18, {0, 7}));
     Answer({});
     Answer({0, 0});
     EXPECT_EQ(First(1), PHN_ERROR_NO_MORE_MESSAGES);
     Answer({0, 0});
     Next();
-    EXPECT_EQ(LastRequest(), Request({18, 2, 7}));
+    EXPECT_EQ(LastRequest(), Request(18, {2, 7}));
 }
 
 // A buffer that is too small costs no message, at the begin of a listing and within it.
@@ -303,7 +253,7 @@ TEST_F(MessageTest, TooSmallABufferCostsNoMessage)
     expectRefused(Next(24));
     Answer({0, 1}, second);
     EXPECT_EQ(Next(25), PHN_ERROR_NONE);
-    EXPECT_EQ(LastRequest(), Request({18, 0, 7}));
+    EXPECT_EQ(LastRequest(), Request(18, {0, 7}));
     EXPECT_EQ(+last_.wIndex, 8);
     EXPECT_EQ(+last_.uSizeofData, 25u);
     Answer({});
@@ -314,11 +264,11 @@ TEST_F(MessageTest, TooSmallABufferCostsNoMessage)
 // The handset's counts and sizes are no reason to read beyond its reply.
 TEST_F(MessageTest, AFirstMessageThatIsNotWholeFails)
 {
+    tail_ = 0;
     const Bytes whole = ToBytes({.index = 3, .address = u"555", .body = std::u16string(u"Hello\0", 6)});
     for (size_t length = 0; length < whole.size(); ++length) {
         Answer({});
         Answer({0, 1}, Bytes(whole.begin(), whole.begin() + static_cast<long>(length)));
-        port_->answers.back().extra = 0;
         EXPECT_EQ(First(0), PHN_ERROR_FAILED) << length;
         EXPECT_EQ(log_.TakeLines().back(), "CSMS Error GetMessage - The first of 1(0x1) messages is not whole.");
     }
@@ -329,7 +279,6 @@ TEST_F(MessageTest, AFirstMessageThatIsNotWholeFails)
             reply[168 + i] = static_cast<uint8_t>(size >> 8 * i);
         Answer({});
         Answer({0, 0xFFFFFFFF}, reply);
-        port_->answers.back().extra = 0;
         EXPECT_EQ(First(0), PHN_ERROR_FAILED) << size;
     }
     // A count that the reply does not keep is none of the first message's concern, nor is an odd size.
