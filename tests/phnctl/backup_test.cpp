@@ -100,13 +100,48 @@ TEST_F(Backup, ARestoreDeletesOnlyWhatItIsToldTo)
         phone.contacts[50].firstName = "Other";
     });
     EXPECT_EQ(Run("restore " + m_backup).status, 0);
-    EXPECT_EQ(Run("restore --delete-others --dry-run " + m_backup).status, 0);
-    EXPECT_NE(Run("restore --delete-others " + m_backup).status, 0) << "nobody was asked";
-    EXPECT_EQ(Contacts(), 44u);
-    const std::string copy = (m_folder.Path() / "copy.vcf").string();
-    EXPECT_EQ(Run("restore --delete-others --yes --copy " + copy + " " + m_backup).status, 0);
+    const Outcome plan = Run("restore --delete-others --dry-run " + m_backup);
+    EXPECT_EQ(plan.status, 0);
+    EXPECT_NE(plan.out.find("\ndelete       Other Berg  (index 50)\n"), std::string::npos) << plan.out;
+    Handset().Change(0, [](simulator::Phone& phone) { phone.contacts.erase(1); });
+    EXPECT_EQ(Run("restore --delete-others " + m_backup).status, 2) << "nobody was asked";
+    EXPECT_EQ(Contacts(), 43u) << "and nothing was put back before that";
+    const std::string copies = (m_folder.Path() / "copies").string();
+    const Outcome outcome = Run("restore --delete-others --yes --json --copies " + copies + " " + m_backup);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_NE(outcome.out.find("\"deletions\":[{\"title\":\"Other Berg\",\"index\":50,\"result\":\"deleted\"}]"),
+              std::string::npos)
+        << outcome.out;
     EXPECT_EQ(Contacts(), 43u);
-    EXPECT_TRUE(std::filesystem::exists(copy));
+    Run("restore " + copies); // the copies are a backup of what went
+    EXPECT_EQ(Contacts(), 44u);
+}
+
+TEST_F(Backup, WithoutAHandsetLeavesNothing)
+{
+    m_simulator.Unplug();
+    EXPECT_EQ(Run("backup --wait 1 " + m_backup).status, 1);
+    EXPECT_FALSE(std::filesystem::exists(m_backup));
+}
+
+// What the list of losses says is what a restore onto an empty handset leaves out.
+TEST_F(Backup, SaysBeforehandWhatDoesNotComeBack)
+{
+    const auto losses = [](const Outcome& outcome) { return outcome.out.substr(outcome.out.find("If all of it")); };
+    const std::string first = losses(Run("backup " + m_backup));
+    for (const char* line :
+         {"  of 1 contact: Mobile 5550002222 (Fran\xC3\xA7ois Lef\xC3\xA8vre)\n",
+          "  1 contact: the handset keeps no contact without a number or an address ((no name))\n",
+          "  3 messages: a message without a text cannot be sent (5551230000, 5551230310, 5551230620)\n",
+          "  of 16 messages: the time\n", "  20 calls: no call list can be written\n"})
+        EXPECT_NE(first.find(line), std::string::npos) << line << first;
+    Clear();
+    Run("restore " + m_backup);
+    EXPECT_EQ(Contacts(), 43u);
+    EXPECT_EQ(Messages(), 24u);
+    const std::string second = losses(Run("backup --force " + m_backup));
+    for (const char* line : {"5550002222", "no contact without", "without a text", "the time"})
+        EXPECT_EQ(second.find(line), std::string::npos) << second;
 }
 
 } // namespace

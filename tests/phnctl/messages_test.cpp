@@ -149,7 +149,8 @@ TEST_F(Messages, CallsAreListedCountedAndCleared)
     EXPECT_EQ(Handset().Snapshot().calls.size(), 2u);
     const Outcome cleared = Run("calls clear 1 --yes --copy " + Path("calls.json"));
     EXPECT_EQ(cleared.out, "2 calls deleted.\n");
-    EXPECT_EQ(cleared.err, "A copy of 2 calls is in " + Path("calls.json") + ".\n");
+    EXPECT_EQ(cleared.err, "No copy brings back:\n  2 calls: no call list can be written\nA copy of 2 calls is in " +
+                               Path("calls.json") + ".\n");
     EXPECT_TRUE(Handset().Snapshot().calls.empty());
 }
 

@@ -16,7 +16,21 @@ public:
     {
     }
 
-    // False when the handset is lost.
+    // Both return false when the handset is lost.
+    bool Delete(Deletion& deletion)
+    {
+        try {
+            m_kind.Delete(m_handset, deletion.stored.index);
+            deletion.result = Result::Written;
+            m_losses.Succeeded();
+        } catch (const Refusal& refusal) {
+            deletion.result = Result::Failed;
+            deletion.problem = refusal.what();
+            return !m_losses.IsOver(refusal);
+        }
+        return true;
+    }
+
     bool Write(PlannedEntry& planned)
     {
         try {
@@ -51,6 +65,36 @@ private:
     LossWatch m_losses;
 };
 
+// False when the rest is not to be tried.
+bool WriteEntries(Writer& writer, const EntryKind& kind, Plan& plan, const StopRequest& stop, bool strict)
+{
+    Progress progress("writing " + kind.Many(), plan.Count(Action::Add) + plan.Count(Action::Change));
+    for (PlannedEntry& planned : plan.entries) {
+        if (planned.action != Action::Add && planned.action != Action::Change)
+            continue;
+        if (stop.Came()) {
+            plan.isInterrupted = true;
+            return false;
+        }
+        const bool goesOn = writer.Write(planned);
+        if (!goesOn || (strict && planned.result != Result::Written))
+            return false;
+        progress.Step();
+    }
+    return true;
+}
+
+void DeleteOthers(Writer& writer, const EntryKind& kind, Plan& plan, const StopRequest& stop)
+{
+    Progress progress("deleting " + kind.Many(), plan.deletions.size());
+    for (Deletion& deletion : plan.deletions) {
+        plan.isInterrupted = stop.Came();
+        if (plan.isInterrupted || !writer.Delete(deletion))
+            return;
+        progress.Step();
+    }
+}
+
 } // namespace
 
 void Apply(const Handset& handset, const EntryKind& kind, Plan& plan, const Inventory& inventory, bool strict)
@@ -58,19 +102,8 @@ void Apply(const Handset& handset, const EntryKind& kind, Plan& plan, const Inve
     plan.isApplied = true;
     const StopRequest stop;
     Writer writer(handset, kind, inventory);
-    Progress progress("writing " + kind.Many(), plan.Count(Action::Add) + plan.Count(Action::Change));
-    for (PlannedEntry& planned : plan.entries) {
-        if (planned.action != Action::Add && planned.action != Action::Change)
-            continue;
-        if (stop.Came()) {
-            plan.isInterrupted = true;
-            return;
-        }
-        const bool goesOn = writer.Write(planned);
-        if (!goesOn || (strict && planned.result != Result::Written))
-            return;
-        progress.Step();
-    }
+    if (WriteEntries(writer, kind, plan, stop, strict) && plan.HoldsAll())
+        DeleteOthers(writer, kind, plan, stop);
 }
 
 } // namespace phnctl

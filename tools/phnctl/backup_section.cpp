@@ -1,14 +1,17 @@
 #include "phnctl/backup_section.h"
 
+#include "phnctl/apply.h"
+#include "phnctl/contact_kind.h"
 #include "phnctl/entry_commands.h"
-#include "phnctl/failure.h"
+#include "phnctl/event_kind.h"
+#include "phnctl/history_sections.h"
 #include "phnctl/inventory.h"
-#include "phnctl/plan.h"
 #include "phnctl/safeguard.h"
 #include "phnctl/text_file.h"
 
 #include <algorithm>
-#include <fmt/format.h>
+#include <iterator>
+#include <memory>
 
 namespace phnctl {
 
@@ -26,16 +29,6 @@ std::vector<StoredEntry> OthersOf(const Plan& plan, const Inventory& inventory)
     return others;
 }
 
-void DeleteOthers(const Invocation& invocation, const Handset& handset, const EntryKind& kind,
-                  const std::vector<StoredEntry>& others)
-{
-    Confirm(invocation, fmt::format("Delete {} {} that the backup does not hold?", others.size(), kind.Many()));
-    KeepCopy(invocation, kind, "restore", others);
-    for (const StoredEntry& other : others)
-        kind.Delete(handset, other.index);
-    fmt::print(stderr, "{} {} deleted.\n", others.size(), kind.Many());
-}
-
 } // namespace
 
 SavedSection EntrySection::Save(const Handset& handset, const std::filesystem::path& file) const
@@ -44,30 +37,37 @@ SavedSection EntrySection::Save(const Handset& handset, const std::filesystem::p
     TellUnread(m_kind, inventory);
     TellGarbled(m_kind, inventory);
     WriteText(file, m_kind.Format(inventory.entries), Existing::Replace);
-    return {inventory.entries.size(), inventory.unread.size()};
+    return {inventory.entries.size(), inventory.unread.size(), LossesOf(m_kind, inventory.entries)};
 }
 
-int EntrySection::Restore(const Invocation& invocation, const Handset& handset, const std::filesystem::path& file) const
+std::optional<Restoration> EntrySection::Prepare(const Invocation& invocation, const Handset& handset,
+                                                 const std::filesystem::path& file) const
 {
     auto candidates = ReadCandidates(m_kind, {TextOf(file)});
-    const Inventory inventory = TakeInventory(handset, m_kind, IndexRange());
-    TellUnread(m_kind, inventory);
-    Plan plan = MakePlan(m_kind, std::move(candidates), inventory);
-    const std::vector<StoredEntry> others = OthersOf(plan, inventory);
-    const int status = CarryOut(invocation, handset, m_kind, plan, inventory);
-    if (others.empty())
-        return status;
-    if (!invocation.Has(kDeleteOthers))
-        fmt::print(stderr, "{} {} of the handset are not in the backup. They stay; {} deletes them.\n", others.size(),
-                   m_kind.Many(), kDeleteOthers);
-    else if (!plan.isApplied)
-        fmt::print(stderr, "{} {} of the handset are not in the backup and would be deleted.\n", others.size(),
-                   m_kind.Many());
-    else if (status == kDone)
-        DeleteOthers(invocation, handset, m_kind, others);
+    const auto inventory = std::make_shared<Inventory>(TakeInventory(handset, m_kind, IndexRange()));
+    TellUnread(m_kind, *inventory);
+    Restoration restoration{&m_kind, MakePlan(m_kind, std::move(candidates), *inventory), {}};
+    std::vector<StoredEntry> others = OthersOf(restoration.plan, *inventory);
+    if (invocation.Has(kDeleteOthers))
+        for (StoredEntry& other : others)
+            restoration.plan.deletions.push_back({std::move(other)});
     else
-        fmt::print(stderr, "Nothing was deleted, as not all of the backup is on the handset.\n");
-    return status;
+        restoration.others = others.size();
+    restoration.apply = [&invocation, &handset, &kind = m_kind, inventory](Plan& plan, bool isStrict) {
+        KeepCopy(invocation, kind, "restore", EndangeredBy(plan, *inventory));
+        Apply(handset, kind, plan, *inventory, isStrict);
+    };
+    return restoration;
+}
+
+std::vector<std::unique_ptr<BackupSection>> Sections()
+{
+    std::vector<std::unique_ptr<BackupSection>> sections;
+    sections.push_back(std::make_unique<EntrySection>(ContactKind()));
+    sections.push_back(std::make_unique<EntrySection>(EventKind()));
+    sections.push_back(std::make_unique<MessageSection>());
+    sections.push_back(std::make_unique<CallSection>());
+    return sections;
 }
 
 } // namespace phnctl

@@ -1,13 +1,19 @@
 // A part of a backup: what one file of the backup's folder holds, taken off the handset and put back. Used by backup
 // and restore, which know no more of contacts, events, messages and calls than this. A new part is one line in
-// backup.cpp; kinds of entries need no more than an EntrySection.
+// Sections; kinds of entries need no more than an EntrySection.
 #pragma once
 
 #include "phnctl/command.h"
 #include "phnctl/entry_kind.h"
+#include "phnctl/losses.h"
+#include "phnctl/plan.h"
 
 #include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace phnctl {
 
@@ -15,6 +21,16 @@ struct SavedSection
 {
     std::size_t count = 0;  // that the file holds
     std::size_t unread = 0; // that could not be read
+    Losses losses;          // that a restore would bring
+};
+
+// What is to be put back of one part: planned, and nothing written yet.
+struct Restoration
+{
+    const EntryForm* form;
+    Plan plan;
+    std::function<void(Plan& plan, bool isStrict)> apply; // leaves in the plan what came of it; throws Failure
+    std::size_t others = 0;                               // that are not in the backup and stay
 };
 
 class BackupSection
@@ -22,15 +38,17 @@ class BackupSection
 public:
     virtual ~BackupSection() = default;
 
+    virtual std::string One() const = 0;  // "contact"
     virtual std::string Name() const = 0; // "contacts"
     virtual std::string File() const = 0; // "contacts.vcf"
 
     // Writes the file whole, or throws Failure.
     virtual SavedSection Save(const Handset& handset, const std::filesystem::path& file) const = 0;
 
-    // Plans, shows and carries out as the invocation says; the exit status. Throws Failure.
-    virtual int Restore(const Invocation& invocation, const Handset& handset,
-                        const std::filesystem::path& file) const = 0;
+    // Reads the file and the handset; nothing for what cannot be put back. Throws Failure. The arguments must live as
+    // long as the result.
+    virtual std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
+                                               const std::filesystem::path& file) const = 0;
 };
 
 class EntrySection : public BackupSection
@@ -38,14 +56,19 @@ class EntrySection : public BackupSection
 public:
     explicit EntrySection(const EntryKind& kind) : m_kind(kind) {}
 
+    std::string One() const override { return m_kind.One(); }
     std::string Name() const override { return m_kind.Many(); }
     std::string File() const override { return m_kind.Many() + m_kind.Extension(); }
     SavedSection Save(const Handset& handset, const std::filesystem::path& file) const override;
-    int Restore(const Invocation& invocation, const Handset& handset, const std::filesystem::path& file) const override;
+    std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
+                                       const std::filesystem::path& file) const override;
 
 private:
     const EntryKind& m_kind;
 };
+
+// All parts, in the order in which they are saved and put back.
+std::vector<std::unique_ptr<BackupSection>> Sections();
 
 // The option with which a restore deletes what the backup does not hold.
 inline constexpr const char* kDeleteOthers = "--delete-others";

@@ -66,6 +66,13 @@ std::string ShowTime(const PHN_CALL_ENTRY& entry)
                        +entry.wEntry12, +entry.wEntry13, +entry.wEntry14);
 }
 
+Losses LossesOf(const std::vector<StoredCall>& calls)
+{
+    if (calls.empty())
+        return {};
+    return {{kNotRestored, "no call list can be written", calls.size(), {}}};
+}
+
 std::string CallsJson(const std::vector<StoredCall>& calls)
 {
     JsonList list;

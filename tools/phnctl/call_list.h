@@ -2,6 +2,7 @@
 #pragma once
 
 #include "phnctl/handset.h"
+#include "phnctl/losses.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,6 +28,9 @@ std::uint32_t CountCalls(const Handset& handset, std::int32_t list);
 
 // As the handset says it: nothing tells whether it is local time.
 std::string ShowTime(const PHN_CALL_ENTRY& entry);
+
+// All of them: there is no call that stores one.
+Losses LossesOf(const std::vector<StoredCall>& calls);
 
 // {"calls":[...]}: as `list --json` answers, and as copies are kept.
 std::string CallsJson(const std::vector<StoredCall>& calls);

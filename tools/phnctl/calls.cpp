@@ -81,6 +81,7 @@ int Clear(const Invocation& invocation)
         const std::vector<StoredCall> calls = ReadCalls(handset, lists);
         const std::string where =
             lists.size() == 1 ? "of list " + ListName(LabelsOf(invocation, handset), lists.front()) : "of all lists";
+        TellLosses(LossesOf(calls), "call", "calls");
         Confirm(invocation, fmt::format("Delete all {} {}?", Plural(calls.size()), Printable(where)));
         KeepCopy(invocation, "clear", {"call", "calls", ".json", calls.size(), CallsJson(calls)});
         for (const std::int32_t list : lists)

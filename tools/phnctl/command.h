@@ -87,6 +87,7 @@ std::vector<Command> ErrorCommands();
 std::vector<Command> ContactsCommands();
 std::vector<Command> EventsCommands();
 std::vector<Command> BackupCommands();
+std::vector<Command> RestoreCommands();
 std::vector<Command> MessagesCommands();
 std::vector<Command> CallsCommands();
 std::vector<Command> DoctorCommands();

@@ -21,15 +21,16 @@ std::vector<Command> WritingCommands(const EntryKind& kind); // and of entry_wri
 // All entries of some files, in order. Throws Failure(kUsage) when a file cannot be read.
 std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files);
 
-// --dry-run, --strict, and those of the copy that is kept.
+inline constexpr const char* kDryRun = "--dry-run";
+
+// --dry-run and --strict.
 std::vector<CommandOption> WriteOptions();
 
-// Shows the plan or applies it, as the invocation says, and prints it. The exit status: kDone when the handset then
-// holds all of it, kInterrupted after Ctrl-C, otherwise kRefused. `apply` leaves in the plan what came of it.
-int CarryOut(const Invocation& invocation, const EntryForm& form, Plan& plan,
-             const std::function<void(bool isStrict)>& apply);
+// Applies the plan if the invocation says so. The exit status: kDone when the handset then holds all of it,
+// kInterrupted after Ctrl-C, otherwise kRefused. `apply` leaves in the plan what came of it.
+int CarryOut(const Invocation& invocation, Plan& plan, const std::function<void(bool isStrict)>& apply);
 
-// The same for entries under indexes, with a copy of what is replaced.
+// The same for entries under indexes, with a copy of what is replaced; prints the plan.
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
              const Inventory& inventory);
 

@@ -5,6 +5,7 @@
 #include "phnctl/entry_parts.h"
 #include "phnctl/failure.h"
 #include "phnctl/inventory.h"
+#include "phnctl/losses.h"
 #include "phnctl/plan_report.h"
 #include "phnctl/print.h"
 #include "phnctl/safeguard.h"
@@ -18,7 +19,6 @@ namespace phnctl {
 
 namespace {
 
-constexpr const char* kDryRun = "--dry-run";
 constexpr const char* kStrict = "--strict";
 
 // The first index that holds nothing: everything up to it is asked.
@@ -105,6 +105,7 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
             throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
                                                 "deletes them all the same. Nothing was changed.",
                                                 inventory.unread.size(), kind.Many()));
+        TellLosses(LossesOf(kind, inventory.entries), kind.One(), kind.Many());
         Confirm(invocation, fmt::format("Delete all {} {} of the handset?", inventory.entries.size(), kind.Many()));
         KeepCopy(invocation, kind, "clear", inventory.entries);
         kind.DeleteAll(handset);
@@ -126,21 +127,15 @@ std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<s
 
 std::vector<CommandOption> WriteOptions()
 {
-    return Joined({{kDryRun, "", "Show the plan and write nothing"},
-                   {kStrict, "", "Write nothing unless all can be held, and stop at the first that fails"}},
-                  CopyOptions());
+    return {{kDryRun, "", "Show the plan and write nothing"},
+            {kStrict, "", "Write nothing unless all can be held, and stop at the first that fails"}};
 }
 
-int CarryOut(const Invocation& invocation, const EntryForm& form, Plan& plan,
-             const std::function<void(bool isStrict)>& apply)
+int CarryOut(const Invocation& invocation, Plan& plan, const std::function<void(bool isStrict)>& apply)
 {
     const bool isRefused = invocation.Has(kStrict) && plan.Count(Action::CannotHold) != 0;
     if (!invocation.Has(kDryRun) && !isRefused)
         apply(invocation.Has(kStrict));
-    if (invocation.options.json)
-        fmt::print("{}\n", WriteJson(PlanJson(form, plan)));
-    else
-        fmt::print("{}", PlanText(form, plan));
     if (plan.isInterrupted)
         return kInterrupted;
     if (isRefused)
@@ -152,15 +147,15 @@ int CarryOut(const Invocation& invocation, const EntryForm& form, Plan& plan,
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
              const Inventory& inventory)
 {
-    return CarryOut(invocation, kind, plan, [&](bool isStrict) {
-        std::vector<StoredEntry> replaced;
-        for (const PlannedEntry& planned : plan.entries)
-            for (const StoredEntry& stored : inventory.entries)
-                if (planned.action == Action::Change && planned.index == stored.index)
-                    replaced.push_back(stored);
-        KeepCopy(invocation, kind, "import", replaced);
+    const int status = CarryOut(invocation, plan, [&](bool isStrict) {
+        KeepCopy(invocation, kind, "import", EndangeredBy(plan, inventory));
         Apply(handset, kind, plan, inventory, isStrict);
     });
+    if (invocation.options.json)
+        fmt::print("{}\n", WriteJson(PlanJson(kind, plan)));
+    else
+        fmt::print("{}", PlanText(kind, plan));
+    return status;
 }
 
 std::vector<Command> WritingCommands(const EntryKind& kind)
@@ -175,7 +170,7 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
          {{"FILE", help("A {ext} file with one {one}; - for standard input"), Count::One, {}},
           {"INDEX", "Where to store it", Count::Optional, {}}},
          Bind(Put, kind),
-         WriteOptions()},
+         Joined(WriteOptions(), CopyOptions())},
         {many + " import",
          help("Store the {many} of files"),
          help("Makes a plan first: what is to be added, what changes, what is there already, and what the handset\n"
@@ -184,7 +179,7 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
               "Examples:\n  phnctl {many} import all{ext} --dry-run\n  phnctl {many} import folder more{ext}\n"),
          {{"FILE", help("{ext} files, folders of them, or - for standard input"), Count::Many, {}}},
          Bind(Import, kind),
-         Joined({RangeOption()}, WriteOptions())},
+         Joined(Joined({RangeOption()}, WriteOptions()), CopyOptions())},
         {many + " delete",
          help("Delete single {many}"),
          help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} delete 4 7\n"),

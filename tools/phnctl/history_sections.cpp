@@ -2,7 +2,6 @@
 
 #include "phnctl/call_list.h"
 #include "phnctl/ending.h"
-#include "phnctl/entry_commands.h"
 #include "phnctl/failure.h"
 #include "phnctl/message_form.h"
 #include "phnctl/message_list.h"
@@ -86,33 +85,30 @@ SavedSection MessageSection::Save(const Handset& handset, const std::filesystem:
 {
     const std::vector<StoredMessage> messages = ReadMessages(handset, Boxes(std::nullopt));
     WriteText(file, MessagesJson(messages), Existing::Replace);
-    return {messages.size(), 0};
+    return {messages.size(), 0, LossesOf(messages)};
 }
 
-int MessageSection::Restore(const Invocation& invocation, const Handset& handset,
-                            const std::filesystem::path& file) const
+std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Handset& handset,
+                                                   const std::filesystem::path& file) const
 {
-    Plan plan = MakePlan(MessageForm(), CandidatesOf(file), MessagesOf(handset));
-    if (plan.Count(Action::Add) != 0)
-        fmt::print(stderr, "Messages come back as newly saved ones, without their times.\n");
-    return CarryOut(invocation, MessageForm(), plan, [&](bool isStrict) {
-        SaveMissing(handset, plan, isStrict);
-        if (plan.Count(Action::Add, Result::Written) != 0)
-            ReadBack(handset, plan);
-    });
+    return Restoration{&MessageForm(), MakePlan(MessageForm(), CandidatesOf(file), MessagesOf(handset)),
+                       [&handset](Plan& plan, bool isStrict) {
+                           SaveMissing(handset, plan, isStrict);
+                           if (plan.Count(Action::Add, Result::Written) != 0)
+                               ReadBack(handset, plan);
+                       }};
 }
 
 SavedSection CallSection::Save(const Handset& handset, const std::filesystem::path& file) const
 {
     const std::vector<StoredCall> calls = ReadCalls(handset, CallLists(std::nullopt));
     WriteText(file, CallsJson(calls), Existing::Replace);
-    return {calls.size(), 0};
+    return {calls.size(), 0, LossesOf(calls)};
 }
 
-int CallSection::Restore(const Invocation&, const Handset&, const std::filesystem::path&) const
+std::optional<Restoration> CallSection::Prepare(const Invocation&, const Handset&, const std::filesystem::path&) const
 {
-    fmt::print(stderr, "phnctl: a handset takes no calls back; they stay in the backup.\n");
-    return kDone;
+    return std::nullopt;
 }
 
 } // namespace phnctl

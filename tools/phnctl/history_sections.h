@@ -9,19 +9,23 @@ namespace phnctl {
 class MessageSection : public BackupSection
 {
 public:
+    std::string One() const override { return "message"; }
     std::string Name() const override { return "messages"; }
     std::string File() const override { return "messages.json"; }
     SavedSection Save(const Handset& handset, const std::filesystem::path& file) const override;
-    int Restore(const Invocation& invocation, const Handset& handset, const std::filesystem::path& file) const override;
+    std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
+                                       const std::filesystem::path& file) const override;
 };
 
 class CallSection : public BackupSection
 {
 public:
+    std::string One() const override { return "call"; }
     std::string Name() const override { return "calls"; }
     std::string File() const override { return "calls.json"; }
     SavedSection Save(const Handset& handset, const std::filesystem::path& file) const override;
-    int Restore(const Invocation& invocation, const Handset& handset, const std::filesystem::path& file) const override;
+    std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
+                                       const std::filesystem::path& file) const override;
 };
 
 } // namespace phnctl

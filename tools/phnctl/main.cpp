@@ -19,7 +19,7 @@ std::vector<Command> AllCommands()
     std::vector<Command> commands;
     for (auto* list : {InfoCommands, StatusCommands, WatchCommands, RadioCommands, LockCommands, ParametersCommands,
                        ActivateCommands, ContactsCommands, EventsCommands, MessagesCommands, CallsCommands,
-                       BackupCommands, ErrorCommands, DoctorCommands})
+                       BackupCommands, RestoreCommands, ErrorCommands, DoctorCommands})
         for (Command& command : list())
             commands.push_back(std::move(command));
     return commands;

@@ -3,8 +3,8 @@
 #include "phnctl/failure.h"
 #include "phnctl/json.h"
 #include "phnctl/number.h"
+#include "phnctl/plan.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace phnctl {
@@ -27,7 +27,7 @@ public:
     {
         const std::string* party = entry.Find(kParty);
         const std::string* text = entry.Find(kText);
-        return (party ? *party : "(no number)") + ": " + (text ? *text : "");
+        return (party ? *party : "(no number)") + (text ? ": " + *text : "");
     }
     std::string Label(const std::string& property) const override { return property; }
     bool CanChange() const override { return false; }
@@ -48,13 +48,10 @@ std::string ValueOf(const Entry& entry, const char* property)
     return value ? *value : std::string();
 }
 
-Candidate CandidateOf(const Json& item)
+Candidate CandidateOf(const PduContent& content)
 {
-    const Json* pdu = item.Find("pdu");
-    if (!pdu || !pdu->Text())
-        throw std::runtime_error("a message has no \"pdu\" text");
     Candidate candidate;
-    candidate.entry = MessageEntry(ReadPdu(FromHex(*pdu->Text())).content);
+    candidate.entry = MessageEntry(content);
     try {
         SavingPdu(candidate.entry);
     } catch (const Failure& failure) {
@@ -62,6 +59,14 @@ Candidate CandidateOf(const Json& item)
         candidate.notes.push_back({"not-writable", "", 0, failure.what()});
     }
     return candidate;
+}
+
+Candidate CandidateOf(const Json& item)
+{
+    const Json* pdu = item.Find("pdu");
+    if (!pdu || !pdu->Text())
+        throw std::runtime_error("a message has no \"pdu\" text");
+    return CandidateOf(ReadPdu(FromHex(*pdu->Text())).content);
 }
 
 } // namespace
@@ -109,10 +114,32 @@ std::vector<Candidate> MessagesOfFile(const std::string& file, const std::string
     if (!list)
         throw std::runtime_error("has no \"messages\" list");
     std::vector<Candidate> candidates;
-    std::transform(list->begin(), list->end(), std::back_inserter(candidates), CandidateOf);
-    for (Candidate& candidate : candidates)
-        candidate.file = file;
+    for (const Json& item : *list)
+        candidates.emplace_back(CandidateOf(item)).file = file;
     return candidates;
+}
+
+Losses LossesOf(const std::vector<StoredMessage>& messages)
+{
+    std::vector<Candidate> candidates;
+    for (const StoredMessage& message : messages)
+        candidates.push_back(CandidateOf(message.pdu.content));
+    Losses losses;
+    std::size_t saved = 0;
+    std::size_t timed = 0;
+    for (const PlannedEntry& planned : MakePlan(MessageForm(), std::move(candidates), {}).entries) {
+        if (planned.action != Action::Add) {
+            AddLoss(losses, kNotRestored, planned.from.notes.back().text, MessageForm().Title(planned.from.entry));
+            continue;
+        }
+        ++saved;
+        timed += planned.from.entry.Find(kTime) != nullptr;
+    }
+    if (timed != 0)
+        losses.push_back({kPart, "the time", timed, {}});
+    if (saved != 0)
+        losses.push_back({kPart, "the box, and whether it was read: it comes back as a newly saved one", saved, {}});
+    return losses;
 }
 
 } // namespace phnctl

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "phnctl/entry_form.h"
+#include "phnctl/losses.h"
+#include "phnctl/message_list.h"
 #include "phnctl/pdu.h"
 
 #include <string>
@@ -15,6 +17,8 @@ Entry MessageEntry(const PduContent& content);
 
 // The PDU that saves such a message. Throws Failure(kUsage) that says what cannot be carried.
 PduBytes SavingPdu(const Entry& message);
+
+Losses LossesOf(const std::vector<StoredMessage>& messages);
 
 // The messages of a file that MessagesJson has written. Throws std::runtime_error when it is none.
 std::vector<Candidate> MessagesOfFile(const std::string& file, const std::string& text);

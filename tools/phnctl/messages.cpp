@@ -1,6 +1,7 @@
 // phnctl messages: the short messages of a handset.
 #include "phnctl/command.h"
 #include "phnctl/failure.h"
+#include "phnctl/message_form.h"
 #include "phnctl/message_list.h"
 #include "phnctl/message_options.h"
 #include "phnctl/messages_workbench.h"
@@ -182,6 +183,7 @@ int Delete(const Invocation& invocation)
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const std::vector<StoredMessage> messages = FindMessages(handset, indexes);
         fmt::print(stderr, "{}\n", Table(messages, LabelsOf(invocation, handset), host::TerminalWidth(stderr)));
+        TellLosses(LossesOf(messages), "message", "messages");
         Confirm(invocation,
                 fmt::format("Delete {}?", messages.size() == 1 ? "this message" : "these " + Plural(messages.size())));
         KeepMessages(invocation, "delete", messages);
@@ -199,6 +201,7 @@ int Clear(const Invocation& invocation)
         const std::vector<StoredMessage> messages = ReadMessages(handset, boxes);
         const std::string where =
             boxes.size() == 1 ? "of box " + BoxName(LabelsOf(invocation, handset), boxes.front()) : "of all boxes";
+        TellLosses(LossesOf(messages), "message", "messages");
         Confirm(invocation, fmt::format("Delete all {} {}?", Plural(messages.size()), Printable(where)));
         KeepMessages(invocation, "clear", messages);
         for (const std::int32_t box : boxes)

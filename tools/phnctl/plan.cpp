@@ -1,6 +1,7 @@
 #include "phnctl/plan.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -94,11 +95,31 @@ std::size_t Plan::Count(Action action, Result result) const
     }));
 }
 
-bool Plan::IsWhole() const
+bool Plan::HoldsAll() const
 {
     return std::all_of(entries.begin(), entries.end(), [](const PlannedEntry& planned) {
         return planned.action == Action::Same || planned.result == Result::Written;
     });
+}
+
+bool Plan::IsWhole() const
+{
+    return HoldsAll() && std::all_of(deletions.begin(), deletions.end(),
+                                     [](const Deletion& deletion) { return deletion.result == Result::Written; });
+}
+
+std::vector<StoredEntry> EndangeredBy(const Plan& plan, const Inventory& inventory)
+{
+    std::set<std::uint32_t> indexes;
+    for (const PlannedEntry& planned : plan.entries)
+        if (planned.action == Action::Change && planned.index)
+            indexes.insert(*planned.index);
+    for (const Deletion& deletion : plan.deletions)
+        indexes.insert(deletion.stored.index);
+    std::vector<StoredEntry> endangered;
+    std::copy_if(inventory.entries.begin(), inventory.entries.end(), std::back_inserter(endangered),
+                 [&](const StoredEntry& stored) { return indexes.contains(stored.index); });
+    return endangered;
 }
 
 Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory)

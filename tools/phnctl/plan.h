@@ -41,21 +41,35 @@ struct PlannedEntry
     std::vector<Difference> readBack; // from the target
 };
 
+// An entry of the handset that no planned one stands for, and that goes once all the others are on the handset.
+struct Deletion
+{
+    StoredEntry stored;
+    Result result = Result::NotTried; // Written: it is gone
+    std::string problem{};
+};
+
 struct Plan
 {
     std::vector<PlannedEntry> entries;
+    std::vector<Deletion> deletions; // none unless they were asked for
     bool isApplied = false;
     bool isInterrupted = false;
 
     std::size_t Count(Action action) const;
     std::size_t Count(Action action, Result result) const;
-    // All that can be held is on the handset, and nothing was left out.
+    // All entries are on the handset, and nothing was left out.
+    bool HoldsAll() const;
+    // And what was to be deleted is gone.
     bool IsWhole() const;
 };
 
 // In the candidates' order. Entries that are equal meet first; then an entry changes the one with its key that has most
 // in common with it; what is left is added. No entry of the handset is used twice.
 Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory);
+
+// The handset's entries that are not after the plan what they were: those that it changes or deletes.
+std::vector<StoredEntry> EndangeredBy(const Plan& plan, const Inventory& inventory);
 
 // The plan that stores one candidate under an index, whatever is there now (null: nothing).
 Plan MakePlanFor(const EntryForm& form, Candidate candidate, std::uint32_t index, const Entry* present);

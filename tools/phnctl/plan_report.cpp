@@ -2,6 +2,7 @@
 
 #include "phnctl/text.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <utility>
 
@@ -90,6 +91,41 @@ void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, con
         text += fmt::format("    {}\n", planned.problem);
 }
 
+const char* Heading(const Plan& plan, const Deletion& deletion)
+{
+    if (deletion.result == Result::Written)
+        return "deleted";
+    return deletion.result == Result::Failed ? "FAILED" : plan.isApplied ? "not deleted" : "delete";
+}
+
+void AppendDeletion(std::string& text, const EntryForm& form, const Plan& plan, const Deletion& deletion)
+{
+    text += fmt::format("{:<11}  {}  (index {})\n", Heading(plan, deletion),
+                        Printable(form.Title(deletion.stored.entry)), deletion.stored.index);
+    if (!deletion.problem.empty())
+        text += fmt::format("    {}\n", deletion.problem);
+}
+
+std::size_t Deleted(const Plan& plan)
+{
+    return static_cast<std::size_t>(
+        std::count_if(plan.deletions.begin(), plan.deletions.end(),
+                      [](const Deletion& deletion) { return deletion.result == Result::Written; }));
+}
+
+std::string DeletionSummary(const EntryForm& form, const Plan& plan)
+{
+    const std::size_t all = plan.deletions.size();
+    const std::string what = fmt::format("{} {} of the handset", all, all == 1 ? form.One() : form.Many());
+    if (all == 0)
+        return "";
+    if (!plan.isApplied)
+        return what + " to delete.\n";
+    if (!plan.HoldsAll())
+        return "Nothing was deleted, as not all of the files is on the handset.\n";
+    return fmt::format("{} to delete, {} deleted.\n", what, Deleted(plan));
+}
+
 using Amount = std::pair<std::size_t, const char*>;
 
 std::string Sentence(std::initializer_list<Amount> amounts)
@@ -150,6 +186,17 @@ Json ToJson(const std::vector<Note>& notes)
     return {std::move(list)};
 }
 
+Json ToJson(const EntryForm& form, const Deletion& deletion)
+{
+    const bool isGone = deletion.result == Result::Written;
+    JsonObject object{{"title", {form.Title(deletion.stored.entry)}},
+                      {"index", {std::int64_t{deletion.stored.index}}},
+                      {"result", {std::string(isGone ? "deleted" : Word(deletion.result))}}};
+    if (!deletion.problem.empty())
+        object.emplace_back("problem", Json{deletion.problem});
+    return {std::move(object)};
+}
+
 Json ToJson(const EntryForm& form, const PlannedEntry& planned)
 {
     const auto index = IndexToShow(planned);
@@ -175,7 +222,9 @@ std::string PlanText(const EntryForm& form, const Plan& plan)
     for (const PlannedEntry& planned : plan.entries)
         if (IsWorthTelling(plan, planned))
             AppendEntry(text, form, plan, planned);
-    return text + Summary(form, plan);
+    for (const Deletion& deletion : plan.deletions)
+        AppendDeletion(text, form, plan, deletion);
+    return text + Summary(form, plan) + DeletionSummary(form, plan);
 }
 
 Json PlanJson(const EntryForm& form, const Plan& plan)
@@ -183,6 +232,9 @@ Json PlanJson(const EntryForm& form, const Plan& plan)
     JsonList entries;
     for (const PlannedEntry& planned : plan.entries)
         entries.push_back(ToJson(form, planned));
+    JsonList deletions;
+    for (const Deletion& deletion : plan.deletions)
+        deletions.push_back(ToJson(form, deletion));
     const auto number = [](std::size_t count) { return Json{static_cast<std::int64_t>(count)}; };
     const auto result = [&](Result which) {
         return number(plan.Count(Action::Add, which) + plan.Count(Action::Change, which));
@@ -197,8 +249,11 @@ Json PlanJson(const EntryForm& form, const Plan& plan)
                                     {"cannotHold", number(plan.Count(Action::CannotHold))},
                                     {"written", result(Result::Written)},
                                     {"different", result(Result::Different)},
-                                    {"failed", result(Result::Failed)}}}},
-                       {"entries", {std::move(entries)}}}};
+                                    {"failed", result(Result::Failed)},
+                                    {"delete", number(plan.deletions.size())},
+                                    {"deleted", number(Deleted(plan))}}}},
+                       {"entries", {std::move(entries)}},
+                       {"deletions", {std::move(deletions)}}}};
 }
 
 } // namespace phnctl

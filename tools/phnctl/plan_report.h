@@ -7,7 +7,7 @@
 
 namespace phnctl {
 
-// One paragraph for each entry that is written or fails, and a sentence with the counts.
+// One paragraph for each entry that is written, deleted or fails, and sentences with the counts.
 std::string PlanText(const EntryForm& form, const Plan& plan);
 
 Json PlanJson(const EntryForm& form, const Plan& plan);

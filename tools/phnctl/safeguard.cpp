@@ -14,15 +14,8 @@ namespace {
 
 constexpr const char* kYes = "--yes";
 constexpr const char* kCopy = "--copy";
+constexpr const char* kCopies = "--copies";
 constexpr const char* kNoCopy = "--no-copy";
-
-std::string CopyName(const Copy& copy, const std::string& before)
-{
-    SYSTEMTIME now{};
-    GetLocalTime(&now);
-    return fmt::format("{}-before-{}-{:04}{:02}{:02}-{:02}{:02}{:02}{}", copy.many, before, now.wYear, now.wMonth,
-                       now.wDay, now.wHour, now.wMinute, now.wSecond, copy.extension);
-}
 
 // The path, or the first of its numbered relatives that is not there yet.
 std::filesystem::path FreePath(const std::filesystem::path& path)
@@ -34,6 +27,30 @@ std::filesystem::path FreePath(const std::filesystem::path& path)
     return free;
 }
 
+// One for all copies of this run.
+const std::filesystem::path& RunFolder(const std::string& before)
+{
+    static const std::filesystem::path folder = [&] {
+        SYSTEMTIME now{};
+        GetLocalTime(&now);
+        return FreePath(std::filesystem::path("phnctl-copies") /
+                        fmt::format("{:04}{:02}{:02}-{:02}{:02}{:02}-before-{}", now.wYear, now.wMonth, now.wDay,
+                                    now.wHour, now.wMinute, now.wSecond, before));
+    }();
+    return folder;
+}
+
+std::filesystem::path FileFor(const Invocation& invocation, const std::string& before, const Copy& copy)
+{
+    if (const auto file = invocation.Value(kCopy))
+        return FreePath(PathOf(*file));
+    const auto given = invocation.Value(kCopies);
+    const std::filesystem::path folder = given ? PathOf(*given) : RunFolder(before);
+    std::error_code error;
+    std::filesystem::create_directories(folder, error); // where it fails, writing the file says why
+    return FreePath(folder / (copy.many + copy.extension));
+}
+
 } // namespace
 
 CommandOption ConfirmOption()
@@ -43,15 +60,21 @@ CommandOption ConfirmOption()
 
 std::vector<CommandOption> CopyOptions()
 {
-    return {{kCopy, "FILE", "Where to keep a copy of what goes (default: a new file in the current folder)"},
+    return {{kCopy, "FILE", "Where to keep a copy of what goes (default: in a new folder in phnctl-copies)"},
             {kNoCopy, "", "Keep no copy"}};
+}
+
+std::vector<CommandOption> CopiesOptions()
+{
+    return {{kCopies, "FOLDER", "Where to keep copies of what goes (default: a new folder in phnctl-copies)"},
+            {kNoCopy, "", "Keep no copies"}};
 }
 
 void KeepCopy(const Invocation& invocation, const std::string& before, const Copy& copy)
 {
     if (invocation.Has(kNoCopy) || copy.count == 0)
         return;
-    const auto file = FreePath(PathOf(invocation.Value(kCopy).value_or(CopyName(copy, before))));
+    const auto file = FileFor(invocation, before, copy);
     WriteText(file, copy.text, Existing::Refuse);
     fmt::print(stderr, "A copy of {} {} is in {}.\n", copy.count, copy.count == 1 ? copy.one : copy.many,
                Printable(TextOf(file)));

@@ -11,8 +11,9 @@
 
 namespace phnctl {
 
-CommandOption ConfirmOption();            // --yes
-std::vector<CommandOption> CopyOptions(); // --copy FILE and --no-copy
+CommandOption ConfirmOption();              // --yes
+std::vector<CommandOption> CopyOptions();   // --copy FILE and --no-copy
+std::vector<CommandOption> CopiesOptions(); // --copies FOLDER and --no-copy, where there may be several
 
 // What a copy holds: "contact", "contacts", ".vcf", how many of them, and the file's text.
 struct Copy
@@ -24,9 +25,10 @@ struct Copy
     std::string text;
 };
 
-// Writes the copy to "contacts-before-clear-20260102-030405.vcf" in the current folder, or where --copy says, and tells
-// so on standard error; a file that exists is left alone and the name gets a number. Nothing with --no-copy, or when
-// there is nothing to copy. Throws Failure: then the caller must leave everything as it is.
+// Writes the copy to "phnctl-copies/20260102-030405-before-clear/contacts.vcf" in the current folder, one folder for
+// all copies of a run, or where the options say, and tells so on standard error; a file that exists is left alone and
+// the name gets a number. `phnctl restore` takes such a folder. Nothing with --no-copy, or when there is nothing to
+// copy. Throws Failure: then the caller must leave everything as it is.
 void KeepCopy(const Invocation& invocation, const std::string& before, const Copy& copy);
 void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
               std::span<const StoredEntry> entries);
