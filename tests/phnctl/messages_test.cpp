@@ -40,6 +40,9 @@ TEST_F(Messages, AreListedCountedAndShown)
               "\n"
               "2 messages\n");
     EXPECT_EQ(Run("messages list 4").out, "0 messages\n");
+    m_program.Set("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+    EXPECT_NE(Run("messages list 0 --json").out.find("\"time\":\"2009-07-04T11:05:00+02:00\""), std::string::npos);
+    m_program.Set("TZ", "UTC0");
     EXPECT_EQ(Run("messages list 1 --json").out,
               "{\"messages\":[{\"box\":1,\"index\":9,\"teleservice\":4098,\"from\":\"5552\",\"to\":null,\"time\":null,"
               "\"priority\":0,\"report\":false,\"callback\":null,\"text\":null,"
@@ -82,6 +85,7 @@ TEST_F(Messages, AreSentAndSaved)
     for (const char* wrong : {"messages send +1 x", "messages send 1 \xC3\xA9", "messages send 1 x --priority 4",
                               "messages encode 1 x --time 2009-01-01T00:00:00"})
         EXPECT_EQ(Run(wrong).status, 2) << wrong;
+    EXPECT_NE(Run("messages send +1 x").err.find("instead of '+' the prefix"), std::string::npos);
     EXPECT_EQ(Stored().size(), 4u);
 }
 
@@ -95,7 +99,7 @@ TEST_F(Messages, GoOnlyWhenAskedForAndLeaveACopy)
     EXPECT_EQ(Stored().size(), 2u);
 
     const Outcome marked = Run("messages mark unread 3 9");
-    EXPECT_EQ(marked.out, "2 messages marked as unread.\n") << marked.err;
+    EXPECT_EQ(marked.out.find("2 messages marked as unread. "), 0u) << marked.err;
     EXPECT_EQ(Stored().at(9).status, 2u);
 
     const std::string listed = Run("messages list 0 --json").out;
@@ -126,7 +130,10 @@ TEST_F(Messages, PdusAreExplainedWithoutAHandset)
     const Outcome cut = Run("messages decode 0008 --json");
     EXPECT_EQ(cut.status, 1);
     EXPECT_NE(cut.out.find("\"problems\":[\"the Bearer Data at byte 1 ends before its length\"]"), std::string::npos);
-    EXPECT_EQ(Run("messages encode 12 A").out, "00000210020403008480081000032000100801000A01000103100C10\n");
+    EXPECT_NE(Run("messages decode 00").err.find("no address"), std::string::npos);
+    const std::string encoded = Run("messages encode 12 A").out;
+    EXPECT_EQ(Run("messages decode -", encoded).status, 0);
+    EXPECT_EQ(encoded, "00000210020403008480081000032000100801000A01000103100C10\n");
 }
 
 TEST_F(Messages, CallsAreListedCountedAndCleared)
@@ -136,13 +143,14 @@ TEST_F(Messages, CallsAreListedCountedAndCleared)
                        {2, {.list = 2, .time = {}, .text = "\xC3\x89mile"}}};
     });
     EXPECT_EQ(Run("calls list").out, "List                     Other party  Time                 Duration\n"
-                                     "Received and missed (1)  Émile        0000-00-00 00:00:00  0 ms\n"
-                                     "Received and missed (1)  Anna         2009-03-02 00:00:00  75000 ms\n"
+                                     "Received and missed (1)  Émile                             0 s\n"
+                                     "Received and missed (1)  Anna         2009-03-02 00:00:00  1:15\n"
                                      "\n"
                                      "2 calls\n");
     EXPECT_EQ(Run("calls list 1 --json").out,
-              "{\"calls\":[{\"list\":1,\"szEntryText\":\"Émile\",\"time\":\"0000-00-00 00:00:00\",\"uEntry8\":0},"
-              "{\"list\":1,\"szEntryText\":\"Anna\",\"time\":\"2009-03-02 00:00:00\",\"uEntry8\":75000}]}\n");
+              "{\"calls\":[{\"list\":1,\"szEntryText\":\"Émile\",\"time\":null,\"uEntry8\":0,\"durationMs\":0},"
+              "{\"list\":1,\"szEntryText\":\"Anna\",\"time\":\"2009-03-02T00:00:00\",\"uEntry8\":75000,\"durationMs\":"
+              "75000}]}\n");
     EXPECT_EQ(Run("calls count --json").out,
               "{\"lists\":[{\"list\":0,\"calls\":0},{\"list\":1,\"calls\":2},{\"list\":2,\"calls\":0}]}\n");
     EXPECT_EQ(Run("calls clear").status, 2);

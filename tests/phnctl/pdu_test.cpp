@@ -2,6 +2,7 @@
 #include "phnctl/pdu.h"
 
 #include "phnctl/failure.h"
+#include "simulator/handset.h"
 #include "sms/pdu_decoder.h"
 #include "sms/pdu_encoder.h"
 
@@ -119,6 +120,66 @@ TEST(ToolPdu, SaysWhatCannotBeCarried)
     EXPECT_EQ(FromHex("00 aF 1234"), (PduBytes{0x00, 0xAF, 0x12, 0x34}));
 }
 
+// What the library takes of a PDU, in the reader's words; nothing when it fails.
+std::optional<PduContent> TakenByLibrary(PduBytes bytes)
+{
+    PHN_SMS_MESSAGE host{sizeof host, bytes.data(), static_cast<uint32_t>(bytes.size()), 0, 0};
+    SMS_MESSAGE message;
+    PHN_ERROR error = PHN_ERROR_NONE;
+    if (!IS637ToText(&host, &message, &error))
+        return std::nullopt;
+    PduContent content{.to = message.rcRecord.szAddress.GetText()};
+    if (const std::string callback = message.rcRecord.szCallbackNumber.GetText(); !callback.empty())
+        content.callback = callback;
+    if (!message.strBody.empty())
+        content.text = std::string(message.strBody.begin(), message.strBody.end() - 1);
+    content.priority = +message.rcRecord.dwPriority;
+    content.report = message.rcRecord.dwReplyOption != 0;
+    return content;
+}
+
+void ExpectAgreement(const PduBytes& bytes)
+{
+    const Pdu read = ReadPdu(bytes);
+    const auto taken = TakenByLibrary(bytes);
+    EXPECT_TRUE(taken || !read.problems.empty()) << ToHex(bytes);
+    if (!taken)
+        return;
+    EXPECT_EQ(read.content.to, taken->to) << ToHex(bytes);
+    EXPECT_EQ(read.content.callback, taken->callback) << ToHex(bytes);
+    EXPECT_EQ(read.content.text, taken->text) << ToHex(bytes);
+    EXPECT_EQ(read.content.priority.value_or(0), taken->priority) << ToHex(bytes);
+    EXPECT_EQ(read.content.report.value_or(false), taken->report) << ToHex(bytes);
+}
+
+// Also where an item runs past the Bearer Data's end, or comes twice.
+TEST(ToolPdu, ReadsWhatTheLibraryReads)
+{
+    for (const auto& [index, stored] : simulator::Handset().Snapshot().messages) {
+        if (stored.body.empty())
+            continue;
+        PduContent content{.to = stored.address, .priority = stored.priority, .text = stored.body};
+        content.report = stored.replyOption != 0;
+        if (!stored.callback.empty())
+            content.callback = stored.callback;
+        const PduBytes whole = WriteOutgoing(content);
+        const size_t lengthAt = 5 + 2 + whole[6] + 1; // of the Bearer Data
+        for (size_t length = 1; length <= whole.size(); ++length)
+            ExpectAgreement({whole.begin(), whole.begin() + static_cast<long>(length)});
+        for (unsigned length = 0; length < whole[lengthAt]; ++length) {
+            PduBytes shorter = whole;
+            shorter[lengthAt] = static_cast<std::uint8_t>(length);
+            ExpectAgreement(shorter);
+        }
+    }
+    ExpectAgreement(FromHex("00 0402 0044 080E 0003200010 080140 0A0140 080180 0803 0801C0"));
+    const Pdu past = ReadPdu(FromHex("00 0402 0044 0806 0003200010 080140"));
+    ASSERT_FALSE(past.problems.empty());
+    EXPECT_EQ(past.problems.front(),
+              "the Priority Indicator at byte 12 runs past the end of the Bearer Data by 2 bytes");
+    EXPECT_EQ(past.content.priority, 1u);
+}
+
 // Whatever is cut off or changed, the reader reads nothing beyond and names what is wrong.
 TEST(ToolPdu, ReadsAnything)
 {
@@ -126,7 +187,7 @@ TEST(ToolPdu, ReadsAnything)
         {.from = "5551234", .time = PduTime{2009, 7, 4, 10, 5, 3}, .priority = 1, .callback = "12", .text = "Hello"});
     for (size_t length = 0; length < whole.size(); ++length) {
         const PduBytes cut(whole.begin(), whole.begin() + static_cast<long>(length));
-        const size_t complete = length == 1 || length == 5 || length == 16; // ends between two parameters
+        const size_t complete = length == 16; // ends after the address
         EXPECT_EQ(ReadPdu(cut).problems.size(), 1 - complete) << length;
     }
     for (size_t i = 0; i < whole.size(); ++i) {

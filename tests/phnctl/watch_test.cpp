@@ -84,7 +84,7 @@ TEST_F(Watch, GivesProgramsAnObjectPerEvent)
     const Outcome outcome = Follow("watch --json");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(Find(outcome.out, "(?:^|\n)\\{\"event\":\"(\\w+)\",\"time\":\"[-0-9]{10}T[:0-9]{8}Z\"[^\n]*\\}"), kEvents)
+    EXPECT_EQ(Find(outcome.out, "(?:^|\n)\\{\"event\":\"(\\w+)\",\"time\":\"[-0-9]{10}T[:0-9]{8}[+]00:00\"[^\n]*\\}"), kEvents)
         << outcome.out;
     EXPECT_EQ(Find(outcome.out, "\"battery\":\\{\"uBattery1\":1,\"uBattery2\":(\\d+)\\}"),
               (Words{"80", "41", "43", "43"}));

@@ -62,10 +62,11 @@ struct Outcome
     std::string problem; // empty: none
 };
 
-Outcome SaveSection(const Handset& handset, const BackupSection& section, const fs::path& folder)
+Outcome SaveSection(const Invocation& invocation, const Handset& handset, const BackupSection& section,
+                    const fs::path& folder)
 {
     try {
-        return {section.Save(handset, folder / section.File()), ""};
+        return {section.Save(invocation, handset, folder / section.File()), ""};
     } catch (const Failure& failure) {
         return {{}, failure.what()};
     }
@@ -104,7 +105,7 @@ int Backup(const Invocation& invocation)
         JsonList results;
         std::string losses;
         for (const auto& section : Sections()) {
-            const Outcome outcome = SaveSection(handset, *section, folder.Path());
+            const Outcome outcome = SaveSection(invocation, handset, *section, folder.Path());
             isWhole = isWhole && outcome.problem.empty() && outcome.saved.unread == 0;
             losses += LossText(outcome.saved.losses, section->One(), section->Name());
             if (!invocation.options.json || !outcome.problem.empty())

@@ -31,7 +31,7 @@ std::vector<StoredEntry> OthersOf(const Plan& plan, const Inventory& inventory)
 
 } // namespace
 
-SavedSection EntrySection::Save(const Handset& handset, const std::filesystem::path& file) const
+SavedSection EntrySection::Save(const Invocation&, const Handset& handset, const std::filesystem::path& file) const
 {
     const Inventory inventory = TakeInventory(handset, m_kind, IndexRange());
     TellUnread(m_kind, inventory);

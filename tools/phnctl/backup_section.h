@@ -43,7 +43,8 @@ public:
     virtual std::string File() const = 0; // "contacts.vcf"
 
     // Writes the file whole, or throws Failure.
-    virtual SavedSection Save(const Handset& handset, const std::filesystem::path& file) const = 0;
+    virtual SavedSection Save(const Invocation& invocation, const Handset& handset,
+                              const std::filesystem::path& file) const = 0;
 
     // Reads the file and the handset; nothing for what cannot be put back. Throws Failure. The arguments must live as
     // long as the result.
@@ -59,7 +60,8 @@ public:
     std::string One() const override { return m_kind.One(); }
     std::string Name() const override { return m_kind.Many(); }
     std::string File() const override { return m_kind.Many() + m_kind.Extension(); }
-    SavedSection Save(const Handset& handset, const std::filesystem::path& file) const override;
+    SavedSection Save(const Invocation& invocation, const Handset& handset,
+                      const std::filesystem::path& file) const override;
     std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
                                        const std::filesystem::path& file) const override;
 

@@ -2,6 +2,7 @@
 
 #include "phnctl/failure.h"
 #include "phnctl/json.h"
+#include "phnctl/labels.h"
 #include "phnctl/progress.h"
 #include "phnctl/text.h"
 
@@ -27,6 +28,16 @@ std::optional<StoredCall> TakeStep(const Handset& handset, std::int32_t list, St
 std::optional<StoredCall> First(const Handset& handset, std::int32_t list)
 {
     return TakeStep(handset, list, [&](auto* entry) { return handset.Api().GetFirstCallEntry(list, entry); });
+}
+
+// Without an offset from UTC, which nothing tells.
+Json TimeJson(const PHN_CALL_ENTRY& entry)
+{
+    std::string time = ShowTime(entry);
+    if (time.empty())
+        return {nullptr};
+    time[time.find(' ')] = 'T';
+    return {time};
 }
 
 } // namespace
@@ -62,6 +73,8 @@ std::uint32_t CountCalls(const Handset& handset, std::int32_t list)
 
 std::string ShowTime(const PHN_CALL_ENTRY& entry)
 {
+    if (entry.wEntry18 == 0 || entry.wEntry17 == 0 || entry.wEntry16 == 0)
+        return "";
     return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}", +entry.wEntry18, +entry.wEntry17, +entry.wEntry16,
                        +entry.wEntry12, +entry.wEntry13, +entry.wEntry14);
 }
@@ -73,14 +86,19 @@ Losses LossesOf(const std::vector<StoredCall>& calls)
     return {{kNotRestored, "no call list can be written", calls.size(), {}}};
 }
 
-std::string CallsJson(const std::vector<StoredCall>& calls)
+std::string CallsJson(const std::vector<StoredCall>& calls, const Labels& labels)
 {
+    const std::string unit = labels.DurationUnit("uEntry8");
     JsonList list;
-    for (const StoredCall& call : calls)
-        list.push_back({JsonObject{{"list", {std::int64_t{call.list}}},
-                                   {"szEntryText", {FromHandset(call.entry.szEntryText)}},
-                                   {"time", {ShowTime(call.entry)}},
-                                   {"uEntry8", {std::int64_t{call.entry.uEntry8}}}}});
+    for (const StoredCall& call : calls) {
+        const Json value{std::int64_t{call.entry.uEntry8}};
+        JsonObject object{{"list", {std::int64_t{call.list}}}, {"szEntryText", {FromHandset(call.entry.szEntryText)}}};
+        object.emplace_back("time", TimeJson(call.entry));
+        object.emplace_back("uEntry8", value);
+        if (!unit.empty())
+            object.emplace_back("duration" + unit, value);
+        list.push_back({std::move(object)});
+    }
     return WriteJson({JsonObject{{"calls", {std::move(list)}}}}) + '\n';
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "phnctl/handset.h"
+#include "phnctl/labels.h"
 #include "phnctl/losses.h"
 
 #include <cstdint>
@@ -26,13 +27,13 @@ std::vector<StoredCall> ReadCalls(const Handset& handset, const std::vector<std:
 // Throws Refusal: a count of 0 alone does not tell an empty list from a failure.
 std::uint32_t CountCalls(const Handset& handset, std::int32_t list);
 
-// As the handset says it: nothing tells whether it is local time.
+// As the handset says it: nothing tells whether it is local time. Empty when it has no date.
 std::string ShowTime(const PHN_CALL_ENTRY& entry);
 
 // All of them: there is no call that stores one.
 Losses LossesOf(const std::vector<StoredCall>& calls);
 
 // {"calls":[...]}: as `list --json` answers, and as copies are kept.
-std::string CallsJson(const std::vector<StoredCall>& calls);
+std::string CallsJson(const std::vector<StoredCall>& calls, const Labels& labels);
 
 } // namespace phnctl

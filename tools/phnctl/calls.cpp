@@ -21,12 +21,6 @@ std::vector<std::int32_t> ListsOf(const Invocation& invocation)
     return CallLists(list ? std::optional<std::int32_t>((*list)[0] - '0') : std::nullopt);
 }
 
-Labels LabelsOf(const Invocation& invocation, const Handset& handset)
-{
-    const auto identity = handset.Read(handset.Api().GetDeviceInfo, "reading the identity");
-    return Labels::ForModel(FromHandset(identity.szModel), invocation.options);
-}
-
 std::string ListName(const Labels& labels, std::int32_t list)
 {
     return labels.Named("callList", list).shown;
@@ -40,10 +34,10 @@ std::string Plural(std::size_t count)
 int List(const Invocation& invocation)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        const Labels labels = LabelsOf(invocation, handset);
+        const Labels labels = LabelsOf(invocation.options, handset);
         const std::vector<StoredCall> calls = ReadCalls(handset, ListsOf(invocation));
         if (invocation.options.json)
-            return fmt::print("{}", CallsJson(calls));
+            return fmt::print("{}", CallsJson(calls, labels));
         std::vector<std::vector<std::string>> rows;
         for (const StoredCall& call : calls)
             rows.push_back({ListName(labels, call.list), FromHandset(call.entry.szEntryText), ShowTime(call.entry),
@@ -58,7 +52,7 @@ int List(const Invocation& invocation)
 int ShowCounts(const Invocation& invocation)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        const Labels labels = LabelsOf(invocation, handset);
+        const Labels labels = LabelsOf(invocation.options, handset);
         std::size_t total = 0;
         std::vector<std::vector<std::string>> rows;
         JsonList counts;
@@ -78,12 +72,12 @@ int Clear(const Invocation& invocation)
 {
     const std::vector<std::int32_t> lists = ListsOf(invocation);
     return WithHandset(invocation.options, [&](const Handset& handset) {
+        const Labels labels = LabelsOf(invocation.options, handset);
         const std::vector<StoredCall> calls = ReadCalls(handset, lists);
-        const std::string where =
-            lists.size() == 1 ? "of list " + ListName(LabelsOf(invocation, handset), lists.front()) : "of all lists";
+        const std::string where = lists.size() == 1 ? "of list " + ListName(labels, lists.front()) : "of all lists";
         TellLosses(LossesOf(calls), "call", "calls");
         Confirm(invocation, fmt::format("Delete all {} {}?", Plural(calls.size()), Printable(where)));
-        KeepCopy(invocation, "clear", {"call", "calls", ".json", calls.size(), CallsJson(calls)});
+        KeepCopy(invocation, "clear", {"call", "calls", ".json", calls.size(), CallsJson(calls, labels)});
         for (const std::int32_t list : lists)
             handset.Check(handset.Api().ClearCallEntries(list), fmt::format("clearing call list {}", list));
         PrintDone(invocation.options, Plural(calls.size()) + " deleted.",

@@ -81,7 +81,7 @@ void ReadBack(const Handset& handset, Plan& plan)
 
 } // namespace
 
-SavedSection MessageSection::Save(const Handset& handset, const std::filesystem::path& file) const
+SavedSection MessageSection::Save(const Invocation&, const Handset& handset, const std::filesystem::path& file) const
 {
     const std::vector<StoredMessage> messages = ReadMessages(handset, Boxes(std::nullopt));
     WriteText(file, MessagesJson(messages), Existing::Replace);
@@ -99,10 +99,11 @@ std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Hand
                        }};
 }
 
-SavedSection CallSection::Save(const Handset& handset, const std::filesystem::path& file) const
+SavedSection CallSection::Save(const Invocation& invocation, const Handset& handset,
+                               const std::filesystem::path& file) const
 {
     const std::vector<StoredCall> calls = ReadCalls(handset, CallLists(std::nullopt));
-    WriteText(file, CallsJson(calls), Existing::Replace);
+    WriteText(file, CallsJson(calls, LabelsOf(invocation.options, handset)), Existing::Replace);
     return {calls.size(), 0, LossesOf(calls)};
 }
 

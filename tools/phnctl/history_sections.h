@@ -12,7 +12,8 @@ public:
     std::string One() const override { return "message"; }
     std::string Name() const override { return "messages"; }
     std::string File() const override { return "messages.json"; }
-    SavedSection Save(const Handset& handset, const std::filesystem::path& file) const override;
+    SavedSection Save(const Invocation& invocation, const Handset& handset,
+                      const std::filesystem::path& file) const override;
     std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
                                        const std::filesystem::path& file) const override;
 };
@@ -23,7 +24,8 @@ public:
     std::string One() const override { return "call"; }
     std::string Name() const override { return "calls"; }
     std::string File() const override { return "calls.json"; }
-    SavedSection Save(const Handset& handset, const std::filesystem::path& file) const override;
+    SavedSection Save(const Invocation& invocation, const Handset& handset,
+                      const std::filesystem::path& file) const override;
     std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
                                        const std::filesystem::path& file) const override;
 };

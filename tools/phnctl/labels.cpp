@@ -57,6 +57,15 @@ bool IsTrue(const Json* json)
     return flag && *flag;
 }
 
+// As people say it: "37 s", "2:28", "1:02:05".
+std::string Duration(std::int64_t seconds)
+{
+    if (seconds < 60)
+        return fmt::format("{} s", seconds);
+    const std::string minutes = fmt::format("{}:{:02}", seconds / 60 % 60, seconds % 60);
+    return seconds < 3600 ? minutes : fmt::format("{}:{:0>5}", seconds / 3600, minutes);
+}
+
 std::string Bar(std::int64_t value, std::int64_t from, std::int64_t to)
 {
     if (from == to)
@@ -99,6 +108,21 @@ Labels Labels::ForModel(const std::string& model, const Options& options)
     return labels;
 }
 
+Labels LabelsOf(const Options& options, const Handset& handset)
+{
+    const auto identity = handset.Read(handset.Api().GetDeviceInfo, "reading the identity");
+    return Labels::ForModel(FromHandset(identity.szModel), options);
+}
+
+std::string Labels::DurationUnit(const std::string& name) const
+{
+    const Json* entry = m_fields.Find(name);
+    const Json* duration = entry ? entry->Find("duration") : nullptr;
+    if (!duration || !duration->Text())
+        return "";
+    return *duration->Text() == "ms" ? "Ms" : "S";
+}
+
 void Labels::Apply(Field& field) const
 {
     const Json* entry = m_fields.Find(field.key);
@@ -112,6 +136,8 @@ void Labels::Apply(Field& field) const
     const auto* number = std::get_if<std::int64_t>(&field.value.value);
     if (number && IsTrue(entry->Find("negate")))
         field.shown = fmt::format("{}", -*number);
+    if (const Json* duration = entry->Find("duration"); duration && duration->Text() && number)
+        field.shown = Duration(*duration->Text() == "ms" ? *number / 1000 : *number);
     if (const Json* unit = entry->Find("unit"); unit && unit->Text())
         field.shown += " " + *unit->Text();
     if (const Json* bar = entry->Find("bar"); bar && number)

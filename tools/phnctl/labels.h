@@ -3,6 +3,7 @@
 #pragma once
 
 #include "phnctl/command.h"
+#include "phnctl/handset.h"
 #include "phnctl/json.h"
 #include "phnctl/report.h"
 
@@ -30,10 +31,16 @@ public:
         return field;
     }
 
+    // "Ms" or "S" when the label file calls the field a duration, as the end of a name that says so; empty otherwise.
+    std::string DurationUnit(const std::string& name) const;
+
 private:
     void Apply(Field& field) const;
 
     Json m_fields; // null when there is no file for the model
 };
+
+// Those of the handset's model.
+Labels LabelsOf(const Options& options, const Handset& handset);
 
 } // namespace phnctl

@@ -98,7 +98,7 @@ JsonObject ContentJson(const PduContent& content)
     return {{"teleservice", OrNull(content.teleservice)},
             {"from", OrNull(content.from)},
             {"to", OrNull(content.to)},
-            {"time", content.time ? Json{ShowTime(*content.time)} : Json{nullptr}},
+            {"time", OrNull(content.time ? IsoTime(*content.time) : std::nullopt)},
             {"priority", OrNull(content.priority)},
             {"report", OrNull(content.report)},
             {"callback", OrNull(content.callback)},

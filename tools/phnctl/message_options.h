@@ -15,9 +15,12 @@ namespace phnctl {
 // NUMBER and TEXT; --callback, --priority, --report.
 inline std::vector<Argument> MessageArguments()
 {
-    return {
-        {"NUMBER", "The other party: digits, * and #; blanks, dots, hyphens and brackets are left out", Count::One, {}},
-        {"TEXT", "Printable characters of 7-bit ASCII, in one argument", Count::One, {}}};
+    return {{"NUMBER",
+             "The other party as it is dialled: digits, * and #, 00 or 011 instead of '+'; blanks, dots, hyphens and\n"
+             "brackets are left out",
+             Count::One,
+             {}},
+            {"TEXT", "Printable characters of 7-bit ASCII, in one argument", Count::One, {}}};
 }
 
 inline std::vector<CommandOption> MessageOptions()

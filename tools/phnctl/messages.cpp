@@ -21,12 +21,6 @@ namespace {
 
 constexpr const char* kPdu = "--pdu";
 
-Labels LabelsOf(const Invocation& invocation, const Handset& handset)
-{
-    const auto identity = handset.Read(handset.Api().GetDeviceInfo, "reading the identity");
-    return Labels::ForModel(FromHandset(identity.szModel), invocation.options);
-}
-
 std::vector<std::int32_t> BoxesOf(const Invocation& invocation)
 {
     const auto box = invocation.Value("BOX"); // a digit, by the argument's allowed values
@@ -84,7 +78,7 @@ std::string Table(const std::vector<StoredMessage>& messages, const Labels& labe
 int ShowCounts(const Invocation& invocation)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        const Labels labels = LabelsOf(invocation, handset);
+        const Labels labels = LabelsOf(invocation.options, handset);
         std::size_t total = 0;
         std::vector<std::vector<std::string>> rows;
         JsonList list;
@@ -103,7 +97,7 @@ int ShowCounts(const Invocation& invocation)
 int List(const Invocation& invocation)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        const Labels labels = LabelsOf(invocation, handset);
+        const Labels labels = LabelsOf(invocation.options, handset);
         const std::vector<StoredMessage> messages = ReadMessages(handset, BoxesOf(invocation));
         if (invocation.options.json)
             return fmt::print("{}", MessagesJson(messages));
@@ -138,7 +132,7 @@ int Get(const Invocation& invocation)
             return fmt::print("{}", MessagesJson(messages));
         if (invocation.Has(kPdu))
             return fmt::print("{}\n", ToHex(messages.front().bytes));
-        Show(invocation, LabelsOf(invocation, handset), messages.front());
+        Show(invocation, LabelsOf(invocation.options, handset), messages.front());
     });
 }
 
@@ -182,7 +176,7 @@ int Delete(const Invocation& invocation)
     indexes.erase(std::unique(indexes.begin(), indexes.end()), indexes.end());
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const std::vector<StoredMessage> messages = FindMessages(handset, indexes);
-        fmt::print(stderr, "{}\n", Table(messages, LabelsOf(invocation, handset), host::TerminalWidth(stderr)));
+        fmt::print(stderr, "{}\n", Table(messages, LabelsOf(invocation.options, handset), host::TerminalWidth(stderr)));
         TellLosses(LossesOf(messages), "message", "messages");
         Confirm(invocation,
                 fmt::format("Delete {}?", messages.size() == 1 ? "this message" : "these " + Plural(messages.size())));
@@ -199,8 +193,9 @@ int Clear(const Invocation& invocation)
     const std::vector<std::int32_t> boxes = BoxesOf(invocation);
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const std::vector<StoredMessage> messages = ReadMessages(handset, boxes);
-        const std::string where =
-            boxes.size() == 1 ? "of box " + BoxName(LabelsOf(invocation, handset), boxes.front()) : "of all boxes";
+        const std::string where = boxes.size() == 1
+                                      ? "of box " + BoxName(LabelsOf(invocation.options, handset), boxes.front())
+                                      : "of all boxes";
         TellLosses(LossesOf(messages), "message", "messages");
         Confirm(invocation, fmt::format("Delete all {} {}?", Plural(messages.size()), Printable(where)));
         KeepMessages(invocation, "clear", messages);
@@ -218,8 +213,11 @@ int Mark(const Invocation& invocation)
         for (const std::uint16_t index : indexes)
             handset.Check(handset.Api().SetMessageStatus(index, state == "read"),
                           fmt::format("marking message {}", index));
-        PrintDone(invocation.options, fmt::format("{} marked as {}.", Plural(indexes.size()), state),
-                  {{{"", "", {{"marked", "", indexes.size()}, {"state", "", state}}}}});
+        PrintDone(
+            invocation.options,
+            fmt::format("{} marked as {}. What a message is marked as, the library does not tell: no list shows it.",
+                        Plural(indexes.size()), state),
+            {{{"", "", {{"marked", "", indexes.size()}, {"state", "", state}}}}});
     });
 }
 
@@ -247,7 +245,8 @@ std::vector<Command> MessagesCommands()
          ShowCounts},
         {"messages list",
          "List the messages of all boxes, or of one",
-         "Times are local. With --json every message comes with its PDU.\n\n"
+         "Times are local. With --json every message comes with its PDU. Whether one was read is not shown: the\n"
+         "library does not tell.\n\n"
          "Examples:\n  phnctl messages list\n  phnctl messages list 0 --json\n",
          {box},
          List},
@@ -280,6 +279,7 @@ std::vector<Command> MessagesCommands()
          DeletingOptions()},
         {"messages mark",
          "Mark messages as read or unread",
+         "The handset keeps the mark. The library does not tell it: 'list', 'get' and a backup are without it.\n\n"
          "Example:\n  phnctl messages mark read 4 7\n",
          {{"STATE", "read or unread", Count::One, {"read", "unread"}}, indexes},
          Mark}};

@@ -4,6 +4,7 @@
 #include "phnctl/message_list.h"
 #include "phnctl/message_options.h"
 #include "phnctl/table.h"
+#include "phnctl/text_file.h"
 
 #include <cstdio>
 #include <fmt/format.h>
@@ -51,7 +52,9 @@ Json PduJson(const Pdu& pdu, const PduBytes& bytes)
 
 int Decode(const Invocation& invocation)
 {
-    const PduBytes bytes = FromHex(fmt::format("{}", fmt::join(invocation.values.at("HEX"), " ")));
+    const std::vector<std::string>& words = invocation.values.at("HEX");
+    const bool isInput = words.size() == 1 && words.front() == "-";
+    const PduBytes bytes = FromHex(isInput ? ReadText("-") : fmt::format("{}", fmt::join(words, " ")));
     const Pdu pdu = ReadPdu(bytes);
     if (invocation.options.json)
         fmt::print("{}\n", WriteJson(PduJson(pdu, bytes)));
@@ -115,8 +118,12 @@ std::vector<Command> WorkbenchCommands()
     return {{"messages decode",
              "Explain a PDU field by field (no handset is needed)",
              "Takes PDUs of both directions. What is wrong with one is said, and the exit status is 1.\n\n"
-             "Example:\n  phnctl messages decode 000402004408080103100C10080180\n",
-             {{"HEX", "The bytes in hexadecimal, with or without blanks between them", Count::Many, {}}},
+             "Examples:\n  phnctl messages decode 000402004408080103100C10080180\n"
+             "  phnctl messages encode 5550142 Hello | phnctl messages decode -\n",
+             {{"HEX",
+               "The bytes in hexadecimal, with or without blanks between them; - for standard input",
+               Count::Many,
+               {}}},
              Decode},
             {"messages encode", "Build a PDU (no handset is needed)",
              "As 'messages send' would, or as the library delivers one.\n\n"

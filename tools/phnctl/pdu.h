@@ -3,7 +3,8 @@
 // cannot read it shows as bytes and names as a problem.
 #pragma once
 
-#include <array>
+#include "phnctl/iso_time.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -15,8 +16,7 @@ namespace phnctl {
 
 using PduBytes = std::vector<std::uint8_t>;
 
-// Local time as the PDU's six numbers: year (four digits), month, day, hour, minute, second.
-using PduTime = std::array<unsigned, 6>;
+using PduTime = LocalTime;
 
 // "2009-07-01 16:05:00"
 std::string ShowTime(const PduTime& time);

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <iterator>
+#include <string_view>
 
 namespace phnctl {
 
@@ -63,7 +64,7 @@ PduBytes FromHex(const std::string& text)
     unsigned value = 0;
     for (const char c : text) {
         const std::size_t digit = std::string("0123456789abcdefABCDEF").find(c);
-        if (c == ' ' && digits == 0)
+        if (std::string_view(" \t\r\n").find(c) != std::string_view::npos && digits == 0)
             continue;
         if (digit == std::string::npos)
             throw Failure(kUsage,

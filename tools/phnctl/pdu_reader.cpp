@@ -3,8 +3,10 @@
 #include "phnctl/pdu_items.h"
 #include "phnctl/text.h"
 
+#include <array>
 #include <fmt/format.h>
 #include <iterator>
+#include <utility>
 
 namespace phnctl {
 
@@ -192,57 +194,85 @@ constexpr Row kRows[] = {
     {1, subparameter::kCallbackNumber, ReadCallback},
 };
 
-void Explain(PduItem& item, Pdu& pdu)
+void Explain(PduItem& item, PduContent& content, std::vector<std::string>& problems)
 {
     item.meaning = ToHex(item.data);
     for (const Row& row : kRows) {
         if (row.level != item.level || row.id != item.id)
             continue;
-        if (const Meaning meaning = row.read(item.data, pdu.content))
+        if (const Meaning meaning = row.read(item.data, content))
             item.meaning = *meaning;
         else
-            pdu.problems.push_back(fmt::format(
-                "the {} at byte {} cannot be read: it is too short, or holds no such value", item.name, item.offset));
+            problems.push_back(fmt::format("the {} at byte {} cannot be read: it is too short, or holds no such value",
+                                           item.name, item.offset));
     }
 }
 
-// The items of a stretch of the PDU that begins at `offset`.
-void ReadItems(Bytes bytes, std::size_t offset, unsigned level, Pdu& pdu)
+class Reader
 {
-    for (std::size_t at = 0; at < bytes.size();) {
-        PduItem item{offset + at, level, bytes[at], ItemName(level, bytes[at]), {}, {}};
-        const std::size_t left = bytes.size() - at - 1;
-        if (left == 0 || bytes[at + 1] > left - 1) {
-            pdu.problems.push_back(left == 0
-                                       ? fmt::format("the {} at byte {} ends before its length", item.name, item.offset)
-                                       : fmt::format("the {} at byte {} says that it has {}, of which {} are there",
-                                                     item.name, item.offset, Plural(bytes[at + 1], "byte"), left - 1));
-            return;
+public:
+    explicit Reader(Bytes bytes) : m_bytes(bytes) {}
+
+    Pdu Read()
+    {
+        m_pdu.type = m_bytes[0];
+        if (m_bytes[0] != 0) {
+            m_pdu.problems.push_back(
+                fmt::format("message type {} is not point-to-point; nothing else is read", m_bytes[0]));
+            return std::move(m_pdu);
         }
-        const Bytes data = bytes.subspan(at + 2, bytes[at + 1]);
-        item.data.assign(data.begin(), data.end());
-        Explain(item, pdu);
-        pdu.items.push_back(std::move(item));
-        if (level == 0 && bytes[at] == parameter::kBearerData)
-            ReadItems(data, offset + at + 2, level + 1, pdu);
-        at += 2 + data.size();
+        ReadItems(1, m_bytes.size(), 0, m_pdu.content);
+        if (m_pdu.problems.empty() && !m_pdu.content.from && !m_pdu.content.to)
+            m_pdu.problems.emplace_back("there is no address, which every message has: is the end missing?");
+        return std::move(m_pdu);
     }
-}
+
+private:
+    // Those that begin before `end`. As the library reads them, the first of several with one identifier counts, and
+    // one that runs past the end of the Bearer Data is read as far as it is there.
+    void ReadItems(std::size_t begin, std::size_t end, unsigned level, PduContent& content)
+    {
+        PduContent repeated;
+        std::array<bool, 256> isKnown{};
+        for (std::size_t at = begin; at < end;) {
+            PduItem item{at, level, m_bytes[at], ItemName(level, m_bytes[at]), {}, {}};
+            const std::size_t left = m_bytes.size() - at - 1;
+            if (left == 0 || m_bytes[at + 1] > left - 1)
+                return TellCut(item, left);
+            const Bytes data = m_bytes.subspan(at + 2, m_bytes[at + 1]);
+            item.data.assign(data.begin(), data.end());
+            at += 2 + data.size();
+            if (at > end)
+                m_pdu.problems.push_back(fmt::format("the {} at byte {} runs past the end of the Bearer Data by {}",
+                                                     item.name, item.offset, Plural(at - end, "byte")));
+            PduContent& taken = std::exchange(isKnown[item.id], true) ? repeated : content;
+            Explain(item, taken, m_pdu.problems);
+            m_pdu.items.push_back(item);
+            if (level == 0 && item.id == parameter::kBearerData)
+                ReadItems(item.offset + 2, at, level + 1, taken);
+        }
+    }
+
+    void TellCut(const PduItem& item, std::size_t left)
+    {
+        m_pdu.problems.push_back(
+            left == 0 ? fmt::format("the {} at byte {} ends before its length", item.name, item.offset)
+                      : fmt::format("the {} at byte {} says that it has {}, of which {} are there", item.name,
+                                    item.offset, Plural(m_bytes[item.offset + 1], "byte"), left - 1));
+    }
+
+    const Bytes m_bytes;
+    Pdu m_pdu;
+};
 
 } // namespace
 
 Pdu ReadPdu(std::span<const std::uint8_t> bytes)
 {
+    if (!bytes.empty())
+        return Reader(bytes).Read();
     Pdu pdu;
-    if (bytes.empty()) {
-        pdu.problems.emplace_back("there are no bytes");
-        return pdu;
-    }
-    pdu.type = bytes[0];
-    if (bytes[0] == 0)
-        ReadItems(bytes.subspan(1), 1, 0, pdu);
-    else
-        pdu.problems.push_back(fmt::format("message type {} is not point-to-point; nothing else is read", bytes[0]));
+    pdu.problems.emplace_back("there are no bytes");
     return pdu;
 }
 

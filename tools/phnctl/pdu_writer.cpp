@@ -12,6 +12,9 @@ namespace phnctl {
 namespace {
 
 constexpr std::size_t kLongestNumber = 36;
+constexpr const char* kInsteadOfPlus =
+    "A message carries no '+'. Write the number as it is dialled: instead of '+' the prefix for calls abroad, such as\n"
+    "00 or 011, then country code and number.";
 constexpr std::size_t kLongestData = 255; // of an item, whose length is one byte
 
 void Append(PduBytes& bytes, std::uint8_t id, const PduBytes& data)
@@ -36,8 +39,9 @@ std::string Codes(const std::string& number)
     for (const char digit : number) {
         const std::size_t code = kDigits.find(digit);
         if (code == kDigits.npos)
-            throw Failure(kUsage, fmt::format("'{}' cannot be a number here: allowed are the digits, * and #",
-                                              Printable(number)));
+            throw Failure(
+                kUsage, fmt::format("'{}' cannot be a number here: allowed are the digits, * and #", Printable(number)),
+                digit == '+' ? kInsteadOfPlus : "");
         codes += static_cast<char>(code + 1);
     }
     if (codes.empty() || codes.size() > kLongestNumber)

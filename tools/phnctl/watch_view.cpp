@@ -1,7 +1,7 @@
 #include "phnctl/watch_view.h"
 
+#include "phnctl/iso_time.h"
 #include "phnctl/print.h"
-
 #include "phnctl/table.h"
 #include "phnctl/text.h"
 #include "system/system.h"
@@ -24,8 +24,7 @@ class JsonLines final : public WatchView
 {
     void Draw(const WatchEvent& event, std::time_t now) override
     {
-        Section head{
-            "", "", {{"event", "", event.name}, {"time", "", fmt::format("{:%Y-%m-%dT%H:%M:%SZ}", fmt::gmtime(now))}}};
+        Section head{"", "", {{"event", "", event.name}, {"time", "", IsoTime(now)}}};
         head.fields.insert(head.fields.end(), event.fields.begin(), event.fields.end());
         Report report{{head}};
         report.sections.insert(report.sections.end(), event.sections.begin(), event.sections.end());
