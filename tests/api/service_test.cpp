@@ -2,6 +2,7 @@
 #include <cstring>
 #include <functional>
 #include <limits>
+#include <tuple>
 
 #include "api/handset_fixture.h"
 
@@ -69,11 +70,8 @@ TEST_F(ServiceTest, NetworkTextWithoutTerminatorIsEndedInItsField)
 TEST_F(ServiceTest, EndReasonsBecomeNetworkErrors)
 {
     StartService();
-    const struct
-    {
-        uint8_t reason;
-        uint32_t error;
-    } cases[] = {{0, 0}, {1, 1000}, {32, 1031}, {33, 3000}, {49, 3016}, {50, 0}, {255, 0}};
+    const std::tuple<uint8_t, uint32_t> cases[] = {{0, 0},     {1, 1000}, {32, 1031}, {33, 3000},
+                                                   {49, 3016}, {50, 0},   {255, 0}};
     for (const auto& [reason, error] : cases) {
         bench_.Handset().SetConnection({0x80000001, 0x80000002, 0x80000003, 0x80000004, 0x85, reason, 0x87});
         auto info = Filled<PHN_CONNECTION_INFO>();
@@ -239,12 +237,7 @@ TEST_F(ServiceTest, OneFailedExchangeLeavesOneLinePerLayerInOrder)
 TEST_F(ServiceTest, NetworkErrorsHaveTheirTexts)
 {
     StartService();
-    const struct
-    {
-        int32_t code;
-        PHN_ERROR result;
-        const char* text;
-    } cases[] = {
+    const std::tuple<int32_t, PHN_ERROR, const char*> cases[] = {
         {1000, 0, "PHN_NETWORK_ERROR_1X_CO_NO_SERVICE, Call origination - No Service"},
         {1025, 0, "PHN_NETWORK_ERROR_1X_FADE, Fade"},
         {1031, 0, "PHN_NETWORK_ERROR_1X_E911_GPS_FIX, Voice call terminated in favor of GPS fix"},

@@ -2,6 +2,8 @@
 #include "calendar/event_text.h"
 #include "link/service_fixture.h"
 
+#include <tuple>
+
 namespace {
 
 class CalendarTest : public ServiceTest
@@ -138,13 +140,7 @@ TEST_F(CalendarTest, NothingIsTakenOnAHostileReplysWord)
     zone[48] = 14;
     const Bytes whole = FridayEvent();
     const Bytes cut(whole.begin(), whole.end() - 14); // the frame's 13 trailing bytes do not make up for it
-    const struct
-    {
-        uint32_t count;
-        Bytes events;
-        PHN_ERROR error;
-        const char* line;
-    } cases[] = {
+    const std::tuple<uint32_t, Bytes, PHN_ERROR, const char*> cases[] = {
         {1, two, 0, "Comment GetEvent being executed."},
         {2, two, 0, "Comment GetEvent being executed."},
         {2, whole, 0, "Comment GetEvent being executed."},

@@ -3,6 +3,8 @@
 
 #include "calendar/event_text.h"
 
+#include <tuple>
+
 namespace {
 
 CAL_EVENT_INFO Record()
@@ -68,11 +70,8 @@ TEST(EventText, ZonesAreNamedByTheirNumbers)
 
 TEST(EventText, AnAlarmsLeadIsWholeMinutesBeforeTheStart)
 {
-    const struct
-    {
-        DEV_DATE_TIME alarm;
-        const char* trigger; // empty: the event has no text
-    } cases[] = {
+    // Without a trigger the event has no text.
+    const std::tuple<DEV_DATE_TIME, const char*> cases[] = {
         {At(2009, 3, 15, 12), "TRIGGER:-P0M"},
         {At(2009, 3, 15, 11, 44, 1), "TRIGGER:-P15M"},
         {At(2009, 3, 13, 12), "TRIGGER:-P2880M"},
@@ -177,11 +176,7 @@ TEST(EventRecord, ZonesOfTheOffsetTableBecomeUtc)
 
 TEST(EventRecord, DatesThatDoNotExistRunOver)
 {
-    const struct
-    {
-        const char* text;
-        const char* stored;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"20090230T120000", "2009-03-02 12:00:00"}, {"20080230T120000", "2008-03-01 12:00:00"},
         {"20090331T250000", "2009-04-01 01:00:00"}, {"20091231T235999", "2010-01-01 00:00:39"},
         {"20090315T-10000", "2009-03-14 23:00:00"}, {"20090431T126000", "2009-05-01 13:00:00"},
@@ -197,11 +192,8 @@ TEST(EventRecord, OnlyTheHandsetsTriggersAreTaken)
     const auto alarm = [](const std::string& trigger) {
         return EventAt("BEGIN:VALARM\nTRIGGER:" + trigger + "\nACTION:DISPLAY\nEND:VALARM\n");
     };
-    const struct
-    {
-        const char* trigger;
-        const char* stored; // none: rejected
-    } cases[] = {
+    // Without a stored alarm: rejected.
+    const std::tuple<const char*, const char*> cases[] = {
         {"-P0M", "2009-03-10 12:00:00"},
         {"-P5M", "2009-03-10 11:55:00"},
         {"-P10M", "2009-03-10 11:50:00"},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <tuple>
 
 #include "calendar/event_text.h"
 #include "calendar/icalendar_reader.h"
@@ -22,11 +23,7 @@ std::string OrNone(const char* value)
 
 TEST(ICalendarReader, AComponentIsWhatStandsBetweenItsFirstBeginAndTheEndBehindIt)
 {
-    const struct
-    {
-        const char* text;
-        const char* span;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"BEGIN:VEVENT\nA\nEND:VEVENT\n", "\nA\n"},
         {"END:VEVENT BEGIN:VEVENTaEND:VEVENT END:VEVENT", "a"},
         {"BEGIN:VEVENT BEGIN:VEVENT END:VEVENT", " BEGIN:VEVENT "},
@@ -41,12 +38,7 @@ TEST(ICalendarReader, AComponentIsWhatStandsBetweenItsFirstBeginAndTheEndBehindI
 
 TEST(ICalendarReader, APropertyIsItsFirstLineOrNothing)
 {
-    const struct
-    {
-        const char* text;
-        char delimiter;
-        const char* value;
-    } cases[] = {
+    const std::tuple<const char*, char, const char*> cases[] = {
         {"UID:{1}\r\nUID:{2}\r\n", ':', "{1}"},
         {"A:1\n \t uid : a:b \nB:1", ':', " a:b "}, // any case, after blanks, in any case the whole line
         {"A:1\rUID:\rB", ':', ""},
@@ -76,11 +68,7 @@ TEST(ICalendarReader, APropertyIsItsFirstLineOrNothing)
 
 TEST(ICalendarReader, AParameterIsItsFirstOccurrenceOrNothing)
 {
-    const struct
-    {
-        const char* text;
-        const char* value;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"BYMONTH=3,4;COUNT=2", "3,4"},
         {" bymonth=3", "3"},
         {"BYMONTHDAY=-1;BYMONTH=3", kNone},
@@ -103,11 +91,7 @@ TEST(ICalendarReader, AParameterIsItsFirstOccurrenceOrNothing)
 
 TEST(ICalendarReader, ATriggersMinutesStandBetweenThePAndTheLastM)
 {
-    const struct
-    {
-        const char* trigger;
-        const char* minutes;
-    } cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"-P15M", "15"},  {"-PT15M", "T15"}, {"x-1P2M3M4", "2M3"}, {"-PM", ""},     {"P15M", kNone},
         {"P-15M", kNone}, {"-15M", kNone},   {"M-P15", kNone},     {"-P15", kNone}, {"", kNone},
     };

@@ -3,6 +3,8 @@
 
 #include "calendar/event_text.h"
 
+#include <tuple>
+
 namespace {
 
 std::string Rule(const CAL_EVENT_INFO& record)
@@ -65,11 +67,7 @@ TEST(RecurrenceText, IsMadeOfTheFieldsThatAreSet)
 // Of an event that starts on Tuesday, 10 March 2009: what the rule becomes, shown as it is written back.
 TEST(RecurrenceFields, HoldWhatTheRuleStates)
 {
-    const struct
-    {
-        std::string rule;
-        const char* written;
-    } cases[] = {
+    const std::tuple<std::string, const char*> cases[] = {
         {"FREQ=DAILY", "FREQ=DAILY;INTERVAL=1"},
         {"FREQ=DAILY;COUNT=5", "FREQ=DAILY;COUNT=5;INTERVAL=1"},
         {"FREQ=DAILY;UNTIL=20091231T235958Z", "FREQ=DAILY;UNTIL=20091231T235958Z;INTERVAL=1"},
@@ -108,12 +106,7 @@ TEST(RecurrenceFields, HoldWhatTheRuleStates)
 
 TEST(RecurrenceFields, TheStartMustBeAnOccurrence)
 {
-    const struct
-    {
-        const char* rule;
-        const char* day;
-        bool isTaken;
-    } cases[] = {
+    const std::tuple<const char*, const char*, bool> cases[] = {
         {"FREQ=MONTHLY;BYDAY=2TU", "20090310", true},
         {"FREQ=MONTHLY;BYDAY=2TU", "20090317", false},
         {"FREQ=MONTHLY;BYDAY=2TU", "20090309", false},

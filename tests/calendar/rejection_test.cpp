@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <tuple>
 
 #include "calendar/event_text.h"
 #include "log/log_capture.h"
@@ -29,11 +30,8 @@ TEST_F(Rejection, EachReasonHasItsOwnLine)
     const auto versioned = [](const std::string& version) {
         return "BEGIN:VCALENDAR\n" + version + EventAt("").substr(sizeof "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" - 1);
     };
-    const struct
-    {
-        std::string text;
-        const char* line; // none: taken
-    } cases[] = {
+    // Without a line: taken.
+    const std::tuple<std::string, const char*> cases[] = {
         {"", "pszSource is NULL or nSrcLen is 0."},
         {"BEGIN:VCALENDAR", "GetiCalComponent returned false."},
         {"begin:vcalendar end:vcalendar", "GetiCalComponent returned false."},

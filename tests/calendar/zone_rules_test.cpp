@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <tuple>
 
 #include "calendar/event_text.h"
 #include "calendar/local_time.h"
@@ -80,11 +81,8 @@ TEST_F(Zones, TimesEndWithTheirThirtyTwoBits)
         CAL_EVENT_INFO record;
         return Read(Event("DESCRIPTION:d\nDTSTART" + start + "\nDTEND" + end + "\n"), &record);
     };
-    const struct
-    {
-        const char* zone;
-        std::string last, first; // that fits, that does not
-    } cases[] = {
+    // The last time that fits, and the first that does not.
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"UTC0", "20380119T031407", "20380119T031408"},
         {kBerlin, "20380119T041407", "20380119T041408"},
         {kNewYork, "20380118T221407", "20380118T221408"},

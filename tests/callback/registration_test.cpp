@@ -1,6 +1,7 @@
 // The callback object alone: which registrations post the poll message, what a registration keeps, what a reply must
 // look like, and what is left when the object is released.
 #include <optional>
+#include <tuple>
 
 #include "callback/host_functions.h"
 #include "link/device_window.h"
@@ -140,12 +141,7 @@ TEST_F(RegistrationTest, TheFirstFunctionOfATypeStaysUntilItIsRemoved)
 
 TEST_F(RegistrationTest, ATickCallsWhatIsRegisteredAndHasChanged)
 {
-    const struct
-    {
-        int32_t registered;
-        uint16_t flags;
-        Types told;
-    } rows[] = {
+    const std::tuple<int32_t, uint16_t, Types> rows[] = {
         {PHN_CALLBACK_CONNECTION_INFO, 0x0010, {1}},
         {PHN_CALLBACK_CONNECTION_INFO, 0x0003, {}},
         {PHN_CALLBACK_STATE_INFO, 0x0020, {2}},
@@ -158,9 +154,9 @@ TEST_F(RegistrationTest, ATickCallsWhatIsRegisteredAndHasChanged)
         {PHN_CALLBACK_ALL, 0x01FF, {1, 2, 3, 4, 5, 9}},
         {PHN_CALLBACK_ALL, 0xFE00, {}},
     };
-    for (const auto& row : rows) {
-        Set(row.registered);
-        EXPECT_EQ(Tick(row.flags), row.told) << row.registered << ' ' << row.flags;
+    for (const auto& [registered, flags, told] : rows) {
+        Set(registered);
+        EXPECT_EQ(Tick(flags), told) << registered << ' ' << flags;
         Set(PHN_CALLBACK_ALL, 1);
     }
     EXPECT_EQ(port_->requests.back(), (Bytes{49, 0, 0, 0, 1, 0}));
@@ -176,24 +172,20 @@ TEST_F(RegistrationTest, AReplyThatCannotBeReadTellsNothing)
 {
     const Bytes full{0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 1};
     const Bytes refused{0, 0, 0, 0, 0, 0, 4, 0, 0xFF, 1};
-    const struct
-    {
-        Answer answer;
-        const char* line;
-    } rows[] = {
+    const std::tuple<Answer, const char*> rows[] = {
         {{full, 7}, "CCallback Error GetPhoneVariance - ExecCmd failed with dwErrSts = 7(0x7)."},
         {{Bytes(full.begin(), full.end() - 1)},
          "CCallback Error GetPhoneVariance - dwRetBufferLen(9, 0x9) is less than CB_RET_FLAGS_RES(10, 0xA)."},
         {{refused}, "CCallback Error GetPhoneVariance - rcRxHeader.wStatus = 4(0x4)."},
     };
     Set(PHN_CALLBACK_ALL);
-    for (const auto& row : rows) {
-        port_->answers = {row.answer};
+    for (const auto& [answer, line] : rows) {
+        port_->answers = {answer};
         log_.TakeLines();
         callback_->CallbackTimerFunction(window_, Device());
         const Lines lines = log_.TakeLines();
         EXPECT_EQ(lines.front(), "CCallback Comment GetPhoneVariance being executed.");
-        EXPECT_EQ(lines.back(), row.line);
+        EXPECT_EQ(lines.back(), line);
         EXPECT_EQ(TakeTypes(), Types{});
     }
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <limits>
+#include <tuple>
 
 #include "common/byte_reader.h"
 #include "common/packed.h"
@@ -48,14 +49,9 @@ TEST(ByteReader, ACountThatIsNotThereMovesNothing)
     EXPECT_EQ(number, 42u);
     EXPECT_EQ(reader.GetOffset(), 4u);
 
-    struct Case
-    {
-        uint64_t count;
-        size_t size;
-        bool held;
-    };
-    const Case cases[] = {{3, 2, true},   {2, 3, true},  {2, 4, false},      {kHuge / 2 + 1, 2, false},
-                          {0, 100, true}, {7, 1, false}, {kHuge, 116, false}};
-    for (const Case& c : cases)
-        EXPECT_EQ(reader.Holds(c.count, static_cast<size_t>(c.size)), c.held) << c.count << " of " << c.size;
+    const std::tuple<uint64_t, size_t, bool> cases[] = {
+        {3, 2, true},   {2, 3, true},  {2, 4, false},      {kHuge / 2 + 1, 2, false},
+        {0, 100, true}, {7, 1, false}, {kHuge, 116, false}};
+    for (const auto& [count, size, held] : cases)
+        EXPECT_EQ(reader.Holds(count, static_cast<size_t>(size)), held) << count << " of " << size;
 }

@@ -2,15 +2,13 @@
 
 #include "common/decimal.h"
 
+#include <tuple>
+
 namespace {
 
 TEST(Decimal, IsClampedToThirtyTwoBits)
 {
-    const struct
-    {
-        std::string_view value;
-        int32_t number;
-    } cases[] = {
+    const std::tuple<std::string_view, int32_t> cases[] = {
         {"", 0},
         {"x1", 0},
         {"12x", 12},

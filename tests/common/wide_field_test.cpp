@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 #include "common/wide_field.h"
 
@@ -18,22 +19,17 @@ struct Framed
 
 TEST(WideField, HoldsAsManyUnitsAsItHasAndNoMore)
 {
-    struct Case
-    {
-        const char* text;
-        const char* stored;
-        bool whole;
-    };
-    const Case cases[] = {{"", "", true}, {"abc", "abc", true}, {"abcd", "abcd", true}, {"abcde", "abcd", false}};
-    for (const Case& c : cases) {
+    const std::tuple<const char*, const char*, bool> cases[] = {
+        {"", "", true}, {"abc", "abc", true}, {"abcd", "abcd", true}, {"abcde", "abcd", false}};
+    for (const auto& [text, stored, whole] : cases) {
         Framed framed;
         std::memset(&framed.field, 0xEE, sizeof framed.field);
-        EXPECT_EQ(framed.field.SetText(c.text), c.whole) << c.text;
-        EXPECT_EQ(framed.field.GetText(), c.stored) << c.text;
+        EXPECT_EQ(framed.field.SetText(text), whole) << text;
+        EXPECT_EQ(framed.field.GetText(), stored) << text;
         EXPECT_EQ(framed.before, 0xAA);
         EXPECT_EQ(framed.after, 0xBB);
-        for (size_t unit = std::strlen(c.stored); unit < 4; ++unit)
-            EXPECT_EQ(framed.field.m_abyUnits[2 * unit] | framed.field.m_abyUnits[2 * unit + 1], 0) << c.text;
+        for (size_t unit = std::strlen(stored); unit < 4; ++unit)
+            EXPECT_EQ(framed.field.m_abyUnits[2 * unit] | framed.field.m_abyUnits[2 * unit + 1], 0) << text;
     }
 }
 

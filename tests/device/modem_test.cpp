@@ -6,6 +6,8 @@
 #include "link/command.h"
 #include "link/exec_command.h"
 
+#include <tuple>
+
 namespace {
 
 class ModemTest : public DeviceTest
@@ -25,18 +27,14 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
 {
     simulator::Simulator& modem = Attach(simulator::ModemInterfaceName("0001"), simulator::PortKind::Modem);
     Create();
-    const struct
-    {
-        const char* fault;
-        const char* line;
-    } rows[] = {
+    const std::tuple<const char*, const char*> rows[] = {
         {"error@at*1", "CDevice::OpenModemPort - ERROR sending the AT command"},
         {"hangup@at*1", "CDevice::OpenModemPort - ERROR sending the AT command"},
     };
-    for (const auto& row : rows) {
-        modem.Control().AddFault(row.fault);
-        EXPECT_EQ(Arrive(), FALSE) << row.fault;
-        EXPECT_TRUE(HasLine(row.line));
+    for (const auto& [fault, line] : rows) {
+        modem.Control().AddFault(fault);
+        EXPECT_EQ(Arrive(), FALSE) << fault;
+        EXPECT_TRUE(HasLine(line));
         EXPECT_FALSE(Device().GetPort());
     }
     EXPECT_EQ(owner_.TakeEvents(), Events{});

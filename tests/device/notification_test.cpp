@@ -2,6 +2,7 @@
 #include <dbt.h>
 
 #include <thread>
+#include <tuple>
 
 #include "device/device_world.h"
 #include "link/interface_list.h"
@@ -164,11 +165,7 @@ TEST(InterfaceListTest, LeadsFromAPathToTheKeyOfItsUsbDevice)
 {
     const std::string before = "SYSTEM\\CurrentControlSet\\Enum\\USB\\";
     const std::string behind = "\\Device Parameters";
-    const struct
-    {
-        std::string path;
-        std::string device;
-    } rows[] = {
+    const std::tuple<std::string, std::string> rows[] = {
         {"\\\\?\\usb#vid_fffe&pid_0001#0001#{6b1d}", "vid_fffe&pid_0001\\0001"},
         {"a#b#c#d#e", "b#c\\d"},
         {"a#b#c", "b"},
@@ -176,8 +173,8 @@ TEST(InterfaceListTest, LeadsFromAPathToTheKeyOfItsUsbDevice)
         {"a", "a"},
         {"", ""},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(UsbParametersKey(row.path), before + row.device + behind);
+    for (const auto& [path, device] : rows)
+        EXPECT_EQ(UsbParametersKey(path), before + device + behind);
     const size_t room = 259 - before.size() - behind.size();
     EXPECT_EQ(UsbParametersKey(std::string(room, 'x')).size(), 259u);
     EXPECT_EQ(UsbParametersKey(std::string(room + 1, 'x')), "");

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 #include <thread>
+#include <tuple>
 
 #include "api/handset_fixture.h"
 #include "phn_platform_test.h"
@@ -70,11 +71,7 @@ protected:
 
 TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
 {
-    const struct
-    {
-        const char* model;
-        const char* line;
-    } rows[] = {
+    const std::tuple<const char*, const char*> rows[] = {
         {"R3P", "phnnrv\tComment\tGetVersion - Phone model is eVer1."},
         {"t5w", "phnnrv\tComment\tGetVersion - Phone model is eVer1."},
         {"Wq", "phnnrv\tComment\tGetVersion - Phone model is eVer2."},
@@ -87,14 +84,14 @@ TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
     bench_.Plug();
     Load();
     bench_.TakeLog();
-    for (const auto& row : rows) {
-        bench_.Handset().SetModel(row.model);
-        EXPECT_EQ(Startup(), PHN_ERROR_NOT_SUPPORTED) << row.model;
+    for (const auto& [model, line] : rows) {
+        bench_.Handset().SetModel(model);
+        EXPECT_EQ(Startup(), PHN_ERROR_NOT_SUPPORTED) << model;
         Lines lines = bench_.TakeLog();
         TakeCreations(lines);
         EXPECT_EQ(lines, (Lines{"CCalderApp\tComment\tPHN_Startup is being executed.",
                                 "phnnrv\tComment\tGetVersion being executed.",
-                                std::string("phnnrv\tComment\tGetVersion - Model version is ") + row.model, row.line,
+                                std::string("phnnrv\tComment\tGetVersion - Model version is ") + model, line,
                                 "CCalderApp\tError\tPHN_Startup - Model not supported."}));
         EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
         bench_.TakeLog();

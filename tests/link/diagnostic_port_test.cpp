@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstring>
 #include <thread>
+#include <tuple>
 
 #include "link/exec_command.h"
 #include "link/serial_fixture.h"
@@ -173,29 +174,22 @@ TEST_F(DiagnosticPortTest, AnEndlessReplyIsGivenUp)
 
 TEST_F(DiagnosticPortTest, EachSystemCallsFailureHasItsLine)
 {
-    struct Case
-    {
-        const char* call;
-        DWORD error;
-        bool writing;
-        const char* line;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, DWORD, bool, const char*> cases[] = {
         {"CreateEventA", 0, true, "DP::Write - Unable to create the event"},
         {"WriteFile", 31, true, "DP::Write - WriteFile failed. Last error is 0x1F"},
         {"CreateEventA", 0, false, "DP::Read  - Unable to create the event"},
         {"ReadFile", 31, false, "DP::Read - ReadFile failed. Last error is 0x1F"},
         {"WaitForMultipleObjects", 87, false, "DP::Read - WaitForSingleObject failed. Last error is 0x57"},
     };
-    for (const Case& c : cases) {
-        platform_test::FailCall(c.call, c.error ? c.error : 8);
-        const Result result = c.writing ? Write(kRequest) : Read(15000);
-        EXPECT_FALSE(result.done) << c.line;
-        EXPECT_EQ(result.error, c.error) << c.line;
-        EXPECT_EQ(platform_test::PendingFailures(c.call), 0u) << c.line;
+    for (const auto& [call, error, writing, line] : cases) {
+        platform_test::FailCall(call, error ? error : 8);
+        const Result result = writing ? Write(kRequest) : Read(15000);
+        EXPECT_FALSE(result.done) << line;
+        EXPECT_EQ(result.error, error) << line;
+        EXPECT_EQ(platform_test::PendingFailures(call), 0u) << line;
         Lines lines = log_.TakeLines();
-        ASSERT_FALSE(lines.empty()) << c.line;
-        EXPECT_EQ(lines.back(), std::string("CPort Error ") + c.line);
+        ASSERT_FALSE(lines.empty()) << line;
+        EXPECT_EQ(lines.back(), std::string("CPort Error ") + line);
     }
 
     // A read that is over, but whose result cannot be had.

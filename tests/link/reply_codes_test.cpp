@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
 
 #include "link/reply_codes.h"
 
@@ -32,13 +33,8 @@ TEST(ReplyCodes, EveryDeviceResult)
 
 TEST(ReplyCodes, EveryCallEndReason)
 {
-    struct Case
-    {
-        DWORD reason;
-        PHN_ERROR code;
-    };
-    constexpr Case kCases[] = {{0, 0},     {1, 1000},  {2, 1001}, {32, 1031}, {33, 3000},
-                               {34, 3001}, {49, 3016}, {50, 0},   {255, 0}};
-    for (const Case& c : kCases)
-        EXPECT_EQ(MapCallEndReason(c.reason), c.code) << c.reason;
+    const std::tuple<DWORD, PHN_ERROR> kCases[] = {{0, 0},     {1, 1000},  {2, 1001}, {32, 1031}, {33, 3000},
+                                                   {34, 3001}, {49, 3016}, {50, 0},   {255, 0}};
+    for (const auto& [reason, code] : kCases)
+        EXPECT_EQ(MapCallEndReason(reason), code) << reason;
 }

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <sstream>
 #include <thread>
+#include <tuple>
 
 #include "log/log.h"
 #include "log/log_capture.h"
@@ -58,12 +59,7 @@ size_t CountWholeLines(const std::string& text)
 
 TEST(Log, MasksDecideWhatIsWritten)
 {
-    struct Case
-    {
-        std::optional<DWORD> level;
-        Lines lines;
-    };
-    const Case cases[] = {
+    const std::tuple<std::optional<DWORD>, Lines> cases[] = {
         {std::nullopt, {}},
         {0, {}},
         {0x000FFF02, {"CDevice Comment c", "CPort Comment c"}},
@@ -75,8 +71,8 @@ TEST(Log, MasksDecideWhatIsWritten)
          {"CDevice Error e", "CDevice Comment c", "CPort Error e", "CPort Comment c", "CSMS Debug d", "Unknown Error u",
           "CSMS Reserved r"}},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(WriteOneOfEach(c.level), c.lines) << c.level.value_or(0);
+    for (const auto& [level, lines] : cases)
+        EXPECT_EQ(WriteOneOfEach(level), lines) << level.value_or(0);
 }
 
 TEST(Log, ALineIsTimeCategoryLevelAndTextUnchanged)

@@ -4,6 +4,8 @@
 #include "phonebook/contact_bytes.h"
 #include "phonebook/speed_dial_phonebook.h"
 
+#include <tuple>
+
 namespace {
 
 struct Conversion
@@ -146,11 +148,7 @@ TEST(Conversion, TheTextMustFitTheHostsBufferAndItsOwnLimit)
 
 TEST(Conversion, ATextBecomesARecord)
 {
-    const struct
-    {
-        const char* lines;
-        Contact contact;
-    } cases[] = {
+    const std::tuple<const char*, Contact> cases[] = {
         {"FN:Alpha\r\nEMAIL:Beta\r\nTEL;TYPE=HOME:12 3\r\n",
          {.first = u"Alpha", .entries = {{5, u"Beta"}, {2, u"123"}}}},
         {"fn:Alpha Beta Gamma\ntel;type=cell:(555) 123-4567 P 89\n",
@@ -180,11 +178,7 @@ TEST(Conversion, NamesAreCutAndValuesRejectedAtTheirLimits)
     EXPECT_EQ(cut.first, std::u16string(36, u'n'));
     EXPECT_EQ(cut.last, std::u16string(36, u'n'));
 
-    const struct
-    {
-        std::string lines;
-        bool accepted;
-    } cases[] = {
+    const std::tuple<std::string, bool> cases[] = {
         {"FN:A\nEMAIL:" + std::string(52, 'a') + "\n", true},
         {"FN:A\nEMAIL:" + std::string(53, 'a') + "\n", false},
         {"FN:A\nTEL;TYPE=FAX:" + std::string(52, '1') + "\n", true},
@@ -213,11 +207,7 @@ TEST(Conversion, OnlyWholeRecordsAreUnpacked)
     both.insert(both.end(), second.begin(), second.end());
     Bytes liar = second;
     liar[463] = 0xFF; // some four thousand million entries
-    const struct
-    {
-        Bytes bytes;
-        DWORD count, whole;
-    } cases[] = {
+    const std::tuple<Bytes, DWORD, DWORD> cases[] = {
         {both, 2, 2},
         {both, 1, 1},
         {both, 9, 2},

@@ -1,5 +1,6 @@
 // The phonebook's operations: what they send, what they make of the replies, and what the index map becomes.
 #include <thread>
+#include <tuple>
 
 #include "link/service_fixture.h"
 #include "phn_platform_test.h"
@@ -202,12 +203,9 @@ TEST_F(Phonebook, AnIndexFollowsItsContactThroughWritesAndDeletions)
     EXPECT_EQ(TakeRecord(), 0u);
     EXPECT_EQ(get(0), 1u);
 
-    const struct
-    {
-        uint32_t result;
-        PHN_ERROR error;
-        uint32_t after; // the record of index 5
-    } deletions[] = {{1, PHN_ERROR_NOT_FOUND, 8}, {8, PHN_ERROR_INVALID_PARAMETER, 5}, {0, PHN_ERROR_NONE, 5}};
+    // And the record of index 5 after it.
+    const std::tuple<uint32_t, PHN_ERROR, uint32_t> deletions[] = {
+        {1, PHN_ERROR_NOT_FOUND, 8}, {8, PHN_ERROR_INVALID_PARAMETER, 5}, {0, PHN_ERROR_NONE, 5}};
     for (const auto& [result, error, after] : deletions) {
         Answer({result, 0});
         EXPECT_EQ(Delete(5), error);
@@ -241,12 +239,7 @@ TEST_F(Phonebook, ADeletionLeavesTheHandsetAloneFirst)
 
 TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
 {
-    const struct
-    {
-        const char* codePage;
-        std::u16string stored;
-        std::string name;
-    } cases[] = {
+    const std::tuple<const char*, std::u16string, std::string> cases[] = {
         {"1252", u"Caf\u00E9", "Caf\xE9"},
         {"1252", std::u16string(36, u'n'), std::string(36, 'n')},
         {"932", std::u16string(32, u'\u65E5'),

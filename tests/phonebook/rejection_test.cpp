@@ -4,6 +4,8 @@
 #include "log/log_capture.h"
 #include "phonebook/speed_dial_phonebook.h"
 
+#include <tuple>
+
 namespace {
 
 TEST(Rejection, EachReasonHasItsOwnLine)
@@ -14,11 +16,7 @@ TEST(Rejection, EachReasonHasItsOwnLine)
     const std::string list = "X-PHN-SPEEDDIAL-LIST:";
     const std::string_view base = "CPhonebook Error VCardToNorvik - CPhonebook::VCardToNorvik returned false.";
     const std::string_view compose = "CPhonebook Error VCardToNorvik - ComposeNrvContact returned false.";
-    const struct
-    {
-        std::string text;
-        std::vector<std::string_view> lines;
-    } cases[] = {
+    const std::tuple<std::string, std::vector<std::string_view>> cases[] = {
         {"", {"CPhonebook Error VCardToNorvik - VCARD_BEGIN not found.", base}},
         {"VERSION:3.0\nEND:VCARD\nFN:A\nEMAIL:a\n", {"CPhonebook Error VCardToNorvik - VCARD_BEGIN not found.", base}},
         {"BEGIN:VCALENDAR\nVERSION\nEND\nFN:A\nEMAIL:a\n",

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <tuple>
 
 #include "phonebook/vcard_reader.h"
 
@@ -12,12 +13,7 @@ namespace {
 TEST(VCardReader, FindsTheFirstLineThatBeginsWithTheKey)
 {
     constexpr int kAbsent = -1;
-    const struct
-    {
-        EVCardKey key;
-        std::string_view text;
-        int position;
-    } cases[] = {
+    const std::tuple<EVCardKey, std::string_view, int> cases[] = {
         {eKeyEnd, "END:VCARD\r\n", 0},
         {eKeyEnd, "BEGIN\r\nend", 7}, // any case; no line end needed
         {eKeyEnd, "A\n \t END\n", 5},
@@ -48,12 +44,7 @@ TEST(VCardReader, FindsTheFirstLineThatBeginsWithTheKey)
 TEST(VCardReader, AValueRunsFromTheFirstColonToTheLineEnd)
 {
     constexpr const char* kAbsent = nullptr;
-    const struct
-    {
-        EVCardKey key;
-        std::string_view text;
-        const char* value;
-    } cases[] = {
+    const std::tuple<EVCardKey, std::string_view, const char*> cases[] = {
         {eKeyFullName, "FN:Alpha\r\n", "Alpha"},
         {eKeyFullName, "fn: Alpha:Beta \n", " Alpha:Beta "},
         {eKeyFullName, "FN:\r\n", ""},
@@ -79,10 +70,7 @@ TEST(VCardReader, AValueRunsFromTheFirstColonToTheLineEnd)
 
 TEST(VCardReader, NamesAreSplitAtTheFirstSpaceBetweenTwoParts)
 {
-    const struct
-    {
-        std::string_view value, first, rest;
-    } cases[] = {
+    const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
         {"", "", ""},
         {"Alpha", "Alpha", ""},
         {"Alpha Beta", "Alpha", "Beta"},

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <tuple>
 
 #include <windows.h>
 
@@ -28,13 +29,8 @@ protected:
 
 TEST_F(Files, DispositionsCreateOpenOrRefuse)
 {
-    const struct
-    {
-        const char* name;
-        DWORD disposition;
-        DWORD error; // the last error after the call
-        bool opens;
-    } cases[] = {
+    // The error is the last one after the call, whatever came of it.
+    const std::tuple<const char*, DWORD, DWORD, bool> cases[] = {
         {"a", OPEN_EXISTING, ERROR_FILE_NOT_FOUND, false},
         {"a", TRUNCATE_EXISTING, ERROR_FILE_NOT_FOUND, false},
         {"a", OPEN_ALWAYS, ERROR_SUCCESS, true},
@@ -45,10 +41,10 @@ TEST_F(Files, DispositionsCreateOpenOrRefuse)
         {".", OPEN_EXISTING, ERROR_ACCESS_DENIED, false},
         {"a", 9, ERROR_INVALID_PARAMETER, false},
     };
-    for (const auto& tried : cases) {
-        const HANDLE file = Open(tried.name, GENERIC_READ | GENERIC_WRITE, tried.disposition);
-        EXPECT_EQ(GetLastError(), tried.error) << tried.name << ' ' << tried.disposition;
-        EXPECT_EQ(file != INVALID_HANDLE_VALUE, tried.opens) << tried.name << ' ' << tried.disposition;
+    for (const auto& [name, disposition, error, opens] : cases) {
+        const HANDLE file = Open(name, GENERIC_READ | GENERIC_WRITE, disposition);
+        EXPECT_EQ(GetLastError(), error) << name << ' ' << disposition;
+        EXPECT_EQ(file != INVALID_HANDLE_VALUE, opens) << name << ' ' << disposition;
         if (file != INVALID_HANDLE_VALUE)
             CloseHandle(file);
     }

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <ctime>
+#include <tuple>
 
 #include "platform/pty_fixture.h"
 
@@ -30,11 +31,7 @@ TEST_F(PortTest, EntriesOpenByNameAndWhatIsNoPortSaysWhy)
     std::filesystem::create_symlink("/no/such/device", directory / "dangling");
     std::filesystem::create_symlink("circular", directory / "circular");
     std::filesystem::create_symlink("/dev/null", directory / "null");
-    const struct
-    {
-        const char* name;
-        DWORD error;
-    } cases[] = {
+    const std::tuple<const char*, DWORD> cases[] = {
         {"com5", ERROR_SUCCESS},
         {"\\\\.\\Com5", ERROR_SUCCESS},
         {"\\\\?\\COM5", ERROR_SUCCESS},
@@ -46,8 +43,8 @@ TEST_F(PortTest, EntriesOpenByNameAndWhatIsNoPortSaysWhy)
         {"dangling", ERROR_FILE_NOT_FOUND},
         {"circular", ERROR_CANT_RESOLVE_FILENAME},
     };
-    for (const auto& tried : cases)
-        EXPECT_EQ(ErrorOfOpening(tried.name), tried.error) << tried.name;
+    for (const auto& [name, error] : cases)
+        EXPECT_EQ(ErrorOfOpening(name), error) << name;
 }
 
 TEST_F(PortTest, APortIsOpenedByOneOnly)

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <windows.h>
@@ -33,13 +34,7 @@ std::string Encode(UINT codePage, const Units& units, BOOL* replaced = nullptr)
 
 TEST(Text, IsDecoded)
 {
-    struct
-    {
-        UINT codePage;
-        DWORD flags;
-        const char* bytes;
-        Units expected;
-    } const table[] = {
+    const std::tuple<UINT, DWORD, const char*, Units> table[] = {
         {1252, MB_PRECOMPOSED, "a\xE9\x80", {'a', 0xE9, 0x20AC}},
         {1252, MB_PRECOMPOSED, "\x81\x8D", {0x81, 0x8D}}, // undefined bytes pass
         {kPc,
@@ -83,13 +78,7 @@ TEST(Text, LengthsAreCheckedAndAskedFor)
     EXPECT_EQ(MultiByteToWideChar(1252, 0, "abc", -1, units, 4), 4);
     EXPECT_EQ(units[3], WCHAR{});
 
-    struct
-    {
-        const char* text;
-        int length;
-        int room;
-        DWORD error;
-    } const table[] = {
+    const std::tuple<const char*, int, int, DWORD> table[] = {
         {"abc", -1, 3, ERROR_INSUFFICIENT_BUFFER},
         {"abc", 0, 4, ERROR_INVALID_PARAMETER},
         {nullptr, 3, 4, ERROR_INVALID_PARAMETER},

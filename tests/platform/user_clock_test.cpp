@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 #include <thread>
+#include <tuple>
 
 #include <phn_platform_test.h>
 
@@ -46,13 +47,7 @@ TEST(TimersByTheClock, AreDueOnTheirBeatAndDoNotPileUp)
 
 TEST(AnsiCodePage, IsTheVariablesAndHasGlyphsWhicheverItIs)
 {
-    struct
-    {
-        const char* variable;
-        UINT codePage;
-        const char* bytes;
-        std::u16string expected;
-    } const table[] = {
+    const std::tuple<const char*, UINT, const char*, std::u16string> table[] = {
         {"1252", 1252, "\x01\x0D\xE9", u"\u263A\u266A\u00E9"},
         {"1251", 1251, "\x01\xE9", u"\u263A\u0439"},
         {"932", 932, "\x0A\x83\x41", u"\u25D9\u30A2"},
@@ -81,12 +76,7 @@ std::string Text(const SYSTEMTIME& time)
 
 TEST(LocalTime, FollowsTheZonesRules)
 {
-    struct
-    {
-        const char* zone;
-        SYSTEMTIME utc;
-        const char* expected;
-    } const table[] = {
+    const std::tuple<const char*, SYSTEMTIME, const char*> table[] = {
         {"CET-1CEST,M3.5.0,M10.5.0/3", {2009, 3, 0, 29, 0, 59, 59, 7}, "2009-03-29 01:59:59.007 (0)"},
         {"CET-1CEST,M3.5.0,M10.5.0/3", {2009, 3, 0, 29, 1, 0, 0, 0}, "2009-03-29 03:00:00.000 (0)"},
         {"CET-1CEST,M3.5.0,M10.5.0/3", {2095, 12, 0, 31, 23, 30, 0, 0}, "2096-01-01 00:30:00.000 (0)"},
@@ -110,12 +100,7 @@ TEST(LocalTime, FollowsTheZonesRules)
 TEST(LocalTime, IsTurnedBackIntoUtc)
 {
     constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
-    struct
-    {
-        const char* zone;
-        SYSTEMTIME local;
-        const char* expected;
-    } const table[] = {
+    const std::tuple<const char*, SYSTEMTIME, const char*> table[] = {
         {kBerlin, {2009, 3, 0, 29, 1, 59, 59, 7}, "2009-03-29 00:59:59.007 (0)"},
         {kBerlin, {2009, 3, 0, 29, 2, 30, 0, 0}, "2009-03-29 00:30:00.000 (0)"}, // left out
         {kBerlin, {2009, 3, 0, 29, 3, 0, 0, 0}, "2009-03-29 01:00:00.000 (0)"},

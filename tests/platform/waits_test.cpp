@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <tuple>
 
 #include <windows.h>
 
@@ -14,15 +15,11 @@ HANDLE NewEvent(bool manual, bool set)
 
 TEST(Waits, AnEventStaysSetOrIsTakenByOneWait)
 {
-    const struct
-    {
-        bool manual;
-        DWORD secondWait;
-    } kinds[] = {{true, WAIT_OBJECT_0}, {false, WAIT_TIMEOUT}};
-    for (const auto& kind : kinds) {
-        const HANDLE event = NewEvent(kind.manual, true);
+    const std::tuple<bool, DWORD> kinds[] = {{true, WAIT_OBJECT_0}, {false, WAIT_TIMEOUT}};
+    for (const auto& [manual, secondWait] : kinds) {
+        const HANDLE event = NewEvent(manual, true);
         EXPECT_EQ(WaitForSingleObject(event, 0), WAIT_OBJECT_0);
-        EXPECT_EQ(WaitForSingleObject(event, 0), kind.secondWait);
+        EXPECT_EQ(WaitForSingleObject(event, 0), secondWait);
         EXPECT_TRUE(SetEvent(event));
         EXPECT_TRUE(ResetEvent(event));
         EXPECT_EQ(WaitForSingleObject(event, 1), WAIT_TIMEOUT);

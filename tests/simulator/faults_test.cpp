@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -25,14 +26,8 @@ TEST(SimulatorFaults, ChangeTheReplyAsTheySay)
     Handset plain;
     const Bytes good = host::Sent(Ask(plain));
     ASSERT_EQ(good.size(), 36u);
-    struct Case
-    {
-        const char* fault;
-        std::size_t size;     // of all that is sent
-        std::size_t offset;   // what lies here
-        std::uint32_t number; // is this
-    };
-    const Case cases[] = {
+    // The size of all that is sent, and the number at an offset of it.
+    const std::tuple<const char*, std::size_t, std::size_t, std::uint32_t> cases[] = {
         {"sequence", 36, 9, 4},
         {"sequence=10", 36, 9, 15},
         {"command", 36, 0, 0x4C},
@@ -50,12 +45,12 @@ TEST(SimulatorFaults, ChangeTheReplyAsTheySay)
         {"status=3@36", 36, 19, 0},
         {"error", 36, 9, 5},
     };
-    for (const Case& one : cases) {
+    for (const auto& [fault, size, offset, number] : cases) {
         Handset handset;
-        handset.AddFault(one.fault);
+        handset.AddFault(fault);
         const Bytes bytes = host::Sent(Ask(handset));
-        EXPECT_EQ(bytes.size(), one.size) << one.fault;
-        EXPECT_EQ(host::NumberAt(bytes, one.offset), one.number) << one.fault;
+        EXPECT_EQ(bytes.size(), size) << fault;
+        EXPECT_EQ(host::NumberAt(bytes, offset), number) << fault;
     }
     Handset wrongCheck;
     wrongCheck.AddFault("check");

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -57,12 +58,7 @@ TEST(SimulatorProtocol, TurnsBrokenFramesAwayAndAnswersTheNext)
     FieldWriter wrongHeader;
     wrongHeader.Append(header);
     wrongHeader.U16("check", CheckValue(header));
-    struct Case
-    {
-        Bytes bytes;
-        const char* reason;
-    };
-    const Case cases[] = {
+    const std::tuple<Bytes, const char*> cases[] = {
         {with(14, 0x00), "a wrong check value"},
         {with(8, 0x02), "a wrong check value"},
         {Stuff(wrongHeader.Written()), "a wrong frame header"},
@@ -79,14 +75,14 @@ TEST(SimulatorProtocol, TurnsBrokenFramesAwayAndAnswersTheNext)
     Handset handset;
     Session session(handset, PortKind::Diagnostic);
     std::uint64_t rejected = 0;
-    for (const Case& one : cases) {
-        EXPECT_EQ(Answer(session, one.bytes), Bytes()) << one.reason;
-        EXPECT_EQ(handset.LastRejection(), one.reason);
+    for (const auto& [bytes, reason] : cases) {
+        EXPECT_EQ(Answer(session, bytes), Bytes()) << reason;
+        EXPECT_EQ(handset.LastRejection(), reason);
         EXPECT_EQ(handset.Rejected(), ++rejected);
         Bytes reply;
         for (const std::uint8_t byte : good)
             reply = Answer(session, {byte});
-        EXPECT_FALSE(reply.empty()) << one.reason;
+        EXPECT_FALSE(reply.empty()) << reason;
     }
     EXPECT_EQ(handset.Requests(1), std::size(cases));
 }

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "sms/message_bytes.h"
 #include "sms/pdu_decoder.h"
@@ -136,11 +137,7 @@ TEST(PduDecoder, RejectsWhatItDoesNotUnderstand)
     constexpr PHN_ERROR kNumber = PHN_NETWORK_ERROR_1X_CO_ACCESS_FAILURE;
     const Bytes address = Address("\x01\x02");
     const auto bearer = [&](const Bytes& item) { return Join({kType, address, Group(8, {item})}); };
-    const struct
-    {
-        Bytes pdu;
-        PHN_ERROR error;
-    } cases[] = {
+    const std::tuple<Bytes, PHN_ERROR> cases[] = {
         {{1}, PHN_ERROR_PDU_NOT_DECODABLE},
         {Join({{1}, address}), PHN_ERROR_PDU_NOT_DECODABLE},
         {{0}, PHN_ERROR_PDU_NO_DESTINATION},

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <tuple>
 
 #include "link/scripted_port.h"
 #include "sms/message_bytes.h"
@@ -13,12 +14,7 @@ namespace {
 
 TEST(PduTime, IsTheLocalTimeOfTheHandsetsUtc)
 {
-    const struct
-    {
-        const char* zone;
-        Record record;
-        Bytes stamp;
-    } cases[] = {
+    const std::tuple<const char*, Record, Bytes> cases[] = {
         {"UTC0", {.year = 2009, .month = 3, .day = 15, .hour = 12}, {0x09, 0x03, 0x15, 0x12, 0, 0}},
         {"EST5EDT,M3.2.0,M11.1.0",
          {.year = 2009, .month = 7, .day = 4, .hour = 14, .minute = 5, .second = 3},
@@ -52,11 +48,7 @@ TEST(PduLines, EachReasonHasItsOwn)
     const std::string_view callback = "IS637CallbackNumberDecoder - pCallbackNumber is NULL.";
     const Bytes known{0, 4, 2, 0x00, 0x44}; // the digit 1
     const auto bearer = [&](const Bytes& item) { return Join({known, Group(8, {item})}); };
-    const struct
-    {
-        Bytes pdu;
-        std::vector<std::string_view> lines;
-    } cases[] = {
+    const std::tuple<Bytes, std::vector<std::string_view>> cases[] = {
         {{1, 4, 2, 0x00, 0x44}, {"IS637ToText - This PDU is not a point-to-poind SMS data"}},
         {{0, 8, 0}, {"IS637ToText - Destination Address parameter not found"}},
         {{0, 4, 2, 0x40, 0x44},

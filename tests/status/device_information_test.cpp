@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "status/device_information.h"
 
@@ -30,12 +31,8 @@ std::string Text(const char (&field)[N])
 
 TEST(DeviceInformation, DigitsAreBoundedByTheHandsetsField)
 {
-    const struct
-    {
-        int8_t count;
-        const char* digits; // DTMF codes
-        const char* expected;
-    } cases[] = {
+    // The digits are DTMF codes.
+    const std::tuple<int8_t, const char*, const char*> cases[] = {
         {10, "\x05\x05\x05\x01\x02\x03\x04\x05\x06\x0A", "5551234560"},
         {0, "\x05", ""},
         {-1, "\x05", ""},
