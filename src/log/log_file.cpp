@@ -1,9 +1,10 @@
 #include "log/log_file.h"
 
+#include <bit>
 #include <cstdio>
 #include <cstring>
 
-#include "common/lookup.h"
+#include "log/log.h"
 
 CCriticalSection g_csLog;
 
@@ -17,39 +18,20 @@ constexpr DWORD kCategoryBits = 0xFFF00;
 
 constinit std::atomic<CLogFile*> s_pGlobal{nullptr};
 
-struct SLogName
-{
-    DWORD dwValue;
-    std::string_view strText;
-};
-
-constexpr SLogName kLevelNames[] = {
-    {1, "Debug\t"},     {2, "Comment\t"},   {4, "Error\t"},     {8, "Reserved\t"},
-    {16, "Reserved\t"}, {32, "Reserved\t"}, {64, "Reserved\t"}, {128, "Reserved\t"},
-};
-static_assert(IsSorted(kLevelNames, &SLogName::dwValue));
-
-constexpr SLogName kCategoryNames[] = {
-    {0x100, "CCalderApp\t"},
-    {0x200, "phnnrv\t"},
-    {0x400, "CDevice\t"},
-    {0x800, "CPort\t"},
-    {0x1000, "readwrite\t"},
-    {0x2000, "CCalendar\t"},
-    {0x4000, "CCallback\t"},
-    {0x8000, "CCallHistory\t"},
-    {0x10000, "connectionstatus\t"},
-    {0x20000, "CPhonebook\t"},
-    {0x40000, "setupinformation\t"},
-    {0x80000, "CSMS\t"},
-};
-static_assert(IsSorted(kCategoryNames, &SLogName::dwValue));
+// By the number of the bit, from the mask's first one on.
+constexpr std::string_view kLevelNames[] = {"Debug\t",    "Comment\t",  "Error\t",    "Reserved\t",
+                                            "Reserved\t", "Reserved\t", "Reserved\t", "Reserved\t"};
+constexpr int kFirstCategoryBit = 8;
+constexpr std::string_view kCategoryNames[] = {
+    "CCalderApp\t", "phnnrv\t",       "CDevice\t",          "CPort\t",      "readwrite\t",        "CCalendar\t",
+    "CCallback\t",  "CCallHistory\t", "connectionstatus\t", "CPhonebook\t", "setupinformation\t", "CSMS\t"};
+static_assert(LOG_ERROR == 1 << 2 && LOG_CCALDERAPP == 1 << kFirstCategoryBit && LOG_CSMS == LOG_CCALDERAPP << 11);
 
 template <size_t N>
-std::string_view FindName(const SLogName (&Names)[N], DWORD dwValue)
+std::string_view FindName(const std::string_view (&Names)[N], int nFirstBit, DWORD dwValue)
 {
-    const SLogName* pName = FindSorted(Names, &SLogName::dwValue, dwValue);
-    return pName ? pName->strText : std::string_view("Unknown\t");
+    const size_t uIndex = static_cast<size_t>(std::countr_zero(dwValue) - nFirstBit); // wraps for a lower bit
+    return std::has_single_bit(dwValue) && uIndex < N ? Names[uIndex] : std::string_view("Unknown\t");
 }
 
 } // namespace
@@ -166,7 +148,7 @@ bool CLogFile::Passes(DWORD dwCategory, DWORD dwLevel)
 
 void CLogFile::WriteMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel)
 {
-    WriteLine({FindName(kCategoryNames, dwCategory), FindName(kLevelNames, dwLevel), strText});
+    WriteLine({FindName(kCategoryNames, kFirstCategoryBit, dwCategory), FindName(kLevelNames, 0, dwLevel), strText});
 }
 
 void CLogFile::WriteLine(std::initializer_list<std::string_view> Texts)

@@ -9,6 +9,7 @@ namespace platform {
 class File : public Object
 {
 public:
+    File* AsFile() final { return this; }
     virtual DWORD Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped) = 0;
     virtual DWORD Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped) = 0;
 };

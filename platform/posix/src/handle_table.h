@@ -4,11 +4,14 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 #include <typeinfo>
 
 #include "win32_error.h"
 
 namespace platform {
+
+class File;
 
 class Object
 {
@@ -20,6 +23,9 @@ public:
 
     // Called once, without any lock, when the last handle is closed; calls in progress may still hold a reference.
     virtual void OnLastHandleClosed() {}
+
+    // Null for what is no file. Spares every read and write a dynamic_cast.
+    virtual File* AsFile() { return nullptr; }
 
 private:
     friend class HandleTable;
@@ -37,7 +43,11 @@ std::shared_ptr<T> FromHandle(HANDLE handle)
 {
     auto object = ObjectOf(handle);
     Object& found = *object;
-    T* const wanted = typeid(found) == typeid(T) ? static_cast<T*>(&found) : dynamic_cast<T*>(&found);
+    T* wanted = nullptr;
+    if constexpr (std::is_same_v<T, File>)
+        wanted = found.AsFile();
+    else
+        wanted = typeid(found) == typeid(T) ? static_cast<T*>(&found) : dynamic_cast<T*>(&found);
     if (!wanted)
         throw Win32Error{ERROR_INVALID_HANDLE};
     return {std::move(object), wanted};

@@ -89,11 +89,21 @@ time_t FromLocal(time_t local)
 
 } // namespace
 
+// A thread asks for the zone once in a second.
 void WINAPI GetLocalTime(LPSYSTEMTIME lpSystemTime)
 {
+    struct Known
+    {
+        time_t second = -1;
+        SYSTEMTIME local{};
+    };
+    static thread_local constinit Known known;
     timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    *lpSystemTime = LocalTimeOf(now.tv_sec, static_cast<WORD>(now.tv_nsec / 1'000'000));
+    clock_gettime(CLOCK_REALTIME_COARSE, &now); // as exact as the time on Windows is
+    if (now.tv_sec != known.second)
+        known = {now.tv_sec, LocalTimeOf(now.tv_sec, 0)};
+    *lpSystemTime = known.local;
+    lpSystemTime->wMilliseconds = static_cast<WORD>(now.tv_nsec / 1'000'000);
 }
 
 BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,

@@ -38,34 +38,6 @@ std::shared_ptr<const RegistryKey> FindKey(const std::string& path, std::shared_
     return found == tree->end() ? nullptr : std::shared_ptr<const RegistryKey>(std::move(tree), &found->second);
 }
 
-struct OpenKey : Object
-{
-    explicit OpenKey(std::string lowerCasePath) : path(std::move(lowerCasePath)) {}
-
-    // The value as it is now; empty if there is none.
-    std::shared_ptr<const RegistryValue> Find(std::string_view name)
-    {
-        const std::lock_guard guard(mutex);
-        if (auto current = CurrentRegistry(); current != tree || path == kSerialMap) {
-            tree = std::move(current);
-            key = FindKey(path, tree);
-        }
-        const RegistryValue* const value = key ? key->Find(name) : nullptr;
-        return {key, value};
-    }
-
-    const std::string path;
-    std::mutex mutex; // for the rest; held while the registry's own is taken
-    std::shared_ptr<const RegistryTree> tree;
-    std::shared_ptr<const RegistryKey> key;
-    std::shared_ptr<const RegistryKey> enumerated;
-};
-
-std::shared_ptr<OpenKey> KeyOf(HKEY key)
-{
-    return key == HKEY_LOCAL_MACHINE ? std::make_shared<OpenKey>("") : FromHandle<OpenKey>(key);
-}
-
 // Copies a value's data and type to where the caller wants them.
 LONG Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size)
 {
@@ -80,6 +52,32 @@ LONG Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size)
     if (data)
         std::memcpy(data, value.data.data(), value.data.size());
     return ERROR_SUCCESS;
+}
+
+struct OpenKey : Object
+{
+    explicit OpenKey(std::string lowerCasePath) : path(std::move(lowerCasePath)) {}
+
+    // Delivers the value as it is now.
+    LONG Query(std::string_view name, DWORD* type, BYTE* data, DWORD* size)
+    {
+        const std::lock_guard guard(mutex);
+        if (RenewRegistry(tree) || path == kSerialMap)
+            key = FindKey(path, tree);
+        const RegistryValue* const value = key ? key->Find(name) : nullptr;
+        return value ? Deliver(*value, type, data, size) : ERROR_FILE_NOT_FOUND;
+    }
+
+    const std::string path;
+    std::mutex mutex; // for the rest; held while the registry's own is taken
+    std::shared_ptr<const RegistryTree> tree;
+    std::shared_ptr<const RegistryKey> key;
+    std::shared_ptr<const RegistryKey> enumerated;
+};
+
+std::shared_ptr<OpenKey> KeyOf(HKEY key)
+{
+    return key == HKEY_LOCAL_MACHINE ? std::make_shared<OpenKey>("") : FromHandle<OpenKey>(key);
 }
 
 } // namespace
@@ -111,8 +109,7 @@ LSTATUS WINAPI RegQueryValueExA(HKEY hKey, LPCSTR lpValueName, LPDWORD lpReserve
     return Win32Status(Call::RegQueryValueExA, [&]() -> LONG {
         if (lpReserved || (lpData && !lpcbData))
             return ERROR_INVALID_PARAMETER;
-        const auto value = KeyOf(hKey)->Find(lpValueName ? lpValueName : "");
-        return value ? Deliver(*value, lpType, lpData, lpcbData) : ERROR_FILE_NOT_FOUND;
+        return KeyOf(hKey)->Query(lpValueName ? lpValueName : "", lpType, lpData, lpcbData);
     });
 }
 

@@ -52,14 +52,10 @@ public:
         Replace(fileWatch_, path.c_str(), kContentEvents);
     }
 
-    bool MayHaveChanged()
+    bool MayHaveChanged() const
     {
         if (directoryWatch_ < 0)
             return true;
-        const auto now = std::chrono::steady_clock::now();
-        if (now - looked_ < kLookIsGoodFor)
-            return false;
-        looked_ = now;
         bool changed = false;
         alignas(inotify_event) char buffer[4096];
         for (;;) {
@@ -76,7 +72,6 @@ public:
     }
 
 private:
-    static constexpr std::chrono::microseconds kLookIsGoodFor{4};
     static constexpr std::uint32_t kSelfEvents = IN_DELETE_SELF | IN_MOVE_SELF;
     static constexpr std::uint32_t kContentEvents = IN_MODIFY | IN_ATTRIB | kSelfEvents;
     static constexpr std::uint32_t kNameEvents = IN_CREATE | IN_DELETE | IN_MOVED_TO | IN_MOVED_FROM | kSelfEvents;
@@ -101,32 +96,62 @@ private:
     std::string name_;
     int directoryWatch_ = -1;
     int fileWatch_ = -1;
-    std::chrono::steady_clock::time_point looked_{};
 };
 
-struct RegistryFile
+class RegistryFile
 {
-    std::mutex mutex; // a leaf
-    std::string path;
-    FileWatch watch;
-    std::shared_ptr<const RegistryTree> tree;
+public:
+    // False if `known` is the file as it is now; otherwise that is put there.
+    bool Renew(std::shared_ptr<const RegistryTree>& known)
+    {
+        const std::lock_guard guard(mutex_);
+        Look();
+        if (known == tree_)
+            return false;
+        known = tree_;
+        return true;
+    }
+
+private:
+    // A caller that asks again and again, as the log does, is spared the system's answer that nothing has changed.
+    static constexpr std::chrono::microseconds kLookIsGoodFor{10};
+
+    void Look()
+    {
+        const auto now = std::chrono::steady_clock::now();
+        if (tree_ && now - looked_ < kLookIsGoodFor)
+            return;
+        looked_ = now;
+        const char* const named = std::getenv("PHNNRV_REGISTRY");
+        const char* const path = named ? named : "/etc/phnnrv.reg";
+        if (tree_ && path_ == path && !watch_.MayHaveChanged())
+            return;
+        tree_ = nullptr;
+        path_ = path;
+        watch_.Start(path_);
+        tree_ = std::make_shared<RegistryTree>(ParseRegistry(ReadWhole(path)));
+    }
+
+    std::mutex mutex_; // a leaf
+    std::chrono::steady_clock::time_point looked_{};
+    std::string path_;
+    FileWatch watch_;
+    std::shared_ptr<const RegistryTree> tree_;
 };
 
 } // namespace
 
-std::shared_ptr<const RegistryTree> CurrentRegistry()
+bool RenewRegistry(std::shared_ptr<const RegistryTree>& known)
 {
     static RegistryFile& file = *new RegistryFile;
-    const char* const named = std::getenv("PHNNRV_REGISTRY");
-    const char* const path = named ? named : "/etc/phnnrv.reg";
-    const std::lock_guard guard(file.mutex);
-    if (!file.tree || file.path != path || file.watch.MayHaveChanged()) {
-        file.tree = nullptr;
-        file.path = path;
-        file.watch.Start(file.path);
-        file.tree = std::make_shared<RegistryTree>(ParseRegistry(ReadWhole(path)));
-    }
-    return file.tree;
+    return file.Renew(known);
+}
+
+std::shared_ptr<const RegistryTree> CurrentRegistry()
+{
+    std::shared_ptr<const RegistryTree> current;
+    RenewRegistry(current);
+    return current;
 }
 
 } // namespace platform

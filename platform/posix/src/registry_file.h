@@ -1,7 +1,7 @@
 // The registry's file (PHNNRV_REGISTRY), read again when it has changed: written to, replaced by a rename, removed or
-// made anew. That costs a look at an inotify descriptor, which uses within four microseconds of it share: no program
-// opens, writes and closes a file in less. Where the file's directory cannot be watched, the file is read at every use.
-// What is no regular file, or too large, counts as missing, and missing means empty.
+// made anew. That costs a look at an inotify descriptor, which uses within ten microseconds of it share: about the time
+// in which a program opens, writes and closes a file. Where the file's directory cannot be watched, the file is read at
+// every look. What is no regular file, or too large, counts as missing, and missing means empty.
 #pragma once
 
 #include <memory>
@@ -11,5 +11,8 @@
 namespace platform {
 
 std::shared_ptr<const RegistryTree> CurrentRegistry();
+
+// Puts the current registry in place of an earlier one; false if it is the same.
+bool RenewRegistry(std::shared_ptr<const RegistryTree>& known);
 
 } // namespace platform
