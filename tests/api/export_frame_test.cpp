@@ -1,11 +1,11 @@
 // The exports' boundary by itself: what a host gets when a row throws, and when there is no instance.
 #include "api/export_frame.h"
 
-#include <filesystem>
+#include <gtest/gtest.h>
+
 #include <stdexcept>
 
-#include "api/handset_fixture.h"
-#include "log/log_file.h"
+#include "log/log_capture.h"
 
 // Before load and after unload.
 CPluginInstance* GetInstance()
@@ -17,27 +17,9 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-class ExportFrameTest : public testing::Test
+TEST(ExportFrame, AnExceptionBecomesOneLineAndAFailure)
 {
-protected:
-    ExportFrameTest()
-    {
-        // Without the module, the log file lies in the current folder.
-        std::filesystem::current_path(std::filesystem::path(bench_.LibraryPath()).parent_path());
-        CreateLogLock();
-    }
-    ~ExportFrameTest() override
-    {
-        CloseLog();
-        DestroyLogLock();
-        std::filesystem::current_path("/");
-    }
-
-    TestBench bench_;
-};
-
-TEST_F(ExportFrameTest, AnExceptionBecomesOneLineAndAFailure)
-{
+    LogCapture log(0x1FF);
     EXPECT_EQ(Export("PHN_X", [](CExportFrame&) -> PHN_ERROR { throw std::bad_alloc(); }), PHN_ERROR_FAILED);
     EXPECT_EQ(Export("PHN_Y", [](CExportFrame&) -> PHN_ERROR { throw std::runtime_error("any"); }), PHN_ERROR_FAILED);
     EXPECT_EQ(ExportCount("PHN_Z",
@@ -46,22 +28,22 @@ TEST_F(ExportFrameTest, AnExceptionBecomesOneLineAndAFailure)
                               throw std::bad_alloc();
                           }),
               0u);
-    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCalderApp\tComment\tPHN_X is being executed.",
-                                       "CCalderApp\tError\tPHN_X - ended by an exception: out of memory.",
-                                       "CCalderApp\tComment\tPHN_Y is being executed.",
-                                       "CCalderApp\tError\tPHN_Y - ended by an exception: unexpected exception.",
-                                       "CCalderApp\tComment\tPHN_Z is being executed.",
-                                       "CCalderApp\tError\tPHN_Z - ended by an exception: out of memory."}));
+    EXPECT_EQ(log.TakeLines(), (Lines{"CCalderApp Comment PHN_X is being executed.",
+                                      "CCalderApp Error PHN_X - ended by an exception: out of memory.",
+                                      "CCalderApp Comment PHN_Y is being executed.",
+                                      "CCalderApp Error PHN_Y - ended by an exception: unexpected exception.",
+                                      "CCalderApp Comment PHN_Z is being executed.",
+                                      "CCalderApp Error PHN_Z - ended by an exception: out of memory."}));
 }
 
-TEST_F(ExportFrameTest, WithoutAnInstanceNothingIsCalled)
+TEST(ExportFrame, WithoutAnInstanceNothingIsCalled)
 {
+    LogCapture log(0x1FF);
     EXPECT_EQ(Export("PHN_X", [](CExportFrame& Frame) { return Frame.Device(); }), PHN_ERROR_NO_DEVICE);
     EXPECT_EQ(ExportCount("PHN_Y", [](CExportFrame& Frame, uint32_t*) { return Frame.Device(); }), 0u);
-    EXPECT_EQ(
-        bench_.TakeLog(),
-        (Lines{"CCalderApp\tComment\tPHN_X is being executed.", "CCalderApp\tError\tPHN_X - pInstance is NULL.",
-               "CCalderApp\tComment\tPHN_Y is being executed.", "CCalderApp\tError\tPHN_Y - pInstance is NULL."}));
+    EXPECT_EQ(log.TakeLines(),
+              (Lines{"CCalderApp Comment PHN_X is being executed.", "CCalderApp Error PHN_X - pInstance is NULL.",
+                     "CCalderApp Comment PHN_Y is being executed.", "CCalderApp Error PHN_Y - pInstance is NULL."}));
 }
 
 } // namespace

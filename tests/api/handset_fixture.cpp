@@ -1,11 +1,7 @@
 #include "api/handset_fixture.h"
 
 #include <chrono>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -17,25 +13,6 @@ void DispatchPending()
 }
 
 } // namespace
-
-std::vector<std::string> LogReader::Take()
-{
-    std::string text;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
-        if (entry.path().extension() == ".log")
-            text = (std::ostringstream() << std::ifstream(entry.path(), std::ios::binary).rdbuf()).str();
-    }
-    std::istringstream fresh(text.substr(taken_));
-    taken_ = text.size();
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(fresh, line);) {
-        if (!line.ends_with('\r'))
-            throw std::runtime_error("a log line ends without CR LF: " + line);
-        line.pop_back();
-        lines.push_back(line.substr(line.find('\t') + 1));
-    }
-    return lines;
-}
 
 HandsetTest::~HandsetTest()
 {
@@ -57,6 +34,13 @@ void HandsetTest::StartService()
     if (const PHN_ERROR error = CALL(PHN_Startup)())
         throw std::runtime_error("PHN_Startup: " + std::to_string(error));
     bench_.TakeLog();
+}
+
+PHN_ERROR HandsetTest::Battery() const
+{
+    PHN_BATTERY_INFO info{};
+    info.uSize = sizeof info;
+    return CALL(PHN_GetBatteryInfo)(&info);
 }
 
 bool HandsetTest::PumpUntil(const std::function<bool()>& condition)

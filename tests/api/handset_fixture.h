@@ -11,25 +11,11 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "log/log_reader.h"
 #include "phnnrv.h"
 #include "simulator/handset.h"
-
-// What a library writes to the log file in its folder.
-class LogReader
-{
-public:
-    explicit LogReader(std::filesystem::path folder) : folder_(std::move(folder)) {}
-
-    // What was logged since the last call: category, tab, level, tab, text; the time is cut off.
-    std::vector<std::string> Take();
-
-private:
-    const std::filesystem::path folder_;
-    size_t taken_ = 0; // bytes of the file
-};
 
 // The surroundings of one library: a place of its own in the file system, logging on, no handset until Plug.
 class TestBench
@@ -71,6 +57,8 @@ protected:
     void Load();
     // Plugs the handset in, loads the library and starts the service; the log is taken.
     void StartService();
+    // How the service fares: the code of a request that every handset answers.
+    PHN_ERROR Battery() const;
 
     // Dispatch this thread's messages: until the condition holds (false if it does not within ten seconds), or for that
     // long by the timers' clock.

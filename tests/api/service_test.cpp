@@ -70,8 +70,8 @@ TEST_F(ServiceTest, NetworkTextWithoutTerminatorIsEndedInItsField)
 TEST_F(ServiceTest, EndReasonsBecomeNetworkErrors)
 {
     StartService();
-    const std::tuple<uint8_t, uint32_t> cases[] = {{0, 0},     {1, 1000}, {32, 1031}, {33, 3000},
-                                                   {49, 3016}, {50, 0},   {255, 0}};
+    const std::tuple<uint8_t, uint32_t> cases[] = {{0, 0},     {1, 1000},  {2, 1001}, {32, 1031}, {33, 3000},
+                                                   {34, 3001}, {49, 3016}, {50, 0},   {255, 0}};
     for (const auto& [reason, error] : cases) {
         bench_.Handset().SetConnection({0x80000001, 0x80000002, 0x80000003, 0x80000004, 0x85, reason, 0x87});
         auto info = Filled<PHN_CONNECTION_INFO>();

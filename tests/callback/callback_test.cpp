@@ -31,13 +31,6 @@ protected:
 
     PHN_ERROR Set(int32_t type, uint32_t remove = 0) { return CALL(PHN_SetCallback)(type, Tell, remove); }
 
-    PHN_ERROR Battery()
-    {
-        PHN_BATTERY_INFO info{};
-        info.uSize = sizeof info;
-        return CALL(PHN_GetBatteryInfo)(&info);
-    }
-
     void Report(uint16_t flags)
     {
         bench_.Handset().Change(0, [=](simulator::Phone& phone) { phone.variance = flags; });

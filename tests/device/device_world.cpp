@@ -5,15 +5,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <utility>
 
 #include "link/exec_command.h"
-#include "log/log_file.h"
 #include "phn_platform_test.h"
 
-namespace fs = std::filesystem;
 using platform_test::AdvanceClock;
 using platform_test::AwaitBlocked;
 
@@ -37,10 +33,6 @@ void RecordingOwner::Record(const char* event)
 DeviceTest::DeviceTest()
 {
     setenv("PHNNRV_DEVICES", devices_.Path().c_str(), 1);
-    setenv("PHNNRV_REGISTRY", (folder_.Path() / "phnnrv.reg").c_str(), 1);
-    fs::current_path(folder_.Path());
-    WriteRegistry("");
-    CreateLogLock();
     CreateCommandLock();
     g_csDevice.Create();
     CreateCallbackLocks();
@@ -59,13 +51,10 @@ DeviceTest::~DeviceTest()
     }
     owner_.SetDevice(nullptr);
     SetDeviceOwner(nullptr);
-    CloseLog();
     DestroyWatchObjects();
     DestroyCallbackLocks();
     g_csDevice.Destroy();
     DestroyCommandLock();
-    DestroyLogLock();
-    fs::current_path("/");
 }
 
 void DeviceTest::Create()
@@ -132,30 +121,13 @@ simulator::Simulator& DeviceTest::Attach(const std::string& name, simulator::Por
     return *simulators_.back();
 }
 
-void DeviceTest::WriteRegistry(const std::string& keys)
-{
-    const fs::path fresh = folder_.Path() / "fresh";
-    std::ofstream(fresh) << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n"
-                            "\"Logging Level\"=dword:00000406\n\n"
-                         << keys;
-    fs::rename(fresh, folder_.Path() / "phnnrv.reg");
-}
-
 std::vector<std::string> DeviceTest::TakeLog()
 {
-    std::string text;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder_.Path())) {
-        if (entry.path().extension() == ".log")
-            text = (std::ostringstream() << std::ifstream(entry.path()).rdbuf()).str();
-    }
-    std::istringstream fresh(text.substr(taken_));
-    taken_ = text.size();
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(fresh, line);) {
-        const size_t text_begin = line.rfind('\t') + 1;
-        line = line.substr(text_begin, line.find('\r') - text_begin);
-        if (!line.empty())
-            lines.push_back(line);
+    std::vector<std::string> lines = log_.TakeLines();
+    for (std::string& line : lines) {
+        line.erase(0, line.find(' ', line.find(' ') + 1) + 1);
+        if (line.ends_with('\n')) // some end themselves
+            line.pop_back();
     }
     return lines;
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "link/device.h"
+#include "log/log_capture.h"
 #include "simulator/device_directory.h"
 #include "simulator/simulator.h"
 
@@ -40,6 +41,8 @@ class DeviceTest : public testing::Test
 protected:
     using Events = std::vector<std::string>;
 
+    static constexpr DWORD kDeviceLines = 0x406;
+
     DeviceTest();
     ~DeviceTest() override;
 
@@ -59,19 +62,19 @@ protected:
     LRESULT Send(UINT message, WPARAM wParam, LPARAM lParam = 0);
 
     simulator::Simulator& Attach(const std::string& name, simulator::PortKind kind = simulator::PortKind::Diagnostic);
-    void WriteRegistry(const std::string& keys);
+    void WriteRegistry(const std::string& keys) { log_.SetLevel(kDeviceLines, keys); }
     // The device object's lines since the last call, without time, category and level.
     std::vector<std::string> TakeLog();
     bool HasLine(const std::string& text);
 
     CDevice& Device() { return *device_; }
+
+    LogCapture log_{kDeviceLines};
     RecordingOwner owner_;
     simulator::DeviceDirectory devices_;
 
 private:
     std::unique_ptr<CDevice> device_;
     std::vector<std::unique_ptr<simulator::Simulator>> simulators_;
-    simulator::DeviceDirectory folder_; // registry and log
-    size_t taken_ = 0;
     bool isStopped_ = false;
 };

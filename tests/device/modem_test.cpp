@@ -2,11 +2,11 @@
 // seven seconds of silence, which no clock shortens; this program runs at a twentieth of every stated time.
 #include <dbt.h>
 
+#include <tuple>
+
 #include "device/device_world.h"
 #include "link/command.h"
 #include "link/exec_command.h"
-
-#include <tuple>
 
 namespace {
 

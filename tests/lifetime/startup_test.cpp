@@ -32,13 +32,6 @@ protected:
     PHN_ERROR Startup() { return CALL(PHN_Startup)(); }
     PHN_ERROR Shutdown() { return CALL(PHN_Shutdown)(); }
 
-    PHN_ERROR Battery()
-    {
-        PHN_BATTERY_INFO info{};
-        info.uSize = sizeof info;
-        return CALL(PHN_GetBatteryInfo)(&info);
-    }
-
     // Takes the creation lines out; those of the services that this build has stand in order behind the entry line.
     static void TakeCreations(Lines& lines)
     {

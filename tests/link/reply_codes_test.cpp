@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <tuple>
 
 #include "link/reply_codes.h"
 
@@ -29,12 +28,4 @@ TEST(ReplyCodes, EveryDeviceResult)
     for (DWORD result = 100; result < 151; ++result)
         EXPECT_EQ(MapDeviceResult(result), kFrom100[result - 100]) << result;
     EXPECT_EQ(MapDeviceResult(0xFFFFFFFF), 104u);
-}
-
-TEST(ReplyCodes, EveryCallEndReason)
-{
-    const std::tuple<DWORD, PHN_ERROR> kCases[] = {{0, 0},     {1, 1000},  {2, 1001}, {32, 1031}, {33, 3000},
-                                                   {34, 3001}, {49, 3016}, {50, 0},   {255, 0}};
-    for (const auto& [reason, code] : kCases)
-        EXPECT_EQ(MapCallEndReason(reason), code) << reason;
 }

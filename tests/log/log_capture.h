@@ -9,6 +9,8 @@
 
 #include <windows.h>
 
+#include "log/log_reader.h"
+
 class LogCapture
 {
 public:
@@ -18,17 +20,17 @@ public:
     LogCapture(const LogCapture&) = delete;
     LogCapture& operator=(const LogCapture&) = delete;
 
-    void SetLevel(std::optional<DWORD> level);
+    // The same, and other keys and values as the registry file holds them.
+    void SetLevel(std::optional<DWORD> level, const std::string& keys = {});
     const std::filesystem::path& Folder() const { return folder_; }
 
-    // The log files' names, and what they hold.
-    std::vector<std::string> Files() const;
-    std::string Text() const;
+    std::vector<std::string> Files() const { return reader_.Files(); }
+    std::string Text() const { return reader_.Text(); }
 
     // The lines since the last call, without time: "CPort Error text".
     std::vector<std::string> TakeLines();
 
 private:
-    std::filesystem::path folder_;
-    size_t taken_ = 0; // bytes of the text
+    const std::filesystem::path folder_;
+    LogReader reader_;
 };

@@ -1,10 +1,10 @@
 // Both directions of the vCard conversion, as the members of the phonebook carry them out.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "phonebook/contact_bytes.h"
 #include "phonebook/speed_dial_phonebook.h"
-
-#include <tuple>
 
 namespace {
 

@@ -33,13 +33,6 @@ protected:
 
     static std::string TestPort() { return std::getenv("PHNNRV_TEST_PORT"); }
 
-    PHN_ERROR Battery()
-    {
-        PHN_BATTERY_INFO info{};
-        info.uSize = sizeof info;
-        return CALL(PHN_GetBatteryInfo)(&info);
-    }
-
     std::string Model()
     {
         PHN_DEVICE_INFO info{};

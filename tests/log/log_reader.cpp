@@ -1,0 +1,39 @@
+#include "log/log_reader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> LogReader::Files() const
+{
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
+        if (entry.path().extension() == ".log")
+            names.push_back(entry.path().filename().string());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+std::string LogReader::Text() const
+{
+    std::string text;
+    for (const std::string& name : Files()) {
+        std::ifstream file(folder_ / name, std::ios::binary);
+        text.append(std::istreambuf_iterator<char>(file), {});
+    }
+    return text;
+}
+
+std::vector<std::string> LogReader::Take()
+{
+    const std::string text = Text();
+    std::vector<std::string> lines;
+    for (size_t end; (end = text.find("\r\n", taken_)) != std::string::npos; taken_ = end + 2) {
+        const size_t begin = text.find('\t', taken_) + 1;
+        lines.push_back(text.substr(begin, end - begin));
+    }
+    return lines;
+}
