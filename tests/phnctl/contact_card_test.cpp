@@ -3,6 +3,7 @@
 
 #include "phnctl/contact_fields.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace phnctl {
@@ -56,7 +57,7 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          "FN=Zoë Müller|TEL;TYPE=CELL=1|TEL;TYPE=FAX=2|X-PHN-DEFAULT-NO=1|dropped@8(TEL)|dropped@10(NOTE)|"},
         {"a character set of its own, and bytes that are none",
          Card("FN;CHARSET=ISO-8859-2:\xA3ukasz\r\nTEL:1\r\n") + Card("FN:Ren\xE9\r\nTEL:2\r\n"),
-         "FN=Łukasz|TEL;TYPE=CELL=1|no-place-in-code-page@3(FN)|! // FN=René|TEL;TYPE=CELL=2|"},
+         "FN=Łukasz|TEL;TYPE=CELL=1|no-place-in-code-page@3(FN)|! // FN=René|TEL;TYPE=CELL=2|charset-guessed@8(FN)|"},
         {"3.0 folds anywhere, also inside a character; escapes",
          Card("FN:Berg\\, A\\;n\\\\n\xC3\r\n \xA9\r\nTEL;TYPE=\r\n\tCELL:55\r\n 5\r\n"),
          "FN=Berg, A;n\\né|TEL;TYPE=CELL=555|"},
@@ -93,6 +94,14 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
         SCOPED_TRACE(test.what);
         EXPECT_EQ(Told(test.file), test.told);
     }
+}
+
+TEST(ContactCard, TakesBytesOfNoNamedCharacterSetForWindows1252WhereTheCodePageIsUtf8)
+{
+    setenv("PHNNRV_ANSI_CODE_PAGE", "65001", 1);
+    EXPECT_EQ(Told(Card("N:M\xFCller;Zo\xEB\r\nTEL;CELL:1\r\n", "2.1")),
+              "FN=Zoë Müller|TEL;TYPE=CELL=1|charset-guessed@3(N)|");
+    unsetenv("PHNNRV_ANSI_CODE_PAGE");
 }
 
 TEST(ContactCard, SaysWhatIsWrongWithAFile)

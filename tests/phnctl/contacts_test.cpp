@@ -96,6 +96,36 @@ TEST_F(Contacts, ComeBackFromAnExportWithoutALoss)
     EXPECT_EQ(Run("contacts list --json").out, before);
 }
 
+TEST_F(Contacts, TextLostToTheCodePageIsNeverWrittenOverTheTextOrTakenForACopy)
+{
+    const auto greek = [&] { return Stored()[11].firstName; };
+    const auto before = Stored();
+    ASSERT_EQ(Run("contacts export " + Path("whole.vcf")).status, 0);
+    m_program.Set("PHNNRV_ANSI_CODE_PAGE", "1252");
+    const Outcome lossy = Run("contacts export --json " + Path("lossy.vcf"));
+    EXPECT_EQ(lossy.status, 1);
+    EXPECT_TRUE(Has(lossy.out, "\"textLost\":10")) << lossy.out << lossy.err;
+    EXPECT_EQ(Run("backup " + Path("backup")).status, 1);
+    for (const std::string words : {"contacts clear --yes --copy ", "contacts delete 11 --yes --copy "})
+        EXPECT_EQ(Run(words + Path("copy.vcf")).status, 1) << words;
+    EXPECT_EQ(Stored().size(), before.size());
+    // The handset's name is not what a card of the same '?' says.
+    File("same.vcf", Card("??", "7"));
+    EXPECT_EQ(Run("contacts put " + Path("same.vcf") + " 11").status, 1);
+    EXPECT_EQ(greek(), before.at(11).firstName);
+    m_program.Set("PHNNRV_ANSI_CODE_PAGE", "65001");
+    const Outcome refused = Run("contacts import --json " + Path("lossy.vcf"));
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(Has(refused.out, "\"cannotHold\":10")) << refused.out;
+    EXPECT_EQ(greek(), before.at(11).firstName);
+    EXPECT_TRUE(Has(Run("contacts import --json " + Path("whole.vcf")).out, "\"same\":44"));
+}
+
+TEST_F(Contacts, AFileWithoutACardIsNoImport)
+{
+    EXPECT_EQ(Run("contacts import " + File("empty.vcf", "")).status, 2);
+}
+
 TEST_F(Contacts, ImportTwiceFindsNothingToDoAndNewOnesNeverOverwrite)
 {
     const auto before = Stored();

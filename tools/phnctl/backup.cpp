@@ -86,6 +86,7 @@ Json ToJson(const BackupSection& section, const Outcome& outcome)
                        {"file", {section.File()}},
                        {"count", {static_cast<std::int64_t>(outcome.saved.count)}},
                        {"unread", {static_cast<std::int64_t>(outcome.saved.unread)}},
+                       {"textLost", {static_cast<std::int64_t>(outcome.saved.textLost)}},
                        {"problem", {outcome.problem}},
                        {"losses", LossJson(outcome.saved.losses)}}};
 }
@@ -106,7 +107,7 @@ int Backup(const Invocation& invocation)
         std::string losses;
         for (const auto& section : Sections()) {
             const Outcome outcome = SaveSection(invocation, handset, *section, folder.Path());
-            isWhole = isWhole && outcome.problem.empty() && outcome.saved.unread == 0;
+            isWhole = isWhole && outcome.problem.empty() && outcome.saved.unread == 0 && outcome.saved.textLost == 0;
             losses += LossText(outcome.saved.losses, section->One(), section->Name());
             if (!invocation.options.json || !outcome.problem.empty())
                 Tell(*section, outcome);

@@ -35,19 +35,23 @@ SavedSection EntrySection::Save(const Invocation&, const Handset& handset, const
 {
     const Inventory inventory = TakeInventory(handset, m_kind, IndexRange());
     TellUnread(m_kind, inventory);
-    TellGarbled(m_kind, inventory);
+    const std::size_t textLost = TellGarbled(m_kind, inventory.entries);
     WriteText(file, m_kind.Format(inventory.entries), Existing::Replace);
-    return {inventory.entries.size(), inventory.unread.size(), LossesOf(m_kind, inventory.entries)};
+    return {inventory.entries.size(), inventory.unread.size(), LossesOf(m_kind, inventory.entries), textLost};
 }
 
 std::optional<Restoration> EntrySection::Prepare(const Invocation& invocation, const Handset& handset,
                                                  const std::filesystem::path& file) const
 {
-    auto candidates = ReadCandidates(m_kind, {TextOf(file)});
+    auto candidates = ReadCandidates(m_kind, {TextOf(file)}, invocation.Has(kAcceptLoss));
     const auto inventory = std::make_shared<Inventory>(TakeInventory(handset, m_kind, IndexRange()));
     TellUnread(m_kind, *inventory);
     Restoration restoration{&m_kind, MakePlan(m_kind, std::move(candidates), *inventory), {}};
     std::vector<StoredEntry> others = OthersOf(restoration.plan, *inventory);
+    if (!invocation.Has(kAcceptLoss))
+        SpareGarbled(m_kind, restoration.plan, *inventory);
+    if (invocation.Has(kDeleteOthers))
+        RequireWholeCopy(invocation, m_kind, others);
     if (invocation.Has(kDeleteOthers))
         for (StoredEntry& other : others)
             restoration.plan.deletions.push_back({std::move(other)});

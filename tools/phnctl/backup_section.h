@@ -19,9 +19,10 @@ namespace phnctl {
 
 struct SavedSection
 {
-    std::size_t count = 0;  // that the file holds
-    std::size_t unread = 0; // that could not be read
-    Losses losses;          // that a restore would bring
+    std::size_t count = 0;    // that the file holds
+    std::size_t unread = 0;   // that could not be read
+    Losses losses;            // that a restore would bring
+    std::size_t textLost = 0; // how many may have lost characters to the code page
 };
 
 // What is to be put back of one part: planned, and nothing written yet.

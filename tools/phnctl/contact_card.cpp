@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
+#include <windows.h>
 
 namespace phnctl {
 
@@ -80,6 +81,7 @@ public:
         for (const ContentLine& line : m_card.properties)
             Take(line);
         Candidate candidate = FitContact(m_wishes);
+        candidate.hasLostText = m_hasLostText;
         m_dropped.insert(m_dropped.end(), candidate.notes.begin(), candidate.notes.end());
         candidate.notes = std::move(m_dropped);
         candidate.file = file;
@@ -119,6 +121,8 @@ private:
             TakeNumber(line);
         else if (line.name == "EMAIL")
             TakeAddress(line);
+        else if (line.name == kLostText)
+            m_hasLostText = true;
         else if (const char* own = OwnProperty(line.name))
             Ask(own, Unescaped(DecodedValue(line)), line);
         else if (line.name.empty())
@@ -162,6 +166,11 @@ private:
 
     void Ask(const std::string& property, const std::string& value, const ContentLine& line)
     {
+        if (!m_isCharsetGuessed && IsCharsetGuessed(line)) {
+            m_isCharsetGuessed = true;
+            m_dropped.push_back({"charset-guessed", line.name, line.line,
+                                 fmt::format("the file names no character set and is not UTF-8; read as '{}'", value)});
+        }
         m_wishes.push_back({property, value, line.name, line.line, IsPreferred(line)});
     }
 
@@ -174,6 +183,8 @@ private:
     const ContentLine* m_named = nullptr;
     std::vector<Wish> m_wishes;
     std::vector<Note> m_dropped;
+    bool m_hasLostText = false;
+    bool m_isCharsetGuessed = false;
 };
 
 void AppendCard(std::string& text, const Entry& contact)
@@ -192,6 +203,8 @@ void AppendCard(std::string& text, const Entry& contact)
         AppendFolded(text,
                      fmt::format("{}:{}", field.property, field.property == kSpeedDials ? value : Escaped(value)));
     }
+    if (MayHaveLostText(contact))
+        text += fmt::format("{}:{}\r\n", kLostText, GetACP());
     text += "END:VCARD\r\n";
 }
 

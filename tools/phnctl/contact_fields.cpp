@@ -69,6 +69,13 @@ Entry CompleteContact(const Entry& wanted, const Entry* replaced)
     return entry;
 }
 
+bool MayHaveLostText(const Entry& read)
+{
+    return !CodePageHoldsAll() && std::any_of(read.fields.begin(), read.fields.end(), [](const EntryField& field) {
+        return field.value.find('?') != std::string::npos;
+    });
+}
+
 Entry FromLibraryText(std::string_view text)
 {
     constexpr std::string_view kFraming[] = {"BEGIN", "VERSION", "REV", "UID", "END"};

@@ -24,6 +24,8 @@ inline constexpr const char* kPicture = "X-PHN-PICTURE-ID";
 inline constexpr const char* kRinger = "X-PHN-RINGER-ID";
 inline constexpr const char* kDefault = "X-PHN-DEFAULT-NO";
 inline constexpr const char* kSpeedDials = "X-PHN-SPEEDDIAL-LIST";
+// In files alone: what code page the texts may have lost characters to.
+inline constexpr const char* kLostText = "X-PHN-LOST-TEXT";
 // A number without a type: any place will do.
 inline constexpr const char* kAnyNumber = "TEL";
 } // namespace contact_property
@@ -38,6 +40,9 @@ bool IsId(std::string_view property); // of a group, picture or ringer
 // The ids, default number and speed dials that `wanted` leaves open are those of `replaced`, or none; those that belong
 // to numbers it does not have are cleared.
 Entry CompleteContact(const Entry& wanted, const Entry* replaced);
+
+// True when the library may have replaced characters that have no place in the code page. A '?' may be a real one, too.
+bool MayHaveLostText(const Entry& read);
 
 // From the library's vCard text, and back to such text in the code page.
 Entry FromLibraryText(std::string_view text);

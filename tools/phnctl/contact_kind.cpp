@@ -135,10 +135,7 @@ public:
         return CompleteContact(wanted, replaced);
     }
 
-    bool LooksGarbled(const Entry& entry) const override
-    {
-        return ValueOf(entry, kName).find('?') != std::string::npos;
-    }
+    bool LooksGarbled(const Entry& entry) const override { return MayHaveLostText(entry); }
 
     std::vector<std::string> Columns() const override { return {"Name", "Mobile", "Home", "Work", "E-mail", "Group"}; }
 

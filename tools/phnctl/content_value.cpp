@@ -54,15 +54,27 @@ std::optional<unsigned> CodePageOf(const std::string& charset)
     return std::nullopt;
 }
 
+std::string BytesOf(const ContentLine& line)
+{
+    return line.HasParameter("ENCODING", "QUOTED-PRINTABLE") ? DecodeQuotedPrintable(line.value) : line.value;
+}
+
 } // namespace
+
+bool IsCharsetGuessed(const ContentLine& line)
+{
+    return !CodePageOf(line.ParameterValue("CHARSET")) && !IsUtf8(BytesOf(line));
+}
 
 std::string DecodedValue(const ContentLine& line)
 {
-    const std::string bytes =
-        line.HasParameter("ENCODING", "QUOTED-PRINTABLE") ? DecodeQuotedPrintable(line.value) : line.value;
+    constexpr unsigned kWestern = 1252;
+    const std::string bytes = BytesOf(line);
     if (const auto codePage = CodePageOf(line.ParameterValue("CHARSET")))
         return FromCodePage(*codePage, bytes);
-    return IsUtf8(bytes) ? bytes : FromHandset(bytes);
+    if (IsUtf8(bytes))
+        return bytes;
+    return CodePageHoldsAll() ? FromCodePage(kWestern, bytes) : FromHandset(bytes);
 }
 
 std::vector<std::string> SplitEscaped(std::string_view text, char separator)

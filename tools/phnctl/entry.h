@@ -44,7 +44,8 @@ struct Candidate
     std::size_t line = 0; // where it begins
     Entry entry;
     std::vector<Note> notes;
-    bool fits = true; // false: the handset cannot hold it; the last note says why
+    bool fits = true;         // false: the handset cannot hold it; the last note says why
+    bool hasLostText = false; // the file says of itself that characters of it were lost to a code page
 };
 
 struct Difference

@@ -18,8 +18,9 @@ std::vector<Command> EntryCommands(const EntryKind& kind);
 std::vector<Command> ReadingCommands(const EntryKind& kind); // the ones of entry_reading.cpp
 std::vector<Command> WritingCommands(const EntryKind& kind); // and of entry_writing.cpp
 
-// All entries of some files, in order. Throws Failure(kUsage) when a file cannot be read.
-std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files);
+// All entries of some files, in order. One whose text was lost to a code page fits only where that is accepted. Throws
+// Failure(kUsage) when a file cannot be read.
+std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files, bool acceptsLoss);
 
 inline constexpr const char* kDryRun = "--dry-run";
 

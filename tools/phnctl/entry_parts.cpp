@@ -18,10 +18,17 @@ std::uint32_t ParseIndex(const std::string& text)
 
 Entry ReadOne(const Handset& handset, const EntryKind& kind, std::uint32_t index)
 {
-    auto entry = kind.Read(handset, index);
-    if (!entry)
-        throw Refusal(PHN_ERROR_NOT_FOUND, fmt::format("no {} is stored under index {}", kind.One(), index));
-    return std::move(*entry);
+    try {
+        if (auto entry = kind.Read(handset, index))
+            return std::move(*entry);
+    } catch (const Refusal& refusal) {
+        if (refusal.Code() != PHN_ERROR_INVALID_PARAMETER)
+            throw;
+        throw Refusal(PHN_ERROR_INVALID_PARAMETER,
+                      fmt::format("the handset has no {} with index {}: its indexes end before; '{} list' shows them",
+                                  kind.One(), index, kind.Many()));
+    }
+    throw Refusal(PHN_ERROR_NOT_FOUND, fmt::format("no {} is stored under index {}", kind.One(), index));
 }
 
 std::string HelpText(const EntryKind& kind, std::string text)

@@ -46,7 +46,7 @@ int List(const Invocation& invocation, const EntryKind& kind)
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
         TellUnread(kind, inventory);
-        TellGarbled(kind, inventory);
+        TellGarbled(kind, inventory.entries);
         status = StatusOf(inventory);
         if (invocation.options.json) {
             JsonList list;
@@ -134,8 +134,8 @@ int Export(const Invocation& invocation, const EntryKind& kind)
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
         TellUnread(kind, inventory);
-        TellGarbled(kind, inventory);
-        status = StatusOf(inventory);
+        const std::size_t garbled = TellGarbled(kind, inventory.entries);
+        status = garbled == 0 ? StatusOf(inventory) : kRefused;
         if (destination == "-") {
             fmt::print("{}", kind.Format(inventory.entries));
             return;
@@ -149,7 +149,9 @@ int Export(const Invocation& invocation, const EntryKind& kind)
         PrintDone(
             invocation.options,
             fmt::format("{} {} written to {}.", count, count == 1 ? kind.One() : kind.Many(), Printable(destination)),
-            {{{"", "", {{"exported", "", count}, {"unread", "", inventory.unread.size()}}}}});
+            {{{"",
+               "",
+               {{"exported", "", count}, {"unread", "", inventory.unread.size()}, {"textLost", "", garbled}}}}});
     });
     return status;
 }

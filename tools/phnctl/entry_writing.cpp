@@ -14,6 +14,7 @@
 #include "phnctl/text_file.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace phnctl {
 
@@ -37,7 +38,7 @@ std::uint32_t FirstEmpty(const Handset& handset, const EntryKind& kind)
 
 int Put(const Invocation& invocation, const EntryKind& kind)
 {
-    auto candidates = ReadCandidates(kind, {*invocation.Value("FILE")});
+    auto candidates = ReadCandidates(kind, {*invocation.Value("FILE")}, invocation.Has(kAcceptLoss));
     if (candidates.size() != 1)
         throw Failure(kUsage, fmt::format("the file holds {} {}; 'put' takes one, 'import' takes all of them",
                                           candidates.size(), kind.Many()));
@@ -54,6 +55,8 @@ int Put(const Invocation& invocation, const EntryKind& kind)
             inventory.entries.push_back({*index, std::move(*present)});
         Plan plan = MakePlanFor(kind, std::move(candidates.front()), *index,
                                 inventory.entries.empty() ? nullptr : &inventory.entries.front().entry);
+        if (!invocation.Has(kAcceptLoss))
+            SpareGarbled(kind, plan, inventory);
         status = CarryOut(invocation, handset, kind, plan, inventory);
     });
     return status;
@@ -61,16 +64,36 @@ int Put(const Invocation& invocation, const EntryKind& kind)
 
 int Import(const Invocation& invocation, const EntryKind& kind)
 {
-    auto candidates = ReadCandidates(kind, FilesOf(invocation.values.at("FILE"), kind.Extension()));
+    const std::vector<std::string> files = FilesOf(invocation.values.at("FILE"), kind.Extension());
+    auto candidates = ReadCandidates(kind, files, invocation.Has(kAcceptLoss));
+    if (candidates.empty())
+        throw Failure(kUsage, fmt::format("{} {} no {}", Printable(fmt::format("{}", fmt::join(files, ", "))),
+                                          files.size() == 1 ? "holds" : "hold", kind.One()));
     const IndexRange range = RangeOf(invocation);
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
         TellUnread(kind, inventory);
         Plan plan = MakePlan(kind, std::move(candidates), inventory);
+        if (!invocation.Has(kAcceptLoss))
+            SpareGarbled(kind, plan, inventory);
         status = CarryOut(invocation, handset, kind, plan, inventory);
     });
     return status;
+}
+
+// All of them, or none is to be deleted.
+std::vector<StoredEntry> ReadAll(const Handset& handset, const EntryKind& kind,
+                                 const std::vector<std::uint32_t>& indexes)
+{
+    std::vector<StoredEntry> entries;
+    try {
+        for (const std::uint32_t index : indexes)
+            entries.push_back({index, ReadOne(handset, kind, index)});
+    } catch (const Refusal& refusal) {
+        throw Refusal(refusal.Code(), fmt::format("{}. Nothing was deleted.", refusal.what()));
+    }
+    return entries;
 }
 
 int Delete(const Invocation& invocation, const EntryKind& kind)
@@ -79,9 +102,8 @@ int Delete(const Invocation& invocation, const EntryKind& kind)
     for (const std::string& text : invocation.values.at("INDEX"))
         indexes.push_back(ParseIndex(text));
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        std::vector<StoredEntry> entries;
-        for (const std::uint32_t index : indexes)
-            entries.push_back({index, ReadOne(handset, kind, index)});
+        const std::vector<StoredEntry> entries = ReadAll(handset, kind, indexes);
+        RequireWholeCopy(invocation, kind, entries);
         for (const StoredEntry& stored : entries)
             fmt::print(stderr, "{}  {}\n", stored.index, Printable(kind.Title(stored.entry)));
         const std::string what =
@@ -100,11 +122,11 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, IndexRange());
         TellUnread(kind, inventory);
-        TellGarbled(kind, inventory);
         if (!inventory.unread.empty() && !invocation.Has("--no-copy"))
             throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
                                                 "deletes them all the same. Nothing was changed.",
                                                 inventory.unread.size(), kind.Many()));
+        RequireWholeCopy(invocation, kind, inventory.entries);
         TellLosses(LossesOf(kind, inventory.entries), kind.One(), kind.Many());
         Confirm(invocation, fmt::format("Delete all {} {} of the handset?", inventory.entries.size(), kind.Many()));
         KeepCopy(invocation, kind, "clear", inventory.entries);
@@ -116,12 +138,22 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
 
 } // namespace
 
-std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files)
+std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files, bool acceptsLoss)
 {
     std::vector<Candidate> candidates;
     for (const std::string& file : files)
         for (Candidate& candidate : kind.Parse(file, ReadText(file)))
             candidates.push_back(std::move(candidate));
+    for (Candidate& candidate : candidates) {
+        if (!candidate.hasLostText || acceptsLoss)
+            continue;
+        candidate.fits = false;
+        candidate.notes.push_back(
+            {"text-lost", "", candidate.line,
+             fmt::format("the file says that its '?' may stand for characters that were lost when it was made; {} "
+                         "writes it as it is",
+                         kAcceptLoss)});
+    }
     return candidates;
 }
 
@@ -170,7 +202,7 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
          {{"FILE", help("A {ext} file with one {one}; - for standard input"), Count::One, {}},
           {"INDEX", "Where to store it", Count::Optional, {}}},
          Bind(Put, kind),
-         Joined(WriteOptions(), CopyOptions())},
+         Joined(Joined(WriteOptions(), CopyOptions()), {AcceptLossOption()})},
         {many + " import",
          help("Store the {many} of files"),
          help("Makes a plan first: what is to be added, what changes, what is there already, and what the handset\n"
@@ -179,19 +211,19 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
               "Examples:\n  phnctl {many} import all{ext} --dry-run\n  phnctl {many} import folder more{ext}\n"),
          {{"FILE", help("{ext} files, folders of them, or - for standard input"), Count::Many, {}}},
          Bind(Import, kind),
-         Joined(Joined({RangeOption()}, WriteOptions()), CopyOptions())},
+         Joined(Joined({RangeOption(), AcceptLossOption()}, WriteOptions()), CopyOptions())},
         {many + " delete",
          help("Delete single {many}"),
          help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} delete 4 7\n"),
          {{"INDEX", "The indexes that 'list' shows", Count::Many, {}}},
          Bind(Delete, kind),
-         Joined({ConfirmOption()}, CopyOptions())},
+         Joined({ConfirmOption(), AcceptLossOption()}, CopyOptions())},
         {many + " clear",
          help("Delete all {many}"),
          help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} clear --copy all{ext}\n"),
          {},
          Bind(Clear, kind),
-         Joined({ConfirmOption()}, CopyOptions())},
+         Joined({ConfirmOption(), AcceptLossOption()}, CopyOptions())},
     };
 }
 

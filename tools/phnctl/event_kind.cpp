@@ -103,7 +103,7 @@ public:
 
     bool LooksGarbled(const Entry& entry) const override
     {
-        return ValueOf(entry, kText).find("??") != std::string::npos;
+        return !CodePageHoldsAll() && ValueOf(entry, kText).find("??") != std::string::npos;
     }
 
     std::vector<std::string> Columns() const override { return {"Start", "End", "Zone", "Text", "Repeats", "Alarm"}; }

@@ -124,7 +124,7 @@ int ListOccurrences(const Invocation& invocation)
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, EventKind(), range);
         TellUnread(EventKind(), inventory);
-        TellGarbled(EventKind(), inventory);
+        TellGarbled(EventKind(), inventory.entries);
         status = inventory.unread.empty() ? kDone : kRefused;
         std::vector<Occurrence> occurrences;
         for (const StoredEntry& stored : inventory.entries)

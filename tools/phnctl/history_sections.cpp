@@ -85,7 +85,7 @@ SavedSection MessageSection::Save(const Invocation&, const Handset& handset, con
 {
     const std::vector<StoredMessage> messages = ReadMessages(handset, Boxes(std::nullopt));
     WriteText(file, MessagesJson(messages), Existing::Replace);
-    return {messages.size(), 0, LossesOf(messages)};
+    return {messages.size(), 0, LossesOf(messages), 0};
 }
 
 std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Handset& handset,
@@ -104,7 +104,7 @@ SavedSection CallSection::Save(const Invocation& invocation, const Handset& hand
 {
     const std::vector<StoredCall> calls = ReadCalls(handset, CallLists(std::nullopt));
     WriteText(file, CallsJson(calls, LabelsOf(invocation.options, handset)), Existing::Replace);
-    return {calls.size(), 0, LossesOf(calls)};
+    return {calls.size(), 0, LossesOf(calls), 0};
 }
 
 std::optional<Restoration> CallSection::Prepare(const Invocation&, const Handset&, const std::filesystem::path&) const

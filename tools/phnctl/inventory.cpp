@@ -4,6 +4,7 @@
 #include "phnctl/number.h"
 #include "phnctl/progress.h"
 #include "phnctl/text.h"
+#include "system/system.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -69,13 +70,18 @@ void TellUnread(const EntryKind& kind, const Inventory& inventory)
         fmt::print(stderr, "phnctl: {} {} was not read: {}\n", kind.One(), unread.index, unread.problem);
 }
 
-void TellGarbled(const EntryKind& kind, const Inventory& inventory)
+std::size_t TellGarbled(const EntryKind& kind, std::span<const StoredEntry> entries)
 {
-    const auto garbled = std::count_if(inventory.entries.begin(), inventory.entries.end(),
-                                       [&](const StoredEntry& stored) { return kind.LooksGarbled(stored.entry); });
+    const auto garbled = static_cast<std::size_t>(std::count_if(
+        entries.begin(), entries.end(), [&](const StoredEntry& stored) { return kind.LooksGarbled(stored.entry); }));
     if (garbled != 0)
-        fmt::print(stderr, "phnctl: {} {} with a '?': characters that have no place in code page {} are read as one\n",
-                   garbled, garbled == 1 ? kind.One() : kind.Many(), GetACP());
+        fmt::print(
+            stderr,
+            "phnctl: {} {} NOT whole: the '?' in {} may stand for characters that have no place in code page {}.\n"
+            "To have all characters, {}.\n",
+            garbled, garbled == 1 ? kind.One() + " is" : kind.Many() + " are", garbled == 1 ? "it" : "them", GetACP(),
+            host::HowToUseUtf8());
+    return garbled;
 }
 
 } // namespace phnctl

@@ -6,6 +6,7 @@
 #include "phnctl/entry_kind.h"
 
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,7 @@ Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const Ind
 // On standard error: each entry that could not be read.
 void TellUnread(const EntryKind& kind, const Inventory& inventory);
 
-// And how many have probably lost characters to the code page.
-void TellGarbled(const EntryKind& kind, const Inventory& inventory);
+// And how many have probably lost characters to the code page, which is returned.
+std::size_t TellGarbled(const EntryKind& kind, std::span<const StoredEntry> entries);
 
 } // namespace phnctl

@@ -69,6 +69,7 @@ int RunSafely(const std::vector<std::string>& arguments)
 {
     const bool asJson = std::find(arguments.begin(), arguments.end(), "--json") != arguments.end();
     try {
+        host::PreferUtf8();
         EndOnInterrupt();
         return Run(arguments);
     } catch (const Failure& failure) {

@@ -146,6 +146,7 @@ std::vector<Command> RestoreCommands()
         options.push_back(std::move(option));
     options.push_back(
         {kDeleteOthers, "", "Delete the contacts and events that the backup does not hold (messages and calls stay)"});
+    options.push_back(AcceptLossOption());
     options.push_back(ConfirmOption());
     return {
         {"restore",

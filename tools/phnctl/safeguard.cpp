@@ -6,6 +6,7 @@
 #include "system/system.h"
 
 #include <fmt/format.h>
+#include <set>
 #include <windows.h>
 
 namespace phnctl {
@@ -58,6 +59,11 @@ CommandOption ConfirmOption()
     return {kYes, "", "Do not ask"};
 }
 
+CommandOption AcceptLossOption()
+{
+    return {kAcceptLoss, "", "Go on with texts that have lost characters to the code page"};
+}
+
 std::vector<CommandOption> CopyOptions()
 {
     return {{kCopy, "FILE", "Where to keep a copy of what goes (default: in a new folder in phnctl-copies)"},
@@ -84,6 +90,35 @@ void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::st
               std::span<const StoredEntry> entries)
 {
     KeepCopy(invocation, before, {kind.One(), kind.Many(), kind.Extension(), entries.size(), kind.Format(entries)});
+}
+
+void RequireWholeCopy(const Invocation& invocation, const EntryKind& kind, std::span<const StoredEntry> entries)
+{
+    if (invocation.Has(kAcceptLoss) || invocation.Has(kNoCopy))
+        return;
+    if (const std::size_t garbled = TellGarbled(kind, entries); garbled != 0)
+        throw Failure(kRefused,
+                      fmt::format("text-lost: a copy of {} {} would not be whole. Nothing was changed.", garbled,
+                                  garbled == 1 ? kind.One() : kind.Many()),
+                      fmt::format("{} goes on all the same.", kAcceptLoss));
+}
+
+void SpareGarbled(const EntryKind& kind, Plan& plan, const Inventory& inventory)
+{
+    std::set<std::uint32_t> garbled;
+    for (const StoredEntry& stored : inventory.entries)
+        if (kind.LooksGarbled(stored.entry))
+            garbled.insert(stored.index);
+    for (PlannedEntry& planned : plan.entries) {
+        if (planned.action != Action::Change || !planned.index || !garbled.contains(*planned.index))
+            continue;
+        planned.action = Action::CannotHold;
+        planned.from.notes.push_back(
+            {"text-lost", "", planned.from.line,
+             fmt::format("the handset's {} may have characters that have no place in the code page, and '?' would be "
+                         "written over them; {} does so",
+                         kind.One(), kAcceptLoss)});
+    }
 }
 
 void Confirm(const Invocation& invocation, const std::string& question)

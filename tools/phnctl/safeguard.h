@@ -4,6 +4,8 @@
 
 #include "phnctl/command.h"
 #include "phnctl/entry_kind.h"
+#include "phnctl/inventory.h"
+#include "phnctl/plan.h"
 
 #include <span>
 #include <string>
@@ -12,8 +14,12 @@
 namespace phnctl {
 
 CommandOption ConfirmOption();              // --yes
+CommandOption AcceptLossOption();           // kAcceptLoss
 std::vector<CommandOption> CopyOptions();   // --copy FILE and --no-copy
 std::vector<CommandOption> CopiesOptions(); // --copies FOLDER and --no-copy, where there may be several
+
+// The option without which nothing is deleted or written whose text has been lost to the code page.
+inline constexpr const char* kAcceptLoss = "--accept-loss";
 
 // What a copy holds: "contact", "contacts", ".vcf", how many of them, and the file's text.
 struct Copy
@@ -32,6 +38,13 @@ struct Copy
 void KeepCopy(const Invocation& invocation, const std::string& before, const Copy& copy);
 void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
               std::span<const StoredEntry> entries);
+
+// Throws Failure when text of these entries has been lost to the code page, so that no copy of them would be whole, and
+// the options do not say that this is accepted.
+void RequireWholeCopy(const Invocation& invocation, const EntryKind& kind, std::span<const StoredEntry> entries);
+
+// Takes out of a plan what would write the replacement of lost characters over the characters.
+void SpareGarbled(const EntryKind& kind, Plan& plan, const Inventory& inventory);
 
 // Asks on the terminal unless --yes was given. Throws Failure when the answer is not yes, or nobody is there to answer.
 void Confirm(const Invocation& invocation, const std::string& question);

@@ -73,6 +73,11 @@ std::string FromHandset(std::string_view text)
     return FromCodePage(CP_ACP, text);
 }
 
+bool CodePageHoldsAll()
+{
+    return GetACP() == CP_UTF8;
+}
+
 std::string FromCodePage(unsigned codePage, std::string_view text)
 {
     return Narrow(CP_UTF8, Widen(codePage, text), nullptr);

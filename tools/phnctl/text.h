@@ -19,6 +19,9 @@ std::string FromHandset(const char (&field)[Size])
     return FromHandset(whole.substr(0, whole.find('\0')));
 }
 
+// True where every character has a place in the ANSI code page: it is UTF-8.
+bool CodePageHoldsAll();
+
 // From UTF-8 to the ANSI code page. Throws Failure(kUsage) that names the text when it holds what has no place there.
 std::string ToHandset(const std::string& text);
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <iostream>
@@ -62,6 +63,16 @@ std::vector<std::string> Arguments(int argc, char** argv)
 {
     OccupyClosedStreams();
     return {argv + 1, argv + argc};
+}
+
+void PreferUtf8()
+{
+    setenv("PHNNRV_ANSI_CODE_PAGE", "65001", 0);
+}
+
+std::string HowToUseUtf8()
+{
+    return "set PHNNRV_ANSI_CODE_PAGE to 65001, or leave it unset";
 }
 
 unsigned TerminalWidth(std::FILE* stream)

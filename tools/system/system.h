@@ -16,6 +16,13 @@ namespace host {
 // stream that the caller has closed fail instead of reaching a file that is opened later. Call it first.
 std::vector<std::string> Arguments(int argc, char** argv);
 
+// Makes UTF-8 the process's ANSI code page where the system lets a program choose and nobody else has chosen. Call it
+// before any other thread is started.
+void PreferUtf8();
+
+// What a person does to make UTF-8 the ANSI code page.
+std::string HowToUseUtf8();
+
 // Columns of the terminal that the stream writes to, 0 when it is none.
 unsigned TerminalWidth(std::FILE* stream);
 // And its lines.

@@ -50,6 +50,13 @@ std::vector<std::string> Arguments(int argc, char** argv)
     return arguments;
 }
 
+void PreferUtf8() {} // the code page is the system's
+
+std::string HowToUseUtf8()
+{
+    return "choose UTF-8 for programs without Unicode in the system's region settings";
+}
+
 unsigned TerminalWidth(std::FILE* stream)
 {
     CONSOLE_SCREEN_BUFFER_INFO info{};
