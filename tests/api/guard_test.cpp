@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <tuple>
 
 #include "api/export_table.h"
 #include "api/handset_fixture.h"
@@ -153,12 +154,7 @@ TEST_F(GuardTest, DataBuffersAreCheckedInEachExportsOwnOrder)
 {
     Load();
     bench_.TakeLog();
-    struct
-    {
-        const char* name;
-        const char* line;
-        bool beforeSize;
-    } const cases[] = {
+    const std::tuple<std::string, const char*, bool> cases[] = {
         {"PHN_GetContact", "pRecord->pContactData is NULL or pRecord->uSizeofData is 0.", true},
         {"PHN_GetEvent", "pRecord->pCalendarData is NULL or pRecord->uSizeofData is 0.", false},
         {"PHN_SetEvent", "pRecord->pCalendarData is NULL or pRecord->uSizeofData is 0.", false},
@@ -166,17 +162,16 @@ TEST_F(GuardTest, DataBuffersAreCheckedInEachExportsOwnOrder)
         {"PHN_GetNextMessage", "pMessage->pIS637Data is NULL or pMessage->uSizeofData is 0.", true},
     };
     const std::vector<ExportRow> table = Table();
-    for (const auto& check : cases) {
-        const ExportRow& row = *std::find_if(table.begin(), table.end(),
-                                             [&](const ExportRow& r) { return r.name == std::string(check.name); });
+    for (const auto& [name, line, beforeSize] : cases) {
+        const ExportRow& row = *std::ranges::find(table, name, &ExportRow::name);
         uint8_t byte = kGuard;
         for (const bool nullData : {true, false}) {
             HostMemory memory(row);
             memory.SetData(nullData ? nullptr : &byte, nullData ? 1 : 0);
-            ExpectRejected(row, memory, false, PHN_ERROR_INVALID_PARAMETER, check.line);
+            ExpectRejected(row, memory, false, PHN_ERROR_INVALID_PARAMETER, line);
             memory.SetSize(0);
-            if (check.beforeSize)
-                ExpectRejected(row, memory, false, PHN_ERROR_INVALID_PARAMETER, check.line);
+            if (beforeSize)
+                ExpectRejected(row, memory, false, PHN_ERROR_INVALID_PARAMETER, line);
             else
                 ExpectRejected(row, memory, false, PHN_ERROR_BUFFER_TOO_SMALL, SizeLine(row, 0));
         }
@@ -194,13 +189,7 @@ TEST_F(GuardTest, ArgumentChecksGiveTheirCodesAndLines)
     manual.uSize = sizeof manual;
     PHN_SMS_MESSAGE message{};
     PHN_CALL_ENTRY entry{};
-    const struct
-    {
-        const char* name;
-        uint32_t result;
-        uint32_t expected;
-        const char* line;
-    } cases[] = {
+    const std::tuple<std::string, uint32_t, uint32_t, std::string> cases[] = {
         {"PHN_Activate", CALL(PHN_Activate)(&manual), 200, "pActivationData->bAutomatic is false."},
         {"PHN_SetLock", CALL(PHN_SetLock)(1, nullptr), 1, "pExistingLockCode is NULL."},
         {"PHN_SetLock", CALL(PHN_SetLock)(1, "123"), 203, "Length of pExistingLockCode is not equal to 4."},
@@ -236,10 +225,10 @@ TEST_F(GuardTest, ArgumentChecksGiveTheirCodesAndLines)
          "pCallbackFunction is NULL or eCallbackType is out of range. eCallbackType = -1(0xFFFFFFFF)."},
     };
     Lines expected;
-    for (const auto& check : cases) {
-        EXPECT_EQ(check.result, check.expected) << check.name << " - " << check.line;
-        expected.push_back(Comment(std::string(check.name) + " is being executed."));
-        expected.push_back(Error(std::string(check.name) + " - " + check.line));
+    for (const auto& [name, result, code, line] : cases) {
+        EXPECT_EQ(result, code) << name << " - " << line;
+        expected.push_back(Comment(name + " is being executed."));
+        expected.push_back(Error(name + " - " + line));
     }
     EXPECT_EQ(bench_.TakeLog(), expected);
 }

@@ -1,39 +1,25 @@
 #include "api/handset_fixture.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
 
 #include "phn_platform_test.h"
 #include "simulator/simulator.h"
+#include "temporary_folder.h"
 
 namespace fs = std::filesystem;
 
-namespace {
-
-fs::path MakeTemporaryFolder()
-{
-    std::string name = (fs::temp_directory_path() / "phnnrv-test-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        throw std::system_error(errno, std::generic_category(), name);
-    return name;
-}
-
-} // namespace
-
 struct TestBench::World
 {
-    fs::path folder = MakeTemporaryFolder();
-    fs::path devices = folder / "devices";
-    fs::path registry = folder / "phnnrv.reg";
-    fs::path library = folder / "libphnnrv.so";
+    TemporaryFolder folder;
+    fs::path devices = folder.Path() / "devices";
+    fs::path registry = folder.Path() / "phnnrv.reg";
+    fs::path library = folder.Path() / "libphnnrv.so";
     std::optional<simulator::Simulator> simulator;
-    LogReader log{folder};
+    LogReader log{folder.Path()};
 };
 
 TestBench::TestBench() : world_(std::make_unique<World>())
@@ -46,12 +32,7 @@ TestBench::TestBench() : world_(std::make_unique<World>())
     world_->simulator.emplace(world_->devices, simulator::UsbInterfaceName("0001"));
 }
 
-TestBench::~TestBench()
-{
-    world_->simulator.reset();
-    std::error_code ignored; // a folder that stays behind is no failure of the test
-    fs::remove_all(world_->folder, ignored);
-}
+TestBench::~TestBench() = default;
 
 std::string TestBench::LibraryPath() const
 {

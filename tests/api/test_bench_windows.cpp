@@ -2,29 +2,17 @@
 
 #include <dbt.h>
 
+#include "temporary_folder.h"
 #include "windows/com_handset.h"
 #include "windows/driver.h"
 
 namespace fs = std::filesystem;
 
-namespace {
-
-fs::path MakeTemporaryFolder()
-{
-    static unsigned count = 0;
-    const fs::path folder = fs::temp_directory_path() /
-                            ("phnnrv-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++count));
-    fs::create_directory(folder);
-    return folder;
-}
-
-} // namespace
-
 struct TestBench::World
 {
-    fs::path folder = MakeTemporaryFolder();
-    fs::path library = folder / "PHNNRV.dll";
-    LogReader log{folder};
+    TemporaryFolder folder;
+    fs::path library = folder.Path() / "PHNNRV.dll";
+    LogReader log{folder.Path()};
     ComHandset handset;
 };
 
@@ -39,9 +27,7 @@ TestBench::TestBench() : world_(std::make_unique<World>())
 TestBench::~TestBench()
 {
     driver::SetInterfacePresent(false);
-    SetLoggingLevel(0);      // the next program's code may log without having a log
-    std::error_code ignored; // a folder that stays behind is no failure of the test
-    fs::remove_all(world_->folder, ignored);
+    SetLoggingLevel(0); // the next program's code may log without having a log
 }
 
 std::string TestBench::LibraryPath() const

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <tuple>
 #include <vector>
 
 #include "link/frame_codec.h"
@@ -80,27 +81,20 @@ TEST(FrameCodec, GoldenRepliesDeliverPayloadAndThirteenBytes)
 
 TEST(FrameCodec, RequestsEndWhereTheFrameWouldNotFit)
 {
-    struct Case
-    {
-        DWORD length;
-        uint8_t fill;
-        bool composed;
-        uint32_t next; // sequence identifier of the request after it
-    };
-    const Case cases[] = {
+    // And the sequence identifier of the request after it.
+    const std::tuple<DWORD, uint8_t, bool, uint8_t> cases[] = {
         {8181, 0x55, true, 2},
         {8182, 0x55, false, 1},
         {8181, 0x7E, false, 2}, // fits only unstuffed, and has used up its identifier
         {4080, 0x7E, true, 2},
     };
-    for (const Case& c : cases) {
+    for (const auto& [size, fill, composed, identifier] : cases) {
         CFrameCodec codec;
-        const Bytes record(c.length, c.fill);
+        const Bytes record(size, fill);
         Bytes frame(8193);
         DWORD length = 0;
-        EXPECT_EQ(codec.ComposeData(record.data(), c.length, frame.data(), 8193, &length), c.composed) << c.length;
-        const Bytes next = Compose(codec, Bytes{0});
-        EXPECT_EQ(next[4], c.next) << c.length;
+        EXPECT_EQ(codec.ComposeData(record.data(), size, frame.data(), 8193, &length), composed) << size;
+        EXPECT_EQ(Compose(codec, Bytes{0})[4], identifier) << size;
     }
     CFrameCodec codec;
     uint8_t byte = 0;
@@ -111,27 +105,19 @@ TEST(FrameCodec, RequestsEndWhereTheFrameWouldNotFit)
 
 TEST(FrameCodec, EncodeNeedsRoomAfterEachEscape)
 {
-    struct Case
-    {
-        Bytes source;
-        DWORD size;
-        Bytes stuffed; // empty: fails
-    };
-    const Case cases[] = {
+    // Nothing stuffed: it fails.
+    const std::tuple<Bytes, DWORD, Bytes> cases[] = {
         {{1, 2, 0x7E}, 3, {1, 2, 0x7E}}, {{1, 2, 0x7E}, 2, {}}, {{1, 0x7D, 0x7E}, 4, {1, 0x7D, 0x5D, 0x7E}},
         {{1, 0x7D, 0x7E}, 3, {}},                             // the escape fits, nothing after it
         {{1, 0x7D, 0x7E}, 2, {}},        {{0x7E}, 1, {0x7E}}, // the last byte is never stuffed
     };
-    for (const Case& c : cases) {
+    for (const auto& [source, size, stuffed] : cases) {
         CFrameCodec codec;
-        Bytes dest(c.size);
+        Bytes dest(size);
         DWORD length = 0;
-        const bool done =
-            codec.Encode(c.source.data(), static_cast<DWORD>(c.source.size()), dest.data(), c.size, &length);
-        EXPECT_EQ(done, !c.stuffed.empty()) << c.source.size() << " into " << c.size;
-        if (done) {
-            EXPECT_EQ(Bytes(dest.begin(), dest.begin() + length), c.stuffed);
-        }
+        const bool done = codec.Encode(source.data(), static_cast<DWORD>(source.size()), dest.data(), size, &length);
+        dest.resize(done ? length : 0);
+        EXPECT_EQ(dest, stuffed) << source.size() << " into " << size;
     }
 }
 
@@ -160,30 +146,22 @@ TEST(FrameCodec, ASizeIsJudgedByWhatHasBeenReceived)
 
 TEST(FrameCodec, RepliesAreDeliveredOrRefused)
 {
-    struct Case
-    {
-        Bytes frame;
-        DWORD size;
-        DWORD delivered; // 0: refused
-        uint8_t left;    // first byte of the destination after a refusal
-    };
-    const Case cases[] = {
+    // Nothing delivered: refused, with this first byte in the destination.
+    const std::tuple<Bytes, DWORD, DWORD, uint8_t> cases[] = {
         {Reply(8, 3), 8193, 21, 0},      {Reply(8180, 3), 8193, 8193, 0},
         {Reply(8181, 3), 8193, 0, 0},    // no room for the last byte that counts
         {Reply(8193, 3), 8193, 0, 0},    // likewise
         {Reply(8194, 3), 8193, 0, 0xEE}, // refused before the destination is touched
         {Reply(8, 3, 0x4C), 8193, 0, 0}, {Reply(8, 2), 8193, 0, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& [frame, size, expected, left] : cases) {
         CFrameCodec codec = CodecAfter(3);
-        Bytes dest(c.size, 0xEE);
+        Bytes dest(size, 0xEE);
         DWORD delivered = 0;
-        const bool done =
-            codec.DecomposeData(c.frame.data(), static_cast<DWORD>(c.frame.size()), dest.data(), c.size, &delivered);
-        EXPECT_EQ(done, c.delivered != 0) << c.frame.size();
-        EXPECT_EQ(delivered, c.delivered) << c.frame.size();
-        if (!done) {
-            EXPECT_EQ(dest[0], c.left) << c.frame.size();
-        }
+        EXPECT_EQ(codec.DecomposeData(frame.data(), static_cast<DWORD>(frame.size()), dest.data(), size, &delivered),
+                  expected != 0)
+            << frame.size();
+        EXPECT_EQ(delivered, expected) << frame.size();
+        EXPECT_TRUE(expected != 0 || dest[0] == left) << frame.size();
     }
 }

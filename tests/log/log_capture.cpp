@@ -3,29 +3,16 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
 
 #include "log/log_file.h"
 
 namespace fs = std::filesystem;
 
-namespace {
-
-fs::path MakeFolder()
+LogCapture::LogCapture(std::optional<DWORD> level)
 {
-    std::string name = (fs::temp_directory_path() / "phnnrv-log-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        throw std::runtime_error(name);
-    return name;
-}
-
-} // namespace
-
-LogCapture::LogCapture(std::optional<DWORD> level) : folder_(MakeFolder()), reader_(folder_)
-{
-    fs::current_path(folder_); // where the log lies when the library is not loaded as one
+    fs::current_path(Folder()); // where the log lies when the library is not loaded as one
     SetLevel(level);
-    setenv("PHNNRV_REGISTRY", (folder_ / "phnnrv.reg").c_str(), 1);
+    setenv("PHNNRV_REGISTRY", (Folder() / "phnnrv.reg").c_str(), 1);
     CreateLogLock();
 }
 
@@ -34,8 +21,6 @@ LogCapture::~LogCapture()
     CloseLog();
     DestroyLogLock();
     fs::current_path("/");
-    std::error_code ignored; // a folder that stays behind is no failure of the test
-    fs::remove_all(folder_, ignored);
 }
 
 void LogCapture::SetLevel(std::optional<DWORD> level, const std::string& keys)
@@ -45,9 +30,9 @@ void LogCapture::SetLevel(std::optional<DWORD> level, const std::string& keys)
     if (level)
         text << "\"Logging Level\"=dword:" << std::hex << *level << "\n";
     text << "\n" << keys;
-    const fs::path fresh = folder_ / "fresh.reg";
+    const fs::path fresh = Folder() / "fresh.reg";
     std::ofstream(fresh) << text.str();
-    fs::rename(fresh, folder_ / "phnnrv.reg");
+    fs::rename(fresh, Folder() / "phnnrv.reg");
 }
 
 std::vector<std::string> LogCapture::TakeLines()

@@ -10,6 +10,7 @@
 #include <windows.h>
 
 #include "log/log_reader.h"
+#include "temporary_folder.h"
 
 class LogCapture
 {
@@ -22,7 +23,7 @@ public:
 
     // The same, and other keys and values as the registry file holds them.
     void SetLevel(std::optional<DWORD> level, const std::string& keys = {});
-    const std::filesystem::path& Folder() const { return folder_; }
+    const std::filesystem::path& Folder() const { return folder_.Path(); }
 
     std::vector<std::string> Files() const { return reader_.Files(); }
     std::string Text() const { return reader_.Text(); }
@@ -31,6 +32,6 @@ public:
     std::vector<std::string> TakeLines();
 
 private:
-    const std::filesystem::path folder_;
-    LogReader reader_;
+    const TemporaryFolder folder_;
+    LogReader reader_{folder_.Path()};
 };

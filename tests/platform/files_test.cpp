@@ -1,21 +1,19 @@
 // Ordinary files: what CreateFileA makes of its arguments, and where bytes go.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <tuple>
 
 #include <windows.h>
+
+#include "temporary_folder.h"
 
 namespace {
 
 class Files : public testing::Test
 {
 protected:
-    Files() { std::filesystem::create_directory(folder); }
-    ~Files() override { std::filesystem::remove_all(folder); }
-
-    std::string Path(const char* name) const { return (folder / name).string(); }
+    std::string Path(const char* name) const { return (folder.Path() / name).string(); }
 
     HANDLE Open(const char* name, DWORD access, DWORD disposition) const
     {
@@ -23,8 +21,7 @@ protected:
                            FILE_ATTRIBUTE_NORMAL, nullptr);
     }
 
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("files_test." + std::to_string(GetCurrentProcessId()));
+    const TemporaryFolder folder;
 };
 
 TEST_F(Files, DispositionsCreateOpenOrRefuse)

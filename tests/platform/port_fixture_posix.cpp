@@ -8,22 +8,9 @@
 
 #include "platform/pty_fixture.h"
 
-namespace {
-
-std::filesystem::path MakeDeviceDirectory()
-{
-    std::string pattern = (std::filesystem::temp_directory_path() / "ports.XXXXXX").string();
-    if (!mkdtemp(pattern.data()))
-        throw std::system_error(errno, std::generic_category());
-    setenv("PHNNRV_DEVICES", pattern.c_str(), 1);
-    return pattern;
-}
-
-} // namespace
-
 PortTest::PortTest() : farEnd(std::make_unique<FarEnd>())
 {
-    farEnd->directory = MakeDeviceDirectory();
+    setenv("PHNNRV_DEVICES", farEnd->directory.c_str(), 1);
     int terminal = -1;
     std::array<char, 64> name{};
     if (openpty(&farEnd->master, &terminal, name.data(), nullptr, nullptr))
@@ -35,7 +22,6 @@ PortTest::PortTest() : farEnd(std::make_unique<FarEnd>())
 PortTest::~PortTest()
 {
     farEnd->HangUp();
-    std::filesystem::remove_all(farEnd->directory);
 }
 
 void PortTest::FarEnd::HangUp()

@@ -5,11 +5,13 @@
 #include <filesystem>
 
 #include "platform/port_fixture.h"
+#include "temporary_folder.h"
 
 struct PortTest::FarEnd
 {
     int master = -1;
-    std::filesystem::path directory;
+    const TemporaryFolder folder;
+    const std::filesystem::path directory = folder.Path();
 
     // As when a cable is pulled.
     void HangUp();

@@ -5,13 +5,12 @@
 #include <filesystem>
 #include <string_view>
 
+#include "temporary_folder.h"
+
 class Surroundings
 {
 public:
     Surroundings();
-    ~Surroundings();
-    Surroundings(const Surroundings&) = delete;
-    Surroundings& operator=(const Surroundings&) = delete;
 
     // A device of this name, which leads nowhere unless a target is given.
     void Plug(std::string_view name, const char* target = "/nowhere") const;
@@ -23,7 +22,11 @@ public:
     // Puts a new file in the registry file's place.
     void ReplaceRegistry(std::string_view text) const;
 
-    const std::filesystem::path root;
+private:
+    const TemporaryFolder folder;
+
+public:
+    const std::filesystem::path root = folder.Path();
     const std::filesystem::path devices;
     const std::filesystem::path registry;
 };

@@ -6,11 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -35,12 +37,7 @@ TEST(SimulatorState, SurvivesItsFile)
 
 TEST(SimulatorState, NamesThePlaceOfWhatItCannotTake)
 {
-    struct Case
-    {
-        const char* text;
-        const char* wrong;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {R"({"battery": {"battery2": 256}})", "battery/battery2: a whole number from 0 to 255 is wanted"},
         {R"({"battery": {"battery2": -1}})", "battery/battery2: a whole number from 0 to 255 is wanted"},
         {R"({"battery": {"battery2": 1.5}})", "battery/battery2: a whole number from 0 to 255 is wanted"},
@@ -62,8 +59,8 @@ TEST(SimulatorState, NamesThePlaceOfWhatItCannotTake)
         {R"({"setup": {"lockCode": "12345"}})", "setup/lockCode: four characters are wanted"},
         {"[]", "the state: an object is wanted"},
     };
-    for (const Case& one : cases)
-        EXPECT_EQ(WhatIsWrong([&] { PhoneFromJson(one.text, Phone{}); }), one.wrong);
+    for (const auto& one : cases)
+        EXPECT_EQ(WhatIsWrong([&] { PhoneFromJson(one.first, Phone{}); }), one.second);
     EXPECT_NE(WhatIsWrong([] { PhoneFromJson("{", Phone{}); }), "nothing");
 }
 
@@ -86,13 +83,7 @@ TEST(SimulatorState, IsLeftAloneByAFileThatCannotBeUsed)
 
 TEST(SimulatorState, TellsTheHostWhatWasChangedOnce)
 {
-    struct Case
-    {
-        const char* path;
-        const char* value;
-        std::uint16_t flags;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, std::uint16_t> cases[] = {
         {"battery/battery2", "40", 0x0040},     {"network/network26", "Fjord Mobile", 0x0001},
         {"connection/endReason", "7", 0x0010},  {"/setup/radio", "0", 0x0020},
         {"setup/lockCode", "1234", 0x0020},     {"identity/model", "Skerry 2", 0},
@@ -104,10 +95,10 @@ TEST(SimulatorState, TellsTheHostWhatWasChangedOnce)
         const Bytes reply = host::Sent(session.Receive(host::Frame(1, host::Record(49, {}))));
         return static_cast<std::uint16_t>(reply[21] | reply[22] << 8);
     };
-    for (const Case& one : cases) {
-        handset.Set(one.path, one.value);
-        EXPECT_EQ(flags(), one.flags) << one.path;
-        EXPECT_EQ(flags(), 0) << one.path;
+    for (const auto& [path, value, changed] : cases) {
+        handset.Set(path, value);
+        EXPECT_EQ(flags(), changed) << path;
+        EXPECT_EQ(flags(), 0) << path;
     }
     EXPECT_EQ(handset.Show("setup/lockCode"), "\"1234\"");
     EXPECT_EQ(handset.Show("contacts/3/firstName"), "\"Liv\"");
@@ -135,33 +126,29 @@ TEST(SimulatorState, ShipsWhatTheServicesNeedToBeTriedOut)
     EXPECT_GE(phone.events.size(), 30u);
     EXPECT_GE(phone.messages.size(), 25u);
     EXPECT_EQ(phone.calls.size(), 20u);
-    std::set<std::uint32_t> zones, repeatTypes, boxes, entryTypes, lists;
-    std::set<std::size_t> bodies, names, values;
-    for (const auto& [id, event] : phone.events) {
-        zones.insert(event.zone);
-        repeatTypes.insert(event.repeatType);
-    }
-    for (const auto& [id, message] : phone.messages) {
-        boxes.insert(message.box);
-        bodies.insert(ToUtf16(message.body).size());
-    }
+    const auto distinct = [](const auto& records, auto field) {
+        std::set<std::size_t> values;
+        for (const auto& [id, record] : records)
+            values.insert(std::invoke(field, record));
+        return values;
+    };
+    using Values = std::set<std::size_t>;
+    EXPECT_EQ(distinct(phone.events, &Event::zone).size(), 14u);
+    EXPECT_EQ(distinct(phone.events, &Event::repeatType).size(), 6u);
+    EXPECT_EQ(distinct(phone.messages, &Message::box).size(), 5u);
+    EXPECT_EQ(distinct(phone.calls, &Call::list), (Values{1, 2, 3}));
+    const Values bodies = distinct(phone.messages, [](const Message& message) { return ToUtf16(message.body).size(); });
+    EXPECT_TRUE(std::ranges::includes(bodies, Values{0, 1, 5, 13, 21, 160}));
+    const Values names = distinct(phone.contacts, [](const Contact& one) { return ToUtf16(one.firstName).size(); });
+    EXPECT_TRUE(std::ranges::includes(names, Values{0, 36}));
+    Values types, values;
     for (const auto& [id, contact] : phone.contacts) {
-        names.insert(ToUtf16(contact.firstName).size());
         for (const ContactEntry& entry : contact.entries) {
-            entryTypes.insert(entry.type);
+            types.insert(entry.type);
             values.insert(entry.value.size());
         }
     }
-    for (const auto& [id, call] : phone.calls)
-        lists.insert(call.list);
-    EXPECT_EQ(zones.size(), 14u);
-    EXPECT_EQ(repeatTypes.size(), 6u);
-    EXPECT_EQ(boxes.size(), 5u);
-    EXPECT_EQ(entryTypes.size(), 7u);
-    EXPECT_EQ(lists, (std::set<std::uint32_t>{1, 2, 3}));
-    for (const std::size_t length : {0u, 1u, 5u, 13u, 21u, 160u})
-        EXPECT_TRUE(bodies.contains(length)) << length;
-    EXPECT_TRUE(names.contains(36) && names.contains(0));
+    EXPECT_EQ(types.size(), 7u);
     EXPECT_TRUE(values.contains(52));
 }
 
