@@ -2,12 +2,15 @@
 #include "phnctl/contact_card.h"
 
 #include "phnctl/contact_fields.h"
+#include "phnctl/contact_merge.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace phnctl {
 namespace {
+
+using namespace contact_property;
 
 // A candidate in one text: its fields, then its notes as code@line(property), and "!" when it cannot be held.
 std::string Told(const Candidate& candidate)
@@ -93,6 +96,50 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
     for (const auto& test : cases) {
         SCOPED_TRACE(test.what);
         EXPECT_EQ(Told(test.file), test.told);
+    }
+}
+
+TEST(ContactMerge, CostsNoNumberThatTheCardDoesNotReplace)
+{
+    const auto anywhere = [](const char* number) { return EntryField{kCell, number, true}; };
+    const struct
+    {
+        const char* what;
+        std::vector<EntryField> wanted;
+        std::vector<EntryField> present;
+        std::vector<EntryField> merged;
+        std::size_t kept;
+    } cases[] = {
+        {"a value of the card wins, the others stay, in their order",
+         {{kHome, "2"}, {kEmail, "b"}},
+         {{kWork, "1"}, {kHome, "9"}, {kEmail, "a"}},
+         {{kWork, "1"}, {kHome, "2"}, {kEmail, "b"}},
+         1},
+        {"a number without a type takes a free place",
+         {anywhere("2")},
+         {{kCell, "1"}},
+         {{kCell, "1"}, {kHome, "2"}},
+         1},
+        {"or stays where it is", {anywhere("2")}, {{kCell, "1"}, {kFax, "2"}}, {{kCell, "1"}, {kFax, "2"}}, 1},
+        {"a number moves to its type", {{kHome, "1"}}, {{kCell, "1"}}, {{kHome, "1"}}, 0},
+        {"but not onto another", {{kHome, "1"}}, {{kCell, "1"}, {kHome, "2"}}, {{kCell, "1"}, {kHome, "2"}}, 1},
+        {"two change places",
+         {{kCell, "1"}, {kHome, "2"}},
+         {{kCell, "2"}, {kHome, "1"}},
+         {{kCell, "1"}, {kHome, "2"}},
+         0},
+        {"the default number goes with its number",
+         {anywhere("2"), {kDefault, "1"}},
+         {{kCell, "1"}},
+         {{kCell, "1"}, {kHome, "2"}, {kDefault, "2"}},
+         1},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        const Merged merged = MergeContacts({test.wanted}, {test.present});
+        const Entry expected = CompleteContact({test.merged}, nullptr);
+        EXPECT_EQ(Told({"", 0, merged.entry, {}, true}), Told({"", 0, expected, {}, true}));
+        EXPECT_EQ(merged.kept.size(), test.kept);
     }
 }
 

@@ -149,7 +149,10 @@ TEST_F(Contacts, AChangeShowsItselfKeepsACopyAndWhatTheCardLeavesOpen)
 {
     const std::string copy = " --copy " + Path("copy.vcf");
     const std::string file = File("change.vcf", Card("Zoë Müller", "777"));
-    const Outcome outcome = Run("contacts import " + file + copy);
+    const Outcome merged = Run("contacts import --dry-run " + file);
+    EXPECT_TRUE(Has(merged.out, "    Mobile: (nothing) -> 777\n1 contact: 1 to change.\n1 of them has more"))
+        << merged.out;
+    const Outcome outcome = Run("contacts import --replace " + file + copy);
     EXPECT_EQ(outcome.status, 0) << outcome.out << outcome.err;
     for (const char* line : {"Zoë Müller  (index 3)\n", "    Mobile: (nothing) -> 777\n",
                              "    Work: 5551000411 -> (nothing)\n", "    Speed dials: 0,0,4,0,0 -> 0,0,0,0,0\n"})
@@ -158,11 +161,34 @@ TEST_F(Contacts, AChangeShowsItselfKeepsACopyAndWhatTheCardLeavesOpen)
     EXPECT_EQ(changed.entries.size(), 1u);
     EXPECT_EQ(changed.group, 3u);
     EXPECT_EQ(changed.ringer, 3u);
-    EXPECT_EQ(Run("contacts import --no-copy " + Path("copy.vcf")).status, 0);
+    EXPECT_EQ(Run("contacts import --replace --no-copy " + Path("copy.vcf")).status, 0);
     EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
     // No copy, no change.
     EXPECT_EQ(Run("contacts import " + file + " --copy /nonexistent/copy.vcf").status, 1);
     EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
+}
+
+TEST_F(Contacts, NamesakesAreNotTakenForEachOther)
+{
+    Empty();
+    const std::string two = File("two.vcf", Card("Ann Lee", "1") + Card("Ann Lee", "2"));
+    EXPECT_TRUE(Has(Run("contacts import " + two).out, "2 contacts: 2 added."));
+    EXPECT_TRUE(Has(Run("contacts import " + two).out, "2 contacts: 2 there already."));
+    const std::string third =
+        File("third.vcf", Card("Ann Lee", "3") + "BEGIN:VCARD\nFN:Ann Lee\nTEL;CELL:2\nTEL;HOME:22\nEND:VCARD\n");
+    const Outcome outcome = Run("contacts import " + third);
+    EXPECT_TRUE(Has(outcome.out, "    namesake: ")) << outcome.out;
+    EXPECT_TRUE(Has(outcome.out, "    Home: (nothing) -> 22\n")) << outcome.out;
+    EXPECT_EQ(Stored().size(), 3u);
+}
+
+TEST_F(Contacts, AFullHandsetIsForeseen)
+{
+    const Outcome outcome = Run("contacts import --dry-run " + File("many.vcf", Cards(30)));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(
+        Has(outcome.out, "30 contacts: 20 to add, 10 without a place on the handset.\nThe handset is full before"))
+        << outcome.out;
 }
 
 TEST_F(Contacts, OneBadCardDoesNotStopTheRestUnlessStrict)
@@ -218,7 +244,10 @@ TEST_F(Contacts, ARefusalFailsOneEntryALossEndsTheRest)
     {
         const char* fault;
         const char* says;
-    } cases[] = {{"result=4@36*1", "4 contacts: 3 added, 1 failed.\n"}, {"unplug@36*1", " not reached.\n"}};
+    } cases[] = {
+        {"result=9@36*1", "4 contacts: 3 added, 1 failed.\n"},
+        {"result=4@36*1", "4 contacts: 1 failed, 3 not tried.\n0 of 4 are on the handset.\nThe handset is full"},
+        {"unplug@36*1", " not tried.\n"}};
     for (const auto& test : cases) {
         SCOPED_TRACE(test.fault);
         Empty();

@@ -44,10 +44,13 @@ public:
         } catch (const Refusal& refusal) {
             planned.result = Result::Failed;
             planned.problem = refusal.what();
+            m_isFull = m_isFull || (planned.action == Action::Add && refusal.Code() == PHN_ERROR_RESULT_4);
             return !m_losses.IsOver(refusal);
         }
         return true;
     }
+
+    bool IsFull() const { return m_isFull; }
 
 private:
     std::uint32_t NextPlace()
@@ -62,6 +65,7 @@ private:
     const EntryKind& m_kind;
     const std::vector<std::uint32_t>& m_empty;
     std::size_t m_next = 0;
+    bool m_isFull = false;
     LossWatch m_losses;
 };
 
@@ -70,13 +74,14 @@ bool WriteEntries(Writer& writer, const EntryKind& kind, Plan& plan, const StopR
 {
     Progress progress("writing " + kind.Many(), plan.Count(Action::Add) + plan.Count(Action::Change));
     for (PlannedEntry& planned : plan.entries) {
-        if (planned.action != Action::Add && planned.action != Action::Change)
+        if (planned.action != Action::Change && (planned.action != Action::Add || plan.isFull))
             continue;
         if (stop.Came()) {
             plan.isInterrupted = true;
             return false;
         }
         const bool goesOn = writer.Write(planned);
+        plan.isFull = writer.IsFull();
         if (!goesOn || (strict && planned.result != Result::Written))
             return false;
         progress.Step();

@@ -48,6 +48,7 @@ std::optional<Restoration> EntrySection::Prepare(const Invocation& invocation, c
     TellUnread(m_kind, *inventory);
     Restoration restoration{&m_kind, MakePlan(m_kind, std::move(candidates), *inventory), {}};
     std::vector<StoredEntry> others = OthersOf(restoration.plan, *inventory);
+    LimitToRoom(restoration.plan, inventory->empty.size());
     if (!invocation.Has(kAcceptLoss))
         SpareGarbled(m_kind, restoration.plan, *inventory);
     if (invocation.Has(kDeleteOthers))

@@ -35,6 +35,10 @@ inline constexpr const char* kNumberProperties[] = {contact_property::kCell, con
                                                     contact_property::kWork, contact_property::kMobile2,
                                                     contact_property::kFax};
 
+// The places that a number without a type may take, in order of preference.
+inline constexpr const char* kAnyNumberPlaces[] = {contact_property::kCell, contact_property::kHome,
+                                                   contact_property::kWork, contact_property::kMobile2};
+
 bool IsId(std::string_view property); // of a group, picture or ringer
 
 // The ids, default number and speed dials that `wanted` leaves open are those of `replaced`, or none; those that belong

@@ -5,11 +5,11 @@
 #include "phnctl/text.h"
 
 #include <algorithm>
-#include <array>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <iterator>
 #include <optional>
+#include <span>
 #include <string_view>
 
 namespace phnctl {
@@ -25,10 +25,12 @@ constexpr std::size_t kValueUnits = 52;
 struct Places
 {
     const char* wish;
-    std::array<const char*, 4> others;
+    std::span<const char* const> others;
 };
 
-constexpr Places kPlaces[] = {{kAnyNumber, {kCell, kHome, kWork, kMobile2}}, {kCell, {kMobile2}}, {kEmail, {kEmail2}}};
+constexpr const char* kSecondMobile[] = {kMobile2};
+constexpr const char* kSecondEmail[] = {kEmail2};
+constexpr Places kPlaces[] = {{kAnyNumber, kAnyNumberPlaces}, {kCell, kSecondMobile}, {kEmail, kSecondEmail}};
 
 bool IsNumber(std::string_view property)
 {
@@ -190,7 +192,7 @@ private:
     {
         for (const Places& places : kPlaces)
             for (const char* place : places.others)
-                if (slot.wish->property == places.wish && place && slot.place.empty() && !IsTaken(place))
+                if (slot.wish->property == places.wish && slot.place.empty() && !IsTaken(place))
                     slot.place = place;
         if (slot.place.empty())
             Tell("one-too-many", *slot.wish, fmt::format("'{}': the handset has no place for another one", slot.value));
@@ -201,7 +203,7 @@ private:
         for (Slot& slot : m_slots) {
             if (slot.place.empty())
                 continue;
-            m_result.entry.fields.push_back({slot.place, slot.value});
+            m_result.entry.fields.push_back({slot.place, slot.value, slot.wish->property == kAnyNumber});
             m_hasValue = true;
             if (slot.wish->isPreferred && !m_preferred)
                 m_preferred = slot.place;

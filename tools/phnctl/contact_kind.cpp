@@ -3,6 +3,7 @@
 #include "phnctl/contact_card.h"
 #include "phnctl/contact_fields.h"
 #include "phnctl/contact_fitter.h"
+#include "phnctl/contact_merge.h"
 #include "phnctl/number.h"
 #include "phnctl/text.h"
 
@@ -134,6 +135,12 @@ public:
     {
         return CompleteContact(wanted, replaced);
     }
+
+    bool CanMerge() const override { return true; }
+
+    Merged Merge(const Entry& wanted, const Entry& present) const override { return MergeContacts(wanted, present); }
+
+    bool IsSurelySame(const Entry& wanted, const Entry& present) const override { return ShareValue(wanted, present); }
 
     bool LooksGarbled(const Entry& entry) const override { return MayHaveLostText(entry); }
 

@@ -14,8 +14,9 @@ struct EntryField
 {
     std::string property;
     std::string value;
+    bool hasAnyPlace = false; // the file leaves open under which property it goes; says nothing about equality
 
-    bool operator==(const EntryField&) const = default;
+    bool operator==(const EntryField& other) const { return property == other.property && value == other.value; }
 };
 
 struct Entry

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace phnctl {
 
@@ -17,6 +18,13 @@ struct StoredEntry
 {
     std::uint32_t index = 0;
     Entry entry;
+};
+
+// An entry with the values of two.
+struct Merged
+{
+    Entry entry;
+    std::vector<EntryField> kept; // what only the handset's holds
 };
 
 class EntryForm
@@ -42,6 +50,11 @@ public:
     virtual Entry Storable(const Entry& read) const { return read; }
     // What a file's entry does not say is taken from the entry that it replaces (null: none).
     virtual Entry Complete(const Entry& wanted, const Entry* replaced) const = 0;
+    // True where entries consist of values of which some may be added and others stay.
+    virtual bool CanMerge() const { return false; }
+    virtual Merged Merge(const Entry& wanted, const Entry& present) const { return {Complete(wanted, &present), {}}; }
+    // False when two entries may be different things in spite of their common key.
+    virtual bool IsSurelySame(const Entry&, const Entry&) const { return true; }
 
 private:
     const std::string m_one;

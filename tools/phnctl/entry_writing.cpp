@@ -21,6 +21,7 @@ namespace phnctl {
 namespace {
 
 constexpr const char* kStrict = "--strict";
+constexpr const char* kReplace = "--replace";
 
 // The first index that holds nothing: everything up to it is asked.
 std::uint32_t FirstEmpty(const Handset& handset, const EntryKind& kind)
@@ -74,7 +75,9 @@ int Import(const Invocation& invocation, const EntryKind& kind)
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
         TellUnread(kind, inventory);
-        Plan plan = MakePlan(kind, std::move(candidates), inventory);
+        Plan plan = MakePlan(kind, std::move(candidates), inventory,
+                             invocation.Has(kReplace) ? Filling::Replace : Filling::Merge);
+        LimitToRoom(plan, inventory.empty.size());
         if (!invocation.Has(kAcceptLoss))
             SpareGarbled(kind, plan, inventory);
         status = CarryOut(invocation, handset, kind, plan, inventory);
@@ -136,6 +139,14 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
     });
 }
 
+std::vector<CommandOption> ImportOptions(const EntryKind& kind)
+{
+    std::vector<CommandOption> options{RangeOption(), AcceptLossOption()};
+    if (kind.CanMerge())
+        options.push_back({kReplace, "", "Take what a file does not say off the " + kind.One() + " that it changes"});
+    return options;
+}
+
 } // namespace
 
 std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files, bool acceptsLoss)
@@ -165,14 +176,15 @@ std::vector<CommandOption> WriteOptions()
 
 int CarryOut(const Invocation& invocation, Plan& plan, const std::function<void(bool isStrict)>& apply)
 {
-    const bool isRefused = invocation.Has(kStrict) && plan.Count(Action::CannotHold) != 0;
+    const bool isHeld = plan.Count(Action::CannotHold) == 0 && plan.Count(Action::NoRoom) == 0;
+    const bool isRefused = invocation.Has(kStrict) && !isHeld;
     if (!invocation.Has(kDryRun) && !isRefused)
         apply(invocation.Has(kStrict));
     if (plan.isInterrupted)
         return kInterrupted;
     if (isRefused)
         fmt::print(stderr, "phnctl: nothing was written, as --strict asks for all or nothing.\n");
-    const bool isFine = plan.isApplied ? plan.IsWhole() : plan.Count(Action::CannotHold) == 0;
+    const bool isFine = plan.isApplied ? plan.IsWhole() : isHeld;
     return isFine && !isRefused ? kDone : kRefused;
 }
 
@@ -211,7 +223,7 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
               "Examples:\n  phnctl {many} import all{ext} --dry-run\n  phnctl {many} import folder more{ext}\n"),
          {{"FILE", help("{ext} files, folders of them, or - for standard input"), Count::Many, {}}},
          Bind(Import, kind),
-         Joined(Joined({RangeOption(), AcceptLossOption()}, WriteOptions()), CopyOptions())},
+         Joined(Joined(ImportOptions(kind), WriteOptions()), CopyOptions())},
         {many + " delete",
          help("Delete single {many}"),
          help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} delete 4 7\n"),

@@ -18,6 +18,7 @@ enum class Action
     Change,
     Same,       // the handset holds it already, or the file says it twice
     CannotHold, // the notes say why
+    NoRoom,     // the handset has no place for one more
 };
 
 enum class Result
@@ -55,6 +56,7 @@ struct Plan
     std::vector<Deletion> deletions; // none unless they were asked for
     bool isApplied = false;
     bool isInterrupted = false;
+    bool isFull = false; // the handset took no more
 
     std::size_t Count(Action action) const;
     std::size_t Count(Action action, Result result) const;
@@ -64,9 +66,24 @@ struct Plan
     bool IsWhole() const;
 };
 
+// What becomes of that which only the handset's entry holds when a file's entry changes it.
+enum class Filling
+{
+    Replace, // it goes
+    Merge,   // it stays, where the form can merge, and a note says so
+};
+
+// The code of that note.
+inline constexpr const char* kKept = "kept";
+
 // In the candidates' order. Entries that are equal meet first; then an entry changes the one with its key that has most
-// in common with it; what is left is added. No entry of the handset is used twice.
-Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory);
+// in common with it; what is left is added. Of several with one key only those meet that are surely the same. No entry
+// of the handset is used twice.
+Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory,
+              Filling filling = Filling::Replace);
+
+// Only so many of the additions have a place.
+void LimitToRoom(Plan& plan, std::size_t room);
 
 // The handset's entries that are not after the plan what they were: those that it changes or deletes.
 std::vector<StoredEntry> EndangeredBy(const Plan& plan, const Inventory& inventory);

@@ -21,6 +21,8 @@ const char* Word(Action action)
         return "same";
     case Action::CannotHold:
         return "cannot-hold";
+    case Action::NoRoom:
+        return "no-room";
     }
     return "";
 }
@@ -63,7 +65,8 @@ std::optional<std::uint32_t> IndexToShow(const PlannedEntry& planned)
 bool IsWorthTelling(const Plan& plan, const PlannedEntry& planned)
 {
     const bool isLeftOut = plan.isApplied && planned.result == Result::NotTried;
-    return planned.action == Action::CannotHold || (planned.action != Action::Same && !isLeftOut);
+    const bool isWritten = planned.action == Action::Add || planned.action == Action::Change;
+    return planned.action == Action::CannotHold || (isWritten && !isLeftOut);
 }
 
 void AppendDifferences(std::string& text, const EntryForm& form, const std::vector<Difference>& differences,
@@ -137,6 +140,28 @@ std::string Sentence(std::initializer_list<Amount> amounts)
     return text;
 }
 
+// What concerns many entries at once.
+std::string Remarks(const Plan& plan)
+{
+    std::string text;
+    const auto isWithout = [](const PlannedEntry& planned) { return planned.action == Action::NoRoom; };
+    const auto without = std::find_if(plan.entries.begin(), plan.entries.end(), isWithout);
+    if (without != plan.entries.end())
+        text += fmt::format("The handset is full before {}:{}; delete something to make room.\n",
+                            Printable(without->from.file), without->from.line);
+    else if (plan.isFull)
+        text += "The handset is full; delete something to make room.\n";
+    const auto kept = std::count_if(plan.entries.begin(), plan.entries.end(), [](const PlannedEntry& planned) {
+        return std::any_of(planned.from.notes.begin(), planned.from.notes.end(),
+                           [](const Note& note) { return note.code == kKept; });
+    });
+    if (kept != 0)
+        text +=
+            fmt::format("{} of them {} more on the handset than in the files, and keep{} it; --replace takes it off.\n",
+                        kept, kept == 1 ? "has" : "have", kept == 1 ? "s" : "");
+    return text;
+}
+
 std::string Summary(const EntryForm& form, const Plan& plan)
 {
     const std::size_t all = plan.entries.size();
@@ -148,8 +173,9 @@ std::string Summary(const EntryForm& form, const Plan& plan)
                Sentence({{plan.Count(Action::Add), "to add"},
                          {plan.Count(Action::Change), "to change"},
                          {same, "there already"},
-                         {unfit, "that the handset cannot hold"}}) +
-               ".\n";
+                         {unfit, "that the handset cannot hold"},
+                         {plan.Count(Action::NoRoom), "without a place on the handset"}}) +
+               ".\n" + Remarks(plan);
     const auto count = [&](Result result) {
         return plan.Count(Action::Add, result) + plan.Count(Action::Change, result);
     };
@@ -159,11 +185,12 @@ std::string Summary(const EntryForm& form, const Plan& plan)
                       {unfit, "that the handset cannot hold"},
                       {count(Result::Different), "stored otherwise than asked"},
                       {count(Result::Failed), "failed"},
-                      {count(Result::NotTried), "not reached"}});
+                      {plan.Count(Action::NoRoom), "without a place on the handset"},
+                      {count(Result::NotTried), "not tried"}});
     text += fmt::format(".\n{} of {} are on the handset.\n", same + count(Result::Written), all);
-    if (count(Result::NotTried) != 0)
+    if (count(Result::NotTried) != 0 && !plan.isFull)
         text += "Run it again to go on where it stopped.\n";
-    return text;
+    return text + Remarks(plan);
 }
 
 Json ToJson(const std::vector<Difference>& differences)
@@ -247,6 +274,7 @@ Json PlanJson(const EntryForm& form, const Plan& plan)
                                     {"change", number(plan.Count(Action::Change))},
                                     {"same", number(plan.Count(Action::Same))},
                                     {"cannotHold", number(plan.Count(Action::CannotHold))},
+                                    {"noRoom", number(plan.Count(Action::NoRoom))},
                                     {"written", result(Result::Written)},
                                     {"different", result(Result::Different)},
                                     {"failed", result(Result::Failed)},
