@@ -49,11 +49,8 @@ protected:
 
 TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
 {
-    const struct
-    {
-        std::u16string_view text;
-        std::string expected; // all 22 bytes
-    } cases[] = {
+    // All 22 bytes are expected.
+    const std::pair<std::u16string_view, std::string> cases[] = {
         {u"", std::string(22, '\0')},
         {u"Anna", std::string("Anna") + std::string(18, '\0')},
         {u"\u00E9\u4E2D!", std::string("\xE9?!") + std::string(19, '\0')},
@@ -62,11 +59,9 @@ TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
         {u"1234567890123456789012345678901234567890123456789012", "1234567890123456789012"},
     };
     for (const auto& [text, expected] : cases) {
-        Answer({0, 2}, [&] {
-            Bytes two = EntryBytes(9, text, 75);
-            Append(two, EntryBytes(10));
-            return two;
-        }());
+        Bytes two = EntryBytes(9, text, 75);
+        Append(two, EntryBytes(10));
+        Answer({0, 2}, two);
         entry_ = {};
         ASSERT_EQ(First(0), PHN_ERROR_NONE);
         EXPECT_EQ(std::string(entry_.szEntryText, sizeof entry_.szEntryText), expected);

@@ -60,7 +60,7 @@ void SetRaw(int descriptor)
 {
     termios settings{};
     if (tcgetattr(descriptor, &settings))
-        throw Win32Error{errno == ENOTTY ? DWORD{ERROR_BAD_DEVICE} : ErrorFromErrno(errno)};
+        ThrowErrno();
     const tcflag_t kept = CSIZE | PARENB;
     const tcflag_t line = settings.c_cflag & kept;
     cfmakeraw(&settings);
