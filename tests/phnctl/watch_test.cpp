@@ -4,8 +4,12 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <regex>
+#include <sys/stat.h>
 
 namespace phnctl_test {
 namespace {
@@ -79,12 +83,18 @@ protected:
 const Words kEvents{"waiting", "connected",    "battery", "silent",   "battery",
                     "answers", "disconnected", "waiting", "connected"};
 
+// With the first values of a handset that has come.
+const Words kLines{"waiting",   "connected", "battery", "network",    "connection",   "messages",
+                   "battery",   "silent",    "battery", "answers",    "disconnected", "waiting",
+                   "connected", "battery",   "network", "connection", "messages"};
+
 TEST_F(Watch, GivesProgramsAnObjectPerEvent)
 {
     const Outcome outcome = Follow("watch --json");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(Find(outcome.out, "(?:^|\n)\\{\"event\":\"(\\w+)\",\"time\":\"[-0-9]{10}T[:0-9]{8}[+]00:00\"[^\n]*\\}"), kEvents)
+    EXPECT_EQ(Find(outcome.out, "(?:^|\n)\\{\"event\":\"(\\w+)\",\"time\":\"[-0-9]{10}T[:0-9]{8}[+]00:00\"[^\n]*\\}"),
+              kEvents)
         << outcome.out;
     EXPECT_EQ(Find(outcome.out, "\"battery\":\\{\"uBattery1\":1,\"uBattery2\":(\\d+)\\}"),
               (Words{"80", "41", "43", "43"}));
@@ -97,8 +107,38 @@ TEST_F(Watch, GivesPeopleALineOfWhatChanged)
 {
     const Outcome outcome = Follow("watch");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(Find(outcome.out, "(?:^|\n)[:0-9]{8}  (\\w+) [^\n]*"), kEvents) << outcome.out;
+    EXPECT_EQ(Find(outcome.out, "(?:^|\n)[:0-9]{8}  (\\w+) [^\n]*"), kLines) << outcome.out;
+    EXPECT_NE(outcome.out.find("  messages      Inbox 6, Drafts 5, Sent 6, Archive 5, Templates 5\n"),
+              std::string::npos)
+        << outcome.out;
     EXPECT_NE(outcome.out.find("  battery       Charge [####......] 41 %\n"), std::string::npos) << outcome.out;
+}
+
+// The first has the handset; it goes on when that is free.
+TEST_F(Watch, NamesWhoHasTheHandset)
+{
+    Program first;
+    first.Set("PHNNRV_DEVICES", m_devices.Path().string());
+    const pid_t holder = first.Start({"watch"});
+    AwaitConnection(1);
+    const simulator::DeviceDirectory folder;
+    const std::string pipe = (folder.Path() / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+    m_program.SendOutputTo(pipe);
+    const pid_t process = m_program.Start({"watch", "--json"});
+    fcntl(reader, F_SETFL, 0);
+    std::FILE* const output = fdopen(reader, "r");
+    char line[500]{};
+    EXPECT_TRUE(std::fgets(line, sizeof line, output));
+    EXPECT_TRUE(std::strstr(line, "\"reason\":\"in-use\",\"holders\":\"usb#")) << line;
+    EXPECT_TRUE(std::strstr(line, (" is in use by phnctl (pid " + std::to_string(holder) + ")").c_str())) << line;
+    kill(holder, SIGINT);
+    first.Finish(holder);
+    AwaitConnection(2);
+    kill(process, SIGINT);
+    EXPECT_EQ(m_program.Finish(process).status, 0);
+    std::fclose(output);
 }
 
 } // namespace

@@ -114,6 +114,14 @@ Labels LabelsOf(const Options& options, const Handset& handset)
     return Labels::ForModel(FromHandset(identity.szModel), options);
 }
 
+std::string Labels::NameOf(const std::string& name, std::int64_t value) const
+{
+    const Json* entry = m_fields.Find(name);
+    const Json* values = entry ? entry->Find("values") : nullptr;
+    const Json* found = values ? values->Find(std::to_string(value)) : nullptr;
+    return found && found->Text() ? Printable(*found->Text()) : "";
+}
+
 std::string Labels::DurationUnit(const std::string& name) const
 {
     const Json* entry = m_fields.Find(name);

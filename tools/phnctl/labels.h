@@ -31,6 +31,9 @@ public:
         return field;
     }
 
+    // What the label file calls a value of the field; empty when it has no name.
+    std::string NameOf(const std::string& name, std::int64_t value) const;
+
     // "Ms" or "S" when the label file calls the field a duration, as the end of a name that says so; empty otherwise.
     std::string DurationUnit(const std::string& name) const;
 

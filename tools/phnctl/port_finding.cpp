@@ -20,6 +20,11 @@ std::string Holders(const std::vector<host::Process>& holders)
     return text;
 }
 
+bool IsThisTool(const host::Process& process)
+{
+    return process.name == "phnctl";
+}
+
 const char* StateName(host::PortState state)
 {
     switch (state) {
@@ -38,14 +43,20 @@ const char* StateName(host::PortState state)
 PortFinding LookAtPort(const PortEntry& entry)
 {
     const host::PortReport report = host::ExaminePort(entry.path);
-    PortFinding finding{entry.name, StateName(report.state), entry.name + ", " + entry.kind, report.remedy,
+    PortFinding finding{entry.name,
+                        StateName(report.state),
+                        entry.name + ", " + entry.kind,
+                        report.remedy,
+                        Holders(report.holders),
                         report.state == host::PortState::Free && !entry.kind.starts_with("foreign")};
+    if (std::any_of(report.holders.begin(), report.holders.end(), IsThisTool))
+        finding.remedy = "wait until it has ended; in the middle of a write it must not be killed";
     if (!report.target.empty())
         finding.detail += " -> " + report.target;
     if (!report.reason.empty())
         finding.detail += ": " + report.reason;
     if (!report.holders.empty())
-        finding.detail += ": " + Holders(report.holders);
+        finding.detail += ": " + finding.holders;
     return finding;
 }
 
@@ -56,6 +67,15 @@ std::vector<PortFinding> LookAtPorts(const std::vector<PortEntry>& entries)
     std::vector<PortFinding> findings;
     std::transform(entries.begin(), entries.end(), std::back_inserter(findings), LookAtPort);
     return findings;
+}
+
+std::string InUse(const std::vector<PortFinding>& ports)
+{
+    std::vector<std::string> texts;
+    for (const PortFinding& port : ports)
+        if (!port.holders.empty())
+            texts.push_back(fmt::format("{} is in use by {}", port.name, port.holders));
+    return fmt::format("{}", fmt::join(texts, "; "));
 }
 
 std::string Unanswered(const std::vector<PortFinding>& ports)

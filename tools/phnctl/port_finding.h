@@ -16,6 +16,7 @@ struct PortFinding
     std::string state;    // ok, busy, no permission, unusable
     std::string detail;   // "com5, serial port -> /dev/pts/3: another program uses it: minicom (pid 812)"
     std::string remedy;   // the command that mends it; empty when nothing needs mending
+    std::string holders;  // "minicom (pid 812)"; empty: nobody, as far as can be seen
     bool isAsked = false; // free, and one that the library looks at
 };
 
@@ -23,6 +24,9 @@ std::vector<PortFinding> LookAtPorts(const std::vector<PortEntry>& entries);
 
 // What is said of asked ports on which no handset has answered: "com5 is there, but did not answer".
 std::string Unanswered(const std::vector<PortFinding>& ports);
+
+// Who has the ports that are busy: "com5 is in use by phnctl (pid 812)"; empty when none is.
+std::string InUse(const std::vector<PortFinding>& ports);
 
 extern const char* const kUnansweredRemedy;
 

@@ -63,8 +63,11 @@ Section ReadConnection(const Handset& handset, const Labels& labels)
 Section ReadMessageCounts(const Handset& handset, const Labels& labels)
 {
     Section section{"messages", "Messages", {}, true};
-    for (std::int32_t box = PHN_MESSAGE_BOX_FIRST; box <= PHN_MESSAGE_BOX_LAST; ++box)
-        section.fields.push_back(labels.Named(fmt::format("box{}", box), handset.Api().GetMessageCount(box)));
+    for (std::int32_t box = PHN_MESSAGE_BOX_FIRST; box <= PHN_MESSAGE_BOX_LAST; ++box) {
+        const std::string key = fmt::format("box{}", box);
+        const std::string name = labels.NameOf("messageBox", box);
+        section.fields.emplace_back(key, name.empty() ? key : name, handset.Api().GetMessageCount(box));
+    }
     return section;
 }
 

@@ -5,12 +5,15 @@
 #include "phnctl/ending.h"
 #include "phnctl/error_names.h"
 #include "phnctl/failure.h"
+#include "phnctl/port_finding.h"
 #include "phnctl/session.h"
 #include "phnctl/status_report.h"
+#include "phnctl/surroundings.h"
 #include "phnctl/text.h"
 #include "phnctl/watch_view.h"
 
 #include <algorithm>
+#include <atomic>
 #include <fmt/format.h>
 #include <system_error>
 
@@ -128,6 +131,30 @@ private:
     bool m_isSilent = false;
 };
 
+struct Waiting
+{
+    std::string reason;
+    std::string text;
+    std::string holders; // of the ports
+
+    std::vector<Field> Members() const
+    {
+        std::vector<Field> members{{"reason", "", reason}};
+        if (!holders.empty())
+            members.emplace_back("holders", "", holders);
+        return members;
+    }
+    bool operator==(const Waiting&) const = default;
+};
+
+// What is waited for when the library has given that answer.
+Waiting WaitingAfter(PHN_ERROR answer)
+{
+    if (const std::string holders = InUse(LookAtPorts(LookAround().entries)); !holders.empty())
+        return {"in-use", "until it is free: " + holders, holders};
+    return answer == PHN_ERROR_COMMUNICATION ? Waiting{"answer", kNoGreeting, ""} : Waiting{"search", kSearching, ""};
+}
+
 // Lives until the process ends when the library does not come back from a call.
 struct Watch
 {
@@ -150,24 +177,25 @@ struct Watch
         }
     }
 
-    // False when Stop was called.
+    // False when Stop was called, or a port that another program had is free.
     bool Greet(const Library& library)
     {
-        const char* reason = nullptr;
-        while (!changes.IsStopped()) {
+        PHN_ERROR answer = PHN_ERROR_NO_DEVICE;
+        for (Waiting before; !changes.IsStopped();) {
+            const Waiting now = WaitingAfter(answer);
+            isFreed = !before.holders.empty() && now.holders.empty();
+            if (isFreed)
+                return false;
             // What is waited for is said before the call, which may take 15 s.
-            if (!std::exchange(reason, reason ? reason : kSearching))
-                view->Show({"waiting", kSearching, {{"reason", "", "search"}}, {}, Effect::Missing});
-            const PHN_ERROR answer = library.Startup();
+            if (std::exchange(before, now) != now)
+                view->Show({"waiting", now.text, now.Members(), {}, Effect::Missing});
+            answer = library.Startup();
             if (answer == PHN_ERROR_NONE)
                 return true;
-            if (answer == PHN_ERROR_COMMUNICATION) {
-                if (std::exchange(reason, kNoGreeting) != kNoGreeting)
-                    view->Show({"waiting", kNoGreeting, {{"reason", "", "answer"}}, {}, Effect::Missing});
+            if (answer == PHN_ERROR_COMMUNICATION)
                 Sleep(kPauseAfterSilence);
-            } else if (answer != PHN_ERROR_NO_DEVICE) {
+            else if (answer != PHN_ERROR_NO_DEVICE)
                 throw Refusal(answer, Explain(answer));
-            }
         }
         return false;
     }
@@ -175,11 +203,11 @@ struct Watch
     const Options options;
     const std::unique_ptr<WatchView> view;
     Changes changes;
+    std::atomic<bool> isFreed = false;
 };
 
 int Follow(const Invocation& invocation)
 {
-    Session session(invocation.options);
     const auto watch = std::make_shared<Watch>(invocation.options);
     const HANDLE stop = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     if (!stop)
@@ -189,9 +217,15 @@ int Follow(const Invocation& invocation)
             watch->changes.Stop();
             SetEvent(stop);
         });
-        session.RunUntil(stop, [watch](const std::shared_ptr<Library>& library) { watch->Run(*library); });
+        // The library looks at USB ports when it is loaded and when one arrives, not when one becomes free.
+        for (bool goesOn = true; goesOn;) {
+            Session session(invocation.options);
+            session.RunUntil(stop, [watch](const std::shared_ptr<Library>& library) { watch->Run(*library); });
+            goesOn = watch->isFreed && !watch->changes.IsStopped();
+            if (!goesOn)
+                watch->view->Close();
+        }
     }
-    watch->view->Close();
     CloseHandle(stop);
     return kDone;
 }

@@ -15,9 +15,19 @@ namespace phnctl {
 
 namespace {
 
-std::string LineOf(const WatchEvent& event, std::time_t now)
+std::string LineOf(const std::string& name, const std::string& text, std::time_t now)
 {
-    return fmt::format("{:%H:%M:%S}  {:<12}  {}", fmt::localtime(now), event.name, Printable(event.text));
+    return fmt::format("{:%H:%M:%S}  {:<12}  {}", fmt::localtime(now), name, Printable(text));
+}
+
+// All of a section in one line.
+std::string ValuesOf(const Section& section)
+{
+    std::string text;
+    for (const Field& field : section.fields)
+        if (!field.label.empty())
+            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", field.label, field.shown);
+    return text;
 }
 
 class JsonLines final : public WatchView
@@ -34,14 +44,22 @@ class JsonLines final : public WatchView
 
 class TextLines final : public WatchView
 {
-    void Draw(const WatchEvent& event, std::time_t now) override { fmt::print("{}\n", LineOf(event, now)); }
+    void Draw(const WatchEvent& event, std::time_t now) override
+    {
+        fmt::print("{}\n", LineOf(event.name, event.text, now));
+        if (event.sections.size() > 1) // a handset that has come: its first values, of which others tell the changes
+            for (const Section& section : event.sections)
+                if (!section.title.empty())
+                    fmt::print("{}\n", LineOf(section.key, ValuesOf(section), now));
+    }
 };
 
 // The status as last known, and under it the last events.
 class Screen final : public WatchView
 {
-    static constexpr std::size_t kEvents = 6;
-    static constexpr std::size_t kFewEvents = 2; // that a small terminal shows
+    static constexpr std::size_t kKeptEvents = 100;
+    static constexpr std::size_t kWantedEvents = 6; // for which the status is shown in fewer lines
+    static constexpr std::size_t kFewEvents = 2;    // that a terminal shows on which it fits in no form
 
     void Draw(const WatchEvent& event, std::time_t now) override
     {
@@ -51,8 +69,8 @@ class Screen final : public WatchView
             m_state = "connected";
         if (event.effect == Effect::Missing)
             m_state = event.name + ": " + event.text;
-        m_events.push_back(LineOf(event, now));
-        if (m_events.size() > kEvents)
+        m_events.push_back(LineOf(event.name, event.text, now));
+        if (m_events.size() > kKeptEvents)
             m_events.pop_front();
         Redraw();
     }
@@ -74,6 +92,8 @@ class Screen final : public WatchView
         const unsigned width = std::max(host::TerminalWidth(stdout), 20u);
         const std::size_t room = std::max(host::TerminalHeight(stdout), 4u);
         std::vector<std::string> lines = SplitLines(ToText(Shown(), width - 1));
+        if (lines.size() + 1 + kWantedEvents > room)
+            lines = SplitLines(ToText(Compact(), width - 1));
         lines.emplace_back();
         const std::size_t left = room - std::min(lines.size(), room - kFewEvents);
         const std::size_t forEvents = std::min(m_events.size(), left);
@@ -99,6 +119,17 @@ class Screen final : public WatchView
             else
                 shown.sections.push_back(section);
         }
+        return shown;
+    }
+
+    // The same with the values of a section behind each other.
+    Report Compact() const
+    {
+        Report shown = Shown();
+        std::vector<Field>& head = shown.sections.front().fields;
+        for (std::size_t i = 1; i < shown.sections.size(); ++i)
+            head.emplace_back("", shown.sections[i].title, ValuesOf(shown.sections[i]));
+        shown.sections.resize(1);
         return shown;
     }
 
