@@ -81,6 +81,7 @@ TEST(CommandLine, EveryCommandHasHelpWithAnExample)
         const Outcome outcome = program.Run(Split(words + std::string(" --help")));
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         EXPECT_NE(outcome.out.find(std::string("  phnctl ") + words), std::string::npos) << outcome.out;
+        EXPECT_EQ(program.Run(Split(std::string("help ") + words)).out, outcome.out);
     }
 }
 

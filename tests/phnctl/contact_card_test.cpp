@@ -52,8 +52,8 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
               "item2.tel;type=pref;type=HOME:(555) 0101\r\nitem2.X-ABLabel:_$!<Home>!$_\r\n"
               "TEL;TYPE=WORK,FAX:555.0102\r\nTEL;TYPE=work:555 0103\r\nEMAIL;TYPE=INTERNET:a@b.example\r\n",
               "4.0"),
-         "FN=Ana|TEL;TYPE=CELL=+15550100p5|TEL;TYPE=HOME=5550101|TEL;TYPE=FAX=5550102|TEL;TYPE=WORK=5550103|"
-         "EMAIL=a@b.example|X-PHN-DEFAULT-NO=1|"},
+         "FN=Ana|TEL;TYPE=CELL=+15550100|TEL;TYPE=HOME=5550101|TEL;TYPE=FAX=5550102|TEL;TYPE=WORK=5550103|"
+         "EMAIL=a@b.example|X-PHN-DEFAULT-NO=1|extension-dropped@4(TEL)|"},
         {"2.1: bare types, quoted-printable over soft breaks, folded where a space belongs to the text",
          "BEGIN:VCARD\nVERSION:2.1\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCl=\nler;Zo=C3=\n=AB\n"
          "TEL;CELL;PREF:1\nTEL;HOME;FAX:2\nTEL;PAGER:3\nADR;HOME:;;;;;;\nNOTE:two\n  lines\nEND:VCARD\n",
@@ -66,6 +66,19 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          "FN=Berg, A;n\\né|TEL;TYPE=CELL=555|"},
         {"no usable FN", Card("FN:  \r\nN:Berg;Anna;Maria;Dr.;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
          "FN=Dr. Anna Maria Berg|TEL;TYPE=CELL=1|dropped@5(ORG)|"},
+        {"FN and N",
+         Card("FN:Dr. Ana Berg\r\nN:Berg;Ana;;Dr.;\r\nTEL:1\r\n") +
+             Card("FN:Berg\\, Ana\r\nN:Berg;Ana;;;\r\nTEL:1\r\n") +
+             Card("FN:Ana Berg\r\nN:Berg;Ana;;Dr.;\r\nTEL:1\r\n") + Card("FN:Mum\r\nN:Berg;Eva;;;\r\nTEL:1\r\n"),
+         "FN=Dr. Ana Berg|TEL;TYPE=CELL=1| // FN=Ana Berg|TEL;TYPE=CELL=1|name-from-parts@9(FN)| // "
+         "FN=Dr. Ana Berg|TEL;TYPE=CELL=1|name-from-parts@15(FN)| // FN=Mum|TEL;TYPE=CELL=1|dropped@22(N)|"},
+        {"labels of an address book; a person's own is dropped",
+         Card("FN:A\r\nitem1.TEL:1\r\nitem1.X-ABLabel:_$!<HomeFAX>!$_\r\nitem2.TEL:2\r\nitem2.X-ABLabel:Harbour\r\n"),
+         "FN=A|TEL;TYPE=FAX=1|TEL;TYPE=CELL=2|dropped@7(X-ABLABEL)|"},
+        {"numbers without their extensions",
+         Card("FN:A\r\nTEL:555 0100 ext. 22\r\nTEL:5550101x3\r\nTEL:5550102,,9\r\nTEL;TYPE=FAX:Max 5\r\n"),
+         "FN=A|TEL;TYPE=CELL=5550100|TEL;TYPE=HOME=5550101|TEL;TYPE=WORK=5550102pp9|extension-dropped@4(TEL)|"
+         "extension-dropped@5(TEL)|number-not-dialable@7(TEL)|"},
         {"the organisation is a name, too", Card("N:;;;;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
          "FN=Harbour|TEL;TYPE=CELL=1|"},
         {"several numbers of a kind; those without a type take what is left",

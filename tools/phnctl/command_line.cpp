@@ -115,11 +115,14 @@ std::size_t Distance(const std::string& from, const std::string& to)
     return row.back();
 }
 
-const std::string& Nearest(const std::string& word, const std::vector<std::string>& names)
+// Nothing when no name is near: half of the word's letters may be wrong, and no more than two.
+std::string DidYouMean(const std::string& word, const std::vector<std::string>& names)
 {
-    return *std::min_element(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
+    const auto nearest = std::min_element(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
         return Distance(word, a) < Distance(word, b);
     });
+    const std::size_t distance = Distance(word, *nearest);
+    return distance <= 2 && distance * 2 <= word.size() ? fmt::format("Did you mean '{}'? ", *nearest) : "";
 }
 
 class Line
@@ -136,6 +139,7 @@ public:
 
     void Parse(std::vector<std::string> arguments)
     {
+        TurnHelpIntoOption(arguments);
         RefuseUnknownCommand(arguments);
         std::reverse(arguments.begin(), arguments.end());
         try {
@@ -169,6 +173,18 @@ private:
         m_commands[app] = &command;
     }
 
+    // "help contacts list" is "contacts list --help".
+    void TurnHelpIntoOption(std::vector<std::string>& arguments) const
+    {
+        std::size_t i = 0;
+        while (i < arguments.size() && arguments[i].starts_with("--"))
+            i += TakesValue(arguments[i]) ? 2 : 1;
+        if (i >= arguments.size() || arguments[i] != "help")
+            return;
+        arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(i));
+        arguments.emplace_back("--help");
+    }
+
     // The parsing library takes a misspelt word for a surplus argument; a person meant a command.
     void RefuseUnknownCommand(const std::vector<std::string>& arguments) const
     {
@@ -184,7 +200,7 @@ private:
                 throw Failure(kUsage,
                               fmt::format("unknown command '{}'; allowed after '{}': {}", Printable(word), Name(at),
                                           fmt::join(names, ", ")),
-                              fmt::format("Did you mean '{}'? {}", Nearest(word, names), SeeHelp(at)));
+                              DidYouMean(word, names) + SeeHelp(at));
             }
         }
         const bool asksForText = std::any_of(arguments.begin(), arguments.end(), [](const std::string& word) {

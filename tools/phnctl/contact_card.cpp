@@ -2,12 +2,14 @@
 
 #include "phnctl/contact_fields.h"
 #include "phnctl/contact_fitter.h"
+#include "phnctl/contact_name.h"
 #include "phnctl/content_value.h"
 #include "phnctl/text.h"
 
 #include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
+#include <map>
 #include <windows.h>
 
 namespace phnctl {
@@ -17,9 +19,8 @@ using namespace contact_property;
 namespace {
 
 // What a card says about itself, and what another property says as well.
-constexpr std::string_view kSilent[] = {"N",         "PRODID",       "REV",     "UID",   "KIND",
-                                        "SOURCE",    "NAME",         "PROFILE", "CLASS", "SORT-STRING",
-                                        "X-ABLABEL", "CLIENTPIDMAP", "MAILER",  "BEGIN", "END"};
+constexpr std::string_view kSilent[] = {"N",       "PRODID", "REV",          "UID",    "KIND",  "SOURCE", "NAME",
+                                        "PROFILE", "CLASS",  "CLIENTPIDMAP", "MAILER", "BEGIN", "END"};
 
 bool IsIn(std::string_view name, std::span<const std::string_view> names)
 {
@@ -32,42 +33,39 @@ bool IsPreferred(const ContentLine& line)
 }
 
 // "tel:+1-555-0100;ext=5" (RFC 3966) as a number; what is no such address stays as it is.
-std::string NumberOf(std::string text)
+std::string NumberOf(const std::string& text)
 {
     if (!UpperCase(text).starts_with("TEL:"))
         return text;
-    const std::string upper = UpperCase(text);
-    const std::size_t extension = upper.find(";EXT=");
+    const std::size_t extension = UpperCase(text).find(";EXT=");
     std::string number = text.substr(4, text.find(';') - 4);
     if (extension != std::string::npos)
-        number += 'p' + text.substr(extension + 5, text.find(';', extension + 1) - extension - 5);
+        number += text.substr(extension, text.find(';', extension + 1) - extension);
     return number;
 }
 
-// The place of a telephone number by its types; empty when a handset has none for such a number.
-std::string NumberPlace(const ContentLine& line)
+// What an address book's own label says beyond the types: "_$!<HomeFAX>!$_" is HOMEFAX; empty for a person's words.
+std::string TypeOfLabel(const std::string& label)
 {
-    const auto is = [&](const char* type) { return line.HasParameter("TYPE", type); };
+    const std::string upper = UpperCase(label);
+    const bool isKnown = upper.starts_with("_$!<") && upper.ends_with(">!$_") && upper.size() > 8;
+    const std::string word = isKnown ? upper.substr(4, upper.size() - 8) : upper;
+    return isKnown || word == "IPHONE" ? word : "";
+}
+
+// The place of a telephone number by its types and its label; empty when a handset has none for such a number.
+std::string NumberPlace(const ContentLine& line, const std::string& label)
+{
+    const auto is = [&](const char* type) { return line.HasParameter("TYPE", type) || label == type; };
     if (is("PAGER") || is("MODEM") || is("BBS") || is("TEXTPHONE"))
         return {};
-    if (is("FAX"))
+    if (is("FAX") || label.ends_with("FAX"))
         return kFax;
-    if (is("CELL"))
+    if (is("CELL") || is("MOBILE") || is("IPHONE"))
         return kCell;
     if (is("HOME"))
         return kHome;
     return is("WORK") ? kWork : kAnyNumber;
-}
-
-// "Dr. Anna Maria Berg" from "Berg;Anna;Maria;Dr.;".
-std::string NameFromParts(const std::string& value)
-{
-    const std::vector<std::string> parts = SplitEscaped(value, ';');
-    std::string name;
-    for (const std::size_t part : {3u, 1u, 2u, 0u, 4u})
-        if (part < parts.size() && !parts[part].empty())
-            name += (name.empty() ? "" : " ") + parts[part];
-    return name;
 }
 
 class CardReader
@@ -77,6 +75,9 @@ public:
 
     Candidate Read(const std::string& file)
     {
+        for (const ContentLine& line : m_card.properties)
+            if (line.name == "X-ABLABEL")
+                m_labels.emplace(line.group, TypeOfLabel(Unescaped(DecodedValue(line))));
         TakeName();
         for (const ContentLine& line : m_card.properties)
             Take(line);
@@ -94,23 +95,41 @@ public:
     }
 
 private:
-    // FN, or what stands for it where it is missing or empty.
     void TakeName()
     {
-        for (const char* name : {"FN", "N", "NICKNAME", "ORG"}) {
-            for (const ContentLine& line : m_card.properties) {
-                if (line.name != name)
-                    continue;
-                const std::string value = DecodedValue(line);
-                const std::string text = line.name == "N"     ? NameFromParts(value)
-                                         : line.name == "ORG" ? SplitEscaped(value, ';').front()
-                                                              : Unescaped(value);
-                if (text.find_first_not_of(" \t\r\n") == std::string::npos)
-                    continue;
-                m_named = &line;
-                return Ask(kName, text, line);
-            }
+        const ContentLine* const formatted = FirstWithText("FN");
+        const ContentLine* const structured = FirstWithText("N");
+        if (!formatted && !structured)
+            return TakeOtherName();
+        const CardName name =
+            NameOfCard(formatted ? Unescaped(DecodedValue(*formatted)) : "",
+                       structured ? SplitEscaped(DecodedValue(*structured), ';') : std::vector<std::string>());
+        Ask(kName, name.text, name.isFromParts ? *structured : *formatted);
+        if (formatted && name.isFromParts)
+            m_dropped.push_back({"name-from-parts", "FN", formatted->line,
+                                 fmt::format("stored as '{}', of the parts that N names", name.text)});
+        if (!name.leftOut.empty())
+            m_dropped.push_back(
+                {"dropped", "N", structured->line, fmt::format("'{}' is not in the name that FN gives", name.leftOut)});
+    }
+
+    // What may stand for a name.
+    void TakeOtherName()
+    {
+        for (const char* name : {"NICKNAME", "ORG"}) {
+            m_named = FirstWithText(name);
+            if (m_named)
+                return Ask(kName, SplitEscaped(DecodedValue(*m_named), ';').front(), *m_named);
         }
+    }
+
+    const ContentLine* FirstWithText(std::string_view name) const
+    {
+        const auto found =
+            std::find_if(m_card.properties.begin(), m_card.properties.end(), [&](const ContentLine& line) {
+                return line.name == name && DecodedValue(line).find_first_not_of("; \t\r\n") != std::string::npos;
+            });
+        return found == m_card.properties.end() ? nullptr : &*found;
     }
 
     void Take(const ContentLine& line)
@@ -121,6 +140,8 @@ private:
             TakeNumber(line);
         else if (line.name == "EMAIL")
             TakeAddress(line);
+        else if (line.name == "X-ABLABEL" && !m_labels[line.group].empty())
+            return; // taken with what it labels
         else if (line.name == kLostText)
             m_hasLostText = true;
         else if (const char* own = OwnProperty(line.name))
@@ -140,7 +161,8 @@ private:
 
     void TakeNumber(const ContentLine& line)
     {
-        const std::string place = NumberPlace(line);
+        const auto label = line.group.empty() ? m_labels.end() : m_labels.find(line.group);
+        const std::string place = NumberPlace(line, label == m_labels.end() ? "" : label->second);
         const std::string number = NumberOf(Unescaped(DecodedValue(line)));
         if (place.empty())
             Drop(line);
@@ -181,6 +203,7 @@ private:
 
     const VCard& m_card;
     const ContentLine* m_named = nullptr;
+    std::map<std::string, std::string> m_labels; // by group
     std::vector<Wish> m_wishes;
     std::vector<Note> m_dropped;
     bool m_hasLostText = false;

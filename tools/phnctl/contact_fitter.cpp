@@ -1,6 +1,7 @@
 #include "phnctl/contact_fitter.h"
 
 #include "phnctl/contact_fields.h"
+#include "phnctl/contact_number.h"
 #include "phnctl/number.h"
 #include "phnctl/text.h"
 
@@ -36,36 +37,6 @@ bool IsNumber(std::string_view property)
 {
     return property == kAnyNumber || std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property) !=
                                          std::end(kNumberProperties);
-}
-
-// What a person writes into a number for the eye, the marks of text direction that address books add included.
-bool IsDecoration(std::string_view character)
-{
-    constexpr std::string_view kMarks[] = {" ",      "-",      "(",      ")",      ".",      "/",
-                                           "\t",     "_",      "\u00A0", "\u2010", "\u2011", "\u2012",
-                                           "\u2013", "\u2009", "\u202F", "\u200E", "\u200F", "\u202A",
-                                           "\u202C", "\u202D", "\u2066", "\u2068", "\u2069"};
-    return std::find(std::begin(kMarks), std::end(kMarks), character) != std::end(kMarks);
-}
-
-// The dialable characters; nothing when there is a character that means something else.
-std::optional<std::string> Dialable(std::string_view text)
-{
-    std::string number;
-    for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = CharacterLength(text.substr(i));
-        const char c = text[i];
-        if ((c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+')
-            number += c;
-        else if (c == 'p' || c == 'P' || c == ',')
-            number += 'p';
-        else if (c == 'w' || c == 'W' || c == ';')
-            number += 'w';
-        else if (!IsDecoration(text.substr(i, length)))
-            return std::nullopt;
-        i += length;
-    }
-    return number;
 }
 
 class Fitter
@@ -130,7 +101,10 @@ private:
 
     void TakeNumber(const Wish& wish)
     {
-        const auto number = Dialable(wish.value);
+        const auto [written, extension] = SplitExtension(wish.value);
+        const auto number = Dialable(written);
+        if (number && !extension.empty())
+            Tell("extension-dropped", wish, fmt::format("stored without its extension {}", extension));
         if (!number)
             Tell("number-not-dialable", wish, fmt::format("'{}' is no number that can be dialled", wish.value));
         else if (number->size() > kValueUnits)

@@ -144,14 +144,25 @@ public:
 
     bool LooksGarbled(const Entry& entry) const override { return MayHaveLostText(entry); }
 
-    std::vector<std::string> Columns() const override { return {"Name", "Mobile", "Home", "Work", "E-mail", "Group"}; }
+    std::vector<std::string> Columns() const override
+    {
+        return {"Name", "Mobile", "Home", "Work", "E-mail", "Group", "More"};
+    }
 
     std::vector<std::string> Row(const Entry& entry) const override
     {
-        const std::string mobile = ValueOf(entry, kCell);
-        return {ValueOf(entry, kName),  mobile.empty() ? ValueOf(entry, kMobile2) : mobile,
-                ValueOf(entry, kHome),  ValueOf(entry, kWork),
-                ValueOf(entry, kEmail), ValueOf(entry, kGroup)};
+        const auto first = [&](const char* property, const char* otherwise) {
+            const std::string value = ValueOf(entry, property);
+            return value.empty() ? ValueOf(entry, otherwise) : value;
+        };
+        std::vector<std::string> cells{ValueOf(entry, kName), first(kCell, kMobile2), ValueOf(entry, kHome),
+                                       ValueOf(entry, kWork), first(kEmail, kEmail2)};
+        const auto shown =
+            std::count_if(cells.begin() + 1, cells.end(), [](const auto& cell) { return !cell.empty(); });
+        const auto more = CountValues(entry) - static_cast<std::size_t>(shown);
+        cells.push_back(ValueOf(entry, kGroup));
+        cells.push_back(more == 0 ? "" : fmt::format("+{}", more));
+        return cells;
     }
 
     std::string Label(const std::string& property) const override { return LabelOf(property); }

@@ -130,6 +130,11 @@ Merged MergeContacts(const Entry& wanted, const Entry& present)
     return Merger(wanted, present).Merge();
 }
 
+std::size_t CountValues(const Entry& entry)
+{
+    return static_cast<std::size_t>(std::count_if(entry.fields.begin(), entry.fields.end(), IsValue));
+}
+
 bool ShareValue(const Entry& one, const Entry& other)
 {
     return std::any_of(one.fields.begin(), one.fields.end(), [&](const EntryField& field) {

@@ -10,6 +10,9 @@ namespace phnctl {
 // moves to the card's place, unless that would cost a number; one without a type takes a place that is free.
 Merged MergeContacts(const Entry& wanted, const Entry& present);
 
+// How many numbers and addresses it has.
+std::size_t CountValues(const Entry& entry);
+
 // True when they have a number or an address in common.
 bool ShareValue(const Entry& one, const Entry& other);
 

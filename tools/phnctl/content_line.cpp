@@ -86,6 +86,7 @@ void AddParameter(ContentLine& line, std::string_view text)
 
 void TakeApart(const std::string& text, ContentLine& line)
 {
+    line.group.clear();
     line.name.clear();
     line.parameters.clear();
     const std::size_t end = HeadEnd(text);
@@ -96,9 +97,11 @@ void TakeApart(const std::string& text, ContentLine& line)
     line.value = text.substr(end + 1);
     bool isName = true;
     SplitUnquoted(std::string_view(text).substr(0, end), ';', [&](std::string_view part) {
-        if (isName)
-            line.name = UpperCase(part.substr(part.rfind('.') + 1)); // without the group; npos + 1 is 0
-        else
+        if (isName) {
+            const std::size_t dot = part.rfind('.');
+            line.name = UpperCase(part.substr(dot + 1)); // npos + 1 is 0
+            line.group = UpperCase(dot == kNone ? "" : part.substr(0, dot));
+        } else
             AddParameter(line, part);
         isName = false;
     });

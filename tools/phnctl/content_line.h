@@ -19,6 +19,7 @@ struct ContentLine
     };
 
     std::size_t line = 0;              // where it begins, from 1
+    std::string group;                 // upper case; "ITEM1" of item1.TEL; mostly empty
     std::string name;                  // upper case, without its group; empty when the line has no colon
     std::vector<Parameter> parameters; // one for each value of a list
     std::string value;                 // joined, not decoded

@@ -187,7 +187,9 @@ std::string Summary(const EntryForm& form, const Plan& plan)
                       {count(Result::Failed), "failed"},
                       {plan.Count(Action::NoRoom), "without a place on the handset"},
                       {count(Result::NotTried), "not tried"}});
-    text += fmt::format(".\n{} of {} are on the handset.\n", same + count(Result::Written), all);
+    const std::size_t held = same + count(Result::Written);
+    text += all == 1 ? fmt::format(".\nIt is {}on the handset.\n", held == 1 ? "" : "not ")
+                     : fmt::format(".\n{} of {} {} on the handset.\n", held, all, held == 1 ? "is" : "are");
     if (count(Result::NotTried) != 0 && !plan.isFull)
         text += "Run it again to go on where it stopped.\n";
     return text + Remarks(plan);
