@@ -146,11 +146,11 @@ std::string Remarks(const Plan& plan)
     std::string text;
     const auto isWithout = [](const PlannedEntry& planned) { return planned.action == Action::NoRoom; };
     const auto without = std::find_if(plan.entries.begin(), plan.entries.end(), isWithout);
-    if (without != plan.entries.end())
+    if (plan.isFull)
+        text += "The handset is full; delete something to make room.\n";
+    else if (without != plan.entries.end())
         text += fmt::format("The handset is full before {}:{}; delete something to make room.\n",
                             Printable(without->from.file), without->from.line);
-    else if (plan.isFull)
-        text += "The handset is full; delete something to make room.\n";
     const auto kept = std::count_if(plan.entries.begin(), plan.entries.end(), [](const PlannedEntry& planned) {
         return std::any_of(planned.from.notes.begin(), planned.from.notes.end(),
                            [](const Note& note) { return note.code == kKept; });
