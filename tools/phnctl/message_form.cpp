@@ -138,7 +138,7 @@ Losses LossesOf(const std::vector<StoredMessage>& messages)
     if (timed != 0)
         losses.push_back({kPart, "the time", timed, {}});
     if (saved != 0)
-        losses.push_back({kPart, "the box, and whether it was read: it comes back as a newly saved one", saved, {}});
+        losses.push_back({kPart, "the box, and whether it was read (a restore saves it anew)", saved, {}});
     return losses;
 }
 

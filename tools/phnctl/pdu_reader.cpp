@@ -223,7 +223,7 @@ public:
         }
         ReadItems(1, m_bytes.size(), 0, m_pdu.content);
         if (m_pdu.problems.empty() && !m_pdu.content.from && !m_pdu.content.to)
-            m_pdu.problems.emplace_back("there is no address, which every message has: is the end missing?");
+            m_pdu.problems.emplace_back("there is no address, which every message has: the end may be missing");
         return std::move(m_pdu);
     }
 

@@ -50,7 +50,8 @@ PortFinding LookAtPort(const PortEntry& entry)
                         Holders(report.holders),
                         report.state == host::PortState::Free && !entry.kind.starts_with("foreign")};
     if (std::any_of(report.holders.begin(), report.holders.end(), IsThisTool))
-        finding.remedy = "wait until it has ended; in the middle of a write it must not be killed";
+        finding.remedy =
+            "wait until it ends, or end it with Ctrl-C where it runs; do not kill it, as it may be writing";
     if (!report.target.empty())
         finding.detail += " -> " + report.target;
     if (!report.reason.empty())

@@ -127,9 +127,9 @@ void Confirm(const Invocation& invocation, const std::string& question)
         return;
     const auto answer = host::Ask(question + " [y/N] ");
     if (!answer)
-        throw Failure(kUsage, "nobody can be asked on this input; say --yes to do it. Nothing was deleted.");
+        throw Failure(kUsage, "nobody can be asked on this input; say --yes to do it. Nothing was changed.");
     if (*answer != "y" && *answer != "Y" && *answer != "yes")
-        throw Failure(kRefused, "nothing was deleted.");
+        throw Failure(kRefused, "nothing was changed.");
 }
 
 } // namespace phnctl
