@@ -1,9 +1,11 @@
 // Calendars of other programs, and what a handset can hold of them.
 #include "phnctl/event_file.h"
-#include "phnctl/event_rule.h"
+#include "phnctl/event_words.h"
 
 #include <gtest/gtest.h>
 #include <libical/ical.h>
+#include <memory>
+#include <set>
 
 namespace phnctl {
 namespace {
@@ -12,7 +14,25 @@ constexpr const char* kZone = "BEGIN:VTIMEZONE\r\nTZID:Custom\r\nBEGIN:STANDARD\
                               "RRULE:FREQ=YEARLY;BYMONTH=10;BYDAY=-1SU\r\nTZOFFSETFROM:+0200\r\nTZOFFSETTO:+0100\r\n"
                               "END:STANDARD\r\nBEGIN:DAYLIGHT\r\nDTSTART:19700329T020000\r\n"
                               "RRULE:FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU\r\nTZOFFSETFROM:+0100\r\nTZOFFSETTO:+0200\r\n"
-                              "END:DAYLIGHT\r\nEND:VTIMEZONE\r\n";
+                              "END:DAYLIGHT\r\nEND:VTIMEZONE\r\n"
+                              "BEGIN:VTIMEZONE\r\nTZID:Fixed\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
+                              "TZOFFSETFROM:-0700\r\nTZOFFSETTO:-0700\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
+
+class LocalZone
+{
+public:
+    explicit LocalZone(const char* zone) { Set(zone); }
+    ~LocalZone() { Set("UTC0"); }
+    LocalZone(const LocalZone&) = delete;
+    LocalZone& operator=(const LocalZone&) = delete;
+
+private:
+    static void Set(const char* zone)
+    {
+        setenv("TZ", zone, 1);
+        tzset();
+    }
+};
 
 std::string Calendar(const std::string& components)
 {
@@ -38,6 +58,7 @@ std::string Show(const Candidate& candidate)
 
 TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
 {
+    const LocalZone zone("UTC0");
     const std::string noon = "SUMMARY:Tea\r\nDTSTART:20090310T120000\r\nDTEND:20090310T130000\r\n";
     const std::string held = "DESCRIPTION=Tea DTSTART=20090310T120000 DTEND=20090310T130000 ";
     const auto alarm = [&](const std::string& trigger) {
@@ -70,21 +91,34 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090710T003000\r\nDURATION:PT1H\r\n",
          "DESCRIPTION=Tea DTSTART=20090709T223000 DTEND=20090709T233000 TZID=UTC "},
         {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=WEEKLY\r\n",
-         held + "RRULE=FREQ=WEEKLY;INTERVAL=1 !zone-dropped "},
+         "DESCRIPTION=Tea DTSTART=20090310T100000 DTEND=20090310T110000 RRULE=FREQ=WEEKLY;INTERVAL=1 !zone-dropped "},
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T003000\r\nDURATION:PT1H\r\nRRULE:FREQ=WEEKLY;BYDAY=TU\r\n",
+         "DESCRIPTION=Tea DTSTART=20090309T223000 DTEND=20090309T233000 RRULE=FREQ=WEEKLY;INTERVAL=1;BYDAY=MO "
+         "!zone-dropped "},
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T003000\r\nDURATION:PT1H\r\nRRULE:FREQ=MONTHLY\r\n",
+         "cannot hold !zone-dropped !zone "},
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Fixed:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;UNTIL="
+         "20090401T190000Z\r\n",
+         held + "TZID=MST RRULE=FREQ=DAILY;UNTIL=20090401T190000Z;INTERVAL=1 "},
         {"SUMMARY:Tea\r\nDTSTART;TZID=Nowhere:20090310T120000\r\nDURATION:PT1H\r\n", held + "!unknown-zone "},
         // Alarms.
         {alarm("TRIGGER:-PT15M"), held + "TRIGGER=15 "},
         {alarm("TRIGGER:-P1D"), held + "TRIGGER=1440 "},
         {alarm("TRIGGER:-PT20M"), held + "TRIGGER=60 !alarm-moved "},
         {alarm("TRIGGER:-P1W"), held + "TRIGGER=2880 !alarm-moved "},
+        {noon + "BEGIN:VALARM\r\nTRIGGER;VALUE=DATE-TIME:19760401T005545Z\r\nACTION:NONE\r\nEND:VALARM\r\n", held},
         {alarm("TRIGGER:PT5M"), held + "TRIGGER=0 !alarm-moved "},
         {alarm("TRIGGER;RELATED=END:-PT1H"), held + "TRIGGER=0 "},
         {alarm("TRIGGER;VALUE=DATE-TIME:20090310T100000Z"), held + "TRIGGER=120 "},
         // Rules.
         {noon + "RRULE:FREQ=MONTHLY;BYDAY=TU;BYSETPOS=2;UNTIL=20091231\r\n",
          held + "RRULE=FREQ=MONTHLY;UNTIL=20091231T235959Z;INTERVAL=1;BYDAY=2TU "},
-        {noon + "RRULE:FREQ=WEEKLY;BYDAY=TH,TU;COUNT=4;WKST=SU\r\nEXDATE:20090312T120000\r\n",
-         held + "RRULE=FREQ=WEEKLY;COUNT=4;INTERVAL=1;BYDAY=TU,TH !exception-dropped "},
+        {noon + "RRULE:FREQ=WEEKLY;BYDAY=TH,TU;COUNT=4;WKST=SU\r\n",
+         held + "RRULE=FREQ=WEEKLY;COUNT=4;INTERVAL=1;BYDAY=TU,TH "},
+        {noon + "RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=SU,TU;WKST=SU\r\n", "cannot hold !rule "},
+        {noon + "RRULE:FREQ=YEARLY;BYDAY=TU;BYMONTH=3;BYSETPOS=2;UNTIL=99991231T000000Z\r\n",
+         held + "RRULE=FREQ=YEARLY;INTERVAL=1;BYDAY=2TU;BYMONTH=3 "},
+        {noon + "RRULE:FREQ=YEARLY;BYDAY=2TU\r\n", "cannot hold !rule "},
         {noon + "RRULE:FREQ=MONTHLY;BYDAY=MO,TU;BYSETPOS=1\r\n", "cannot hold !rule "},
         {noon + "RRULE:FREQ=HOURLY\r\n", "cannot hold !rule "},
         {noon + "RRULE:FREQ=YEARLY;BYWEEKNO=11\r\n", "cannot hold !rule "},
@@ -93,9 +127,15 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {noon + "RRULE:FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=10\r\n", "cannot hold !start-not-in-rule "},
         // What is none.
         {"SUMMARY:Tea\r\n", "cannot hold !not-an-event "},
-        {noon + "STATUS:CANCELLED\r\n", "cannot hold !not-an-event "},
+        {noon + "STATUS:CANCELLED\r\n", "cannot hold !cancelled "},
         {"SUMMARY:Tea\r\nDTSTART:20091171T120000\r\n", "cannot hold !no-time "},
         {"SUMMARY:Tea\r\nDTSTART:19801231T120000\r\n", "cannot hold !date-out-of-range "},
+        {"SUMMARY:Tea\r\nDTSTART;VALUE=DATE:19600229\r\nRRULE:FREQ=YEARLY\r\n",
+         "DESCRIPTION=Tea DTSTART=19840229T000000 DTEND=19840229T235900 RRULE=FREQ=YEARLY;INTERVAL=1 !start-moved "},
+        {"SUMMARY:Tea\r\nDTSTART:19801229T120000\r\nRRULE:FREQ=DAILY;COUNT=10\r\n",
+         "DESCRIPTION=Tea DTSTART=19810101T120000 DTEND=19810101T120000 RRULE=FREQ=DAILY;COUNT=7;INTERVAL=1 "
+         "!start-moved "},
+        {"SUMMARY:Tea\r\nDTSTART:19601231T120000\r\nRRULE:FREQ=YEARLY;COUNT=3\r\n", "cannot hold !date-out-of-range "},
         {"SUMMARY:Tea\r\nDTSTART:20380101T120000\r\n", "cannot hold !date-out-of-range "},
         {"SUMMARY:Tea\r\nDTSTART:20090310T120000\r\nDTEND:20090310T110000\r\n", "cannot hold !ends-before-it-starts "},
     };
@@ -114,7 +154,8 @@ TEST(EventFile, EverythingInAFileIsSpokenOf)
     ASSERT_EQ(candidates.size(), 3u);
     EXPECT_TRUE(candidates[0].fits);
     EXPECT_EQ(candidates[0].line, 4u);
-    EXPECT_FALSE(candidates[1].fits);
+    EXPECT_FALSE(candidates[1].isMeant);
+    EXPECT_EQ(*candidates[1].entry.Find("DESCRIPTION"), "x");
     EXPECT_TRUE(candidates[2].fits);
     EXPECT_EQ(candidates[2].line, 17u);
     for (const std::string text : {"", "x", "BEGIN:VCALENDAR\r\nPRODID:x\r\nBEGIN:VEVENT\r\n"}) {
@@ -166,16 +207,123 @@ TEST(EventFile, TheLibrarysTextAndTheToolsFilesComeBackUnchanged)
         const auto back = EventsOfFile("file", file);
         ASSERT_EQ(back.size(), 1u);
         EXPECT_TRUE(back.front().notes.empty());
-        Entry expected = event;
-        if (!event.Find("UID")) // files need one
-            expected.fields.push_back({"UID", "phnctl-3"});
-        EXPECT_EQ(back.front().entry, expected) << file;
+        EXPECT_EQ(back.front().entry, event) << file;
         // Another program reads the same.
         std::string foreign = file;
         foreign.replace(foreign.find("//phnctl//"), 2, "//another ");
         EXPECT_EQ(*EventsOfFile("file", foreign).front().entry.Find("DTSTART"),
                   event.Find("TZID") && *event.Find("TZID") == "EST" ? "20090310T100000" : "20090302T091500");
     }
+}
+
+// The starts of the events of a calendar, as libical finds them.
+std::multiset<std::string> StartsIn(const std::string& calendar)
+{
+    std::multiset<std::string> starts;
+    const std::unique_ptr<icalcomponent, decltype(&icalcomponent_free)> root(icalparser_parse_string(calendar.c_str()),
+                                                                             icalcomponent_free);
+    const auto add = [](icalcomponent*, icaltime_span* span, void* data) {
+        static_cast<std::multiset<std::string>*>(data)->insert(EventTimeText(TimeOf(span->start)));
+    };
+    for (icalcomponent* event = icalcomponent_get_first_component(root.get(), ICAL_VEVENT_COMPONENT); event;
+         event = icalcomponent_get_next_component(root.get(), ICAL_VEVENT_COMPONENT))
+        icalcomponent_foreach_recurrence(event, icaltime_from_string("19810101T000000Z"),
+                                         icaltime_from_string("20380101T000000Z"), add, &starts);
+    return starts;
+}
+
+TEST(EventFile, ASeriesGoesOnWithoutItsExceptions)
+{
+    const LocalZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+    const auto candidates =
+        EventsOfFile("file", Calendar(kZone +
+                                      Event("SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T120000\r\nDURATION:PT1H\r\n"
+                                            "RRULE:FREQ=WEEKLY;BYDAY=TU,TH;COUNT=10\r\nEXDATE:20090317T110000Z\r\n"
+                                            "EXDATE;TZID=Custom:20090331T120000,20090330T120000\r\n") +
+                                      Event("SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090327T150000\r\nDURATION:PT1H\r\n"
+                                            "RECURRENCE-ID;TZID=Custom:20090326T120000\r\n") +
+                                      Event("SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090402T120000\r\nSTATUS:CANCELLED\r\n"
+                                            "RECURRENCE-ID:20090402T100000Z\r\n")));
+    std::vector<StoredEntry> stored;
+    std::set<std::string> uids;
+    for (const Candidate& candidate : candidates) {
+        EXPECT_TRUE(candidate.fits || !candidate.isMeant) << Show(candidate);
+        if (!candidate.isMeant)
+            continue;
+        EXPECT_TRUE(uids.insert(*candidate.entry.Find("UID")).second) << Show(candidate);
+        stored.push_back({0, candidate.entry});
+    }
+    const std::string file = FileOfEvents(stored);
+    const std::multiset<std::string> expected{"20090310T120000", "20090312T120000", "20090319T120000",
+                                              "20090324T120000", "20090327T140000", "20090407T120000",
+                                              "20090409T120000"};
+    EXPECT_EQ(StartsIn(file), expected) << file;
+    const auto back = EventsOfFile("file", file);
+    ASSERT_EQ(back.size(), stored.size());
+    for (std::size_t i = 0; i < back.size(); ++i)
+        EXPECT_EQ(back[i].entry, stored[i].entry);
+}
+
+TEST(EventFile, TheLastOccurrenceIsTheSameForOtherPrograms)
+{
+    const LocalZone zone("EST5EDT,M3.2.0,M11.1.0");
+    const struct
+    {
+        const char* zone;
+        const char* start;
+        const char* end;
+        const char* until;
+        std::size_t count;
+    } cases[] = {
+        {"", "20091201T200000", "20091201T210000", "20091204T010000Z", 3}, // 20:00 of the third
+        {"", "20091201T200000", "20091201T210000", "20091204T005959Z", 2},
+        {"", "20091201T000000", "20091201T235900", "20091204T045959Z", 3},
+        {"", "20091201T000000", "20091203T235900", "20091204T050000Z", 4},
+        {"EST", "20091201T200000", "20091201T210000", "20091204T010000Z", 3},
+        {"UTC", "20091201T200000", "20091201T210000", "20091203T195959Z", 2},
+    };
+    for (const auto& event : cases) {
+        const bool isZoned = *event.zone != 0;
+        const Entry entry = EventFromLibrary(
+            "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nUID:{1}\r\nDESCRIPTION:Tea\r\nDTSTART" +
+            (isZoned && event.zone != std::string("UTC") ? std::string(";TZID=") + event.zone : "") + ":" +
+            event.start + (event.zone == std::string("UTC") ? "Z" : "") + "\r\nDTEND:" + event.end +
+            "\r\nRRULE:FREQ=DAILY;UNTIL=" + event.until + ";INTERVAL=1\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+        const StoredEntry stored{0, entry};
+        const std::string file = FileOfEvents({&stored, 1});
+        EXPECT_EQ(StartsIn(file).size(), event.count) << file;
+        EXPECT_EQ(
+            Occurrences(*ParseEventTime(event.start), RuleInOwnTime(*entry.Find("RRULE"), event.zone), {}, {9998}, 99)
+                .size(),
+            event.count)
+            << file;
+        EXPECT_EQ(EventsOfFile("file", file).front().entry, entry) << file;
+    }
+}
+
+TEST(EventFile, NoIdIsThereTwice)
+{
+    const Entry event = EventFromLibrary("BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nUID:{1}\r\nDESCRIPTION:Tea\r\n"
+                                         "DTSTART:20090310T120000\r\nDTEND:20090310T120000\r\nEND:VEVENT\r\n");
+    const std::vector<StoredEntry> twice{{0, event}, {1, event}};
+    const std::string file = FileOfEvents(twice);
+    EXPECT_NE(file.find("UID:1\r\n"), std::string::npos);
+    EXPECT_EQ(file.find("\nUID:1\r\n"), file.rfind("\nUID:1\r\n"));
+    for (const Candidate& candidate : EventsOfFile("file", file))
+        EXPECT_EQ(candidate.entry, event);
+}
+
+TEST(EventFile, NotesNameThePropertyAndItsLine)
+{
+    const auto candidates = EventsOfFile(
+        "file", Calendar(Event("SUMMARY:Te\r\n a\r\nDTSTART:20090310T120000\r\nLOCATION:here\r\nBEGIN:VALARM\r\n"
+                               "ACTION:AUDIO\r\nTRIGGER:-PT20M\r\nEND:VALARM\r\nRRULE:FREQ=HOURLY\r\n")));
+    ASSERT_EQ(candidates.size(), 1u);
+    const std::vector<std::pair<std::string, std::size_t>> expected{{"LOCATION", 10}, {"TRIGGER", 13}, {"RRULE", 15}};
+    std::vector<std::pair<std::string, std::size_t>> found;
+    for (const Note& note : candidates.front().notes)
+        found.emplace_back(note.property, note.line);
+    EXPECT_EQ(found, expected);
 }
 
 TEST(EventRule, IsToldInWords)
@@ -200,7 +348,7 @@ TEST(EventRule, IsToldInWords)
         EventRule rule;
         std::string problem;
         ASSERT_TRUE(rule.Parse(text, problem)) << text;
-        EXPECT_EQ(rule.Words(), words);
+        EXPECT_EQ(RuleWords(rule), words);
     }
 }
 

@@ -47,7 +47,8 @@ TEST_F(Events, ListsWhatIsComingInOrderInLocalTime)
         at = found;
     }
     const Outcome night = Run("events list --from 2009-03-29 --days 1 --json");
-    EXPECT_TRUE(Has(night.out, "\"start\":\"20090329T003000\",\"end\":\"20090329T090000\"")) << night.out;
+    EXPECT_TRUE(Has(night.out, "\"start\":\"2009-03-29T00:30:00+01:00\",\"end\":\"2009-03-29T09:00:00+02:00\""))
+        << night.out;
     EXPECT_TRUE(Has(Run("events list --stored --range 27-27").out, "every second Tuesday of the month"));
     EXPECT_TRUE(Has(Run("events get 29").out, "Alarm     1 day before\n"));
     EXPECT_EQ(Run("events list --from yesterday").status, 2);
@@ -115,6 +116,23 @@ TEST_F(Events, AForeignCalendarIsPlannedWrittenAndNotWrittenTwice)
     EXPECT_EQ(Run("events delete 35 --yes --no-copy").status, 0);
     EXPECT_EQ(Stored().size(), 35u);
     EXPECT_EQ(Run("events get 35").status, 1);
+}
+
+TEST_F(Events, AWholeDayStaysOneAndAToDoIsNoFailure)
+{
+    const std::string file = File("days.ics", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Example//EN\r\n"
+                                              "BEGIN:VTODO\r\nSUMMARY:Milk\r\nEND:VTODO\r\nBEGIN:VEVENT\r\nUID:a\r\n"
+                                              "SUMMARY:Fair\r\nDTSTART;VALUE=DATE:20090415\r\n"
+                                              "DTEND;VALUE=DATE:20090417\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n");
+    const Outcome import = Run("events import " + file);
+    EXPECT_EQ(import.status, 0) << import.out << import.err;
+    EXPECT_TRUE(Has(import.out, "left out     " + file + ":4  Milk\n")) << import.out;
+    EXPECT_TRUE(Has(import.out, "2 events: 1 added, 1 left out.\n1 of 1 is on the handset.\n")) << import.out;
+    EXPECT_TRUE(
+        Has(Run("events list --from 2009-04-15 --days 1").out, "Wed 2009-04-15        Thu 2009-04-16, all day"));
+    const Outcome exported = Run("events export -");
+    EXPECT_TRUE(Has(exported.out, "DTSTART;VALUE=DATE:20090415\r\nDTEND;VALUE=DATE:20090417\r\n")) << exported.out;
+    EXPECT_TRUE(Has(Run("events import -", exported.out).out, "36 events: 36 there already.\n"));
 }
 
 } // namespace

@@ -46,6 +46,7 @@ struct Candidate
     Entry entry;
     std::vector<Note> notes;
     bool fits = true;         // false: the handset cannot hold it; the last note says why
+    bool isMeant = true;      // false: it is nothing to store (a to-do among events); the last note says why
     bool hasLostText = false; // the file says of itself that characters of it were lost to a code page
 };
 

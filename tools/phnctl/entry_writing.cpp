@@ -40,6 +40,7 @@ std::uint32_t FirstEmpty(const Handset& handset, const EntryKind& kind)
 int Put(const Invocation& invocation, const EntryKind& kind)
 {
     auto candidates = ReadCandidates(kind, {*invocation.Value("FILE")}, invocation.Has(kAcceptLoss));
+    std::erase_if(candidates, [](const Candidate& candidate) { return !candidate.isMeant; });
     if (candidates.size() != 1)
         throw Failure(kUsage, fmt::format("the file holds {} {}; 'put' takes one, 'import' takes all of them",
                                           candidates.size(), kind.Many()));

@@ -13,16 +13,23 @@
 
 namespace phnctl {
 
+// What the tool names itself in its files.
+inline constexpr const char* kCalendarProduct = "-//phnctl//phnctl//EN";
+
 std::vector<Candidate> EventsOfFile(const std::string& file, const std::string& text);
 
-// With the definitions of the zones that it uses; escaped, lines folded at 75 bytes.
+// With the definitions of the zones that it uses; escaped, lines folded at 75 bytes, each id once.
 std::string FileOfEvents(std::span<const StoredEntry> events);
 
 // One event in the library's dialect, from and to the code page.
 Entry EventFromLibrary(std::string_view text);
 std::string EventToLibrary(const Entry& event);
 
-// The events of another program's calendar, in UTF-8. Every component that is no event comes as a draft with a problem.
+// The events of the library's text and of the tool's own files, in UTF-8.
+std::vector<EventDraft> ReadOwnEvents(std::string_view text);
+
+// The events of another program's calendar, in UTF-8. Series are parted at their exceptions; what is
+// no event comes as a draft that is not meant.
 std::vector<EventDraft> ReadForeignEvents(const std::string& text);
 
 // The starts of a repeating event that fall into a span, at most so many, in the event's own time. Throws Failure

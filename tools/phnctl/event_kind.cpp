@@ -2,7 +2,7 @@
 
 #include "phnctl/event_fields.h"
 #include "phnctl/event_file.h"
-#include "phnctl/event_rule.h"
+#include "phnctl/event_words.h"
 #include "phnctl/number.h"
 #include "phnctl/text.h"
 
@@ -27,19 +27,6 @@ struct PropertyLabel
 constexpr PropertyLabel kLabels[] = {
     {kText, "Text"},   {kStart, "Start"},   {kEnd, "End"}, {kZone, "Zone"},       {kRule, "Repeats"},
     {kAlarm, "Alarm"}, {kRinger, "Ringer"}, {kUid, "Id"},  {kCreated, "Created"}, {kModified, "Modified"}};
-
-std::string ValueOf(const Entry& entry, const char* property)
-{
-    const std::string* value = entry.Find(property);
-    return value ? *value : std::string();
-}
-
-// A property of its own time as people read it; empty if it is none.
-std::string ShownTime(const Entry& entry, const char* property)
-{
-    const auto time = ParseEventTime(ValueOf(entry, property));
-    return time ? Shown(*time) : std::string();
-}
 
 class Events : public EntryKind
 {
@@ -110,11 +97,15 @@ public:
 
     std::vector<std::string> Row(const Entry& entry) const override
     {
-        return {ShownTime(entry, kStart),
-                ShownTime(entry, kEnd),
-                ValueOf(entry, kZone),
+        const std::string zone = ValueOf(entry, kZone);
+        const auto start = ParseEventTime(ValueOf(entry, kStart));
+        const auto end = ParseEventTime(ValueOf(entry, kEnd));
+        const ShownSpan span = start && end ? SpanInWords(*start, *end, IsAllDay(entry)) : ShownSpan();
+        return {span.start,
+                span.end,
+                zone,
                 ValueOf(entry, kText),
-                RuleInWords(ValueOf(entry, kRule)),
+                RuleInWords(ValueOf(entry, kRule), zone),
                 AlarmInWords(ValueOf(entry, kAlarm))};
     }
 
@@ -127,17 +118,23 @@ public:
     std::vector<Field> Details(const Handset&, const Entry& entry) const override
     {
         std::vector<Field> details;
-        const auto add = [&](const char* property, const std::string& shown) {
-            if (!entry.Find(property) || shown.empty())
-                return;
-            Field field(property, Label(property), ValueOf(entry, property));
-            field.shown = shown;
-            details.push_back(std::move(field));
-        };
+        const bool isAllDay = IsAllDay(entry);
         for (const char* property : {kStart, kEnd, kCreated, kModified})
-            add(property, ShownTime(entry, property));
-        add(kRule, RuleInWords(ValueOf(entry, kRule)));
-        add(kAlarm, AlarmInWords(ValueOf(entry, kAlarm)));
+            if (const auto time = ParseEventTime(ValueOf(entry, property))) {
+                const bool isStamp = property == kCreated || property == kModified; // in UTC
+                const bool isDay = isAllDay && !isStamp;
+                details.emplace_back(property, Label(property),
+                                     IsoText(*time, isStamp ? kUtcZone : ValueOf(entry, kZone)));
+                details.back().shown = isDay ? ShownDay(*time) + ", all day" : Shown(*time);
+            }
+        if (entry.Find(kRule)) {
+            details.emplace_back(kRule, Label(kRule), ValueOf(entry, kRule));
+            details.back().shown = RuleInWords(ValueOf(entry, kRule), ValueOf(entry, kZone));
+        }
+        if (const auto lead = ParseNumber(ValueOf(entry, kAlarm), 0x7FFFFFFF)) {
+            details.emplace_back(kAlarm, Label(kAlarm), *lead);
+            details.back().shown = AlarmInWords(ValueOf(entry, kAlarm));
+        }
         return details;
     }
 };
@@ -148,28 +145,6 @@ const EntryKind& EventKind()
 {
     static const Events kind;
     return kind;
-}
-
-std::string AlarmInWords(const std::string& minutes)
-{
-    const auto lead = ParseNumber(minutes, 0x7FFFFFFF);
-    if (!lead)
-        return minutes;
-    const auto inUnits = [&](std::uint64_t size, const char* unit) {
-        return fmt::format("{} {}{} before", *lead / size, unit, *lead == size ? "" : "s");
-    };
-    return *lead == 0          ? "at the start"
-           : *lead % 1440 == 0 ? inUnits(1440, "day")
-           : *lead % 60 == 0   ? inUnits(60, "hour")
-                               : inUnits(1, "minute");
-}
-
-std::string RuleInWords(const std::string& rule)
-{
-    EventRule parsed;
-    std::string problem;
-    const bool isHeld = parsed.Parse(rule, problem) && !parsed.frequency.empty();
-    return isHeld ? parsed.Words() : rule;
 }
 
 } // namespace phnctl

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <optional>
@@ -14,29 +15,9 @@ namespace phnctl {
 namespace {
 
 constexpr std::array<std::string_view, 7> kDays = {"MO", "TU", "WE", "TH", "FR", "SA", "SU"};
-constexpr const char* kDayNames[] = {"Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday"};
-constexpr const char* kMonthNames[] = {"January", "February", "March",     "April",   "May",      "June",
-                                       "July",    "August",   "September", "October", "November", "December"};
 constexpr std::size_t kLongestDays = 39; // characters of a BYDAY list that the library reads
 
-struct Frequency
-{
-    std::string_view name;
-    const char* one;  // "month"
-    const char* each; // of an interval of 1
-};
-constexpr Frequency kFrequencies[] = {
-    {"DAILY", "day", "every day"},
-    {"WEEKLY", "week", "every week"},
-    {"MONTHLY", "month", "every month"},
-    {"YEARLY", "year", "every year"},
-};
-
-const Frequency* FrequencyOf(std::string_view name)
-{
-    const auto* found = std::ranges::find(kFrequencies, name, &Frequency::name);
-    return found == std::end(kFrequencies) ? nullptr : found;
-}
+constexpr std::array<std::string_view, 4> kFrequencies = {"DAILY", "WEEKLY", "MONTHLY", "YEARLY"};
 
 std::vector<std::string> Split(const std::string& text, char separator)
 {
@@ -94,7 +75,8 @@ void Arrange(std::vector<int>& numbers)
 // The second of all Tuesdays is the second Tuesday; of several weekdays there is no such short form.
 bool TakePosition(EventRule& rule, int position)
 {
-    if (rule.frequency != "MONTHLY" || rule.days.size() != 1 || rule.days.front().week != 0)
+    const bool isInMonth = rule.frequency == "MONTHLY" || (rule.frequency == "YEARLY" && rule.months.size() == 1);
+    if (!isInMonth || !rule.monthDays.empty() || rule.days.size() != 1 || rule.days.front().week != 0)
         return false;
     rule.days.front().week = position;
     return true;
@@ -110,49 +92,33 @@ bool ArrangeDays(std::vector<EventRule::Day>& days)
     return std::ranges::adjacent_find(days, {}, place) == days.end();
 }
 
+// "20091231", "20091231T120000" or "20091231T120000Z" of a year that the library takes.
+bool IsEnd(const std::string& until)
+{
+    const bool isDate = until.size() == 8;
+    const auto time = ParseEventTime(isDate ? until + "T000000" : until);
+    return time && time->year >= kFirstYear &&
+           (isDate || until.size() == 15 || (until.size() == 16 && until[15] == 'Z'));
+}
+
+// Every other week from Sunday is not every other week from Monday, as the handset counts them.
+bool IsSplitByWeekStart(const EventRule& rule, int weekStart)
+{
+    const auto isBefore = [&](const EventRule::Day& day) { return day.day < weekStart; };
+    return rule.frequency == "WEEKLY" && rule.interval > 1 && std::ranges::any_of(rule.days, isBefore) &&
+           !std::ranges::all_of(rule.days, isBefore);
+}
+
+bool Holds(const std::vector<int>& numbers, int fromFront, int fromEnd)
+{
+    return numbers.empty() ||
+           std::ranges::any_of(numbers, [&](int number) { return number == fromFront || number == fromEnd; });
+}
+
 std::string DayText(const EventRule::Day& day)
 {
     const auto name = kDays[static_cast<std::size_t>(day.day)];
     return day.week == 0 ? std::string(name) : fmt::format("{}{}", day.week, name);
-}
-
-std::string Ordinal(int number)
-{
-    constexpr const char* kWords[] = {"first", "second", "third", "fourth", "fifth"};
-    if (number == -1)
-        return "last";
-    const int size = number < 0 ? -number : number;
-    const std::string word = size <= 5 ? kWords[size - 1] : fmt::format("{}th", size);
-    return number < 0 ? word + " to last" : word;
-}
-
-// "a, b and c".
-std::string Listed(const std::vector<std::string>& items)
-{
-    if (items.size() < 2)
-        return items.empty() ? std::string() : items.front();
-    return fmt::format("{} and {}", fmt::join(items.begin(), items.end() - 1, ", "), items.back());
-}
-
-std::string DaysInWords(const std::vector<EventRule::Day>& days)
-{
-    std::vector<std::string> names;
-    for (const EventRule::Day& day : days)
-        names.push_back((day.week == 0 ? "" : Ordinal(day.week) + ' ') + kDayNames[day.day]);
-    return Listed(names);
-}
-
-std::string MonthDaysInWords(const std::vector<int>& days)
-{
-    std::vector<std::string> names;
-    for (const int day : days)
-        names.push_back(day > 0 ? fmt::format("day {}", day) : fmt::format("the {} day", Ordinal(day)));
-    return Listed(names);
-}
-
-bool AreWeekdays(const std::vector<EventRule::Day>& days)
-{
-    return days.size() == 5 && std::ranges::all_of(days, [](const auto& day) { return day.week == 0 && day.day < 5; });
 }
 
 } // namespace
@@ -161,6 +127,7 @@ bool EventRule::Parse(std::string_view text, std::string& problem)
 {
     *this = {};
     std::vector<int> positions;
+    std::vector<Day> weekStart;
     for (const std::string& part : Split(UpperCase(text), ';')) {
         const std::size_t equals = std::min(part.find('='), part.size());
         const std::string name = part.substr(0, equals);
@@ -168,14 +135,14 @@ bool EventRule::Parse(std::string_view text, std::string& problem)
         bool isHeld = true;
         if (name == "FREQ") {
             frequency = value;
-            isHeld = FrequencyOf(value);
+            isHeld = std::ranges::count(kFrequencies, value) != 0;
         } else if (name == "COUNT" || name == "INTERVAL") {
             const auto number = ParseNumber(value, 0x7FFFFFFF);
             isHeld = number && *number != 0;
             (name == "COUNT" ? count : interval) = static_cast<unsigned>(number.value_or(0));
         } else if (name == "UNTIL") {
-            until = value.size() == 8 ? value + "T235959Z" : value.size() == 15 ? value + 'Z' : value;
-            isHeld = until.size() == 16;
+            until = value.starts_with("9999") ? "" : value; // how some say that there is no end
+            isHeld = until.empty() || IsEnd(until);
         } else if (name == "BYDAY") {
             isHeld = ParseDays(value, days) && value.size() <= kLongestDays;
         } else if (name == "BYMONTH") {
@@ -184,7 +151,9 @@ bool EventRule::Parse(std::string_view text, std::string& problem)
             isHeld = ParseNumbers(value, 31, true, monthDays);
         } else if (name == "BYSETPOS") {
             isHeld = ParseNumbers(value, 5, true, positions) && positions.size() == 1;
-        } else if (name != "WKST" && !part.empty()) {
+        } else if (name == "WKST") {
+            isHeld = ParseDays(value, weekStart) && weekStart.size() == 1;
+        } else if (!part.empty()) {
             isHeld = false;
         }
         if (!isHeld) {
@@ -200,6 +169,14 @@ bool EventRule::Parse(std::string_view text, std::string& problem)
     }
     if (!ArrangeDays(days)) {
         problem = "two weeks of one weekday";
+        return false;
+    }
+    if (!weekStart.empty() && IsSplitByWeekStart(*this, weekStart.front().day)) {
+        problem = fmt::format("WKST={}", kDays[static_cast<std::size_t>(weekStart.front().day)]);
+        return false;
+    }
+    if (frequency == "YEARLY" && months.empty() && std::ranges::any_of(days, [](const Day& day) { return day.week; })) {
+        problem = "a weekday of the year";
         return false;
     }
     return true;
@@ -227,34 +204,56 @@ std::string EventRule::Text() const
     return text;
 }
 
-std::string EventRule::Words() const
+void EventRule::EndInOwnTime(std::string_view zone)
 {
-    const Frequency* const unit = FrequencyOf(frequency);
-    if (!unit)
-        return {};
-    std::string words = interval == 1 ? unit->each : fmt::format("every {} {}s", interval, unit->one);
-    const bool isByWeek = std::ranges::any_of(days, [](const Day& day) { return day.week != 0; });
-    if (isByWeek && frequency == "MONTHLY" && interval == 1)
-        words = fmt::format("every {} of the month", DaysInWords(days));
-    else if (isByWeek)
-        words += fmt::format(", on the {} of the month", DaysInWords(days));
-    else if (AreWeekdays(days) && frequency == "WEEKLY" && interval == 1)
-        words = "every weekday";
-    else if (!days.empty())
-        words += " on " + DaysInWords(days);
-    std::vector<std::string> names;
-    for (const int month : months)
-        names.push_back(kMonthNames[month - 1]);
-    if (frequency == "YEARLY" && months.size() == 1 && monthDays.size() == 1 && monthDays.front() > 0)
-        words += fmt::format(" on {} {}", monthDays.front(), names.front());
-    else if (!months.empty() || !monthDays.empty())
-        words += (months.empty() ? "" : " in " + Listed(names)) +
-                 (monthDays.empty() ? "" : " on " + MonthDaysInWords(monthDays));
-    if (count != 0)
-        words += count == 1 ? ", once" : fmt::format(", {} times", count);
-    else if (!until.empty())
-        words += fmt::format(" until {}-{}-{}", until.substr(0, 4), until.substr(4, 2), until.substr(6, 2));
-    return words;
+    if (until.size() == 8)
+        until += "T235959";
+    else if (until.size() == 16)
+        until = EventTimeText(ZoneTimeOf(ParseEventTime(until).value_or(EventTime()), zone));
+}
+
+void EventRule::EndInUtc(std::string_view zone)
+{
+    if (until.size() == 16)
+        return;
+    EndInOwnTime(zone);
+    if (const auto end = ParseEventTime(until))
+        until = EventTimeText(UtcTimeOf(*end, zone)) + 'Z';
+}
+
+bool EventRule::Lists(const EventTime& start) const
+{
+    using namespace std::chrono;
+    const year_month_day date(year(start.year), month(start.month), day(start.day));
+    const auto length =
+        static_cast<int>(static_cast<unsigned>(year_month_day_last(date.year(), month_day_last(date.month())).day()));
+    const auto today = static_cast<int>(start.day);
+    const auto weekdayIndex = static_cast<int>(weekday(sys_days(date)).iso_encoding()) - 1;
+    const bool isDay = days.empty() || std::ranges::any_of(days, [&](const Day& listed) {
+                           return listed.day == weekdayIndex && (listed.week == 0 || listed.week == (today + 6) / 7 ||
+                                                                 listed.week == -((length - today + 7) / 7));
+                       });
+    return isDay && Holds(months, static_cast<int>(start.month), 0) && Holds(monthDays, today, today - length - 1);
+}
+
+bool EventRule::MoveDays(int distance)
+{
+    const bool isFree =
+        months.empty() && monthDays.empty() &&
+        ((frequency == "DAILY" && days.empty()) || (frequency == "WEEKLY" && (interval == 1 || days.size() < 2)));
+    for (Day& day : days)
+        day.day = ((day.day + distance) % 7 + 7) % 7;
+    return isFree && ArrangeDays(days);
+}
+
+std::string RuleInOwnTime(const std::string& text, std::string_view zone)
+{
+    EventRule rule;
+    std::string problem;
+    if (!rule.Parse(text, problem))
+        return text;
+    rule.EndInOwnTime(zone);
+    return rule.Text();
 }
 
 } // namespace phnctl

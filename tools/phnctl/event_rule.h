@@ -2,6 +2,8 @@
 // in words. Used by the event kind, for the handset's own rules and for those of files alike.
 #pragma once
 
+#include "phnctl/event_time.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,7 +22,8 @@ struct EventRule
 
     std::string frequency; // "DAILY", "WEEKLY", "MONTHLY" or "YEARLY"; empty: the event does not repeat
     unsigned count = 0;    // 0: not counted
-    std::string until;     // "20091231T000000Z"; empty: none
+    // "20091231T000000Z", in UTC; without the Z in the event's own time; "20091231", that whole day. Empty: none.
+    std::string until;
     unsigned interval = 1;
     std::vector<Day> days;
     std::vector<int> months;
@@ -32,8 +35,18 @@ struct EventRule
     // As the library writes it of what the handset holds, and empty for an event that does not repeat.
     std::string Text() const;
 
-    // "every second Tuesday of the month until 2009-12-31".
-    std::string Words() const;
+    // Brings the end to the event's own time, and to UTC as the library keeps it.
+    void EndInOwnTime(std::string_view zone);
+    void EndInUtc(std::string_view zone);
+
+    // Is the start one of the days that the rule lists?
+    bool Lists(const EventTime& start) const;
+
+    // The rule of an event that lies so many days later. False: no rule says so.
+    bool MoveDays(int distance);
 };
+
+// The text of a rule whose end is a time of the event's own, as a search for occurrences needs it.
+std::string RuleInOwnTime(const std::string& text, std::string_view zone);
 
 } // namespace phnctl

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <fmt/format.h>
 #include <iterator>
 #include <windows.h>
@@ -29,6 +30,18 @@ unsigned Digits(std::string_view text, std::size_t at, std::size_t count)
 EventTime FromSystem(const SYSTEMTIME& time)
 {
     return {time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond};
+}
+
+SYSTEMTIME ToSystem(const EventTime& time)
+{
+    SYSTEMTIME system{};
+    system.wYear = static_cast<WORD>(time.year);
+    system.wMonth = static_cast<WORD>(time.month);
+    system.wDay = static_cast<WORD>(time.day);
+    system.wHour = static_cast<WORD>(time.hour);
+    system.wMinute = static_cast<WORD>(time.minute);
+    system.wSecond = static_cast<WORD>(time.second);
+    return system;
 }
 
 } // namespace
@@ -91,21 +104,33 @@ std::optional<int> HoursBehindUtc(std::string_view zone)
     return zone == kUtcZone ? std::optional<int>(0) : std::nullopt;
 }
 
-EventTime LocalTimeOf(const EventTime& time, std::string_view zone)
+std::string NameOfZone(int hoursBehind)
 {
-    const auto hoursBehind = HoursBehindUtc(zone);
-    if (!hoursBehind)
-        return time;
-    const EventTime utc = TimeOf(SecondsOf(time) + *hoursBehind * 3600);
-    SYSTEMTIME system{};
-    system.wYear = static_cast<WORD>(utc.year);
-    system.wMonth = static_cast<WORD>(utc.month);
-    system.wDay = static_cast<WORD>(utc.day);
-    system.wHour = static_cast<WORD>(utc.hour);
-    system.wMinute = static_cast<WORD>(utc.minute);
-    system.wSecond = static_cast<WORD>(utc.second);
+    const auto* found = std::ranges::find(kZones, hoursBehind, &Zone::hoursBehind);
+    return found == std::end(kZones) ? std::string() : std::string(found->name);
+}
+
+EventTime UtcTimeOf(const EventTime& time, std::string_view zone)
+{
+    if (const auto hoursBehind = HoursBehindUtc(zone))
+        return TimeOf(SecondsOf(time) + *hoursBehind * 3600);
+    const SYSTEMTIME local = ToSystem(time);
+    SYSTEMTIME utc{};
+    return TzSpecificLocalTimeToSystemTime(nullptr, &local, &utc) ? FromSystem(utc) : time;
+}
+
+EventTime ZoneTimeOf(const EventTime& utc, std::string_view zone)
+{
+    if (const auto hoursBehind = HoursBehindUtc(zone))
+        return TimeOf(SecondsOf(utc) - *hoursBehind * 3600);
+    const SYSTEMTIME system = ToSystem(utc);
     SYSTEMTIME local{};
     return SystemTimeToTzSpecificLocalTime(nullptr, &system, &local) ? FromSystem(local) : utc;
+}
+
+EventTime LocalTimeOf(const EventTime& time, std::string_view zone)
+{
+    return HoursBehindUtc(zone) ? ZoneTimeOf(UtcTimeOf(time, zone), "") : time;
 }
 
 EventTime LocalNow()
@@ -115,12 +140,32 @@ EventTime LocalNow()
     return FromSystem(now);
 }
 
-std::string Shown(const EventTime& time)
+bool AreWholeDays(const EventTime& start, const EventTime& end)
+{
+    const bool beginsDay = start.hour == 0 && start.minute == 0 && start.second == 0;
+    const bool isLastMinute = end.hour == 23 && end.minute == 59;
+    const bool isMidnight = end.hour == 0 && end.minute == 0 && end.second == 0;
+    return beginsDay && start < end && (isLastMinute || isMidnight);
+}
+
+std::string ShownDay(const EventTime& time)
 {
     constexpr const char* kDays[] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
     const std::int64_t days = SecondsOf(time) / 86400; // since a Thursday
-    return fmt::format("{} {:04}-{:02}-{:02} {:02}:{:02}", kDays[((days + 3) % 7 + 7) % 7], time.year, time.month,
-                       time.day, time.hour, time.minute);
+    return fmt::format("{} {:04}-{:02}-{:02}", kDays[((days + 3) % 7 + 7) % 7], time.year, time.month, time.day);
+}
+
+std::string Shown(const EventTime& time)
+{
+    return fmt::format("{} {:02}:{:02}", ShownDay(time), time.hour, time.minute);
+}
+
+std::string IsoText(const EventTime& time, std::string_view zone)
+{
+    const std::int64_t minutes = (SecondsOf(time) - SecondsOf(UtcTimeOf(time, zone))) / 60;
+    return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}{}{:02}:{:02}", time.year, time.month, time.day, time.hour,
+                       time.minute, time.second, minutes < 0 ? '-' : '+', std::abs(minutes) / 60,
+                       std::abs(minutes) % 60);
 }
 
 } // namespace phnctl

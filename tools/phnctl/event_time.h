@@ -20,6 +20,9 @@ struct EventTime
     auto operator<=>(const EventTime&) const = default;
 };
 
+inline constexpr int kFirstYear = 1981; // that a handset keeps
+inline constexpr int kLastYear = 2037;
+
 // "20090310T120000", with anything behind it. Nothing for what is no date or no time.
 std::optional<EventTime> ParseEventTime(std::string_view text);
 std::string EventTimeText(const EventTime& time);
@@ -29,15 +32,26 @@ std::int64_t SecondsOf(const EventTime& time);
 EventTime TimeOf(std::int64_t seconds);
 
 // The zones by the names under which the library writes them. Local time has the empty name, UTC is "UTC"; the others
-// are as many hours behind it, the whole year.
+// are as many hours behind it, the whole year. NameOfZone finds the first of those; empty: there is none.
 std::optional<int> HoursBehindUtc(std::string_view zone);
+std::string NameOfZone(int hoursBehind);
 inline constexpr const char* kUtcZone = "UTC";
+
+// From a zone's time to UTC and back; the system's own rules tell what local time is.
+EventTime UtcTimeOf(const EventTime& time, std::string_view zone);
+EventTime ZoneTimeOf(const EventTime& utc, std::string_view zone);
 
 // A time of a zone as the system's local time, and the present.
 EventTime LocalTimeOf(const EventTime& time, std::string_view zone);
 EventTime LocalNow();
 
-// "Tue 2009-03-10 12:00".
-std::string Shown(const EventTime& time);
+// From the first minute of a day to the last of it or of a later one, or to the midnight behind it.
+bool AreWholeDays(const EventTime& start, const EventTime& end);
+
+std::string Shown(const EventTime& time);    // "Tue 2009-03-10 12:00"
+std::string ShownDay(const EventTime& time); // "Tue 2009-03-10"
+
+// "2009-03-10T12:00:00-05:00", a time of a zone as JSON has it.
+std::string IsoText(const EventTime& time, std::string_view zone);
 
 } // namespace phnctl

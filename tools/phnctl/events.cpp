@@ -4,6 +4,8 @@
 #include "phnctl/event_fields.h"
 #include "phnctl/event_file.h"
 #include "phnctl/event_kind.h"
+#include "phnctl/event_rule.h"
+#include "phnctl/event_words.h"
 #include "phnctl/failure.h"
 #include "phnctl/inventory.h"
 #include "phnctl/number.h"
@@ -74,8 +76,9 @@ void Collect(const StoredEntry& stored, const Span& span, std::vector<Occurrence
     // A day more on both sides, as the span is local time and the event's may be another.
     const EventTime first = TimeOf(SecondsOf(span.from) - length - kDay);
     const EventTime last = TimeOf(SecondsOf(span.to) + kDay);
-    const auto starts = event.rule.empty() ? std::vector<EventTime>{*event.start}
-                                           : Occurrences(*event.start, event.rule, first, last, kMostOfOne);
+    const auto starts = event.rule.empty()
+                            ? std::vector<EventTime>{*event.start}
+                            : Occurrences(*event.start, RuleInOwnTime(event.rule, event.zone), first, last, kMostOfOne);
     for (const EventTime& start : starts) {
         const EventTime end = TimeOf(SecondsOf(start) + length);
         const Occurrence occurrence{LocalTimeOf(start, event.zone), LocalTimeOf(end, event.zone), &stored};
@@ -84,22 +87,26 @@ void Collect(const StoredEntry& stored, const Span& span, std::vector<Occurrence
     }
 }
 
-std::string ValueOf(const Occurrence& occurrence, const char* property)
+Json OccurrenceJson(const Occurrence& occurrence)
 {
-    const std::string* value = occurrence.event->entry.Find(property);
-    return value ? *value : std::string();
+    const Entry& event = occurrence.event->entry;
+    const std::string rule = ValueOf(event, kRule);
+    const auto lead = ParseNumber(ValueOf(event, kAlarm), 0x7FFFFFFF);
+    return {JsonObject{{"start", {IsoText(occurrence.start, "")}},
+                       {"end", {IsoText(occurrence.end, "")}},
+                       {"allDay", {IsAllDay(event)}},
+                       {"title", {EventKind().Title(event)}},
+                       {"rule", rule.empty() ? Json{nullptr} : Json{rule}},
+                       {"repeats", rule.empty() ? Json{nullptr} : Json{RuleInWords(rule, ValueOf(event, kZone))}},
+                       {"alarm", lead ? Json{static_cast<std::int64_t>(*lead)} : Json{nullptr}},
+                       {"index", {std::int64_t{occurrence.event->index}}}}};
 }
 
 Json OccurrencesJson(const std::vector<Occurrence>& occurrences)
 {
     JsonList list;
     for (const Occurrence& occurrence : occurrences)
-        list.push_back({JsonObject{{"start", {EventTimeText(occurrence.start)}},
-                                   {"end", {EventTimeText(occurrence.end)}},
-                                   {"title", {EventKind().Title(occurrence.event->entry)}},
-                                   {"rule", {RuleInWords(ValueOf(occurrence, kRule))}},
-                                   {"alarm", {AlarmInWords(ValueOf(occurrence, kAlarm))}},
-                                   {"index", {std::int64_t{occurrence.event->index}}}}});
+        list.push_back(OccurrenceJson(occurrence));
     return {JsonObject{{"occurrences", {std::move(list)}}}};
 }
 
@@ -107,11 +114,11 @@ std::string OccurrencesText(const std::vector<Occurrence>& occurrences)
 {
     std::vector<std::vector<std::string>> rows;
     for (const Occurrence& occurrence : occurrences) {
-        const std::string end = Shown(occurrence.end);
-        const bool isSameDay = Shown(occurrence.start).substr(0, 14) == end.substr(0, 14);
-        rows.push_back({Shown(occurrence.start), isSameDay ? end.substr(15) : end,
-                        EventKind().Title(occurrence.event->entry), RuleInWords(ValueOf(occurrence, kRule)),
-                        AlarmInWords(ValueOf(occurrence, kAlarm)), std::to_string(occurrence.event->index)});
+        const Entry& event = occurrence.event->entry;
+        const ShownSpan span = SpanInWords(occurrence.start, occurrence.end, IsAllDay(event));
+        rows.push_back({span.start, span.end, EventKind().Title(event),
+                        RuleInWords(ValueOf(event, kRule), ValueOf(event, kZone)), AlarmInWords(ValueOf(event, kAlarm)),
+                        std::to_string(occurrence.event->index)});
     }
     return TableText({"Start", "End", "Text", "Repeats", "Alarm", "Index"}, rows, host::TerminalWidth(stdout));
 }

@@ -22,7 +22,7 @@ std::size_t Plan::Count(Action action, Result result) const
 bool Plan::HoldsAll() const
 {
     return std::all_of(entries.begin(), entries.end(), [](const PlannedEntry& planned) {
-        return planned.action == Action::Same || planned.result == Result::Written;
+        return planned.action == Action::Same || planned.action == Action::LeftOut || planned.result == Result::Written;
     });
 }
 

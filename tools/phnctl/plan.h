@@ -19,6 +19,7 @@ enum class Action
     Same,       // the handset holds it already, or the file says it twice
     CannotHold, // the notes say why
     NoRoom,     // the handset has no place for one more
+    LeftOut,    // nothing to store; the notes say why
 };
 
 enum class Result

@@ -47,16 +47,18 @@ public:
         Plan plan;
         std::vector<bool> isRepeated;
         for (Candidate& candidate : candidates) {
-            const bool isNew = candidate.entry.fields.empty() || m_seen.insert(WholeText(candidate.entry)).second;
+            const bool isNew = !candidate.isMeant || candidate.entry.fields.empty() ||
+                               m_seen.insert(WholeText(candidate.entry)).second;
             isRepeated.push_back(!isNew);
-            if (isNew)
+            if (isNew && candidate.isMeant)
                 ++m_candidates[m_form.Key(candidate.entry)];
             plan.entries.emplace_back().from = std::move(candidate);
-            TakeEqual(plan.entries.back());
+            if (plan.entries.back().from.isMeant)
+                TakeEqual(plan.entries.back());
         }
         for (std::size_t i = 0; i < plan.entries.size(); ++i)
             if (PlannedEntry& planned = plan.entries[i];
-                !planned.index && m_merges && planned.from.fits && !isRepeated[i])
+                !planned.index && m_merges && planned.from.fits && planned.from.isMeant && !isRepeated[i])
                 TakeContaining(planned);
         for (std::size_t i = 0; i < plan.entries.size(); ++i)
             if (!plan.entries[i].index)
@@ -108,7 +110,9 @@ private:
 
     void Settle(PlannedEntry& planned, bool isRepeated)
     {
-        if (!planned.from.fits) {
+        if (!planned.from.isMeant) {
+            planned.action = Action::LeftOut;
+        } else if (!planned.from.fits) {
             planned.action = Action::CannotHold;
         } else if (isRepeated) {
             planned.action = Action::Same;

@@ -23,6 +23,8 @@ const char* Word(Action action)
         return "cannot-hold";
     case Action::NoRoom:
         return "no-room";
+    case Action::LeftOut:
+        return "left-out";
     }
     return "";
 }
@@ -47,6 +49,8 @@ const char* Heading(const Plan& plan, const PlannedEntry& planned)
 {
     if (planned.action == Action::CannotHold)
         return "cannot hold";
+    if (planned.action == Action::LeftOut)
+        return "left out";
     const bool isNew = planned.action == Action::Add;
     if (!plan.isApplied)
         return isNew ? "add" : "change";
@@ -66,7 +70,7 @@ bool IsWorthTelling(const Plan& plan, const PlannedEntry& planned)
 {
     const bool isLeftOut = plan.isApplied && planned.result == Result::NotTried;
     const bool isWritten = planned.action == Action::Add || planned.action == Action::Change;
-    return planned.action == Action::CannotHold || (isWritten && !isLeftOut);
+    return planned.action == Action::CannotHold || planned.action == Action::LeftOut || (isWritten && !isLeftOut);
 }
 
 void AppendDifferences(std::string& text, const EntryForm& form, const std::vector<Difference>& differences,
@@ -168,12 +172,14 @@ std::string Summary(const EntryForm& form, const Plan& plan)
     std::string text = fmt::format("{} {}: ", all, all == 1 ? form.One() : form.Many());
     const std::size_t same = plan.Count(Action::Same);
     const std::size_t unfit = plan.Count(Action::CannotHold);
+    const std::size_t leftOut = plan.Count(Action::LeftOut);
     if (!plan.isApplied)
         return text +
                Sentence({{plan.Count(Action::Add), "to add"},
                          {plan.Count(Action::Change), "to change"},
                          {same, "there already"},
                          {unfit, "that the handset cannot hold"},
+                         {leftOut, "left out"},
                          {plan.Count(Action::NoRoom), "without a place on the handset"}}) +
                ".\n" + Remarks(plan);
     const auto count = [&](Result result) {
@@ -183,13 +189,17 @@ std::string Summary(const EntryForm& form, const Plan& plan)
                       {plan.Count(Action::Change, Result::Written), "changed"},
                       {same, "there already"},
                       {unfit, "that the handset cannot hold"},
+                      {leftOut, "left out"},
                       {count(Result::Different), "stored otherwise than asked"},
                       {count(Result::Failed), "failed"},
                       {plan.Count(Action::NoRoom), "without a place on the handset"},
                       {count(Result::NotTried), "not tried"}});
     const std::size_t held = same + count(Result::Written);
-    text += all == 1 ? fmt::format(".\nIt is {}on the handset.\n", held == 1 ? "" : "not ")
-                     : fmt::format(".\n{} of {} {} on the handset.\n", held, all, held == 1 ? "is" : "are");
+    text += ".\n";
+    if (all == 1 && leftOut == 0)
+        text += fmt::format("It is {}on the handset.\n", held == 1 ? "" : "not ");
+    else if (all != leftOut)
+        text += fmt::format("{} of {} {} on the handset.\n", held, all - leftOut, held == 1 ? "is" : "are");
     if (count(Result::NotTried) != 0 && !plan.isFull)
         text += "Run it again to go on where it stopped.\n";
     return text + Remarks(plan);
@@ -277,6 +287,7 @@ Json PlanJson(const EntryForm& form, const Plan& plan)
                                     {"same", number(plan.Count(Action::Same))},
                                     {"cannotHold", number(plan.Count(Action::CannotHold))},
                                     {"noRoom", number(plan.Count(Action::NoRoom))},
+                                    {"leftOut", number(plan.Count(Action::LeftOut))},
                                     {"written", result(Result::Written)},
                                     {"different", result(Result::Different)},
                                     {"failed", result(Result::Failed)},

@@ -1,0 +1,196 @@
+#include "phnctl/event_foreign.h"
+
+#include "phnctl/event_rule.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <map>
+
+namespace phnctl {
+
+using namespace event_property;
+
+namespace {
+
+std::string NamedZone(icalproperty* property)
+{
+    icalparameter* const parameter =
+        property ? icalproperty_get_first_parameter(property, ICAL_TZID_PARAMETER) : nullptr;
+    return parameter ? Given(icalparameter_get_tzid(parameter)) : std::string();
+}
+
+// How the clock of a zone goes through a year.
+struct ClockYear
+{
+    bool isLocal = true;      // as the local clock does
+    bool isFixed = true;      // always as far from UTC
+    int offset = 0;           // at the start, in seconds east of UTC
+    std::int64_t toLocal = 0; // what to add for local time, most of the year
+};
+
+ClockYear YearOf(icaltimetype start, icaltimezone* zone)
+{
+    ClockYear year;
+    year.offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
+    std::map<std::int64_t, int> weeks;                          // by what is to be added then
+    start.year = std::clamp(start.year, kFirstYear, kLastYear); // where the handset shows it
+    for (int week = 0; week < 53; ++week) {
+        const int offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
+        const EventTime clock = Converted(start);
+        year.isFixed = year.isFixed && offset == year.offset;
+        ++weeks[SecondsOf(ZoneTimeOf(TimeOf(SecondsOf(clock) - offset), "")) - SecondsOf(clock)];
+        icaltime_adjust(&start, 7, 0, 0, 0);
+    }
+    year.toLocal = std::ranges::max_element(weeks, {}, [](const auto& item) { return item.second; })->first;
+    year.isLocal = weeks.size() == 1 && year.toLocal == 0;
+    return year;
+}
+
+class TimeReader
+{
+public:
+    TimeReader(icalcomponent* event, EventDraft& draft) : m_event(event), m_draft(draft) {}
+
+    void Take(std::span<icalcomponent* const> instances)
+    {
+        m_start = icalcomponent_get_dtstart(m_event);
+        icaltimetype end = icalcomponent_get_dtend(m_event);
+        if (icaltime_is_null_time(m_start) || !icaltime_is_valid_time(m_start)) {
+            m_draft.problem = "the event has no start";
+            return;
+        }
+        if (icaltime_is_null_time(end) || !icaltime_is_valid_time(end))
+            end = m_start;
+        if (m_start.is_date)
+            TakeDays(end);
+        else
+            TakeClockTimes(end);
+        TakeEndOfRule();
+        TakeExceptions(m_event, ICAL_EXDATE_PROPERTY);
+        for (icalcomponent* instance : instances)
+            TakeExceptions(instance, ICAL_RECURRENCEID_PROPERTY);
+    }
+
+private:
+    // Whole days last from their first minute to their last; the end that the file states is the day behind them.
+    void TakeDays(icaltimetype end)
+    {
+        m_start.is_date = end.is_date = 0;
+        m_start.hour = m_start.minute = m_start.second = 0;
+        end.hour = end.minute = end.second = 0;
+        const bool isLonger = icaltime_compare(m_start, end) < 0;
+        icaltime_adjust(&end, isLonger ? 0 : 1, 0, -1, 0);
+        m_draft.start = FromLibical(m_start);
+        m_draft.end = FromLibical(end);
+    }
+
+    void TakeClockTimes(icaltimetype end)
+    {
+        const std::string name = NamedZone(icalcomponent_get_first_property(m_event, ICAL_DTSTART_PROPERTY));
+        m_zone = const_cast<icaltimezone*>(m_start.zone);
+        if (icaltime_is_utc(m_start))
+            m_draft.zone = kUtcZone;
+        else if (m_zone && FromLibical(m_start))
+            ChooseZone(name);
+        else if (!name.empty())
+            m_draft.Tell("unknown-zone", kStart,
+                         fmt::format("its times are taken for local ones: '{}' is not defined in the file", name));
+        m_draft.start = Own(m_start);
+        m_draft.end = Own(end);
+    }
+
+    // UTC is every zone's for what happens once. What repeats stays at its time of day when the clocks change, and in
+    // UTC it would not.
+    void ChooseZone(const std::string& name)
+    {
+        const ClockYear year = YearOf(m_start, m_zone);
+        const std::string handsets = year.isFixed && year.offset % 3600 == 0 ? NameOfZone(-year.offset / 3600) : "";
+        if (!handsets.empty() && (HoursBehindUtc(name) || !m_draft.rule.empty())) {
+            m_draft.zone = HoursBehindUtc(name) == -year.offset / 3600 ? name : handsets;
+        } else if (m_draft.rule.empty()) {
+            m_zone = icaltimezone_get_utc_timezone();
+            m_draft.zone = kUtcZone;
+        } else if (!year.isLocal) {
+            MoveSeries(name, year);
+        }
+    }
+
+    void MoveSeries(const std::string& name, const ClockYear& year)
+    {
+        const EventTime before = Converted(m_start);
+        m_draft.zone = year.isFixed ? kUtcZone : "";
+        m_shift = year.isFixed ? -year.offset : year.toLocal;
+        const EventTime after = TimeOf(SecondsOf(before) + m_shift);
+        if (!year.isFixed)
+            m_draft.Tell("zone-dropped", kStart,
+                         fmt::format("it repeats at {:02}:{:02} local time, also in weeks when the clocks of '{}' are "
+                                     "nearer to the ones here or further from them",
+                                     after.hour, after.minute, name));
+        const auto dayOf = [](const EventTime& time) { return SecondsOf({time.year, time.month, time.day}) / 86400; };
+        EventRule rule;
+        std::string problem;
+        const auto days = static_cast<int>(dayOf(after) - dayOf(before));
+        if (days == 0 || !rule.Parse(m_draft.rule, problem))
+            return;
+        if (rule.MoveDays(days)) {
+            m_draft.rule = rule.Text();
+        } else {
+            m_draft.problemCode = "zone";
+            m_draft.problem = fmt::format("its rule counts the days of '{}', and here it is another day then", name);
+        }
+    }
+
+    // A time of the file in the event's own.
+    std::optional<EventTime> Own(icaltimetype time) const
+    {
+        if (time.zone && m_zone)
+            time = icaltime_convert_to_zone(time, m_zone);
+        const auto own = FromLibical(time);
+        return own ? std::optional(TimeOf(SecondsOf(*own) + m_shift)) : std::nullopt;
+    }
+
+    void TakeEndOfRule()
+    {
+        EventRule rule;
+        std::string problem;
+        if (!m_zone || !rule.Parse(m_draft.rule, problem) || rule.until.empty())
+            return;
+        const bool isUtc = rule.until.size() == 16;
+        if (!isUtc)
+            rule.EndInOwnTime("");
+        icaltimetype end = ToLibical(ParseEventTime(rule.until).value_or(EventTime()));
+        end.zone = isUtc ? icaltimezone_get_utc_timezone() : nullptr;
+        rule.until = EventTimeText(Own(end).value_or(EventTime()));
+        m_draft.rule = rule.Text();
+    }
+
+    void TakeExceptions(icalcomponent* component, icalproperty_kind kind)
+    {
+        for (icalproperty* property = icalcomponent_get_first_property(component, kind); property;
+             property = icalcomponent_get_next_property(component, kind)) {
+            icaltimetype time = icalproperty_get_datetime_with_component(property, component);
+            if (time.is_date || !m_draft.start) {
+                time.hour = m_start.hour;
+                time.minute = m_start.minute;
+                time.second = m_start.second;
+            }
+            if (const auto own = Own(time))
+                m_draft.exceptions.push_back(*own);
+        }
+    }
+
+    icalcomponent* m_event;
+    EventDraft& m_draft;
+    icaltimetype m_start{};
+    icaltimezone* m_zone = nullptr; // of the clock that the event's times are taken from; null: local, or a date
+    std::int64_t m_shift = 0;       // from that clock to the event's own
+};
+
+} // namespace
+
+void TakeTimes(icalcomponent* event, std::span<icalcomponent* const> instances, EventDraft& draft)
+{
+    TimeReader(event, draft).Take(instances);
+}
+
+} // namespace phnctl
