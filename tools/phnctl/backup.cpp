@@ -4,11 +4,13 @@
 #include "phnctl/command.h"
 #include "phnctl/ending.h"
 #include "phnctl/failure.h"
+#include "phnctl/iso_time.h"
 #include "phnctl/json.h"
 #include "phnctl/session.h"
 #include "phnctl/text.h"
 #include "phnctl/text_file.h"
 
+#include <ctime>
 #include <fmt/format.h>
 
 namespace phnctl {
@@ -114,7 +116,9 @@ int Backup(const Invocation& invocation)
             results.push_back(ToJson(*section, outcome));
         }
         const std::string index =
-            WriteJson({JsonObject{{"whole", {isWhole}}, {"sections", {std::move(results)}}}}) + '\n';
+            WriteJson({JsonObject{
+                {"time", {IsoTime(std::time(nullptr))}}, {"whole", {isWhole}}, {"sections", {std::move(results)}}}}) +
+            '\n';
         WriteText(folder.Path() / kIndex, index, Existing::Replace);
         if (invocation.options.json)
             fmt::print("{}", index);

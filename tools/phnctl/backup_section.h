@@ -32,6 +32,7 @@ struct Restoration
     Plan plan;
     std::function<void(Plan& plan, bool isStrict)> apply; // leaves in the plan what came of it; throws Failure
     std::size_t others = 0;                               // that are not in the backup and stay
+    std::string remark{};                                 // what a person has to know of what is put back
 };
 
 class BackupSection

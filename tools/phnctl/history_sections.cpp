@@ -91,12 +91,15 @@ SavedSection MessageSection::Save(const Invocation&, const Handset& handset, con
 std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Handset& handset,
                                                    const std::filesystem::path& file) const
 {
-    return Restoration{&MessageForm(), MakePlan(MessageForm(), CandidatesOf(file), MessagesOf(handset)),
-                       [&handset](Plan& plan, bool isStrict) {
-                           SaveMissing(handset, plan, isStrict);
-                           if (plan.Count(Action::Add, Result::Written) != 0)
-                               ReadBack(handset, plan);
-                       }};
+    Restoration restoration{&MessageForm(), MakePlan(MessageForm(), CandidatesOf(file), MessagesOf(handset)),
+                            [&handset](Plan& plan, bool isStrict) {
+                                SaveMissing(handset, plan, isStrict);
+                                if (plan.Count(Action::Add, Result::Written) != 0)
+                                    ReadBack(handset, plan);
+                            }};
+    if (restoration.plan.Count(Action::Add) != 0)
+        restoration.remark = "Messages come back as newly saved ones: in the box of those, and without their times.";
+    return restoration;
 }
 
 SavedSection CallSection::Save(const Invocation& invocation, const Handset& handset,

@@ -61,7 +61,7 @@ void AskForDeletions(const Invocation& invocation, const std::vector<Part>& part
     for (const Part& part : parts) {
         if (!part.restoration || part.restoration->plan.deletions.empty())
             continue;
-        const auto& [form, plan, apply, others] = *part.restoration;
+        const auto& [form, plan, apply, others, remark] = *part.restoration;
         const std::size_t count = plan.deletions.size();
         what += fmt::format("{}{} {}", what.empty() ? "" : " and ", count, count == 1 ? form->One() : form->Many());
         for (const Deletion& deletion : plan.deletions)
@@ -79,8 +79,8 @@ void Show(const BackupSection& section, const std::optional<Restoration>& restor
         fmt::print("No {} can be put back; they stay in the backup.\n", section.Name());
         return;
     }
-    const auto& [form, plan, apply, others] = *restoration;
-    fmt::print("{}", PlanText(*form, plan));
+    const auto& [form, plan, apply, others, remark] = *restoration;
+    fmt::print("{}{}{}", PlanText(*form, plan), remark, remark.empty() ? "" : "\n");
     if (others != 0)
         fmt::print("{} {} of the handset {} not in the backup and {}; {} deletes {}.\n", others,
                    others == 1 ? form->One() : form->Many(), others == 1 ? "is" : "are", others == 1 ? "stays" : "stay",
