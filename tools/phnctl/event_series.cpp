@@ -14,7 +14,7 @@ using namespace event_property;
 namespace {
 
 constexpr std::size_t kMostPieces = 20;
-constexpr std::size_t kMostOccurrences = 200000; // more than there are days from the first dates in use
+constexpr std::size_t kAll = static_cast<std::size_t>(-1);
 constexpr EventTime kFirst{kFirstYear, 1, 1};
 constexpr EventTime kLast{kLastYear, 12, 31, 23, 59, 59};
 
@@ -58,8 +58,8 @@ private:
         if (first.empty())
             return;
         if (m_rule.count != 0)
-            m_rule.count -= static_cast<unsigned>(
-                Find(*m_draft.start, TimeOf(SecondsOf(first.front()) - 1), kMostOccurrences).size());
+            m_rule.count -=
+                static_cast<unsigned>(Find(*m_draft.start, TimeOf(SecondsOf(first.front()) - 1), kAll).size());
         m_draft.Tell("start-moved", kStart,
                      fmt::format("it starts on {} instead of {}: the handset keeps dates from {} on",
                                  ShownDay(first.front()), ShownDay(*m_draft.start), kFirstYear));
@@ -74,7 +74,7 @@ private:
     }
 
     // The occurrences that do not take place, in order.
-    std::vector<EventTime> Gone() const
+    std::vector<EventTime> Gone()
     {
         std::vector<EventTime> exceptions = m_draft.exceptions;
         std::ranges::sort(exceptions);
@@ -82,27 +82,27 @@ private:
         if (exceptions.empty())
             return {};
         std::vector<EventTime> gone;
-        std::ranges::set_intersection(Find(*m_draft.start, exceptions.back(), kMostOccurrences), exceptions,
-                                      std::back_inserter(gone));
+        m_before = Find(*m_draft.start, exceptions.back(), kAll);
+        std::ranges::set_intersection(m_before, exceptions, std::back_inserter(gone));
         return gone;
     }
 
     void Split(const std::vector<EventTime>& gone)
     {
-        const auto before = Find(*m_draft.start, gone.back(), kMostOccurrences);
-        auto run = before.begin();
+        auto run = m_before.begin();
         for (const EventTime& exception : gone) {
-            const auto end = std::ranges::find(run, before.end(), exception);
+            const auto end = std::ranges::find(run, m_before.end(), exception);
             if (run != end)
                 AddRun(*run, static_cast<unsigned>(end - run));
             run = end + 1;
         }
+        m_before.erase(run, m_before.end()); // an exception that is none may be later
         const auto next = Find(TimeOf(SecondsOf(gone.back()) + 1), kLast, 1);
         if (next.empty())
             return;
         EventRule rest = m_rule;
         if (rest.count != 0)
-            rest.count -= static_cast<unsigned>(before.size());
+            rest.count -= static_cast<unsigned>(m_before.size());
         Place(m_pieces.emplace_back(m_draft), next.front(), rest);
     }
 
@@ -145,6 +145,7 @@ private:
     EventDraft m_draft;
     EventRule m_rule;
     const std::int64_t m_length;
+    std::vector<EventTime> m_before; // the occurrences up to the last exception
     std::vector<EventDraft> m_pieces;
 };
 
