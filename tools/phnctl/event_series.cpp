@@ -14,6 +14,7 @@ using namespace event_property;
 namespace {
 
 constexpr std::size_t kMostPieces = 20;
+constexpr int kFirstOften = 1900; // searching a daily rule from long ago takes long
 constexpr std::size_t kAll = static_cast<std::size_t>(-1);
 constexpr EventTime kFirst{kFirstYear, 1, 1};
 constexpr EventTime kLast{kLastYear, 12, 31, 23, 59, 59};
@@ -32,6 +33,8 @@ public:
     {
         if (m_draft.start->year < kFirstYear)
             Begin();
+        if (m_draft.start->year < kFirstYear)
+            return {m_draft};
         const std::vector<EventTime> gone = Gone();
         if (gone.empty())
             return {m_draft};
@@ -54,6 +57,9 @@ private:
     // Moves the start to the first occurrence that a handset can keep, if there is one.
     void Begin()
     {
+        const bool isOften = m_rule.frequency == "DAILY" || m_rule.frequency == "WEEKLY";
+        if (isOften && m_draft.start->year < kFirstOften)
+            return;
         const auto first = Find(kFirst, kLast, 1);
         if (first.empty())
             return;
@@ -155,8 +161,8 @@ std::vector<EventDraft> PiecesOf(EventDraft draft)
 {
     EventRule rule;
     std::string problem;
-    const bool isSeries =
-        draft.start && draft.end && draft.problem.empty() && rule.Parse(draft.rule, problem) && !rule.frequency.empty();
+    const bool isSeries = draft.start && draft.end && draft.problem.empty() && rule.Parse(draft.rule, problem) &&
+                          !rule.frequency.empty() && rule.Lists(*draft.start);
     if (!isSeries)
         return {std::move(draft)};
     rule.EndInOwnTime(draft.zone);
