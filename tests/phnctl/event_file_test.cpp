@@ -242,8 +242,8 @@ TEST(EventFile, ASeriesGoesOnWithoutItsExceptions)
                                             "EXDATE;TZID=Custom:20090331T120000,20090330T120000\r\n") +
                                       Event("SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090327T150000\r\nDURATION:PT1H\r\n"
                                             "RECURRENCE-ID;TZID=Custom:20090326T120000\r\n") +
-                                      Event("SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090402T120000\r\nSTATUS:CANCELLED\r\n"
-                                            "RECURRENCE-ID:20090402T100000Z\r\n")));
+                                      Event("SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090402T120000\r\n"
+                                            "RECURRENCE-ID:20090402T100000Z\r\nSTATUS:CANCELLED\r\n")));
     std::vector<StoredEntry> stored;
     std::set<std::string> uids;
     for (const Candidate& candidate : candidates) {

@@ -134,8 +134,12 @@ private:
     // What is lost on the way.
     void Look()
     {
-        for (icalproperty* property = icalcomponent_get_first_property(m_event, ICAL_ANY_PROPERTY); property;
+        // All are found first: libical keeps one place in a component, which asking for a single property moves.
+        std::vector<icalproperty*> properties;
+        for (icalproperty* property = First(ICAL_ANY_PROPERTY); property;
              property = icalcomponent_get_next_property(m_event, ICAL_ANY_PROPERTY))
+            properties.push_back(property);
+        for (icalproperty* const property : properties)
             Look(property);
         if (!Given(icalcomponent_get_summary(m_event)).empty() &&
             m_draft.text != Given(icalcomponent_get_description(m_event)) && First(ICAL_DESCRIPTION_PROPERTY))
