@@ -52,8 +52,8 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
               "item2.tel;type=pref;type=HOME:(555) 0101\r\nitem2.X-ABLabel:_$!<Home>!$_\r\n"
               "TEL;TYPE=WORK,FAX:555.0102\r\nTEL;TYPE=work:555 0103\r\nEMAIL;TYPE=INTERNET:a@b.example\r\n",
               "4.0"),
-         "FN=Ana|TEL;TYPE=CELL=+15550100|TEL;TYPE=HOME=5550101|TEL;TYPE=FAX=5550102|TEL;TYPE=WORK=5550103|"
-         "EMAIL=a@b.example|X-PHN-DEFAULT-NO=1|extension-dropped@4(TEL)|"},
+         "FN=Ana|TEL;TYPE=CELL=+15550100p5|TEL;TYPE=HOME=5550101|TEL;TYPE=FAX=5550102|TEL;TYPE=WORK=5550103|"
+         "EMAIL=a@b.example|X-PHN-DEFAULT-NO=1|dialled-in-parts@4(TEL)|"},
         {"2.1: bare types, quoted-printable over soft breaks, folded where a space belongs to the text",
          "BEGIN:VCARD\nVERSION:2.1\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCl=\nler;Zo=C3=\n=AB\n"
          "TEL;CELL;PREF:1\nTEL;HOME;FAX:2\nTEL;PAGER:3\nADR;HOME:;;;;;;\nNOTE:two\n  lines\nEND:VCARD\n",
@@ -75,10 +75,18 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
         {"labels of an address book; a person's own is dropped",
          Card("FN:A\r\nitem1.TEL:1\r\nitem1.X-ABLabel:_$!<HomeFAX>!$_\r\nitem2.TEL:2\r\nitem2.X-ABLabel:Harbour\r\n"),
          "FN=A|TEL;TYPE=FAX=1|TEL;TYPE=CELL=2|dropped@7(X-ABLABEL)|"},
-        {"numbers without their extensions",
-         Card("FN:A\r\nTEL:555 0100 ext. 22\r\nTEL:5550101x3\r\nTEL:5550102,,9\r\nTEL;TYPE=FAX:Max 5\r\n"),
-         "FN=A|TEL;TYPE=CELL=5550100|TEL;TYPE=HOME=5550101|TEL;TYPE=WORK=5550102pp9|extension-dropped@4(TEL)|"
-         "extension-dropped@5(TEL)|number-not-dialable@7(TEL)|"},
+        {"extensions, however they are written, are dialled after a pause; p and w are the handset's own",
+         Card("FN:A\r\nTEL:555 0100 ext. 22\r\nTEL:5550101x3\r\nTEL:5550102,,9\r\nTEL:5554w22\r\nTEL;TYPE=FAX:Max "
+              "5\r\n"),
+         "FN=A|TEL;TYPE=CELL=5550100p22|TEL;TYPE=HOME=5550101p3|TEL;TYPE=WORK=5550102pp9|X-PHN-MOBILE-2=5554w22|"
+         "dialled-in-parts@4(TEL)|dialled-in-parts@5(TEL)|dialled-in-parts@6(TEL)|dialled-in-parts@7(TEL)|"
+         "number-not-dialable@8(TEL)|"},
+        {"what is not dialled from everywhere, and a second ending; area codes keep their slash",
+         Card("FN:A\r\nTEL:+49 (0)30 1234567\r\nTEL:1234567/89/90\r\nTEL:030/1234567\r\nTEL:(0)40 123\r\n"
+              "TEL;TYPE=FAX:+4930/12345 - 6\r\n"),
+         "FN=A|TEL;TYPE=CELL=+49301234567|TEL;TYPE=HOME=1234567|TEL;TYPE=WORK=0301234567|X-PHN-MOBILE-2=040123|"
+         "TEL;TYPE=FAX=+4930123456|trunk-zero-dropped@4(TEL)|second-number-dropped@5(TEL)|"
+         "second-number-dropped@5(TEL)|"},
         {"the organisation is a name, too", Card("N:;;;;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
          "FN=Harbour|TEL;TYPE=CELL=1|"},
         {"several numbers of a kind; those without a type take what is left",
@@ -91,7 +99,8 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          "FN=A|TEL;TYPE=CELL=1|dropped@5(PHOTO)|dropped@8(BDAY)|dropped@9(X-FOO)|"},
         {"a cut number would be a wrong number; so would one without its letters",
          Card("FN:A\r\nTEL:1\r\nTEL;TYPE=HOME:" + k53 + "\r\nTEL;TYPE=WORK:1-800-FLOWERS\r\nTEL;TYPE=FAX:5,6;7 P8\r\n"),
-         "FN=A|TEL;TYPE=CELL=1|TEL;TYPE=FAX=5p6w7p8|number-too-long@5(TEL)|number-not-dialable@6(TEL)|"},
+         "FN=A|TEL;TYPE=CELL=1|TEL;TYPE=FAX=5p6w7p8|number-too-long@5(TEL)|number-not-dialable@6(TEL)|"
+         "dialled-in-parts@7(TEL)|"},
         {"names are cut, and said to be", Card("FN:" + k37 + " " + k37 + "\r\nTEL:1\r\n"),
          "FN=" + k37.substr(1) + " " + k37.substr(1) + "|TEL;TYPE=CELL=1|name-cut@3(FN)|"},
         {"nothing to store", Card("FN:A\r\nTEL:\r\nEMAIL: \r\n"), "FN=A|no-number@0()|!"},
@@ -99,7 +108,7 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          Card("FN:A\r\nX-PHN-MOBILE-2:1\r\nTEL;TYPE=CELL:2\r\nX-PHN-GROUP-ID:3\r\nX-PHN-RINGER-ID:x\r\n"
               "X-PHN-DEFAULT-NO:4\r\nX-PHN-SPEEDDIAL-LIST:1\\,2,3,4,5\r\nREV:N/A\r\nUID:N/A\r\n"),
          "FN=A|X-PHN-MOBILE-2=1|TEL;TYPE=CELL=2|X-PHN-GROUP-ID=3|X-PHN-DEFAULT-NO=4|X-PHN-SPEEDDIAL-LIST=1,2,3,4,5|"
-         "not-a-number@7(X-PHN-RINGER-ID)|"},
+         "not-a-number@7(X-PHN-RINGER-ID)|no-number-there@0(X-PHN-SPEEDDIAL-LIST)|"},
         {"an agent's card inside",
          Card("FN:A\r\nAGENT:\r\nBEGIN:VCARD\r\nFN:B\r\nTEL:9\r\nEND:VCARD\r\nTEL:1\r\n", "2.1"),
          "FN=A|TEL;TYPE=CELL=1|"},
@@ -112,47 +121,99 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
     }
 }
 
-TEST(ContactMerge, CostsNoNumberThatTheCardDoesNotReplace)
+TEST(ContactMerge, CostsTheHandsetNothingUnlessTheCardHasPrecedence)
 {
     const auto anywhere = [](const char* number) { return EntryField{kCell, number, true}; };
+    const EntryField dials{kSpeedDials, "0,0,0,4,0"};
+    const std::vector<EntryField> full{{kCell, "1"}, {kMobile2, "2"}, {kHome, "3"}, {kWork, "4"}};
     const struct
     {
         const char* what;
         std::vector<EntryField> wanted;
         std::vector<EntryField> present;
         std::vector<EntryField> merged;
-        std::size_t kept;
+        std::string kept;
+        std::string leftOut;
+        Precedence precedence = Precedence::Present;
     } cases[] = {
-        {"a value of the card wins, the others stay, in their order",
-         {{kHome, "2"}, {kEmail, "b"}},
-         {{kWork, "1"}, {kHome, "9"}, {kEmail, "a"}},
-         {{kWork, "1"}, {kHome, "2"}, {kEmail, "b"}},
-         1},
+        {"a new value goes beside what is in its place",
+         {{kCell, "2"}, {kEmail, "b"}},
+         {{kWork, "1"}, {kCell, "9"}, {kEmail, "a"}},
+         {{kWork, "1"}, {kCell, "9"}, {kEmail, "a"}, {kMobile2, "2"}, {kEmail2, "b"}},
+         "19a",
+         ""},
+        {"or comes into it",
+         {{kCell, "2"}, {kEmail, "b"}},
+         {{kWork, "1"}, {kCell, "9"}, {kEmail, "a"}},
+         {{kWork, "1"}, {kCell, "2"}, {kEmail, "b"}},
+         "1",
+         "",
+         Precedence::Wanted},
+        {"what finds no place is left out; no voice goes to a fax", {{kCell, "5"}}, full, full, "1234", "5"},
+        {"and no fax to a voice", {{kFax, "5"}}, {{kFax, "1"}}, {{kFax, "1"}}, "1", "5"},
         {"a number without a type takes a free place",
          {anywhere("2")},
          {{kCell, "1"}},
          {{kCell, "1"}, {kHome, "2"}},
-         1},
-        {"or stays where it is", {anywhere("2")}, {{kCell, "1"}, {kFax, "2"}}, {{kCell, "1"}, {kFax, "2"}}, 1},
-        {"a number moves to its type", {{kHome, "1"}}, {{kCell, "1"}}, {{kHome, "1"}}, 0},
-        {"but not onto another", {{kHome, "1"}}, {{kCell, "1"}, {kHome, "2"}}, {{kCell, "1"}, {kHome, "2"}}, 1},
+         "1",
+         ""},
+        {"or stays where it is", {anywhere("2")}, {{kCell, "1"}, {kFax, "2"}}, {{kCell, "1"}, {kFax, "2"}}, "1", ""},
+        {"a number moves to its type, and its settings with it",
+         {{kHome, "1"}},
+         {{kMobile2, "1"}, {kDefault, "4"}, dials},
+         {{kHome, "1"}, {kDefault, "2"}, {kSpeedDials, "0,4,0,0,0"}},
+         "",
+         ""},
+        {"but not onto another, nor onto one that cannot move",
+         {{kHome, "1"}, {kCell, "3"}},
+         {{kCell, "1"}, {kHome, "2"}, {kWork, "3"}},
+         {{kCell, "1"}, {kHome, "2"}, {kWork, "3"}},
+         "2",
+         ""},
         {"two change places",
          {{kCell, "1"}, {kHome, "2"}},
          {{kCell, "2"}, {kHome, "1"}},
          {{kCell, "1"}, {kHome, "2"}},
-         0},
-        {"the default number goes with its number",
-         {anywhere("2"), {kDefault, "1"}},
+         "",
+         ""},
+        {"a number that the card has twice",
+         {{kCell, "1"}, {kHome, "1"}},
          {{kCell, "1"}},
-         {{kCell, "1"}, {kHome, "2"}, {kDefault, "2"}},
-         1},
+         {{kCell, "1"}, {kHome, "1"}},
+         "",
+         ""},
+        {"a list of dials that was left behind by a moved number takes none away",
+         {{kHome, "1"}, {kDefault, "1"}, {kSpeedDials, "4,0,0,0,0"}},
+         {{kHome, "1"}, {kDefault, "2"}, {kSpeedDials, "0,4,0,0,0"}},
+         {{kHome, "1"}, {kDefault, "2"}, {kSpeedDials, "0,4,0,0,0"}},
+         "",
+         ""},
+        {"a dial belongs to one number",
+         {{kHome, "1"}, {kSpeedDials, "0,4,0,0,0"}},
+         {{kMobile2, "2"}, dials},
+         {{kMobile2, "2"}, {kHome, "1"}, {kSpeedDials, "0,4,0,0,0"}},
+         "2",
+         ""},
+        {"the card's settings are those of its numbers; those of other numbers stay",
+         {anywhere("2"), {kDefault, "1"}, {kSpeedDials, "7,0,0,0,0"}},
+         {{kCell, "1"}, {kMobile2, "3"}, dials},
+         {{kCell, "1"}, {kMobile2, "3"}, {kHome, "2"}, {kDefault, "2"}, {kSpeedDials, "0,7,0,4,0"}},
+         "13",
+         ""},
+    };
+    const auto values = [](const std::vector<EntryField>& fields) {
+        std::string text;
+        for (const EntryField& field : fields)
+            text += field.value;
+        return text;
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.what);
-        const Merged merged = MergeContacts({test.wanted}, {test.present});
+        const Merged merged = MergeContacts({test.wanted}, {test.present}, test.precedence);
         const Entry expected = CompleteContact({test.merged}, nullptr);
         EXPECT_EQ(Told({"", 0, merged.entry, {}, true}), Told({"", 0, expected, {}, true}));
-        EXPECT_EQ(merged.kept.size(), test.kept);
+        EXPECT_EQ(values(merged.kept), test.kept);
+        EXPECT_EQ(values(merged.leftOut), test.leftOut);
     }
 }
 
@@ -200,7 +261,7 @@ TEST(ContactCard, ComesBackFromItsOwnFileUnchanged)
     const std::vector<Candidate> back = ContactsOfFile("file", file);
     ASSERT_EQ(back.size(), contacts.size());
     for (std::size_t i = 0; i < back.size(); ++i)
-        EXPECT_EQ(Told(back[i]), Told({"", 0, contacts[i].entry, {}, true})) << file;
+        EXPECT_EQ(Told({"", 0, back[i].entry, {}, back[i].fits}), Told({"", 0, contacts[i].entry, {}, true})) << file;
 }
 
 } // namespace

@@ -1,8 +1,7 @@
 // phnctl contacts with a handset: what goes over, what comes back, and that nothing is lost on the way.
-#include "phnctl/handset_run.h"
+#include "phnctl/contacts_run.h"
 
 #include <csignal>
-#include <fstream>
 #include <gtest/gtest.h>
 
 namespace phnctl_test {
@@ -12,36 +11,6 @@ using namespace std::chrono_literals;
 
 constexpr std::uint32_t kWrite = 36;
 
-class Contacts : public HandsetRun
-{
-protected:
-    // A small phonebook, as every run asks for all indexes.
-    Contacts()
-    {
-        Handset().Change(0, [](simulator::Phone& phone) { phone.limits.contacts = 64; });
-        m_program.Set("PHNNRV_TIME_SCALE", "0.2");
-    }
-    std::string File(const std::string& name, const std::string& text)
-    {
-        const auto path = (m_folder.Path() / name).string();
-        std::ofstream(path, std::ios::binary) << text;
-        return path;
-    }
-    std::string Path(const std::string& name) const { return (m_folder.Path() / name).string(); }
-    std::map<std::uint32_t, simulator::Contact> Stored() { return Handset().Snapshot().contacts; }
-    void Empty()
-    {
-        Handset().Change(0, [](simulator::Phone& phone) { phone.contacts.clear(); });
-    }
-
-    simulator::DeviceDirectory m_folder;
-};
-
-std::string Card(const std::string& name, const std::string& number)
-{
-    return "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + name + "\r\nTEL;TYPE=CELL:" + number + "\r\nEND:VCARD\r\n";
-}
-
 // Cards of persons with names and numbers of their own.
 std::string Cards(int count)
 {
@@ -49,11 +18,6 @@ std::string Cards(int count)
     for (int i = 0; i < count; ++i)
         text += Card("Person " + std::to_string(i), std::to_string(1000 + i));
     return text;
-}
-
-bool Has(const std::string& text, const std::string& part)
-{
-    return text.find(part) != std::string::npos;
 }
 
 TEST_F(Contacts, ShowsThemWithTheNamesOfTheirIds)
@@ -167,20 +131,6 @@ TEST_F(Contacts, AChangeShowsItselfKeepsACopyAndWhatTheCardLeavesOpen)
     // No copy, no change.
     EXPECT_EQ(Run("contacts import " + file + " --copy /nonexistent/copy.vcf").status, 1);
     EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
-}
-
-TEST_F(Contacts, NamesakesAreNotTakenForEachOther)
-{
-    Empty();
-    const std::string two = File("two.vcf", Card("Ann Lee", "1") + Card("Ann Lee", "2"));
-    EXPECT_TRUE(Has(Run("contacts import " + two).out, "2 contacts: 2 added."));
-    EXPECT_TRUE(Has(Run("contacts import " + two).out, "2 contacts: 2 there already."));
-    const std::string third =
-        File("third.vcf", Card("Ann Lee", "3") + "BEGIN:VCARD\nFN:Ann Lee\nTEL;CELL:2\nTEL;HOME:22\nEND:VCARD\n");
-    const Outcome outcome = Run("contacts import --no-copy " + third);
-    EXPECT_TRUE(Has(outcome.out, "    namesake: ")) << outcome.out;
-    EXPECT_TRUE(Has(outcome.out, "    Home: (nothing) -> 22\n")) << outcome.out;
-    EXPECT_EQ(Stored().size(), 3u);
 }
 
 TEST_F(Contacts, AFullHandsetIsForeseen)

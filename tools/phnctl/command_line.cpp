@@ -20,8 +20,9 @@ namespace {
 
 constexpr const char* kDescription = "Uses a CDMA handset attached by USB or by a serial port.";
 constexpr const char* kEpilogue =
-    "Exit status: 0 done; 1 the handset or the library refused, or there is none;\n"
-    "2 the command line is wrong, or this build cannot do it.\n\n"
+    "Exit status: 0 done; 1 not done, or not all of it: the handset or the library refused,\n"
+    "there is none, or a question was answered with no; 2 the command line is wrong, or this\n"
+    "build cannot do it; 130 ended by Ctrl-C.\n\n"
     "With --json a failure is an object too: {\"error\":{\"code\":203,\"name\":...,\"text\":...,\n"
     "\"while\":...}}; code and name where the library or the handset gave one. A value that only\n"
     "the handset's model knows is a member named like its field in phnnrv.h (uBattery1); all\n"

@@ -3,6 +3,7 @@
 #include "phnctl/contact_fields.h"
 #include "phnctl/contact_fitter.h"
 #include "phnctl/contact_name.h"
+#include "phnctl/contact_origin.h"
 #include "phnctl/content_value.h"
 #include "phnctl/text.h"
 
@@ -10,7 +11,6 @@
 #include <fmt/format.h>
 #include <iterator>
 #include <map>
-#include <windows.h>
 
 namespace phnctl {
 
@@ -33,7 +33,7 @@ bool IsPreferred(const ContentLine& line)
 }
 
 // "tel:+1-555-0100;ext=5" (RFC 3966) as a number; what is no such address stays as it is.
-std::string NumberOf(const std::string& text)
+std::string NumberOfUri(const std::string& text)
 {
     if (!UpperCase(text).starts_with("TEL:"))
         return text;
@@ -68,6 +68,21 @@ std::string NumberPlace(const ContentLine& line, const std::string& label)
     return is("WORK") ? kWork : kAnyNumber;
 }
 
+// The beginning of a value as a person would write it, and what comes behind that in a sentence; nothing of a picture.
+std::string ShownValue(const ContentLine& line)
+{
+    constexpr std::size_t kShownUnits = 60;
+    if (line.HasParameter("ENCODING", "B") || line.HasParameter("ENCODING", "BASE64") ||
+        UpperCase(line.value.substr(0, 5)) == "DATA:")
+        return {};
+    std::string text;
+    for (const std::string& part : SplitEscaped(DecodedValue(line), ';'))
+        if (const std::string shown = OneLine(part); !shown.empty())
+            text += (text.empty() ? "" : ", ") + shown;
+    const std::string begin = CutToUnits(text, kShownUnits);
+    return fmt::format("'{}{}': ", begin, begin == text ? "" : "...");
+}
+
 class CardReader
 {
 public:
@@ -83,6 +98,7 @@ public:
             Take(line);
         Candidate candidate = FitContact(m_wishes);
         candidate.hasLostText = m_hasLostText;
+        candidate.origin = m_origin;
         m_dropped.insert(m_dropped.end(), candidate.notes.begin(), candidate.notes.end());
         candidate.notes = std::move(m_dropped);
         candidate.file = file;
@@ -134,6 +150,8 @@ private:
 
     void Take(const ContentLine& line)
     {
+        if (line.name == "UID" && IsOrigin(line.value))
+            m_origin = line.value;
         if (&line == m_named || line.name == kName || IsIn(line.name, kSilent))
             return;
         if (line.name == "TEL")
@@ -163,7 +181,7 @@ private:
     {
         const auto label = line.group.empty() ? m_labels.end() : m_labels.find(line.group);
         const std::string place = NumberPlace(line, label == m_labels.end() ? "" : label->second);
-        const std::string number = NumberOf(Unescaped(DecodedValue(line)));
+        const std::string number = NumberOfUri(Unescaped(DecodedValue(line)));
         if (place.empty())
             Drop(line);
         else
@@ -198,7 +216,8 @@ private:
 
     void Drop(const ContentLine& line)
     {
-        m_dropped.push_back({"dropped", line.name, line.line, "a handset's contact has no place for it"});
+        m_dropped.push_back({"dropped", line.name, line.line,
+                             fmt::format("{}a handset's contact has no place for it", ShownValue(line))});
     }
 
     const VCard& m_card;
@@ -206,30 +225,10 @@ private:
     std::map<std::string, std::string> m_labels; // by group
     std::vector<Wish> m_wishes;
     std::vector<Note> m_dropped;
+    std::string m_origin;
     bool m_hasLostText = false;
     bool m_isCharsetGuessed = false;
 };
-
-void AppendCard(std::string& text, const Entry& contact)
-{
-    const std::string* name = contact.Find(kName);
-    const std::string shown = Escaped(name ? WithoutControls(*name) : "");
-    const std::size_t space = shown.find(' ');
-    text += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
-    AppendFolded(text, space == std::string::npos
-                           ? fmt::format("N:;{};;;", shown)
-                           : fmt::format("N:{};{};;;", shown.substr(space + 1), shown.substr(0, space)));
-    if (!name)
-        text += "FN:\r\n";
-    for (const EntryField& field : contact.fields) {
-        const std::string value = WithoutControls(field.value);
-        AppendFolded(text,
-                     fmt::format("{}:{}", field.property, field.property == kSpeedDials ? value : Escaped(value)));
-    }
-    if (MayHaveLostText(contact))
-        text += fmt::format("{}:{}\r\n", kLostText, GetACP());
-    text += "END:VCARD\r\n";
-}
 
 } // namespace
 
@@ -239,14 +238,6 @@ std::vector<Candidate> ContactsOfFile(const std::string& file, const std::string
     for (const VCard& card : ReadVCards(text))
         candidates.push_back(CardReader(card).Read(file));
     return candidates;
-}
-
-std::string FileOfContacts(std::span<const StoredEntry> contacts)
-{
-    std::string text;
-    for (const StoredEntry& contact : contacts)
-        AppendCard(text, contact.entry);
-    return text;
 }
 
 } // namespace phnctl

@@ -1,72 +1,25 @@
 #include "phnctl/contact_fields.h"
 
-#include "phnctl/number.h"
 #include "phnctl/text.h"
 
 #include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
-#include <vector>
 
 namespace phnctl {
 
 using namespace contact_property;
-
-namespace {
-
-constexpr std::int64_t kNoNumber = -1;
-
-std::string Chosen(const Entry& wanted, const Entry* replaced, const char* property, const char* otherwise)
-{
-    if (const std::string* value = wanted.Find(property))
-        return *value;
-    const std::string* value = replaced ? replaced->Find(property) : nullptr;
-    return value ? *value : otherwise;
-}
-
-bool HasNumber(const Entry& entry, std::int64_t position)
-{
-    return position >= 1 && position <= std::int64_t{std::size(kNumberProperties)} &&
-           entry.Find(kNumberProperties[position - 1]);
-}
-
-// The list with zeros for the numbers that the entry does not have.
-std::string SpeedDialsOf(const Entry& entry, const std::string& list)
-{
-    std::string result;
-    std::size_t begin = 0;
-    for (std::int64_t position = 1; position <= std::int64_t{std::size(kNumberProperties)}; ++position) {
-        const std::size_t end = std::min(list.find(',', begin), list.size());
-        const std::string number = list.substr(std::min(begin, end), end - std::min(begin, end));
-        result += (position > 1 ? "," : "") + (HasNumber(entry, position) && !number.empty() ? number : "0");
-        begin = end + 1;
-    }
-    return result;
-}
-
-} // namespace
 
 bool IsId(std::string_view property)
 {
     return property == kGroup || property == kPicture || property == kRinger;
 }
 
-Entry CompleteContact(const Entry& wanted, const Entry* replaced)
+std::size_t NumberPosition(std::string_view property)
 {
-    Entry entry;
-    for (const EntryField& field : wanted.fields)
-        if (!IsId(field.property) && field.property != kDefault && field.property != kSpeedDials)
-            entry.fields.push_back(field);
-    std::vector<EntryField> settings;
-    for (const char* property : {kGroup, kPicture, kRinger})
-        settings.push_back({property, Chosen(wanted, replaced, property, "0")});
-    const std::string position = Chosen(wanted, replaced, kDefault, "");
-    const auto number = ParseNumber(position, std::size(kNumberProperties));
-    if (HasNumber(entry, number ? static_cast<std::int64_t>(*number) : kNoNumber))
-        settings.push_back({kDefault, position});
-    settings.push_back({kSpeedDials, SpeedDialsOf(entry, Chosen(wanted, replaced, kSpeedDials, ""))});
-    entry.fields.insert(entry.fields.end(), settings.begin(), settings.end());
-    return entry;
+    const auto* found = std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property);
+    return found == std::end(kNumberProperties) ? 0
+                                                : static_cast<std::size_t>(found - std::begin(kNumberProperties)) + 1;
 }
 
 bool MayHaveLostText(const Entry& read)

@@ -41,8 +41,14 @@ inline constexpr const char* kAnyNumberPlaces[] = {contact_property::kCell, cont
 
 bool IsId(std::string_view property); // of a group, picture or ringer
 
-// The ids, default number and speed dials that `wanted` leaves open are those of `replaced`, or none; those that belong
-// to numbers it does not have are cleared.
+// The position of a place of numbers in these lists, from 1; 0 for any other property.
+std::size_t NumberPosition(std::string_view property);
+
+// A contact of these values, a name, numbers and addresses, with the settings of `wanted`; what that leaves open is
+// taken from `replaced`, or is none. The default number and the speed dials go with the numbers that they belong to.
+Entry WithSettings(Entry values, const Entry& wanted, const Entry* replaced);
+
+// The same with the values of `wanted`.
 Entry CompleteContact(const Entry& wanted, const Entry* replaced);
 
 // True when the library may have replaced characters that have no place in the code page. A '?' may be a real one, too.

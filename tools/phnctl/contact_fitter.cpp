@@ -35,8 +35,7 @@ constexpr Places kPlaces[] = {{kAnyNumber, kAnyNumberPlaces}, {kCell, kSecondMob
 
 bool IsNumber(std::string_view property)
 {
-    return property == kAnyNumber || std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property) !=
-                                         std::end(kNumberProperties);
+    return property == kAnyNumber || NumberPosition(property) != 0;
 }
 
 class Fitter
@@ -101,15 +100,14 @@ private:
 
     void TakeNumber(const Wish& wish)
     {
-        const auto [written, extension] = SplitExtension(wish.value);
-        const auto number = Dialable(written);
-        if (number && !extension.empty())
-            Tell("extension-dropped", wish, fmt::format("stored without its extension {}", extension));
+        const auto [number, notes] = NumberOf(wish.value);
         if (!number)
-            Tell("number-not-dialable", wish, fmt::format("'{}' is no number that can be dialled", wish.value));
-        else if (number->size() > kValueUnits)
-            Tell("number-too-long", wish, fmt::format("'{}' has more than {} digits", wish.value, kValueUnits));
-        else if (!number->empty())
+            return Tell("number-not-dialable", wish, fmt::format("'{}' is no number that can be dialled", wish.value));
+        if (number->size() > kValueUnits)
+            return Tell("number-too-long", wish, fmt::format("'{}' has more than {} digits", wish.value, kValueUnits));
+        for (const Note& note : notes)
+            Tell(note.code.c_str(), wish, fmt::format("'{}': {}", wish.value, note.text));
+        if (!number->empty())
             m_slots.push_back({&wish, *number, ""});
     }
 
@@ -188,9 +186,23 @@ private:
         if (m_preferred && !Setting(kDefault))
             if (const auto at = NumberPosition(*m_preferred))
                 m_result.entry.fields.push_back({kDefault, std::to_string(at)});
+        TellSettingsWithoutNumbers();
         if (!m_hasValue)
             Refuse("no-number", {}, "the handset keeps no contact without a number or an address");
         return std::move(m_result);
+    }
+
+    // The default number and the speed dials name places.
+    void TellSettingsWithoutNumbers()
+    {
+        const Entry complete = CompleteContact(m_result.entry, nullptr);
+        for (const char* property : {kDefault, kSpeedDials}) {
+            const std::string* const asked = Setting(property);
+            const std::string* const held = complete.Find(property);
+            if (asked && *asked != "0" && (!held || *held != *asked))
+                m_result.notes.push_back({"no-number-there", property, 0,
+                                          fmt::format("'{}' names a number that the contact does not have", *asked)});
+        }
     }
 
     const std::string* Setting(std::string_view property) const
@@ -198,14 +210,6 @@ private:
         const auto found = std::find_if(m_settings.begin(), m_settings.end(),
                                         [&](const EntryField& field) { return field.property == property; });
         return found == m_settings.end() ? nullptr : &found->value;
-    }
-
-    static std::size_t NumberPosition(std::string_view property)
-    {
-        const auto* found = std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property);
-        return found == std::end(kNumberProperties)
-                   ? 0
-                   : static_cast<std::size_t>(found - std::begin(kNumberProperties)) + 1;
     }
 
     void Tell(const char* code, const Wish& wish, std::string text)
@@ -233,12 +237,12 @@ Candidate FitContact(const std::vector<Wish>& wishes)
     return Fitter().Fit(wishes);
 }
 
-std::vector<Wish> WishesOf(const Entry& entry)
+Entry StorableContact(const Entry& read)
 {
     std::vector<Wish> wishes;
-    for (const EntryField& field : entry.fields)
+    for (const EntryField& field : read.fields)
         wishes.push_back({field.property, field.value, field.property});
-    return wishes;
+    return CompleteContact(FitContact(wishes).entry, nullptr);
 }
 
 } // namespace phnctl

@@ -23,7 +23,7 @@ struct Wish
 // An entry of what fits; what does not is noted. `fits` is false when nothing can be stored: the last note says why.
 Candidate FitContact(const std::vector<Wish>& wishes);
 
-// A contact's fields as wishes.
-std::vector<Wish> WishesOf(const Entry& entry);
+// What the handset would hold if a contact that was read were written back: the form in which contacts are compared.
+Entry StorableContact(const Entry& read);
 
 } // namespace phnctl

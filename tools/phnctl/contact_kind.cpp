@@ -4,6 +4,8 @@
 #include "phnctl/contact_fields.h"
 #include "phnctl/contact_fitter.h"
 #include "phnctl/contact_merge.h"
+#include "phnctl/contact_origin.h"
+#include "phnctl/name_key.h"
 #include "phnctl/number.h"
 #include "phnctl/text.h"
 
@@ -123,13 +125,12 @@ public:
     std::string Key(const Entry& entry) const override
     {
         const std::string name = ValueOf(entry, kName);
-        return !name.empty() ? "name " + name : entry.fields.empty() ? "" : "value " + entry.fields.front().value;
+        return !name.empty()          ? "name " + NameKey(name)
+               : entry.fields.empty() ? ""
+                                      : "value " + entry.fields.front().value;
     }
 
-    Entry Storable(const Entry& read) const override
-    {
-        return CompleteContact(FitContact(WishesOf(read)).entry, nullptr);
-    }
+    Entry Storable(const Entry& read) const override { return StorableContact(read); }
 
     Entry Complete(const Entry& wanted, const Entry* replaced) const override
     {
@@ -138,9 +139,14 @@ public:
 
     bool CanMerge() const override { return true; }
 
-    Merged Merge(const Entry& wanted, const Entry& present) const override { return MergeContacts(wanted, present); }
+    Merged Merge(const Entry& wanted, const Entry& present, Precedence precedence) const override
+    {
+        return MergeContacts(wanted, present, precedence);
+    }
 
-    bool IsSurelySame(const Entry& wanted, const Entry& present) const override { return ShareValue(wanted, present); }
+    std::vector<std::string> Marks(const Entry& entry) const override { return NumbersAndAddresses(entry); }
+
+    std::string Origin(const Entry& entry) const override { return OriginOf(entry); }
 
     bool LooksGarbled(const Entry& entry) const override { return MayHaveLostText(entry); }
 
@@ -159,7 +165,7 @@ public:
                                        ValueOf(entry, kWork), first(kEmail, kEmail2)};
         const auto shown =
             std::count_if(cells.begin() + 1, cells.end(), [](const auto& cell) { return !cell.empty(); });
-        const auto more = CountValues(entry) - static_cast<std::size_t>(shown);
+        const auto more = NumbersAndAddresses(entry).size() - static_cast<std::size_t>(shown);
         cells.push_back(ValueOf(entry, kGroup));
         cells.push_back(more == 0 ? "" : fmt::format("+{}", more));
         return cells;

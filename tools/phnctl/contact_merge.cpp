@@ -1,7 +1,6 @@
 #include "phnctl/contact_merge.h"
 
 #include "phnctl/contact_fields.h"
-#include "phnctl/number.h"
 
 #include <algorithm>
 #include <iterator>
@@ -12,134 +11,188 @@ using namespace contact_property;
 
 namespace {
 
-bool IsAddress(const EntryField& field)
+bool IsAddress(std::string_view property)
 {
-    return field.property == kEmail || field.property == kEmail2;
+    return property == kEmail || property == kEmail2;
 }
 
 bool IsValue(const EntryField& field)
 {
-    return IsAddress(field) || std::find(std::begin(kNumberProperties), std::end(kNumberProperties), field.property) !=
-                                   std::end(kNumberProperties);
+    return IsAddress(field.property) || NumberPosition(field.property) != 0;
 }
 
-// The field with that number or address, in whatever place.
-template <class Fields>
-auto FindValue(Fields& fields, const EntryField& value)
+bool HaveSameValue(const EntryField& one, const EntryField& other)
 {
-    return std::find_if(fields.begin(), fields.end(), [&](const EntryField& field) {
-        return IsValue(field) && IsAddress(field) == IsAddress(value) && field.value == value.value;
-    });
+    return IsAddress(one.property) == IsAddress(other.property) && one.value == other.value;
 }
 
-template <class Fields>
-auto FindPlace(Fields& fields, const std::string& property)
+// The places for a new value, the one that it asks for first. No other number goes where a fax machine answers.
+std::vector<std::string> PlacesFor(const EntryField& wanted)
 {
-    return std::find_if(fields.begin(), fields.end(),
-                        [&](const EntryField& field) { return field.property == property; });
+    if (wanted.hasAnyPlace)
+        return {std::begin(kAnyNumberPlaces), std::end(kAnyNumberPlaces)};
+    std::vector<std::string> places{wanted.property};
+    if (IsAddress(wanted.property))
+        places.insert(places.end(), {kEmail, kEmail2});
+    else if (wanted.property != kFax)
+        places.insert(places.end(), std::rbegin(kAnyNumberPlaces), std::rend(kAnyNumberPlaces));
+    return places;
 }
 
 class Merger
 {
 public:
-    Merger(const Entry& wanted, const Entry& present) : m_wanted(wanted), m_present(present)
+    Merger(const Entry& wanted, const Entry& present, Precedence precedence)
+        : m_wanted(wanted), m_present(present), m_cardWins(precedence == Precedence::Wanted)
     {
-        std::copy_if(present.fields.begin(), present.fields.end(), std::back_inserter(m_fields),
-                     [](const EntryField& field) { return field.property == kName || IsValue(field); });
+        for (const EntryField& field : present.fields)
+            if (IsValue(field))
+                m_held.push_back({field.property, field.value, nullptr});
+        for (const EntryField& field : wanted.fields)
+            if (IsValue(field))
+                m_new.push_back(&field);
     }
 
     Merged Merge()
     {
-        for (const EntryField& field : m_wanted.fields)
-            if (field.property == kName)
-                Put(field);
-            else if (IsValue(field))
-                PlaceValue(field);
-        Merged merged;
-        std::copy_if(m_fields.begin(), m_fields.end(), std::back_inserter(merged.kept), [&](const EntryField& field) {
-            return IsValue(field) && FindValue(m_wanted.fields, field) == m_wanted.fields.end();
-        });
-        for (const EntryField& field : m_wanted.fields)
-            if (field.property == kDefault)
-                m_fields.push_back({kDefault, DefaultOf(field.value)});
-            else if (field.property != kName && !IsValue(field))
-                m_fields.push_back(field);
-        merged.entry = CompleteContact({std::move(m_fields)}, &m_present);
-        return merged;
+        Meet([](const Held& held, const EntryField& field) { return held.place == field.property; });
+        Meet([](const Held&, const EntryField&) { return true; });
+        MoveWhereNothingStays();
+        std::erase_if(m_new, [&](const EntryField* field) { return TakeOwnPlace(*field); });
+        for (const EntryField* field : m_new)
+            TakeOtherPlace(*field);
+        Finish();
+        return std::move(m_merged);
     }
 
 private:
-    void Put(const EntryField& field)
+    struct Held
     {
-        const auto occupant = FindPlace(m_fields, field.property);
-        if (occupant == m_fields.end())
-            m_fields.push_back({field.property, field.value});
-        else
-            occupant->value = field.value;
+        std::string place;
+        std::string value;
+        const EntryField* wish; // what the card says of it; null: nothing
+    };
+
+    // Each value that both have meets once.
+    template <class Condition>
+    void Meet(const Condition& condition)
+    {
+        std::erase_if(m_new, [&](const EntryField* field) {
+            const auto same = std::find_if(m_held.begin(), m_held.end(), [&](const Held& held) {
+                return !held.wish && HaveSameValue({held.place, held.value}, *field) && condition(held, *field);
+            });
+            if (same != m_held.end())
+                same->wish = field;
+            return same != m_held.end();
+        });
     }
 
-    void PlaceValue(const EntryField& field)
+    void MoveWhereNothingStays()
     {
-        const auto occupant = FindPlace(m_fields, field.property);
-        if (occupant != m_fields.end() && occupant->value == field.value)
-            return;
-        if (const auto same = FindValue(m_fields, field); same != m_fields.end()) {
-            const bool wouldCostOne =
-                occupant != m_fields.end() && FindValue(m_wanted.fields, *occupant) == m_wanted.fields.end();
-            if (field.hasAnyPlace || wouldCostOne)
-                return;
-            m_fields.erase(same);
-        } else if (field.hasAnyPlace && occupant != m_fields.end()) {
-            return Put({FreePlace(field.property), field.value});
+        std::vector<Held*> moving;
+        for (Held& held : m_held)
+            if (held.wish && !held.wish->hasAnyPlace && held.wish->property != held.place)
+                moving.push_back(&held);
+        const auto isBlocked = [&](const Held* mover) {
+            const Held* const there = At(mover->wish->property);
+            return there && std::find(moving.begin(), moving.end(), there) == moving.end();
+        };
+        // What cannot move is in the way of others.
+        auto blocked = std::find_if(moving.begin(), moving.end(), isBlocked);
+        while (blocked != moving.end()) {
+            moving.erase(blocked);
+            blocked = std::find_if(moving.begin(), moving.end(), isBlocked);
         }
-        Put(field);
+        for (Held* held : moving)
+            held->place = held->wish->property;
     }
 
-    // Otherwise the one given.
-    std::string FreePlace(const std::string& otherwise) const
+    Held* At(std::string_view place)
     {
-        const auto* free =
-            std::find_if(std::begin(kAnyNumberPlaces), std::end(kAnyNumberPlaces),
-                         [&](const char* place) { return FindPlace(m_fields, place) == m_fields.end(); });
-        return free == std::end(kAnyNumberPlaces) ? otherwise : *free;
+        const auto held =
+            std::find_if(m_held.begin(), m_held.end(), [&](const Held& other) { return other.place == place; });
+        return held == m_held.end() ? nullptr : &*held;
     }
 
-    // The default number stays the number that it was, wherever that is now.
-    std::string DefaultOf(const std::string& position) const
+    bool Take(const EntryField& field, const std::string& place)
     {
-        const auto number = ParseNumber(position, std::size(kNumberProperties));
-        if (!number || *number == 0)
-            return position;
-        const auto wanted = FindPlace(m_wanted.fields, kNumberProperties[*number - 1]);
-        if (wanted == m_wanted.fields.end())
-            return position;
-        const auto placed = FindValue(m_fields, *wanted);
-        const auto* place = std::find(std::begin(kNumberProperties), std::end(kNumberProperties), placed->property);
-        return std::to_string(place - std::begin(kNumberProperties) + 1);
+        Held* const there = At(place);
+        if (there && (there->wish || !m_cardWins))
+            return false;
+        if (there)
+            *there = {place, field.value, &field};
+        else
+            m_held.push_back({place, field.value, &field});
+        return true;
+    }
+
+    bool TakeOwnPlace(const EntryField& field) { return !field.hasAnyPlace && Take(field, field.property); }
+
+    void TakeOtherPlace(const EntryField& field)
+    {
+        const std::vector<std::string> places = PlacesFor(field);
+        auto place = std::find_if(places.begin(), places.end(), [&](const std::string& other) { return !At(other); });
+        if (place == places.end())
+            place =
+                std::find_if(places.begin(), places.end(), [&](const std::string& other) { return !At(other)->wish; });
+        if (place == places.end() || !Take(field, *place))
+            m_merged.leftOut.push_back(field);
+        else if (!field.hasAnyPlace)
+            m_merged.displaced.push_back({field, *place});
+    }
+
+    // In the order of the places that the contact had.
+    void Finish()
+    {
+        const std::string* const name = m_present.Find(kName);
+        const std::string* const newName = m_wanted.Find(kName);
+        Entry result;
+        if (newName && (m_cardWins || !name))
+            result.fields.push_back({kName, *newName});
+        else if (name)
+            result.fields.push_back({kName, *name});
+        for (const EntryField& field : m_present.fields)
+            if (IsValue(field))
+                Emit(result, field.property);
+        while (!m_held.empty())
+            Emit(result, std::string(m_held.front().place));
+        m_merged.entry = WithSettings(std::move(result), m_wanted, &m_present);
+    }
+
+    void Emit(Entry& result, const std::string& place)
+    {
+        const auto held =
+            std::find_if(m_held.begin(), m_held.end(), [&](const Held& other) { return other.place == place; });
+        if (held == m_held.end())
+            return;
+        result.fields.push_back({held->place, held->value});
+        if (!held->wish)
+            m_merged.kept.push_back(result.fields.back());
+        m_held.erase(held);
     }
 
     const Entry& m_wanted;
     const Entry& m_present;
-    std::vector<EntryField> m_fields;
+    const bool m_cardWins;
+    std::vector<Held> m_held;
+    std::vector<const EntryField*> m_new; // what the card has and the contact has not
+    Merged m_merged;
 };
 
 } // namespace
 
-Merged MergeContacts(const Entry& wanted, const Entry& present)
+Merged MergeContacts(const Entry& wanted, const Entry& present, Precedence precedence)
 {
-    return Merger(wanted, present).Merge();
+    return Merger(wanted, present, precedence).Merge();
 }
 
-std::size_t CountValues(const Entry& entry)
+std::vector<std::string> NumbersAndAddresses(const Entry& contact)
 {
-    return static_cast<std::size_t>(std::count_if(entry.fields.begin(), entry.fields.end(), IsValue));
-}
-
-bool ShareValue(const Entry& one, const Entry& other)
-{
-    return std::any_of(one.fields.begin(), one.fields.end(), [&](const EntryField& field) {
-        return IsValue(field) && FindValue(other.fields, field) != other.fields.end();
-    });
+    std::vector<std::string> values;
+    for (const EntryField& field : contact.fields)
+        if (IsValue(field))
+            values.push_back(field.value);
+    return values;
 }
 
 } // namespace phnctl

@@ -6,14 +6,12 @@
 
 namespace phnctl {
 
-// The card's values win over those in their places, the others stay. A number that the handset holds in another place
-// moves to the card's place, unless that would cost a number; one without a type takes a place that is free.
-Merged MergeContacts(const Entry& wanted, const Entry& present);
+// What the contact holds stays, and what only the card has takes the places that are free. A number that both have
+// moves to the card's place where nothing else stays. Where the card has precedence, its new values come into their
+// places and what was there goes; nothing is left out then.
+Merged MergeContacts(const Entry& wanted, const Entry& present, Precedence precedence);
 
-// How many numbers and addresses it has.
-std::size_t CountValues(const Entry& entry);
-
-// True when they have a number or an address in common.
-bool ShareValue(const Entry& one, const Entry& other);
+// Its numbers and addresses.
+std::vector<std::string> NumbersAndAddresses(const Entry& contact);
 
 } // namespace phnctl

@@ -11,6 +11,14 @@ const std::string* Entry::Find(std::string_view property) const
     return field == fields.end() ? nullptr : &field->value;
 }
 
+std::string Entry::Text() const
+{
+    std::string text;
+    for (const EntryField& field : fields)
+        text.append(field.property).append(1, '\0').append(field.value).append(1, '\0');
+    return text;
+}
+
 std::vector<Difference> Differences(const Entry& before, const Entry& after)
 {
     std::vector<EntryField> left = before.fields;

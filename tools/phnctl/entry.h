@@ -26,6 +26,9 @@ struct Entry
     // The value of the first field of that name, or null.
     const std::string* Find(std::string_view property) const;
 
+    // All of it in one text, other for other entries.
+    std::string Text() const;
+
     bool operator==(const Entry&) const = default;
 };
 
@@ -48,6 +51,7 @@ struct Candidate
     bool fits = true;         // false: the handset cannot hold it; the last note says why
     bool isMeant = true;      // false: it is nothing to store (a to-do among events); the last note says why
     bool hasLostText = false; // the file says of itself that characters of it were lost to a code page
+    std::string origin{};     // what EntryForm::Origin gave for the handset's entry that it was made of; empty: unknown
 };
 
 struct Difference

@@ -20,11 +20,26 @@ struct StoredEntry
     Entry entry;
 };
 
+// Whose value stays where two entries have different ones in one place.
+enum class Precedence
+{
+    Present, // the handset's: nothing that it holds is lost
+    Wanted,  // the file's
+};
+
+struct Displaced
+{
+    EntryField wanted;
+    std::string place; // the property under which it went
+};
+
 // An entry with the values of two.
 struct Merged
 {
     Entry entry;
-    std::vector<EntryField> kept; // what only the handset's holds
+    std::vector<EntryField> kept{};     // what only the handset's holds
+    std::vector<Displaced> displaced{}; // what only the file's holds, in another place than it asked for
+    std::vector<EntryField> leftOut{};  // what only the file's holds, and no place is left for
 };
 
 class EntryForm
@@ -50,11 +65,17 @@ public:
     virtual Entry Storable(const Entry& read) const { return read; }
     // What a file's entry does not say is taken from the entry that it replaces (null: none).
     virtual Entry Complete(const Entry& wanted, const Entry* replaced) const = 0;
-    // True where entries consist of values of which some may be added and others stay.
+    // True where entries consist of values of which some may be added and others stay. There, a common key is a name
+    // that several may have, and two entries are surely the same only when they have a mark in common besides: what one
+    // person alone has, as a rule.
     virtual bool CanMerge() const { return false; }
-    virtual Merged Merge(const Entry& wanted, const Entry& present) const { return {Complete(wanted, &present), {}}; }
-    // False when two entries may be different things in spite of their common key.
-    virtual bool IsSurelySame(const Entry&, const Entry&) const { return true; }
+    virtual Merged Merge(const Entry& wanted, const Entry& present, Precedence) const
+    {
+        return {Complete(wanted, &present)};
+    }
+    virtual std::vector<std::string> Marks(const Entry&) const { return {}; }
+    // What a file says of an entry that it was made of, in the form in which entries are compared; empty: nothing.
+    virtual std::string Origin(const Entry&) const { return {}; }
 
 private:
     const std::string m_one;

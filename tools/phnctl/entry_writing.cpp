@@ -108,6 +108,7 @@ int Delete(const Invocation& invocation, const EntryKind& kind)
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const std::vector<StoredEntry> entries = ReadAll(handset, kind, indexes);
         RequireWholeCopy(invocation, kind, entries);
+        TellLosses(LossesOf(kind, entries), kind.One(), kind.Many());
         for (const StoredEntry& stored : entries)
             fmt::print(stderr, "{}  {}\n", stored.index, Printable(kind.Title(stored.entry)));
         const std::string what =
@@ -153,9 +154,13 @@ std::vector<CommandOption> ImportOptions(const EntryKind& kind)
 std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files, bool acceptsLoss)
 {
     std::vector<Candidate> candidates;
-    for (const std::string& file : files)
+    for (const std::string& file : files) {
+        const std::size_t before = candidates.size();
         for (Candidate& candidate : kind.Parse(file, ReadText(file)))
             candidates.push_back(std::move(candidate));
+        if (candidates.size() == before && files.size() > 1)
+            fmt::print(stderr, "{} holds no {}.\n", Printable(file), kind.One());
+    }
     for (Candidate& candidate : candidates) {
         if (!candidate.hasLostText || acceptsLoss)
             continue;

@@ -10,7 +10,7 @@
 namespace phnctl {
 
 constexpr int kDone = 0;
-constexpr int kRefused = 1; // the handset or the library refused, or there is none
+constexpr int kRefused = 1; // the handset, the library or the person refused, or there is no handset
 constexpr int kUsage = 2;   // the command line is wrong, or this build cannot do it
 
 class Failure : public std::runtime_error

@@ -19,10 +19,28 @@ std::size_t Plan::Count(Action action, Result result) const
     }));
 }
 
+std::optional<std::uint32_t> PlannedEntry::ShownIndex() const
+{
+    return action == Action::Add ? std::nullopt : index;
+}
+
+std::size_t Plan::Deleted() const
+{
+    return static_cast<std::size_t>(
+        std::count_if(deletions.begin(), deletions.end(),
+                      [](const Deletion& deletion) { return deletion.result == Result::Written; }));
+}
+
+bool Plan::IsHeld(const PlannedEntry& planned) const
+{
+    const PlannedEntry& one = planned.into ? entries[*planned.into] : planned;
+    return one.action == Action::Same || one.result == Result::Written;
+}
+
 bool Plan::HoldsAll() const
 {
-    return std::all_of(entries.begin(), entries.end(), [](const PlannedEntry& planned) {
-        return planned.action == Action::Same || planned.action == Action::LeftOut || planned.result == Result::Written;
+    return std::all_of(entries.begin(), entries.end(), [&](const PlannedEntry& planned) {
+        return planned.action == Action::LeftOut || IsHeld(planned);
     });
 }
 

@@ -17,6 +17,7 @@ enum class Action
     Add,
     Change,
     Same,       // the handset holds it already, or the file says it twice
+    Merged,     // goes into one with another planned entry
     CannotHold, // the notes say why
     NoRoom,     // the handset has no place for one more
     LeftOut,    // nothing to store; the notes say why
@@ -37,10 +38,14 @@ struct PlannedEntry
     std::optional<std::uint32_t> index; // of the handset's entry that it changes or equals; a new one's, once written
     Entry target;                       // what the handset is to hold
     std::vector<Difference> changes;    // from what it holds now
+    std::optional<std::size_t> into;    // the planned entry with which it goes into one
 
     Result result = Result::NotTried;
     std::string problem;              // why it failed
     std::vector<Difference> readBack; // from the target
+
+    // Nothing for a new entry: its index is this run's alone, as the handset may have stored it under another number.
+    std::optional<std::uint32_t> ShownIndex() const;
 };
 
 // An entry of the handset that no planned one stands for, and that goes once all the others are on the handset.
@@ -61,6 +66,9 @@ struct Plan
 
     std::size_t Count(Action action) const;
     std::size_t Count(Action action, Result result) const;
+    std::size_t Deleted() const;
+    // The handset holds what the file says, as far as it can.
+    bool IsHeld(const PlannedEntry& planned) const;
     // All entries are on the handset, and nothing was left out.
     bool HoldsAll() const;
     // And what was to be deleted is gone.
@@ -77,9 +85,9 @@ enum class Filling
 // The code of that note.
 inline constexpr const char* kKept = "kept";
 
-// In the candidates' order. Entries that are equal meet first; then an entry changes the one with its key that has most
-// in common with it; what is left is added. Of several with one key only those meet that are surely the same. No entry
-// of the handset is used twice.
+// In the candidates' order. Entries that are equal meet first; then an entry changes the one that it was made of, or the
+// one with its key that has most in common with it; what is left is added. Of several with one key only those meet that
+// are surely the same. Two entries of the files that are surely the same go into one, unless the handset had both.
 Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory,
               Filling filling = Filling::Replace);
 

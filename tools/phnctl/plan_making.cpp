@@ -1,8 +1,9 @@
-// How the entries of files meet those of the handset.
+// How the entries of files meet those of the handset, and each other.
 #include "phnctl/plan.h"
+#include "phnctl/plan_notes.h"
+#include "phnctl/plan_presents.h"
 
 #include <algorithm>
-#include <fmt/format.h>
 #include <map>
 #include <set>
 
@@ -10,178 +11,229 @@ namespace phnctl {
 
 namespace {
 
-// The handset's entry in the form in which it is compared, while no planned entry has taken it.
-struct Present
-{
-    std::uint32_t index = 0;
-    Entry entry;
-    bool isTaken = false;
-};
-
-using PresentByKey = std::multimap<std::string, Present>;
-
-// What tells two entries of the files apart.
-std::string WholeText(const Entry& entry)
-{
-    std::string text;
-    for (const EntryField& field : entry.fields)
-        text.append(field.property).append(1, '\0').append(field.value).append(1, '\0');
-    return text;
-}
-
 class PlanMaker
 {
 public:
     PlanMaker(const EntryForm& form, Filling filling, const Inventory& inventory)
-        : m_form(form), m_merges(filling == Filling::Merge && form.CanMerge())
+        : m_form(form), m_merges(filling == Filling::Merge && form.CanMerge()), m_presents(form, inventory)
     {
-        for (const StoredEntry& stored : inventory.entries) {
-            Entry entry = form.Storable(stored.entry);
-            std::string key = form.Key(entry);
-            m_presents.emplace(std::move(key), Present{stored.index, std::move(entry)});
-        }
     }
 
     Plan Make(std::vector<Candidate> candidates)
     {
-        Plan plan;
-        std::vector<bool> isRepeated;
-        for (Candidate& candidate : candidates) {
-            const bool isNew = !candidate.isMeant || candidate.entry.fields.empty() ||
-                               m_seen.insert(WholeText(candidate.entry)).second;
-            isRepeated.push_back(!isNew);
-            if (isNew && candidate.isMeant)
-                ++m_candidates[m_form.Key(candidate.entry)];
-            plan.entries.emplace_back().from = std::move(candidate);
-            if (plan.entries.back().from.isMeant)
-                TakeEqual(plan.entries.back());
-        }
-        for (std::size_t i = 0; i < plan.entries.size(); ++i)
-            if (PlannedEntry& planned = plan.entries[i];
-                !planned.index && m_merges && planned.from.fits && planned.from.isMeant && !isRepeated[i])
-                TakeContaining(planned);
-        for (std::size_t i = 0; i < plan.entries.size(); ++i)
-            if (!plan.entries[i].index)
-                Settle(plan.entries[i], isRepeated[i]);
-        return plan;
+        for (Candidate& candidate : candidates)
+            Accept(std::move(candidate));
+        for (const auto step :
+             {&PlanMaker::TakeEqual, &PlanMaker::TakeOrigin, &PlanMaker::TakeContaining, &PlanMaker::Settle})
+            for (std::size_t at = 0; at < m_states.size(); ++at)
+                if (!m_states[at].isSettled)
+                    m_states[at].isSettled = (this->*step)(at);
+        for (std::size_t at = 0; at < m_states.size(); ++at)
+            TellOutcome(m_plan.entries[at], m_states[at]);
+        return std::move(m_plan);
     }
 
 private:
-    template <class Condition>
-    Present* FindFree(const Entry& wanted, const Condition& condition)
+    struct State
     {
-        const auto [first, last] = m_presents.equal_range(m_form.Key(wanted));
-        const auto found = std::find_if(
-            first, last, [&](const auto& item) { return !item.second.isTaken && condition(item.second.entry); });
-        return found == last ? nullptr : &found->second;
+        bool isRepeated = false;
+        bool isSettled = false;
+        std::vector<EntryField> kept{};   // what the handset has, and no entry of the files that goes into one with it
+        std::vector<EntryField> noRoom{}; // what kept it from going into one of the handset or of the files
+    };
+
+    void Accept(Candidate candidate)
+    {
+        const bool isNew =
+            !candidate.isMeant || candidate.entry.fields.empty() || m_seen.insert(candidate.entry.Text()).second;
+        if (isNew && candidate.isMeant)
+            ++m_candidates[m_form.Key(candidate.entry)];
+        m_states.push_back({!isNew});
+        m_plan.entries.emplace_back().from = std::move(candidate);
     }
 
-    void Take(PlannedEntry& planned, Present& present, Action action)
+    // The steps. Each is true when it settles what becomes of a planned entry.
+
+    bool TakeEqual(std::size_t at)
     {
-        present.isTaken = true;
-        planned.action = action;
-        planned.index = present.index;
-        planned.changes = Differences(present.entry, planned.target);
+        const Candidate& from = m_plan.entries[at].from;
+        return from.isMeant &&
+               TakeAsItIs(at, [&](const Entry& present) { return Merged{m_form.Complete(from.entry, &present)}; });
     }
 
-    void TakeEqual(PlannedEntry& planned)
+    // What was made of an entry that the handset holds as it was then, and changed: the file's values are meant.
+    bool TakeOrigin(std::size_t at)
     {
-        const Entry& wanted = planned.from.entry;
-        Present* const equal =
-            FindFree(wanted, [&](const Entry& present) { return m_form.Complete(wanted, &present) == present; });
-        if (!equal)
-            return;
-        planned.target = equal->entry;
-        Take(planned, *equal, Action::Same);
+        const Candidate& from = m_plan.entries[at].from;
+        if (!MayMeet(at) || from.origin.empty())
+            return false;
+        const std::vector<Present*> presents = m_presents.WithOrigin(from.origin);
+        const auto free = std::find_if(presents.begin(), presents.end(), [](Present* item) { return !item->owner; });
+        if (free != presents.end())
+            Take(at, **free, TargetOf(from.entry, (*free)->entry, Precedence::Wanted));
+        return free != presents.end() || (!presents.empty() && GoInto(at, *presents.front()));
     }
 
     // One that holds more than the file says.
-    void TakeContaining(PlannedEntry& planned)
+    bool TakeContaining(std::size_t at)
     {
-        const Entry& wanted = planned.from.entry;
-        Present* const whole =
-            FindFree(wanted, [&](const Entry& present) { return m_form.Merge(wanted, present).entry == present; });
-        if (!whole)
-            return;
-        TellKept(planned, m_form.Merge(wanted, whole->entry).kept);
-        planned.target = whole->entry;
-        Take(planned, *whole, Action::Same);
+        return m_merges && MayMeet(at) && TakeAsItIs(at, [&](const Entry& present) {
+                   return m_form.Merge(m_plan.entries[at].from.entry, present, Precedence::Present);
+               });
     }
 
-    void Settle(PlannedEntry& planned, bool isRepeated)
+    bool Settle(std::size_t at)
     {
+        PlannedEntry& planned = m_plan.entries[at];
         if (!planned.from.isMeant) {
             planned.action = Action::LeftOut;
         } else if (!planned.from.fits) {
             planned.action = Action::CannotHold;
-        } else if (isRepeated) {
+        } else if (m_states[at].isRepeated) {
             planned.action = Action::Same;
-            planned.from.notes.push_back(
-                {"repeated", "", planned.from.line, "the files hold it once more, before this one"});
-        } else {
-            TakeMostSimilar(planned);
+            TellRepeated(planned.from);
+        } else if (!TakeMostSimilar(at)) {
+            Add(at);
         }
+        return true;
     }
 
-    Merged TargetOf(const Entry& wanted, const Entry& present) const
+    bool MayMeet(std::size_t at) const
     {
-        return m_merges ? m_form.Merge(wanted, present) : Merged{m_form.Complete(wanted, &present), {}};
+        const Candidate& from = m_plan.entries[at].from;
+        return from.isMeant && from.fits && !m_states[at].isRepeated;
     }
 
-    void TakeMostSimilar(PlannedEntry& planned)
+    // One that the plan has no reason to change.
+    template <class Target>
+    bool TakeAsItIs(std::size_t at, const Target& targetFor)
     {
-        const Entry& wanted = planned.from.entry;
+        for (Present* const present : m_presents.WithKey(m_form.Key(m_plan.entries[at].from.entry))) {
+            if (present->owner)
+                continue;
+            Merged target = targetFor(present->entry);
+            if (target.entry != present->entry || !target.leftOut.empty())
+                continue;
+            Take(at, *present, std::move(target));
+            return true;
+        }
+        return false;
+    }
+
+    Merged TargetOf(const Entry& wanted, const Entry& present, Precedence precedence) const
+    {
+        return m_merges ? m_form.Merge(wanted, present, precedence) : Merged{m_form.Complete(wanted, &present)};
+    }
+
+    // Into the free one that changes least, or else into what another entry of the files is for.
+    bool TakeMostSimilar(std::size_t at)
+    {
+        if (!m_form.CanChange())
+            return false;
+        const Entry& wanted = m_plan.entries[at].from.entry;
         const std::string key = m_form.Key(wanted);
-        const auto [first, last] = m_presents.equal_range(key);
-        const bool isOnlyOne = m_candidates[key] == 1 && std::distance(first, last) == 1;
+        const std::vector<Present*> presents = m_presents.WithKey(key);
+        const bool isOnlyOne = m_candidates[key] == 1 && presents.size() == 1;
         Present* best = nullptr;
-        Merged merged;
+        Merged target;
         std::size_t fewest = 0;
-        for (auto item = first; item != last && m_form.CanChange(); ++item) {
-            Present& present = item->second;
-            if (present.isTaken || !(isOnlyOne || m_form.IsSurelySame(wanted, present.entry)))
+        for (Present* const present : presents) {
+            if (present->owner || !(isOnlyOne || IsSurelySame(wanted, present->entry)))
                 continue;
-            Merged target = TargetOf(wanted, present.entry);
-            const std::size_t changes = Differences(present.entry, target.entry).size();
-            if (best && changes >= fewest)
-                continue;
-            best = &present;
-            merged = std::move(target);
-            fewest = changes;
+            Merged merged = TargetOf(wanted, present->entry, Precedence::Present);
+            const std::size_t changes = Differences(present->entry, merged.entry).size();
+            if (!merged.leftOut.empty()) {
+                m_states[at].noRoom = std::move(merged.leftOut);
+            } else if (!best || changes < fewest) {
+                best = present;
+                target = std::move(merged);
+                fewest = changes;
+            }
         }
-        if (!best) {
-            planned.target = m_form.Complete(wanted, nullptr);
-            if (m_form.CanMerge() && (first != last || m_candidates[key] > 1))
-                TellNamesake(planned, first != last);
-            return;
-        }
-        planned.target = std::move(merged.entry);
-        TellKept(planned, merged.kept);
-        Take(planned, *best, Action::Change);
+        if (best)
+            Take(at, *best, std::move(target));
+        Present* const owned = best ? nullptr : m_presents.OwnedLike(wanted);
+        return best || (owned && GoInto(at, *owned));
     }
 
-    void TellNamesake(PlannedEntry& planned, bool isOnHandset) const
+    bool IsSurelySame(const Entry& one, const Entry& other) const
     {
-        planned.from.notes.push_back(
-            {"namesake", "", planned.from.line,
-             fmt::format("another {} of this name is {}; nothing says that they are the same, so both are kept",
-                         m_form.One(), isOnHandset ? "on the handset" : "in the files")});
+        const std::vector<std::string> marks = m_form.Marks(one);
+        const std::vector<std::string> others = m_form.Marks(other);
+        return !m_form.CanMerge() ||
+               std::find_first_of(marks.begin(), marks.end(), others.begin(), others.end()) != marks.end();
     }
 
-    void TellKept(PlannedEntry& planned, const std::vector<EntryField>& kept) const
+    void Take(std::size_t at, Present& present, Merged target)
     {
-        std::string text;
-        for (const EntryField& field : kept)
-            text += fmt::format("{}{} {}", text.empty() ? "" : ", ", m_form.Label(field.property), field.value);
-        if (!text.empty())
-            planned.from.notes.push_back({kKept, "", planned.from.line,
-                                          text + ": only the handset has it, and it stays; --replace takes it off"});
+        PlannedEntry& planned = m_plan.entries[at];
+        planned.action = target.entry == present.before ? Action::Same : Action::Change;
+        planned.index = present.index;
+        planned.changes = Differences(present.before, target.entry);
+        planned.target = std::move(target.entry);
+        TellDisplaced(planned.from, m_form, target);
+        m_states[at].kept = std::move(target.kept);
+        m_presents.Own(present, at, planned.target);
+    }
+
+    // One with the planned entry that stands for it already; false when it has no room.
+    bool GoInto(std::size_t at, Present& present)
+    {
+        PlannedEntry& planned = m_plan.entries[at];
+        PlannedEntry& owner = m_plan.entries[*present.owner];
+        const bool areTwo =
+            !planned.from.origin.empty() && !owner.from.origin.empty() && planned.from.origin != owner.from.origin;
+        const bool isEdit = planned.from.origin == m_form.Origin(present.before) && owner.action == Action::Same;
+        Merged merged =
+            m_form.Merge(planned.from.entry, present.entry, isEdit ? Precedence::Wanted : Precedence::Present);
+        m_states[at].noRoom = merged.leftOut;
+        if (areTwo || !merged.leftOut.empty())
+            return false;
+        planned.action = Action::Merged;
+        planned.into = *present.owner;
+        planned.index = present.index;
+        planned.target = merged.entry;
+        TellMerged(planned.from, m_form, owner.from);
+        TellDisplaced(planned.from, m_form, merged);
+        std::erase_if(m_states[*present.owner].kept, [&](const EntryField& field) {
+            return std::find(merged.kept.begin(), merged.kept.end(), field) == merged.kept.end();
+        });
+        if (present.index) {
+            owner.changes = Differences(present.before, merged.entry);
+            owner.action = owner.changes.empty() ? Action::Same : Action::Change;
+        }
+        owner.target = merged.entry;
+        m_presents.Own(present, *present.owner, owner.target);
+        return true;
+    }
+
+    void Add(std::size_t at)
+    {
+        PlannedEntry& planned = m_plan.entries[at];
+        planned.target = m_form.Complete(planned.from.entry, nullptr);
+        ++m_additions[m_form.Key(planned.from.entry)];
+        std::string mark;
+        if (const Present* const other = m_presents.OtherWithMarkOf(planned.from.entry, mark))
+            TellShared(planned.from, m_form, other->before, mark);
+        m_presents.Add(at, planned.target);
+    }
+
+    void TellOutcome(PlannedEntry& planned, const State& state)
+    {
+        const std::string key = m_form.Key(planned.from.entry);
+        const bool isOnHandset = !m_presents.WithKey(key).empty();
+        if (m_form.CanMerge() && planned.action == Action::Add && (isOnHandset || m_additions[key] > 1))
+            TellNamesake(planned.from, m_form, isOnHandset, state.noRoom);
+        TellKept(planned.from, m_form, state.kept);
     }
 
     const EntryForm& m_form;
     const bool m_merges;
-    PresentByKey m_presents;
+    Presents m_presents;
+    Plan m_plan;
+    std::vector<State> m_states;                     // of the plan's entries
     std::map<std::string, std::size_t> m_candidates; // how many of the files have a key, without repetitions
+    std::map<std::string, std::size_t> m_additions;  // and how many of them are added
     std::set<std::string> m_seen;
 };
 

@@ -10,40 +10,6 @@ namespace phnctl {
 
 namespace {
 
-const char* Word(Action action)
-{
-    switch (action) {
-    case Action::Add:
-        return "add";
-    case Action::Change:
-        return "change";
-    case Action::Same:
-        return "same";
-    case Action::CannotHold:
-        return "cannot-hold";
-    case Action::NoRoom:
-        return "no-room";
-    case Action::LeftOut:
-        return "left-out";
-    }
-    return "";
-}
-
-const char* Word(Result result)
-{
-    switch (result) {
-    case Result::NotTried:
-        return "not-tried";
-    case Result::Written:
-        return "written";
-    case Result::Different:
-        return "different";
-    case Result::Failed:
-        return "failed";
-    }
-    return "";
-}
-
 // What a person reads at the head of a paragraph.
 const char* Heading(const Plan& plan, const PlannedEntry& planned)
 {
@@ -51,6 +17,10 @@ const char* Heading(const Plan& plan, const PlannedEntry& planned)
         return "cannot hold";
     if (planned.action == Action::LeftOut)
         return "left out";
+    if (planned.action == Action::Same)
+        return "no change";
+    if (planned.action == Action::Merged)
+        return "merged";
     const bool isNew = planned.action == Action::Add;
     if (!plan.isApplied)
         return isNew ? "add" : "change";
@@ -59,18 +29,35 @@ const char* Heading(const Plan& plan, const PlannedEntry& planned)
     return planned.result == Result::Different ? "DIFFERENT" : "FAILED";
 }
 
-// The index of a new entry is this run's alone: the handset may have stored it under another number.
-std::optional<std::uint32_t> IndexToShow(const PlannedEntry& planned)
+bool IsKept(const Note& note)
 {
-    return planned.action == Action::Add ? std::nullopt : planned.index;
+    return note.code == kKept;
 }
 
-// What a person has to read: not what stays as it is, and not each of the entries that an interrupt left out.
+bool HasMore(const PlannedEntry& planned)
+{
+    return std::any_of(planned.from.notes.begin(), planned.from.notes.end(), IsKept);
+}
+
+// What a person has to read: not each of the entries that an interrupt left out, and of what stays as it is only that
+// which has more.
 bool IsWorthTelling(const Plan& plan, const PlannedEntry& planned)
 {
-    const bool isLeftOut = plan.isApplied && planned.result == Result::NotTried;
-    const bool isWritten = planned.action == Action::Add || planned.action == Action::Change;
-    return planned.action == Action::CannotHold || planned.action == Action::LeftOut || (isWritten && !isLeftOut);
+    switch (planned.action) {
+    case Action::Add:
+    case Action::Change:
+        return !plan.isApplied || planned.result != Result::NotTried;
+    case Action::Same:
+        return HasMore(planned);
+    case Action::Merged:
+        return plan.entries[*planned.into].action != Action::Same;
+    case Action::CannotHold:
+    case Action::LeftOut:
+        return true;
+    case Action::NoRoom:
+        break;
+    }
+    return false;
 }
 
 void AppendDifferences(std::string& text, const EntryForm& form, const std::vector<Difference>& differences,
@@ -87,10 +74,12 @@ void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, con
     const std::string line = planned.from.line ? fmt::format(":{}", planned.from.line) : "";
     const std::string place = Printable(planned.from.file) + line;
     text += fmt::format("{:<11}  {}  {}", Heading(plan, planned), place, Printable(form.Title(planned.from.entry)));
-    const auto index = IndexToShow(planned);
+    const auto index = planned.ShownIndex();
     text += index ? fmt::format("  (index {})\n", *index) : "\n";
     for (const Note& note : planned.from.notes)
-        text += fmt::format("    {}: {}{}{}\n", note.code, note.property.empty() ? "" : Printable(note.property) + ", ",
+        if (planned.action != Action::Same || IsKept(note))
+            text +=
+                fmt::format("    {}: {}{}{}\n", note.code, note.property.empty() ? "" : Printable(note.property) + ", ",
                             note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
     AppendDifferences(text, form, planned.changes, "");
     AppendDifferences(text, form, planned.readBack, "read back differs, ");
@@ -113,13 +102,6 @@ void AppendDeletion(std::string& text, const EntryForm& form, const Plan& plan, 
         text += fmt::format("    {}\n", deletion.problem);
 }
 
-std::size_t Deleted(const Plan& plan)
-{
-    return static_cast<std::size_t>(
-        std::count_if(plan.deletions.begin(), plan.deletions.end(),
-                      [](const Deletion& deletion) { return deletion.result == Result::Written; }));
-}
-
 std::string DeletionSummary(const EntryForm& form, const Plan& plan)
 {
     const std::size_t all = plan.deletions.size();
@@ -130,7 +112,7 @@ std::string DeletionSummary(const EntryForm& form, const Plan& plan)
         return what + " to delete.\n";
     if (!plan.HoldsAll())
         return "Nothing was deleted, as not all of the files is on the handset.\n";
-    return fmt::format("{} to delete, {} deleted.\n", what, Deleted(plan));
+    return fmt::format("{} to delete, {} deleted.\n", what, plan.Deleted());
 }
 
 using Amount = std::pair<std::size_t, const char*>;
@@ -155,10 +137,7 @@ std::string Remarks(const Plan& plan)
     else if (without != plan.entries.end())
         text += fmt::format("The handset is full before {}:{}; delete something to make room.\n",
                             Printable(without->from.file), without->from.line);
-    const auto kept = std::count_if(plan.entries.begin(), plan.entries.end(), [](const PlannedEntry& planned) {
-        return std::any_of(planned.from.notes.begin(), planned.from.notes.end(),
-                           [](const Note& note) { return note.code == kKept; });
-    });
+    const auto kept = std::count_if(plan.entries.begin(), plan.entries.end(), HasMore);
     if (kept != 0)
         text +=
             fmt::format("{} of them {} more on the handset than in the files, and keep{} it; --replace takes it off.\n",
@@ -171,6 +150,7 @@ std::string Summary(const EntryForm& form, const Plan& plan)
     const std::size_t all = plan.entries.size();
     std::string text = fmt::format("{} {}: ", all, all == 1 ? form.One() : form.Many());
     const std::size_t same = plan.Count(Action::Same);
+    const std::size_t merged = plan.Count(Action::Merged);
     const std::size_t unfit = plan.Count(Action::CannotHold);
     const std::size_t leftOut = plan.Count(Action::LeftOut);
     if (!plan.isApplied)
@@ -178,6 +158,7 @@ std::string Summary(const EntryForm& form, const Plan& plan)
                Sentence({{plan.Count(Action::Add), "to add"},
                          {plan.Count(Action::Change), "to change"},
                          {same, "there already"},
+                         {merged, "in one with another"},
                          {unfit, "that the handset cannot hold"},
                          {leftOut, "left out"},
                          {plan.Count(Action::NoRoom), "without a place on the handset"}}) +
@@ -188,13 +169,15 @@ std::string Summary(const EntryForm& form, const Plan& plan)
     text += Sentence({{plan.Count(Action::Add, Result::Written), "added"},
                       {plan.Count(Action::Change, Result::Written), "changed"},
                       {same, "there already"},
+                      {merged, "in one with another"},
                       {unfit, "that the handset cannot hold"},
                       {leftOut, "left out"},
                       {count(Result::Different), "stored otherwise than asked"},
                       {count(Result::Failed), "failed"},
                       {plan.Count(Action::NoRoom), "without a place on the handset"},
                       {count(Result::NotTried), "not tried"}});
-    const std::size_t held = same + count(Result::Written);
+    const auto held = std::count_if(plan.entries.begin(), plan.entries.end(),
+                                    [&](const PlannedEntry& planned) { return plan.IsHeld(planned); });
     text += ".\n";
     if (all == 1 && leftOut == 0)
         text += fmt::format("It is {}on the handset.\n", held == 1 ? "" : "not ");
@@ -203,54 +186,6 @@ std::string Summary(const EntryForm& form, const Plan& plan)
     if (count(Result::NotTried) != 0 && !plan.isFull)
         text += "Run it again to go on where it stopped.\n";
     return text + Remarks(plan);
-}
-
-Json ToJson(const std::vector<Difference>& differences)
-{
-    JsonList list;
-    for (const Difference& difference : differences)
-        list.push_back({JsonObject{
-            {"property", {difference.property}}, {"before", {difference.before}}, {"after", {difference.after}}}});
-    return {std::move(list)};
-}
-
-Json ToJson(const std::vector<Note>& notes)
-{
-    JsonList list;
-    for (const Note& note : notes)
-        list.push_back({JsonObject{{"code", {note.code}},
-                                   {"property", {note.property}},
-                                   {"line", {static_cast<std::int64_t>(note.line)}},
-                                   {"text", {note.text}}}});
-    return {std::move(list)};
-}
-
-Json ToJson(const EntryForm& form, const Deletion& deletion)
-{
-    const bool isGone = deletion.result == Result::Written;
-    JsonObject object{{"title", {form.Title(deletion.stored.entry)}},
-                      {"index", {std::int64_t{deletion.stored.index}}},
-                      {"result", {std::string(isGone ? "deleted" : Word(deletion.result))}}};
-    if (!deletion.problem.empty())
-        object.emplace_back("problem", Json{deletion.problem});
-    return {std::move(object)};
-}
-
-Json ToJson(const EntryForm& form, const PlannedEntry& planned)
-{
-    const auto index = IndexToShow(planned);
-    JsonObject object{{"file", {planned.from.file}},
-                      {"line", {static_cast<std::int64_t>(planned.from.line)}},
-                      {"title", {form.Title(planned.from.entry)}},
-                      {"action", {std::string(Word(planned.action))}},
-                      {"index", index ? Json{std::int64_t{*index}} : Json{nullptr}},
-                      {"notes", ToJson(planned.from.notes)},
-                      {"changes", ToJson(planned.changes)},
-                      {"result", {std::string(Word(planned.result))}},
-                      {"readBack", ToJson(planned.readBack)}};
-    if (!planned.problem.empty())
-        object.emplace_back("problem", Json{planned.problem});
-    return {std::move(object)};
 }
 
 } // namespace
@@ -264,37 +199,6 @@ std::string PlanText(const EntryForm& form, const Plan& plan)
     for (const Deletion& deletion : plan.deletions)
         AppendDeletion(text, form, plan, deletion);
     return text + Summary(form, plan) + DeletionSummary(form, plan);
-}
-
-Json PlanJson(const EntryForm& form, const Plan& plan)
-{
-    JsonList entries;
-    for (const PlannedEntry& planned : plan.entries)
-        entries.push_back(ToJson(form, planned));
-    JsonList deletions;
-    for (const Deletion& deletion : plan.deletions)
-        deletions.push_back(ToJson(form, deletion));
-    const auto number = [](std::size_t count) { return Json{static_cast<std::int64_t>(count)}; };
-    const auto result = [&](Result which) {
-        return number(plan.Count(Action::Add, which) + plan.Count(Action::Change, which));
-    };
-    return {JsonObject{{"kind", {form.Many()}},
-                       {"applied", {plan.isApplied}},
-                       {"interrupted", {plan.isInterrupted}},
-                       {"counts",
-                        {JsonObject{{"add", number(plan.Count(Action::Add))},
-                                    {"change", number(plan.Count(Action::Change))},
-                                    {"same", number(plan.Count(Action::Same))},
-                                    {"cannotHold", number(plan.Count(Action::CannotHold))},
-                                    {"noRoom", number(plan.Count(Action::NoRoom))},
-                                    {"leftOut", number(plan.Count(Action::LeftOut))},
-                                    {"written", result(Result::Written)},
-                                    {"different", result(Result::Different)},
-                                    {"failed", result(Result::Failed)},
-                                    {"delete", number(plan.deletions.size())},
-                                    {"deleted", number(Deleted(plan))}}}},
-                       {"entries", {std::move(entries)}},
-                       {"deletions", {std::move(deletions)}}}};
 }
 
 } // namespace phnctl

@@ -1,0 +1,133 @@
+// Which contact of the handset a card means, and that an import takes no number off it.
+#include "phnctl/contacts_run.h"
+
+#include <gtest/gtest.h>
+
+namespace phnctl_test {
+namespace {
+
+class ContactMeeting : public Contacts
+{
+protected:
+    ContactMeeting()
+    {
+        Handset().Change(0, [](simulator::Phone& phone) {
+            phone.limits.contacts = 12;
+            phone.contacts.clear();
+        });
+    }
+
+    // "Ann Lee: 1 2" for each contact, in the order of their indexes.
+    std::string Held()
+    {
+        std::string text;
+        for (const auto& [index, contact] : Stored()) {
+            text += (text.empty() ? "" : ", ") + contact.firstName + " " + contact.lastName + ":";
+            for (const auto& entry : contact.entries)
+                text += " " + entry.value;
+        }
+        return text;
+    }
+    void Hold(const std::string& cards)
+    {
+        Empty();
+        ASSERT_EQ(Run("contacts import " + File("held.vcf", cards)).status, 0);
+    }
+};
+
+// Lines in short: C is a mobile, H a home, W a work number, M the second mobile, E an address.
+std::string Person(const std::string& name, const std::vector<std::string>& values)
+{
+    std::string text = "BEGIN:VCARD\nVERSION:3.0\nFN:" + name + "\n";
+    const std::map<char, std::string> properties{{'C', "TEL;TYPE=CELL:"},
+                                                 {'H', "TEL;TYPE=HOME:"},
+                                                 {'W', "TEL;TYPE=WORK:"},
+                                                 {'M', "X-PHN-MOBILE-2:"},
+                                                 {'E', "EMAIL:"}};
+    for (const std::string& value : values)
+        text += properties.at(value.front()) + value.substr(1) + "\n";
+    return text + "END:VCARD\n";
+}
+
+TEST_F(ContactMeeting, CostsNoNumberAndMakesNoSecondContactOfOnePerson)
+{
+    const std::string full = Person("Ann Lee", {"C1", "H2", "W3", "M4"});
+    const struct
+    {
+        const char* what;
+        std::string held;
+        std::string cards;
+        const char* options;
+        const char* after;
+        const char* says;
+    } cases[] = {
+        {"a namesake's number goes beside", Person("Ann Lee", {"C1", "Ea"}), Person("ann  LEE", {"C2"}), "",
+         "Ann Lee: 1 a 2", "other-place: line 1: Mobile 2 becomes Second mobile, as Mobile is taken"},
+        {"or instead, when asked for", Person("Ann Lee", {"C1", "Ea"}), Person("Ann Lee", {"C2"}), "--replace ",
+         "Ann Lee: 2", "Mobile: 1 -> 2"},
+        {"or makes a contact of its own", full, Person("Ann Lee", {"C5"}), "", "Ann Lee: 1 2 3 4, Ann Lee: 5",
+         "namesake: line 1: the contact of this name on the handset has no free place for Mobile 5"},
+        {"two cards of one person", "", Person("Ann Lee", {"C1", "H2"}) + Person("Ann Lee", {"C1", "W3"}), "",
+         "Ann Lee: 1 2 3", "2 contacts: 1 added, 1 in one with another.\n2 of 2 are on the handset.\n"},
+        {"of which one is there already", Person("Ann Lee", {"C1"}),
+         Person("Ann Lee", {"C1"}) + Person("Ann Lee", {"H3", "C1"}) + Person("Ann Lee", {"W4", "H3"}), "",
+         "Ann Lee: 1 3 4", "3 contacts: 1 changed, 2 in one with another.\n"},
+        {"two cards that do not fit in one", "", full + Person("Ann Lee", {"C1", "H5"}), "",
+         "Ann Lee: 1 2 3 4, Ann Lee: 1 5", "of this name in the files has no free place for Home 5"},
+        {"namesakes with nothing in common", Person("Ann Lee", {"C1"}),
+         Person("Ann Lee", {"C2"}) + Person("Ann Lee", {"C3"}), "", "Ann Lee: 1, Ann Lee: 2, Ann Lee: 3",
+         "namesake: line 1: another contact of this name is on the handset"},
+        {"another name", Person("Ann Lee", {"C1"}), Person("Ann Poe", {"H2", "C1"}), "", "Ann Lee: 1, Ann Poe: 2 1",
+         "shared-number: line 1: another contact of the handset has 1: Ann Lee"},
+        {"nothing new", full, Person("Ann Lee", {"C1", "H2", "W3"}), "", "Ann Lee: 1 2 3 4",
+         "Ann Lee  (index 0)\n    kept: line 1: Second mobile 4: only the handset has it"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        Hold(test.held.empty() ? Person("A B", {"C9"}) : test.held);
+        if (test.held.empty())
+            Empty();
+        const std::string command =
+            std::string("contacts import --no-copy ") + test.options + File("new.vcf", test.cards);
+        const Outcome outcome = Run(command);
+        EXPECT_EQ(outcome.status, 0) << outcome.out;
+        EXPECT_EQ(Held(), test.after);
+        EXPECT_TRUE(Has(outcome.out, test.says)) << outcome.out;
+        EXPECT_FALSE(Has(Run(command).out, "changed")) << "a second time";
+        EXPECT_EQ(Held(), test.after);
+    }
+}
+
+// What the file says counts, as long as the handset's contact is the one that the file was made of.
+TEST_F(ContactMeeting, AnExportThatWasEditedChangesItsContacts)
+{
+    Hold(Person("Ann Lee", {"C1", "H2", "W3", "M4"}) + Person("Ann Lee", {"C1", "H5"}) + Person("Bob Ray", {"C6"}));
+    const std::string before = Held();
+    const auto edited = [&](const std::vector<std::pair<std::string, std::string>>& edits) {
+        std::filesystem::remove(Path("all.vcf"));
+        EXPECT_EQ(Run("contacts export " + Path("all.vcf")).status, 0);
+        std::ifstream stream(Path("all.vcf"));
+        std::string text(std::istreambuf_iterator<char>(stream), {});
+        for (const auto& [from, to] : edits)
+            text.replace(text.find(from), from.size(), to);
+        return File("edited.vcf", text);
+    };
+    const std::string file = edited({{"HOME:2", "HOME:22"}, {"HOME:5", "HOME:55"}, {"FN:Bob Ray", "FN:Rob Ray"}});
+    const Outcome outcome = Run("contacts import --no-copy " + file);
+    EXPECT_TRUE(Has(outcome.out, "3 contacts: 3 changed.\n")) << outcome.out;
+    const std::string after = "Ann Lee: 1 22 3 4, Ann Lee: 1 55, Rob Ray: 6";
+    EXPECT_EQ(Held(), after);
+    EXPECT_TRUE(Has(Run("contacts import " + file).out, "3 contacts: 3 there already.\n"));
+    // Put back on an empty handset, none goes into one with another.
+    Empty();
+    EXPECT_EQ(Run("contacts import " + file).status, 0);
+    EXPECT_EQ(Held(), after);
+    // The contact is another one by now: it keeps what it has.
+    const std::string late = edited({{"HOME:55", "HOME:56"}});
+    Hold(Person("Ann Lee", {"C1", "H57"}));
+    Run("contacts import --no-copy " + late);
+    EXPECT_TRUE(Has(Held(), "Ann Lee: 1 57 56")) << Held();
+}
+
+} // namespace
+} // namespace phnctl_test
