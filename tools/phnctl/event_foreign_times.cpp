@@ -1,10 +1,12 @@
 #include "phnctl/event_foreign.h"
 
-#include "phnctl/event_rule.h"
+#include "phnctl/event_file.h"
+#include "phnctl/event_words.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <fmt/format.h>
-#include <map>
+#include <iterator>
 
 namespace phnctl {
 
@@ -19,31 +21,19 @@ std::string NamedZone(icalproperty* property)
     return parameter ? Given(icalparameter_get_tzid(parameter)) : std::string();
 }
 
-// How the clock of a zone goes through a year.
-struct ClockYear
-{
-    bool isLocal = true;      // as the local clock does
-    bool isFixed = true;      // always as far from UTC
-    int offset = 0;           // at the start, in seconds east of UTC
-    std::int64_t toLocal = 0; // what to add for local time, most of the year
-};
+constexpr std::size_t kMostLookedAt = 1000; // occurrences: some years of a daily event
 
-ClockYear YearOf(icaltimetype start, icaltimezone* zone)
+// The seconds east of UTC of a zone that never changes its clock in the year of a start.
+std::optional<int> FixedOffset(icaltimetype start, icaltimezone* zone)
 {
-    ClockYear year;
-    year.offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
-    std::map<std::int64_t, int> weeks;                          // by what is to be added then
+    const int offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
     start.year = std::clamp(start.year, kFirstYear, kLastYear); // where the handset shows it
     for (int week = 0; week < 53; ++week) {
-        const int offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
-        const EventTime clock = Converted(start);
-        year.isFixed = year.isFixed && offset == year.offset;
-        ++weeks[SecondsOf(ZoneTimeOf(TimeOf(SecondsOf(clock) - offset), "")) - SecondsOf(clock)];
+        if (icaltimezone_get_utc_offset(zone, &start, nullptr) != offset)
+            return std::nullopt;
         icaltime_adjust(&start, 7, 0, 0, 0);
     }
-    year.toLocal = std::ranges::max_element(weeks, {}, [](const auto& item) { return item.second; })->first;
-    year.isLocal = weeks.size() == 1 && year.toLocal == 0;
-    return year;
+    return offset;
 }
 
 class TimeReader
@@ -66,6 +56,7 @@ public:
         else
             TakeClockTimes(end);
         TakeEndOfRule();
+        TellWhatIsOff();
         TakeExceptions(m_event, ICAL_EXDATE_PROPERTY);
         for (icalcomponent* instance : instances)
             TakeExceptions(instance, ICAL_RECURRENCEID_PROPERTY);
@@ -103,33 +94,41 @@ private:
     // UTC it would not.
     void ChooseZone(const std::string& name)
     {
-        const ClockYear year = YearOf(m_start, m_zone);
-        const std::string handsets = year.isFixed && year.offset % 3600 == 0 ? NameOfZone(-year.offset / 3600) : "";
+        const auto fixed = FixedOffset(m_start, m_zone);
+        const std::string handsets = fixed && *fixed % 3600 == 0 ? NameOfZone(-*fixed / 3600) : "";
         if (!handsets.empty() && (HoursBehindUtc(name) || !m_draft.rule.empty())) {
-            m_draft.zone = HoursBehindUtc(name) == -year.offset / 3600 ? name : handsets;
+            m_draft.zone = HoursBehindUtc(name) == -*fixed / 3600 ? name : handsets;
         } else if (m_draft.rule.empty()) {
             m_zone = icaltimezone_get_utc_timezone();
             m_draft.zone = kUtcZone;
-        } else if (!year.isLocal) {
-            MoveSeries(name, year);
+        } else if (fixed) {
+            m_draft.zone = kUtcZone;
+            MoveSeries(name, -*fixed);
+        } else {
+            m_goesByLocalClock = true;
+            EventTime first = Converted(m_start);
+            first.year = std::clamp(first.year, kFirstYear, kLastYear);
+            MoveSeries(name, ToLocal(first));
         }
     }
 
-    void MoveSeries(const std::string& name, const ClockYear& year)
+    // What to add to a time of the zone for local time, then.
+    std::int64_t ToLocal(const EventTime& clock) const
+    {
+        icaltimetype time = ToLibical(clock);
+        const int offset = icaltimezone_get_utc_offset(m_zone, &time, nullptr);
+        return SecondsOf(ZoneTimeOf(TimeOf(SecondsOf(clock) - offset), "")) - SecondsOf(clock);
+    }
+
+    void MoveSeries(const std::string& name, std::int64_t shift)
     {
         const EventTime before = Converted(m_start);
-        m_draft.zone = year.isFixed ? kUtcZone : "";
-        m_shift = year.isFixed ? -year.offset : year.toLocal;
-        const EventTime after = TimeOf(SecondsOf(before) + m_shift);
-        if (!year.isFixed)
-            m_draft.Tell("zone-dropped", kStart,
-                         fmt::format("it repeats at {:02}:{:02} local time, also in weeks when the clocks of '{}' are "
-                                     "nearer to the ones here or further from them",
-                                     after.hour, after.minute, name));
+        const EventTime after = TimeOf(SecondsOf(before) + shift);
         const auto dayOf = [](const EventTime& time) { return SecondsOf({time.year, time.month, time.day}) / 86400; };
         EventRule rule;
         std::string problem;
         const auto days = static_cast<int>(dayOf(after) - dayOf(before));
+        m_shift = shift;
         if (days == 0 || !rule.Parse(m_draft.rule, problem))
             return;
         if (rule.MoveDays(days)) {
@@ -138,6 +137,33 @@ private:
             m_draft.problemCode = "zone";
             m_draft.problem = fmt::format("its rule counts the days of '{}', and here it is another day then", name);
         }
+    }
+
+    // The local clock is right at the first occurrence, and at others unless the zone's changes on other days.
+    void TellWhatIsOff()
+    {
+        const auto rule = m_goesByLocalClock ? RuleOf(m_draft) : std::nullopt;
+        if (!rule)
+            return;
+        const auto starts = Occurrences(*m_draft.start, rule->Text(), {kFirstYear, 1, 1},
+                                        {kLastYear, 12, 31, 23, 59, 59}, kMostLookedAt);
+        const auto lateness = [this](const EventTime& own) {
+            return m_shift - ToLocal(TimeOf(SecondsOf(own) - m_shift));
+        };
+        const auto isOff = [&](const EventTime& own) { return lateness(own) != 0; };
+        const auto first = std::ranges::find_if(starts, isOff);
+        if (first == starts.end())
+            return;
+        const auto next = std::find_if_not(first, starts.end(), isOff);
+        const std::string last = next == starts.end() ? " on" : " to " + ShownDay(*std::prev(next));
+        const std::int64_t late = lateness(*first);
+        m_draft.Tell("zone-dropped", kStart,
+                     fmt::format("the handset has no '{}': it repeats at {:02}:{:02} local time, which is {} {} from "
+                                 "{}{}{}",
+                                 NamedZone(icalcomponent_get_first_property(m_event, ICAL_DTSTART_PROPERTY)),
+                                 m_draft.start->hour, m_draft.start->minute, LengthInWords(std::abs(late) / 60),
+                                 late > 0 ? "late" : "early", ShownDay(*first), last,
+                                 std::any_of(next, starts.end(), isOff) ? ", and again later" : ""));
     }
 
     // A time of the file in the event's own.
@@ -182,8 +208,9 @@ private:
     icalcomponent* m_event;
     EventDraft& m_draft;
     icaltimetype m_start{};
-    icaltimezone* m_zone = nullptr; // of the clock that the event's times are taken from; null: local, or a date
-    std::int64_t m_shift = 0;       // from that clock to the event's own
+    icaltimezone* m_zone = nullptr;  // of the clock that the event's times are taken from; null: local, or a date
+    std::int64_t m_shift = 0;        // from that clock to the event's own
+    bool m_goesByLocalClock = false; // though that of its zone may change on other days
 };
 
 } // namespace

@@ -214,9 +214,7 @@ void EventRule::EndInOwnTime(std::string_view zone)
 
 void EventRule::EndInUtc(std::string_view zone)
 {
-    if (until.size() == 16)
-        return;
-    EndInOwnTime(zone);
+    EndInOwnTime(zone); // also one in UTC: two times in UTC are one local time when the clocks go back
     if (const auto end = ParseEventTime(until))
         until = EventTimeText(UtcTimeOf(*end, zone)) + 'Z';
 }

@@ -1,6 +1,5 @@
 #include "phnctl/event_file.h"
 #include "phnctl/event_foreign.h"
-#include "phnctl/event_rule.h"
 #include "phnctl/event_uid.h"
 
 #include <algorithm>
@@ -157,16 +156,24 @@ private:
 
 } // namespace
 
-std::vector<EventDraft> PiecesOf(EventDraft draft)
+std::optional<EventRule> RuleOf(const EventDraft& draft)
 {
     EventRule rule;
     std::string problem;
     const bool isSeries = draft.start && draft.end && draft.problem.empty() && rule.Parse(draft.rule, problem) &&
                           !rule.frequency.empty() && rule.Lists(*draft.start);
     if (!isSeries)
-        return {std::move(draft)};
+        return std::nullopt;
     rule.EndInOwnTime(draft.zone);
-    return Series(std::move(draft), std::move(rule)).Pieces();
+    return rule;
+}
+
+std::vector<EventDraft> PiecesOf(EventDraft draft)
+{
+    auto rule = RuleOf(draft);
+    if (!rule)
+        return {std::move(draft)};
+    return Series(std::move(draft), std::move(*rule)).Pieces();
 }
 
 } // namespace phnctl

@@ -110,17 +110,19 @@ std::string RuleInWords(const std::string& rule, std::string_view zone)
     return RuleWords(parsed);
 }
 
+std::string LengthInWords(std::int64_t minutes)
+{
+    const auto inUnits = [&](std::int64_t unit, const char* name) {
+        return fmt::format("{} {}{}", minutes / unit, name, minutes == unit ? "" : "s");
+    };
+    return minutes % 1440 == 0 ? inUnits(1440, "day") : minutes % 60 == 0 ? inUnits(60, "hour") : inUnits(1, "minute");
+}
+
 std::string LeadInWords(std::int64_t minutes)
 {
-    const std::int64_t size = minutes < 0 ? -minutes : minutes;
-    const auto inUnits = [&](std::int64_t unit, const char* name) {
-        return fmt::format("{} {}{} {}", size / unit, name, size == unit ? "" : "s",
-                           minutes < 0 ? "after the start" : "before");
-    };
-    return size == 0          ? "at the start"
-           : size % 1440 == 0 ? inUnits(1440, "day")
-           : size % 60 == 0   ? inUnits(60, "hour")
-                              : inUnits(1, "minute");
+    if (minutes == 0)
+        return "at the start";
+    return LengthInWords(minutes < 0 ? -minutes : minutes) + (minutes < 0 ? " after the start" : " before");
 }
 
 std::string AlarmInWords(const std::string& minutes)

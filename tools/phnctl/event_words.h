@@ -19,6 +19,8 @@ std::string RuleInWords(const std::string& rule, std::string_view zone);
 
 // "15 minutes before", "1 day before", "at the start", "5 minutes after the start".
 std::string LeadInWords(std::int64_t minutes);
+// "1 day", "2 hours", "15 minutes".
+std::string LengthInWords(std::int64_t minutes);
 std::string AlarmInWords(const std::string& minutes);
 
 struct ShownSpan
