@@ -1,5 +1,5 @@
 // From the arguments of the program to one command with its values. Used by main; hides the parsing library, which is
-// compiled in command_line.cpp only.
+// compiled in command_line.cpp and command_options.cpp only.
 #pragma once
 
 #include "phnctl/command.h"
