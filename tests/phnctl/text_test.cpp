@@ -1,5 +1,6 @@
 // What reaches a terminal: no control character of a handset, no line wider than the terminal.
 #include "phnctl/report.h"
+#include "phnctl/table.h"
 #include "phnctl/text.h"
 
 #include <gtest/gtest.h>
@@ -82,6 +83,21 @@ TEST(Report, LetsFieldsWithoutALabelShareLinesOnATerminal)
                                  "  Signal  85\n"
                                  "  wBig    1000\n"
                                  "  wC      3\n");
+}
+
+// A terminal's table is cut to its width; otherwise nothing is, and one long cell does not widen all rows.
+TEST(Table, StaysReadableWithALongCell)
+{
+    const std::string longest(30, 'x');
+    std::vector<std::vector<std::string>> rows(10, {"Anna", "1"});
+    rows.push_back({longest, "2"});
+    const auto lastLine = [&](unsigned width) {
+        const std::string text = TableText({"Name", "Index"}, rows, width);
+        EXPECT_EQ(text.substr(0, 23), width ? "Name           Index\nAn" : "Name  Index\nAnna  1\nAnn");
+        return text.substr(text.rfind('\n', text.size() - 2) + 1);
+    };
+    EXPECT_EQ(lastLine(0), longest + "  2\n");
+    EXPECT_EQ(lastLine(20), std::string(12, 'x') + "\u2026  2\n");
 }
 
 TEST(Json, RefusesWhatIsNone)

@@ -25,6 +25,27 @@ std::vector<std::string> PrintableRow(const std::vector<std::string>& row)
     return shown;
 }
 
+using Rows = std::vector<std::vector<std::string>>;
+
+// The widths of a column's cells, without the empty ones; the heading's first.
+std::vector<std::size_t> CellWidths(const Rows& rows, std::size_t column)
+{
+    std::vector<std::size_t> widths;
+    for (const auto& row : rows)
+        if (column < row.size() && !row[column].empty())
+            widths.push_back(WidthOf(row[column]));
+    return widths;
+}
+
+// What nine of ten cells need: a few long ones move the rest of their own rows, not all rows.
+std::size_t UsualWidth(std::vector<std::size_t> widths)
+{
+    const auto ninth = widths.begin() + static_cast<std::ptrdiff_t>(widths.size() * 9 / 10);
+    const std::size_t heading = widths.front();
+    std::nth_element(widths.begin(), ninth, widths.end());
+    return std::max(heading, *ninth);
+}
+
 // Takes from the widest columns until all fit.
 void Narrow(std::vector<std::size_t>& widths, unsigned width)
 {
@@ -59,19 +80,20 @@ std::string Fitted(const std::string& text, std::size_t width)
 std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows,
                       unsigned width)
 {
-    std::vector<std::vector<std::string>> shown{headings};
+    Rows shown{headings};
     std::transform(rows.begin(), rows.end(), std::back_inserter(shown), PrintableRow);
-    std::vector<std::size_t> widths(headings.size());
-    for (const auto& row : shown)
-        for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
-            widths[i] = std::max(widths[i], WidthOf(row[i]));
+    std::vector<std::size_t> widths;
+    for (std::size_t i = 0; i < headings.size(); ++i) {
+        const std::vector<std::size_t> cells = CellWidths(shown, i);
+        widths.push_back(width == 0 ? UsualWidth(cells) : *std::max_element(cells.begin(), cells.end()));
+    }
     if (width != 0)
         Narrow(widths, width);
     std::string text;
     for (const auto& row : shown) {
         std::string line;
         for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
-            line += fmt::format("{:<{}}  ", Fitted(row[i], widths[i]), widths[i]);
+            line += fmt::format("{:<{}}  ", width == 0 ? row[i] : Fitted(row[i], widths[i]), widths[i]);
         text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
     }
     return text;

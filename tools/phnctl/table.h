@@ -7,8 +7,8 @@
 
 namespace phnctl {
 
-// Every text is made printable. A missing cell is empty. `width` is the terminal's, 0 for no limit: the widest columns
-// are cut to fit it.
+// Every text is made printable. A missing cell is empty. `width` is the terminal's: the widest columns
+// are cut to fit it. 0 for no terminal: nothing is cut, and a few long cells stand out of their column.
 std::string TableText(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows,
                       unsigned width);
 
