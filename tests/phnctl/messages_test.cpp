@@ -13,7 +13,6 @@ protected:
     Messages()
     {
         m_program.Set("TZ", "UTC0");
-        m_program.Set("PHNNRV_TIME_SCALE", "0.2");
         Handset().Change(0, [](simulator::Phone& phone) {
             phone.messages.clear();
             phone.messages[3] = {.box = 0,
@@ -86,6 +85,9 @@ TEST_F(Messages, AreSentAndSaved)
                               "messages encode 1 x --time 2009-01-01T00:00:00"})
         EXPECT_EQ(Run(wrong).status, 2) << wrong;
     EXPECT_NE(Run("messages send +1 x").err.find("instead of '+' the prefix"), std::string::npos);
+    const Outcome tooLong = Run("messages send 1 " + std::string(161, 'x'));
+    EXPECT_EQ(tooLong.status, 1);
+    EXPECT_NE(tooLong.err.find("has 161 characters, and the handset may hold fewer"), std::string::npos) << tooLong.err;
     EXPECT_EQ(Stored().size(), 4u);
 }
 
@@ -111,6 +113,7 @@ TEST_F(Messages, GoOnlyWhenAskedForAndLeaveACopy)
     EXPECT_EQ(Stored().size(), 1u);
     EXPECT_EQ(Run("messages clear --yes --no-copy").out, "1 message deleted.\n");
     EXPECT_TRUE(Stored().empty());
+    EXPECT_EQ(Run("messages clear").out, "There are no messages to delete.\n");
 }
 
 TEST_F(Messages, PdusAreExplainedWithoutAHandset)
@@ -131,6 +134,8 @@ TEST_F(Messages, PdusAreExplainedWithoutAHandset)
     EXPECT_EQ(cut.status, 1);
     EXPECT_NE(cut.out.find("\"problems\":[\"the Bearer Data at byte 1 ends before its length\"]"), std::string::npos);
     EXPECT_NE(Run("messages decode 00").err.find("no address"), std::string::npos);
+    const Outcome empty = m_program.Run({"messages", "decode", ""});
+    EXPECT_EQ(empty.out + empty.err, "phnctl: there are no bytes.\n");
     const std::string encoded = Run("messages encode 12 A").out;
     EXPECT_EQ(Run("messages decode -", encoded).status, 0);
     EXPECT_EQ(encoded, "00000210020403008480081000032000100801000A01000103100C10\n");
@@ -153,11 +158,13 @@ TEST_F(Messages, CallsAreListedCountedAndCleared)
               "75000}]}\n");
     EXPECT_EQ(Run("calls count --json").out,
               "{\"lists\":[{\"list\":0,\"calls\":0},{\"list\":1,\"calls\":2},{\"list\":2,\"calls\":0}]}\n");
-    EXPECT_EQ(Run("calls clear").status, 2);
+    EXPECT_NE(Run("calls clear").err.find("\"Delete all 2 calls of all lists?\""), std::string::npos);
     EXPECT_EQ(Handset().Snapshot().calls.size(), 2u);
     const Outcome cleared = Run("calls clear 1 --yes --copy " + Path("calls.json"));
     EXPECT_EQ(cleared.out, "2 calls deleted.\n");
-    EXPECT_EQ(cleared.err, "No copy brings back:\n  2 calls: no call list can be written\nA copy of 2 calls is in " +
+    EXPECT_EQ(cleared.err, "A copy would not bring all of it back:\n"
+                           "  2 calls would not come back, as no call list can be written\n"
+                           "A copy of 2 calls is in " +
                                Path("calls.json") + ".\n");
     EXPECT_TRUE(Handset().Snapshot().calls.empty());
 }

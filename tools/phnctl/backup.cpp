@@ -97,7 +97,8 @@ void TellEnd(bool isWhole, const std::string& losses)
 {
     fmt::print("The backup is {}whole.\n", isWhole ? "" : "NOT ");
     if (!losses.empty())
-        fmt::print("If all of it were lost on the handset, 'phnctl restore' would not bring back:\n{}", losses);
+        fmt::print("If all of it were lost on the handset, 'phnctl restore' would not bring all of it back:\n{}",
+                   losses);
 }
 
 int Backup(const Invocation& invocation)

@@ -1,8 +1,8 @@
 // phnctl calls: the call lists of a handset.
 #include "phnctl/call_list.h"
 #include "phnctl/command.h"
+#include "phnctl/counted.h"
 #include "phnctl/labels.h"
-#include "phnctl/print.h"
 #include "phnctl/safeguard.h"
 #include "phnctl/session.h"
 #include "phnctl/table.h"
@@ -26,11 +26,6 @@ std::string ListName(const Labels& labels, std::int32_t list)
     return labels.Named("callList", list).shown;
 }
 
-std::string Plural(std::size_t count)
-{
-    return fmt::format("{} call{}", count, count == 1 ? "" : "s");
-}
-
 int List(const Invocation& invocation)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
@@ -45,7 +40,7 @@ int List(const Invocation& invocation)
         const std::string table = TableText(
             {"List", labels.Named("szEntryText", std::string()).label, "Time", labels.Named("uEntry8", 0).label}, rows,
             host::TerminalWidth(stdout));
-        fmt::print("{}{}\n", calls.empty() ? "" : table + '\n', Plural(calls.size()));
+        fmt::print("{}{}\n", calls.empty() ? "" : table + '\n', Counted(calls.size(), "call"));
     });
 }
 
@@ -64,7 +59,7 @@ int ShowCounts(const Invocation& invocation)
         }
         if (invocation.options.json)
             return fmt::print("{}\n", WriteJson({JsonObject{{"lists", {std::move(counts)}}}}));
-        fmt::print("{}\n{}\n", TableText({"List", "Calls"}, rows, host::TerminalWidth(stdout)), Plural(total));
+        fmt::print("{}\n{}\n", TableText({"List", "Calls"}, rows, host::TerminalWidth(stdout)), Counted(total, "call"));
     });
 }
 
@@ -74,14 +69,15 @@ int Clear(const Invocation& invocation)
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const Labels labels = LabelsOf(invocation.options, handset);
         const std::vector<StoredCall> calls = ReadCalls(handset, lists);
+        if (calls.empty())
+            return TellDeleted(invocation, 0, "call", "calls");
         const std::string where = lists.size() == 1 ? "of list " + ListName(labels, lists.front()) : "of all lists";
         TellLosses(LossesOf(calls), "call", "calls");
-        Confirm(invocation, fmt::format("Delete all {} {}?", Plural(calls.size()), Printable(where)));
+        Confirm(invocation, fmt::format("Delete all {} {}?", Counted(calls.size(), "call"), Printable(where)));
         KeepCopy(invocation, "clear", {"call", "calls", ".json", calls.size(), CallsJson(calls, labels)});
         for (const std::int32_t list : lists)
             handset.Check(handset.Api().ClearCallEntries(list), fmt::format("clearing call list {}", list));
-        PrintDone(invocation.options, Plural(calls.size()) + " deleted.",
-                  {{{"", "", {{"deleted", "", calls.size()}}}}});
+        TellDeleted(invocation, calls.size(), "call", "calls");
     });
 }
 

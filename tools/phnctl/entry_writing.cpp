@@ -1,5 +1,6 @@
 // put, import, delete and clear of every kind of entry.
 #include "phnctl/apply.h"
+#include "phnctl/counted.h"
 #include "phnctl/ending.h"
 #include "phnctl/entry_commands.h"
 #include "phnctl/entry_parts.h"
@@ -7,7 +8,6 @@
 #include "phnctl/inventory.h"
 #include "phnctl/losses.h"
 #include "phnctl/plan_report.h"
-#include "phnctl/print.h"
 #include "phnctl/safeguard.h"
 #include "phnctl/session.h"
 #include "phnctl/text.h"
@@ -117,8 +117,7 @@ int Delete(const Invocation& invocation, const EntryKind& kind)
         KeepCopy(invocation, kind, "delete", entries);
         for (const StoredEntry& stored : entries)
             kind.Delete(handset, stored.index);
-        PrintDone(invocation.options, fmt::format("{} deleted.", entries.size()),
-                  {{{"", "", {{"deleted", "", entries.size()}}}}});
+        TellDeleted(invocation, entries.size(), kind.One(), kind.Many());
     });
 }
 
@@ -127,17 +126,19 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, IndexRange());
         TellUnread(kind, inventory);
+        if (inventory.entries.empty() && inventory.unread.empty())
+            return TellDeleted(invocation, 0, kind.One(), kind.Many());
         if (!inventory.unread.empty() && !invocation.Has("--no-copy"))
             throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
                                                 "deletes them all the same. Nothing was changed.",
                                                 inventory.unread.size(), kind.Many()));
         RequireWholeCopy(invocation, kind, inventory.entries);
         TellLosses(LossesOf(kind, inventory.entries), kind.One(), kind.Many());
-        Confirm(invocation, fmt::format("Delete all {} {} of the handset?", inventory.entries.size(), kind.Many()));
+        Confirm(invocation, fmt::format("Delete all {} of the handset?",
+                                        Counted(inventory.entries.size(), kind.One(), kind.Many())));
         KeepCopy(invocation, kind, "clear", inventory.entries);
         kind.DeleteAll(handset);
-        PrintDone(invocation.options, fmt::format("All {} {} are deleted.", inventory.entries.size(), kind.Many()),
-                  {{{"", "", {{"deleted", "", inventory.entries.size()}}}}});
+        TellDeleted(invocation, inventory.entries.size(), kind.One(), kind.Many());
     });
 }
 

@@ -98,7 +98,7 @@ std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Hand
                                     ReadBack(handset, plan);
                             }};
     if (restoration.plan.Count(Action::Add) != 0)
-        restoration.remark = "Messages come back as newly saved ones: in the box of those, and without their times.";
+        restoration.remark = "Messages come back newly saved, without time, box and read mark.";
     return restoration;
 }
 

@@ -1,5 +1,6 @@
 #include "phnctl/losses.h"
 
+#include "phnctl/counted.h"
 #include "phnctl/plan.h"
 #include "phnctl/text.h"
 
@@ -14,8 +15,10 @@ constexpr std::size_t kShownTitles = 5;
 
 std::string Described(const EntryForm& form, const Difference& difference)
 {
-    const std::string what = fmt::format("{} {}", form.Label(difference.property), difference.before);
-    return difference.after.empty() ? what : fmt::format("{} becomes {}", what, difference.after);
+    const std::string label = form.Label(difference.property);
+    return difference.after.empty()
+               ? fmt::format("without {} {}", label, difference.before)
+               : fmt::format("with {} {} instead of {}", label, difference.after, difference.before);
 }
 
 std::string Names(const Loss& loss)
@@ -25,7 +28,7 @@ std::string Names(const Loss& loss)
         names += (i ? ", " : "") + Printable(loss.titles[i]);
     if (loss.titles.size() > kShownTitles)
         names += fmt::format(" and {} more", loss.titles.size() - kShownTitles);
-    return names.empty() ? names : " (" + names + ")";
+    return names.empty() ? names : ": " + names;
 }
 
 } // namespace
@@ -55,7 +58,7 @@ Losses LossesOf(const EntryKind& kind, std::span<const StoredEntry> entries)
             if (!difference.before.empty())
                 AddLoss(losses, kPart, Described(kind, difference), title);
         if (kind.LooksGarbled(entries[i].entry))
-            AddLoss(losses, kPart, "what has no place in the code page, as far as a '?' stands for it", title);
+            AddLoss(losses, kPart, "without the characters that a '?' in it may stand for", title);
     }
     return losses;
 }
@@ -64,8 +67,8 @@ std::string LossText(const Losses& losses, const std::string& one, const std::st
 {
     std::string text;
     for (const Loss& loss : losses)
-        text += fmt::format("  {}{} {}: {}{}\n", loss.code == kPart ? "of " : "", loss.count,
-                            loss.count == 1 ? one : many, Printable(loss.text), Names(loss));
+        text += fmt::format("  {} would {} {}{}\n", Counted(loss.count, one, many),
+                            loss.code == kPart ? "come back" : "not come back, as", Printable(loss.text), Names(loss));
     return text;
 }
 
@@ -87,7 +90,7 @@ Json LossJson(const Losses& losses)
 void TellLosses(const Losses& losses, const std::string& one, const std::string& many)
 {
     if (!losses.empty())
-        fmt::print(stderr, "No copy brings back:\n{}", LossText(losses, one, many));
+        fmt::print(stderr, "A copy would not bring all of it back:\n{}", LossText(losses, one, many));
 }
 
 } // namespace phnctl

@@ -16,7 +16,7 @@ namespace phnctl {
 struct Loss
 {
     std::string code; // stable: "not-restored" of whole entries, "part" of something in them
-    std::string text; // what is lost, or why
+    std::string text; // of a part, how the entry comes back: "without the time"; else why it does not
     std::size_t count = 0;
     std::vector<std::string> titles{}; // of the entries; none where all are meant
 };
@@ -31,7 +31,7 @@ void AddLoss(Losses& losses, const std::string& code, const std::string& text, c
 
 Losses LossesOf(const EntryKind& kind, std::span<const StoredEntry> entries);
 
-// A line for each, in the words for one entry and for many; empty when nothing is lost.
+// A sentence for each, in the words for one entry and for many; empty when nothing is lost.
 std::string LossText(const Losses& losses, const std::string& one, const std::string& many);
 
 Json LossJson(const Losses& losses);

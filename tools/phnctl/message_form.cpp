@@ -136,9 +136,9 @@ Losses LossesOf(const std::vector<StoredMessage>& messages)
         timed += planned.from.entry.Find(kTime) != nullptr;
     }
     if (timed != 0)
-        losses.push_back({kPart, "the time", timed, {}});
+        losses.push_back({kPart, "without the time", timed, {}});
     if (saved != 0)
-        losses.push_back({kPart, "the box, and whether it was read (a restore saves it anew)", saved, {}});
+        losses.push_back({kPart, "newly saved, without box and read mark", saved, {}});
     return losses;
 }
 

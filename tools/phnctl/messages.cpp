@@ -1,5 +1,6 @@
 // phnctl messages: the short messages of a handset.
 #include "phnctl/command.h"
+#include "phnctl/counted.h"
 #include "phnctl/failure.h"
 #include "phnctl/message_form.h"
 #include "phnctl/message_list.h"
@@ -41,11 +42,6 @@ std::vector<std::uint16_t> IndexesOf(const Invocation& invocation)
     for (const std::string& text : invocation.values.at("INDEX"))
         indexes.push_back(ParseIndex(text));
     return indexes;
-}
-
-std::string Plural(std::size_t count)
-{
-    return fmt::format("{} message{}", count, count == 1 ? "" : "s");
 }
 
 // The library reads messages box by box only. Throws Refusal when one is not there.
@@ -90,7 +86,8 @@ int ShowCounts(const Invocation& invocation)
         }
         if (invocation.options.json)
             return fmt::print("{}\n", WriteJson({JsonObject{{"boxes", {std::move(list)}}}}));
-        fmt::print("{}\n{}\n", TableText({"Box", "Messages"}, rows, host::TerminalWidth(stdout)), Plural(total));
+        fmt::print("{}\n{}\n", TableText({"Box", "Messages"}, rows, host::TerminalWidth(stdout)),
+                   Counted(total, "message"));
     });
 }
 
@@ -103,7 +100,7 @@ int List(const Invocation& invocation)
             return fmt::print("{}", MessagesJson(messages));
         if (!messages.empty())
             fmt::print("{}\n", Table(messages, labels, host::TerminalWidth(stdout)));
-        fmt::print("{}\n", Plural(messages.size()));
+        fmt::print("{}\n", Counted(messages.size(), "message"));
     });
 }
 
@@ -136,14 +133,29 @@ int Get(const Invocation& invocation)
     });
 }
 
+// The library's codes do not tell that a handset refuses a text for its length.
+std::uint16_t GiveMessage(const Handset& handset, decltype(&PHN_SendMessage) call, const PduBytes& pdu,
+                          const std::string& doing, std::size_t length)
+{
+    try {
+        return PutMessage(handset, call, pdu, doing);
+    } catch (const Refusal& refusal) {
+        if (refusal.Code() != PHN_ERROR_RESULT_2)
+            throw;
+        throw refusal.Advised(fmt::format("The text has {}, and the handset may hold fewer in one message. Try a "
+                                          "shorter text, or several messages.",
+                                          Counted(length, "character")));
+    }
+}
+
 // Gives a message to the handset, to be sent or saved.
 int Put(const Invocation& invocation, decltype(&PHN_SendMessage) Library::*call, const char* doing, const char* done)
 {
     PduContent content = MessageOf(invocation);
     content.to = BareNumber(*invocation.Value("NUMBER"));
-    PduBytes pdu = WriteOutgoing(content);
+    const PduBytes pdu = WriteOutgoing(content);
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        const std::uint16_t index = PutMessage(handset, handset.Api().*call, pdu, doing);
+        const std::uint16_t index = GiveMessage(handset, handset.Api().*call, pdu, doing, content.text->size());
         PrintDone(invocation.options, fmt::format("The message is {}; its index is {}.", done, index),
                   {{{"", "", {{"index", "", index}}}}});
     });
@@ -164,11 +176,6 @@ void KeepMessages(const Invocation& invocation, const char* before, const std::v
     KeepCopy(invocation, before, {"message", "messages", ".json", messages.size(), MessagesJson(messages)});
 }
 
-void TellDeleted(const Invocation& invocation, std::size_t count)
-{
-    PrintDone(invocation.options, Plural(count) + " deleted.", {{{"", "", {{"deleted", "", count}}}}});
-}
-
 int Delete(const Invocation& invocation)
 {
     std::vector<std::uint16_t> indexes = IndexesOf(invocation);
@@ -179,12 +186,13 @@ int Delete(const Invocation& invocation)
         fmt::print(stderr, "{}\n", Table(messages, LabelsOf(invocation.options, handset), host::TerminalWidth(stderr)));
         TellLosses(LossesOf(messages), "message", "messages");
         Confirm(invocation,
-                fmt::format("Delete {}?", messages.size() == 1 ? "this message" : "these " + Plural(messages.size())));
+                fmt::format("Delete {}?",
+                            messages.size() == 1 ? "this message" : "these " + Counted(messages.size(), "message")));
         KeepMessages(invocation, "delete", messages);
         for (const StoredMessage& message : messages)
             handset.Check(handset.Api().DeleteMessage(message.index),
                           fmt::format("deleting message {}", message.index));
-        TellDeleted(invocation, messages.size());
+        TellDeleted(invocation, messages.size(), "message", "messages");
     });
 }
 
@@ -193,15 +201,17 @@ int Clear(const Invocation& invocation)
     const std::vector<std::int32_t> boxes = BoxesOf(invocation);
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const std::vector<StoredMessage> messages = ReadMessages(handset, boxes);
+        if (messages.empty())
+            return TellDeleted(invocation, 0, "message", "messages");
         const std::string where = boxes.size() == 1
                                       ? "of box " + BoxName(LabelsOf(invocation.options, handset), boxes.front())
                                       : "of all boxes";
         TellLosses(LossesOf(messages), "message", "messages");
-        Confirm(invocation, fmt::format("Delete all {} {}?", Plural(messages.size()), Printable(where)));
+        Confirm(invocation, fmt::format("Delete all {} {}?", Counted(messages.size(), "message"), Printable(where)));
         KeepMessages(invocation, "clear", messages);
         for (const std::int32_t box : boxes)
             handset.Check(handset.Api().DeleteAllMessages(box), fmt::format("deleting the messages of box {}", box));
-        TellDeleted(invocation, messages.size());
+        TellDeleted(invocation, messages.size(), "message", "messages");
     });
 }
 
@@ -216,7 +226,7 @@ int Mark(const Invocation& invocation)
         PrintDone(
             invocation.options,
             fmt::format("{} marked as {}. What a message is marked as, the library does not tell: no list shows it.",
-                        Plural(indexes.size()), state),
+                        Counted(indexes.size(), "message"), state),
             {{{"", "", {{"marked", "", indexes.size()}, {"state", "", state}}}}});
     });
 }

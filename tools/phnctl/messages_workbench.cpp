@@ -58,7 +58,7 @@ int Decode(const Invocation& invocation)
     const Pdu pdu = ReadPdu(bytes);
     if (invocation.options.json)
         fmt::print("{}\n", WriteJson(PduJson(pdu, bytes)));
-    else
+    else if (pdu.type)
         fmt::print("{}", Table(pdu));
     std::fflush(stdout); // what was read comes before what is wrong
     for (const std::string& problem : pdu.problems)

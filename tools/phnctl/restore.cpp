@@ -2,6 +2,7 @@
 // are planned, and what has to be asked is asked, before anything is written.
 #include "phnctl/backup_section.h"
 #include "phnctl/command.h"
+#include "phnctl/counted.h"
 #include "phnctl/ending.h"
 #include "phnctl/entry_commands.h"
 #include "phnctl/failure.h"
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace phnctl {
 
@@ -55,21 +57,40 @@ bool Prepare(const Invocation& invocation, const Handset& handset, const fs::pat
     return isFine;
 }
 
+std::size_t ToWrite(const Plan& plan)
+{
+    return plan.Count(Action::Add) + plan.Count(Action::Change);
+}
+
+std::size_t ToDelete(const Plan& plan)
+{
+    return plan.deletions.size();
+}
+
+// "3 contacts and 1 event"; empty where there is nothing of the kind.
+std::string Amounts(const std::vector<Part>& parts, std::size_t (*amount)(const Plan&))
+{
+    std::vector<std::string> amounts;
+    for (const Part& part : parts)
+        if (const std::size_t count = part.restoration ? amount(part.restoration->plan) : 0)
+            amounts.push_back(Counted(count, part.restoration->form->One(), part.restoration->form->Many()));
+    return fmt::format("{}", fmt::join(amounts, " and "));
+}
+
 void AskForDeletions(const Invocation& invocation, const std::vector<Part>& parts)
 {
-    std::string what;
-    for (const Part& part : parts) {
-        if (!part.restoration || part.restoration->plan.deletions.empty())
-            continue;
-        const auto& [form, plan, apply, others, remark] = *part.restoration;
-        const std::size_t count = plan.deletions.size();
-        what += fmt::format("{}{} {}", what.empty() ? "" : " and ", count, count == 1 ? form->One() : form->Many());
-        for (const Deletion& deletion : plan.deletions)
-            fmt::print(stderr, "not in the backup: {} {}\n", form->One(),
-                       Printable(form->Title(deletion.stored.entry)));
-    }
-    if (!what.empty())
-        Confirm(invocation, fmt::format("Put the backup back and then delete {}?", what));
+    const std::string gone = Amounts(parts, ToDelete);
+    if (gone.empty())
+        return;
+    for (const Part& part : parts)
+        if (part.restoration)
+            for (const Deletion& deletion : part.restoration->plan.deletions)
+                fmt::print(stderr, "not in the backup: {} {}\n", part.restoration->form->One(),
+                           Printable(part.restoration->form->Title(deletion.stored.entry)));
+    const std::string written = Amounts(parts, ToWrite);
+    Confirm(invocation, written.empty()
+                            ? fmt::format("Delete {} from the handset?", gone)
+                            : fmt::format("Write {} to the handset, and then delete {} from it?", written, gone));
 }
 
 void Show(const BackupSection& section, const std::optional<Restoration>& restoration)
@@ -82,9 +103,9 @@ void Show(const BackupSection& section, const std::optional<Restoration>& restor
     const auto& [form, plan, apply, others, remark] = *restoration;
     fmt::print("{}{}{}", PlanText(*form, plan), remark, remark.empty() ? "" : "\n");
     if (others != 0)
-        fmt::print("{} {} of the handset {} not in the backup and {}; {} deletes {}.\n", others,
-                   others == 1 ? form->One() : form->Many(), others == 1 ? "is" : "are", others == 1 ? "stays" : "stay",
-                   kDeleteOthers, others == 1 ? "it" : "them");
+        fmt::print("{} of the handset {} not in the backup and {}; {} deletes {}.\n",
+                   Counted(others, form->One(), form->Many()), others == 1 ? "is" : "are",
+                   others == 1 ? "stays" : "stay", kDeleteOthers, others == 1 ? "it" : "them");
 }
 
 Json ToJson(const Part& part)

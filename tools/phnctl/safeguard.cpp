@@ -1,6 +1,8 @@
 #include "phnctl/safeguard.h"
 
+#include "phnctl/counted.h"
 #include "phnctl/failure.h"
+#include "phnctl/print.h"
 #include "phnctl/text.h"
 #include "phnctl/text_file.h"
 #include "system/system.h"
@@ -82,8 +84,7 @@ void KeepCopy(const Invocation& invocation, const std::string& before, const Cop
         return;
     const auto file = FileFor(invocation, before, copy);
     WriteText(file, copy.text, Existing::Refuse);
-    fmt::print(stderr, "A copy of {} {} is in {}.\n", copy.count, copy.count == 1 ? copy.one : copy.many,
-               Printable(TextOf(file)));
+    fmt::print(stderr, "A copy of {} is in {}.\n", Counted(copy.count, copy.one, copy.many), Printable(TextOf(file)));
 }
 
 void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
@@ -98,8 +99,8 @@ void RequireWholeCopy(const Invocation& invocation, const EntryKind& kind, std::
         return;
     if (const std::size_t garbled = TellGarbled(kind, entries); garbled != 0)
         throw Failure(kRefused,
-                      fmt::format("text-lost: a copy of {} {} would not be whole. Nothing was changed.", garbled,
-                                  garbled == 1 ? kind.One() : kind.Many()),
+                      fmt::format("text-lost: a copy of {} would not be whole. Nothing was changed.",
+                                  Counted(garbled, kind.One(), kind.Many())),
                       fmt::format("{} goes on all the same.", kAcceptLoss));
 }
 
@@ -121,13 +122,22 @@ void SpareGarbled(const EntryKind& kind, Plan& plan, const Inventory& inventory)
     }
 }
 
+void TellDeleted(const Invocation& invocation, std::size_t count, const std::string& one, const std::string& many)
+{
+    PrintDone(invocation.options,
+              count == 0 ? fmt::format("There are no {} to delete.", many) : Counted(count, one, many) + " deleted.",
+              {{{"", "", {{"deleted", "", count}}}}});
+}
+
 void Confirm(const Invocation& invocation, const std::string& question)
 {
     if (invocation.Has(kYes))
         return;
     const auto answer = host::Ask(question + " [y/N] ");
     if (!answer)
-        throw Failure(kUsage, "nobody can be asked on this input; say --yes to do it. Nothing was changed.");
+        throw Failure(kUsage,
+                      fmt::format("nobody can be asked \"{}\" on this input; say --yes to do it. Nothing was changed.",
+                                  question));
     if (*answer != "y" && *answer != "Y" && *answer != "yes")
         throw Failure(kRefused, "nothing was changed.");
 }

@@ -46,6 +46,9 @@ void RequireWholeCopy(const Invocation& invocation, const EntryKind& kind, std::
 // Takes out of a plan what would write the replacement of lost characters over the characters.
 void SpareGarbled(const EntryKind& kind, Plan& plan, const Inventory& inventory);
 
+// The answer to a deletion, also of nothing.
+void TellDeleted(const Invocation& invocation, std::size_t count, const std::string& one, const std::string& many);
+
 // Asks on the terminal unless --yes was given. Throws Failure when the answer is not yes, or nobody is there to answer.
 void Confirm(const Invocation& invocation, const std::string& question);
 

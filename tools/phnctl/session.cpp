@@ -166,6 +166,8 @@ int WithHandset(const Options& options, const std::function<void(const Handset&)
     try {
         session.Run(work);
     } catch (const Refusal& refusal) {
+        if (!refusal.Advice().empty())
+            throw;
         throw refusal.Advised(LossAdvice(refusal));
     }
     return kDone;
