@@ -2,7 +2,9 @@
 
 #include "phnctl/failure.h"
 #include "phnctl/progress.h"
+#include "phnctl/table.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 namespace phnctl {
@@ -74,6 +76,21 @@ std::vector<StoredMessage> ReadMessages(const Handset& handset, const std::vecto
     return messages;
 }
 
+std::vector<StoredMessage> FindMessages(const Handset& handset, const std::vector<std::uint16_t>& indexes)
+{
+    // The library has no call that reads one message.
+    const std::vector<StoredMessage> all = ReadMessages(handset, Boxes(std::nullopt));
+    std::vector<StoredMessage> found;
+    for (const std::uint16_t index : indexes) {
+        const auto message =
+            std::find_if(all.begin(), all.end(), [&](const StoredMessage& one) { return one.index == index; });
+        if (message == all.end())
+            throw Refusal(PHN_ERROR_MESSAGE_NOT_FOUND, fmt::format("no message has the index {}", index));
+        found.push_back(*message);
+    }
+    return found;
+}
+
 std::uint16_t PutMessage(const Handset& handset, decltype(&PHN_SendMessage) call, PduBytes pdu,
                          const std::string& doing)
 {
@@ -91,6 +108,18 @@ std::uint32_t CountMessages(const Handset& handset, std::int32_t box)
     if (count == 0 && First(handset, box))
         throw Refusal(PHN_ERROR_FAILED, fmt::format("the messages of box {} could not be counted", box));
     return count;
+}
+
+std::string MessagesTable(const std::vector<StoredMessage>& messages, const Labels& labels, unsigned width)
+{
+    std::vector<std::vector<std::string>> rows;
+    for (const StoredMessage& message : messages) {
+        const PduContent& content = message.pdu.content;
+        rows.push_back({std::to_string(message.index), BoxName(labels, message.box), content.from.value_or(""),
+                        content.time ? ShowTime(*content.time) : "", ShowPriority(content.priority.value_or(0)),
+                        content.text.value_or("")});
+    }
+    return TableText({"Index", "Box", "Number", "Time", "Priority", "Text"}, rows, width);
 }
 
 JsonObject ContentJson(const PduContent& content)

@@ -1,8 +1,9 @@
-// The arguments of which messages are made, the same for sending, saving and encoding. Used by the messages commands.
+// The arguments of the messages commands: which messages are meant, and of what a message is made.
 #pragma once
 
 #include "phnctl/command.h"
 #include "phnctl/failure.h"
+#include "phnctl/message_list.h"
 #include "phnctl/number.h"
 #include "phnctl/pdu.h"
 #include "phnctl/text.h"
@@ -11,6 +12,35 @@
 #include <fmt/format.h>
 
 namespace phnctl {
+
+inline Argument BoxArgument()
+{
+    return {"BOX", "The number of one box; all boxes without it", Count::Optional, {"0", "1", "2", "3", "4"}};
+}
+
+inline Argument IndexesArgument()
+{
+    return {"INDEX", "The indexes that 'list' shows", Count::Many, {}};
+}
+
+inline std::vector<std::int32_t> BoxesOf(const Invocation& invocation)
+{
+    const auto box = invocation.Value("BOX"); // a digit, by the argument's allowed values
+    return Boxes(box ? std::optional<std::int32_t>((*box)[0] - '0') : std::nullopt);
+}
+
+// Throws Failure(kUsage).
+inline std::vector<std::uint16_t> IndexesOf(const Invocation& invocation)
+{
+    std::vector<std::uint16_t> indexes;
+    for (const std::string& text : invocation.values.at("INDEX")) {
+        const auto number = ParseNumber(text, 0xFFFF);
+        if (!number)
+            throw Failure(kUsage, fmt::format("'{}' is no index of a message; allowed: 0 to 65535", Printable(text)));
+        indexes.push_back(static_cast<std::uint16_t>(*number));
+    }
+    return indexes;
+}
 
 // NUMBER and TEXT; --callback, --priority, --report.
 inline std::vector<Argument> MessageArguments()

@@ -1,8 +1,8 @@
-#include "phnctl/messages_workbench.h"
-
+// messages decode and messages encode: PDUs explained and built, without a handset.
 #include "phnctl/failure.h"
 #include "phnctl/message_list.h"
 #include "phnctl/message_options.h"
+#include "phnctl/messages_commands.h"
 #include "phnctl/table.h"
 #include "phnctl/text_file.h"
 
