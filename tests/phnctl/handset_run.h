@@ -14,6 +14,8 @@ class HandsetRun : public testing::Test
 protected:
     HandsetRun() : m_simulator(m_devices.Path(), simulator::UsbInterfaceName("0001"))
     {
+        // Little room, as many runs ask for all indexes.
+        Handset().Change(0, [](simulator::Phone& phone) { phone.limits.contacts = phone.limits.events = 64; });
         m_simulator.Start();
         m_program.Set("PHNNRV_DEVICES", m_devices.Path().string());
     }

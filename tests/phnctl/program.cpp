@@ -32,12 +32,13 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
 
 Program::Program()
 {
-    // Nothing of the machine that runs the tests shows through.
+    // Nothing of the machine that runs the tests shows through. The waits for a handset are short.
     m_environment = {{"PATH", "/usr/bin:/bin"},
                      {"LC_ALL", "C.UTF-8"},
                      {"TMPDIR", m_temporary.Path().string()},
                      {"PHNNRV_DEVICES", "/nonexistent"},
-                     {"PHNNRV_REGISTRY", "/nonexistent"}};
+                     {"PHNNRV_REGISTRY", "/nonexistent"},
+                     {"PHNNRV_TIME_SCALE", "0.2"}};
 }
 
 Outcome Program::Run(const std::vector<std::string>& arguments, const std::string& input)
