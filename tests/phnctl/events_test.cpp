@@ -1,9 +1,11 @@
 // phnctl events with a handset: what is coming, what goes over, and that nothing is lost on the way.
 #include "phnctl/handset_run.h"
 
+#include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <libical/ical.h>
+#include <set>
 
 namespace phnctl_test {
 namespace {
@@ -133,6 +135,112 @@ TEST_F(Events, AWholeDayStaysOneAndAToDoIsNoFailure)
     const Outcome exported = Run("events export -");
     EXPECT_TRUE(Has(exported.out, "DTSTART;VALUE=DATE:20090415\r\nDTEND;VALUE=DATE:20090417\r\n")) << exported.out;
     EXPECT_TRUE(Has(Run("events import -", exported.out).out, "36 events: 36 there already.\n"));
+}
+
+std::string Calendar(const std::vector<std::string>& events)
+{
+    std::string text = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nPRODID:-//Example//EN\r\n";
+    for (const std::string& event : events)
+        text += "BEGIN:VEVENT\r\nUID:tea@example.org\r\nSUMMARY:Tea\r\nDURATION:PT1H\r\n" + event + "END:VEVENT\r\n";
+    return text + "END:VCALENDAR\r\n";
+}
+
+// "10:12 11:12" of two days of a month, of daily events.
+std::string StartsOf(const std::map<std::uint32_t, simulator::Event>& events)
+{
+    std::multiset<std::string> starts;
+    for (const auto& [index, event] : events)
+        for (unsigned day = 0; day < std::max(event.repeatCount, 1u); ++day)
+            starts.insert(std::to_string(event.start.day + day) + ':' + std::to_string(event.start.hour));
+    std::string text;
+    for (const std::string& start : starts)
+        text += (text.empty() ? "" : " ") + start;
+    return text;
+}
+
+TEST_F(Events, AnImportLeavesTheOccurrencesOfItsFileAndNoneOfAnEarlierOne)
+{
+    const auto series = [](const std::string& count, const std::string& more) {
+        return "DTSTART:20090310T120000\r\nRRULE:FREQ=DAILY;COUNT=" + count + "\r\n" + more;
+    };
+    const std::string without = "EXDATE:20090311T120000\r\n";
+    const std::string moved = "RECURRENCE-ID:20090313T120000\r\nDTSTART:20090313T150000\r\n";
+    const std::string cancelled = series("4", "STATUS:CANCELLED\r\n");
+    const struct
+    {
+        std::vector<std::string> events;
+        const char* starts;
+    } versions[] = {
+        {{series("4", "")}, "10:12 11:12 12:12 13:12"},
+        {{series("4", without)}, "10:12 12:12 13:12"},
+        {{series("5", without), moved}, "10:12 12:12 13:15 14:12"},
+        {{moved}, "10:12 12:12 13:15 14:12"}, // says nothing of the series
+        {{series("5", without), moved + "STATUS:CANCELLED\r\n"}, "10:12 12:12 14:12"},
+        {{series("5", ""), moved}, "10:12 11:12 12:12 13:15 14:12"},
+        {{series("5", without)}, "10:12 12:12 13:12 14:12"},
+        {{series("4", without + "EXDATE:20090310T120000\r\n"), moved}, "12:12 13:15"},
+        {{series("2", without + "EXDATE:20090310T120000\r\n")}, ""},
+        {{series("4", without), moved}, "10:12 12:12 13:15"},
+        {{cancelled}, "10:12 12:12 13:15"}, // stays, and the plan says so
+        {{"DTSTART:20090310T120000\r\n"}, "10:12"},
+    };
+    ASSERT_EQ(Run("events clear --yes --no-copy").status, 0);
+    for (const auto& [events, starts] : versions) {
+        const Outcome import = Run("events import --no-copy " + File("tea.ics", Calendar(events)));
+        EXPECT_EQ(import.status, 0) << import.out << import.err;
+        EXPECT_EQ(Has(import.out, "still-there: "), events.front() == cancelled) << import.out;
+        EXPECT_EQ(StartsOf(Stored()), starts) << Calendar(events) << import.out;
+    }
+}
+
+TEST_F(Events, ASeriesIsTheSameFromAnotherZone)
+{
+    const std::string file = File("tea.ics", Calendar({"DTSTART:20090310T120000\r\nRRULE:FREQ=DAILY;COUNT=9\r\n"
+                                                       "EXDATE:20090312T120000\r\n",
+                                                       "RECURRENCE-ID:20090315T120000\r\n"
+                                                       "DTSTART:20090315T150000Z\r\n"}));
+    ASSERT_EQ(Run("events import " + file).status, 0);
+    m_program.Set("TZ", "EST5EDT,M3.2.0,M11.1.0");
+    EXPECT_TRUE(Has(Run("events import " + file).out, "4 events: 4 there already."));
+}
+
+TEST_F(Events, StalePartsAreShownKeptInACopyAndDeletedLast)
+{
+    const std::string rule = "DTSTART:20090310T120000\r\nRRULE:FREQ=WEEKLY;COUNT=8\r\n";
+    ASSERT_EQ(Run("events import " + File("old.ics", Calendar({rule + "EXDATE:20090317T120000\r\n"}))).status, 0);
+    std::string other = Calendar({"DTSTART:20090310T120000\r\n"});
+    other.replace(other.find("tea@example.org"), 15,
+                  "tea~0123456789abcdef.2"); // looks like a part, and is none of this
+    ASSERT_EQ(Run("events import " + File("other.ics", other)).status, 0);
+    const std::string file = File("new.ics", Calendar({rule}));
+    const Outcome plan = Run("events import --dry-run " + file);
+    EXPECT_TRUE(Has(plan.out,
+                    "delete       Tea  (index 36)\n    stale-part: part 2 of the series, from Tue 2009-03-24 12:00 "
+                    "on, which the file no longer has\n"))
+        << plan.out;
+    EXPECT_TRUE(Has(plan.out, "\n1 event of the handset to delete.\n")) << plan.out;
+    EXPECT_EQ(Stored().size(), 38u);
+    // Not while the series is not on the handset.
+    Handset().AddFault("result=9@31*1");
+    const Outcome failed = Run("events import --no-copy " + file);
+    EXPECT_TRUE(Has(failed.out, "not deleted  Tea  (index 36)")) << failed.out;
+    EXPECT_EQ(failed.status, 1);
+    const Outcome done = Run("events import --json --copy " + Path("copy.ics") + " " + file);
+    EXPECT_TRUE(Has(done.out, "\"index\":36,\"result\":\"deleted\",\"notes\":[{\"code\":\"stale-part\"")) << done.out;
+    EXPECT_EQ(Stored().size(), 37u);
+    EXPECT_TRUE(Has(Run("events import --dry-run " + Path("copy.ics")).out, "1 to add, 1 to change"));
+}
+
+TEST_F(Events, AnEventIsNotStoredTwiceUnsaid)
+{
+    const std::string file = File("one.ics", Run("events export - --range 3-3").out);
+    EXPECT_TRUE(Has(Run("events put --dry-run " + file + " 50").out, "held-elsewhere: ")) << file;
+    EXPECT_FALSE(Has(Run("events put --dry-run " + file + " 3").out, "held-elsewhere: "));
+    for (const std::string text : {"", "hello", "BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n"}) {
+        const Outcome none = Run("events import " + File("none.ics", text));
+        EXPECT_EQ(none.status, 2) << text;
+        EXPECT_TRUE(Has(none.err, "none.ics holds no event")) << none.err;
+    }
 }
 
 } // namespace

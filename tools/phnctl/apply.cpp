@@ -21,7 +21,9 @@ public:
     {
         try {
             m_kind.Delete(m_handset, deletion.stored.index);
-            deletion.result = Result::Written;
+            const bool isGone = !m_kind.Read(m_handset, deletion.stored.index);
+            deletion.result = isGone ? Result::Written : Result::Failed;
+            deletion.problem = isGone ? "" : "the handset accepted that, and still holds it";
             m_losses.Succeeded();
         } catch (const Refusal& refusal) {
             deletion.result = Result::Failed;
@@ -93,6 +95,8 @@ void DeleteOthers(Writer& writer, const EntryKind& kind, Plan& plan, const StopR
 {
     Progress progress("deleting " + kind.Many(), plan.deletions.size());
     for (Deletion& deletion : plan.deletions) {
+        if (!plan.HoldsAll(deletion.series))
+            continue;
         plan.isInterrupted = stop.Came();
         if (plan.isInterrupted || !writer.Delete(deletion))
             return;
@@ -107,7 +111,7 @@ void Apply(const Handset& handset, const EntryKind& kind, Plan& plan, const Inve
     plan.isApplied = true;
     const StopRequest stop;
     Writer writer(handset, kind, inventory);
-    if (WriteEntries(writer, kind, plan, stop, strict) && plan.HoldsAll())
+    if (WriteEntries(writer, kind, plan, stop, strict))
         DeleteOthers(writer, kind, plan, stop);
 }
 

@@ -52,6 +52,8 @@ struct Candidate
     bool isMeant = true;      // false: it is nothing to store (a to-do among events); the last note says why
     bool hasLostText = false; // the file says of itself that characters of it were lost to a code page
     std::string origin{};     // what EntryForm::Origin gave for the handset's entry that it was made of; empty: unknown
+    std::string series{};     // marks the entries of earlier imports that are parts of this one (EntryForm::PartOf)
+    bool isCancelled = false; // the file takes it back
 };
 
 struct Difference

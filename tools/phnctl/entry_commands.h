@@ -15,8 +15,9 @@ namespace phnctl {
 
 // The kind must live as long as the program.
 std::vector<Command> EntryCommands(const EntryKind& kind);
-std::vector<Command> ReadingCommands(const EntryKind& kind); // the ones of entry_reading.cpp
-std::vector<Command> WritingCommands(const EntryKind& kind); // and of entry_writing.cpp
+std::vector<Command> ReadingCommands(const EntryKind& kind);  // the ones of entry_reading.cpp
+std::vector<Command> WritingCommands(const EntryKind& kind);  // of entry_writing.cpp
+std::vector<Command> DeletingCommands(const EntryKind& kind); // and of entry_deleting.cpp
 
 // All entries of some files, in order. One whose text was lost to a code page fits only where that is accepted. Throws
 // Failure(kUsage) when a file cannot be read.

@@ -42,6 +42,13 @@ struct Merged
     std::vector<EntryField> leftOut{};  // what only the file's holds, and no place is left for
 };
 
+// What an entry is to the one of a file that was too much for one entry of the handset.
+struct EntryPart
+{
+    std::string series; // its mark, as candidates have it; empty: the entry stands for itself
+    std::string words;  // which part, for people
+};
+
 class EntryForm
 {
 public:
@@ -59,6 +66,8 @@ public:
 
     // Entries with the same key are taken for the same thing before and after a change.
     virtual std::string Key(const Entry& entry) const { return Title(entry); }
+    // True where two entries with the same key are a mistake.
+    virtual bool HasUniqueKeys() const { return false; }
     // False where the handset can take new entries only: then nothing is changed, and what is not there is added.
     virtual bool CanChange() const { return true; }
     // What the handset would hold if an entry that was read were written back; entries are compared in this form.
@@ -76,6 +85,9 @@ public:
     virtual std::vector<std::string> Marks(const Entry&) const { return {}; }
     // What a file says of an entry that it was made of, in the form in which entries are compared; empty: nothing.
     virtual std::string Origin(const Entry&) const { return {}; }
+
+    // Of which other entry of a file this one is a part.
+    virtual EntryPart PartOf(const Entry&) const { return {}; }
 
 private:
     const std::string m_one;

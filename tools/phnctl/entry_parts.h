@@ -1,5 +1,5 @@
-// What the commands of entry_reading.cpp and entry_writing.cpp share: arguments, help texts in the words of a kind, and
-// one entry by its index.
+// What the commands of entry_reading.cpp, entry_writing.cpp and entry_deleting.cpp share: arguments, help texts in the
+// words of a kind, and one entry by its index.
 #pragma once
 
 #include "phnctl/command.h"

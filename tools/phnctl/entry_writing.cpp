@@ -1,18 +1,17 @@
-// put, import, delete and clear of every kind of entry.
+// put and import of every kind of entry.
 #include "phnctl/apply.h"
-#include "phnctl/counted.h"
 #include "phnctl/ending.h"
 #include "phnctl/entry_commands.h"
 #include "phnctl/entry_parts.h"
 #include "phnctl/failure.h"
 #include "phnctl/inventory.h"
-#include "phnctl/losses.h"
 #include "phnctl/plan_report.h"
 #include "phnctl/safeguard.h"
 #include "phnctl/session.h"
 #include "phnctl/text.h"
 #include "phnctl/text_file.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -37,9 +36,35 @@ std::uint32_t FirstEmpty(const Handset& handset, const EntryKind& kind)
     throw Refusal(PHN_ERROR_RESULT_4, "no index is left that holds nothing");
 }
 
+// A file as a whole is nothing to make a plan of.
+void RequireEntries(const EntryKind& kind, const std::vector<std::string>& files,
+                    const std::vector<Candidate>& candidates)
+{
+    const auto isOfNoLine = [](const Candidate& candidate) { return !candidate.fits && candidate.line == 0; };
+    if (!std::ranges::all_of(candidates, isOfNoLine))
+        return;
+    const std::string why = candidates.empty() ? "" : ": " + candidates.front().notes.back().text;
+    throw Failure(kUsage, fmt::format("{} {} no {}{}", Printable(fmt::format("{}", fmt::join(files, ", "))),
+                                      files.size() == 1 ? "holds" : "hold", kind.One(), why));
+}
+
+// Under another index, where an import would change it.
+void TellIfHeldElsewhere(const Handset& handset, const EntryKind& kind, PlannedEntry& planned)
+{
+    const std::string key = kind.Key(planned.target);
+    for (const StoredEntry& stored : TakeInventory(handset, kind, IndexRange()).entries)
+        if (stored.index != planned.index && kind.Key(kind.Storable(stored.entry)) == key)
+            planned.from.notes.push_back({"held-elsewhere", "", planned.from.line,
+                                          fmt::format("the handset has this {0} at index {1} already, and then has it "
+                                                      "twice; '{2} import' changes the one that is there",
+                                                      kind.One(), stored.index, kind.Many())});
+}
+
 int Put(const Invocation& invocation, const EntryKind& kind)
 {
-    auto candidates = ReadCandidates(kind, {*invocation.Value("FILE")}, invocation.Has(kAcceptLoss));
+    const std::vector<std::string> file{*invocation.Value("FILE")};
+    auto candidates = ReadCandidates(kind, file, invocation.Has(kAcceptLoss));
+    RequireEntries(kind, file, candidates);
     std::erase_if(candidates, [](const Candidate& candidate) { return !candidate.isMeant; });
     if (candidates.size() != 1)
         throw Failure(kUsage, fmt::format("the file holds {} {}; 'put' takes one, 'import' takes all of them",
@@ -57,6 +82,8 @@ int Put(const Invocation& invocation, const EntryKind& kind)
             inventory.entries.push_back({*index, std::move(*present)});
         Plan plan = MakePlanFor(kind, std::move(candidates.front()), *index,
                                 inventory.entries.empty() ? nullptr : &inventory.entries.front().entry);
+        if (kind.HasUniqueKeys())
+            TellIfHeldElsewhere(handset, kind, plan.entries.front());
         if (!invocation.Has(kAcceptLoss))
             SpareGarbled(kind, plan, inventory);
         status = CarryOut(invocation, handset, kind, plan, inventory);
@@ -68,9 +95,7 @@ int Import(const Invocation& invocation, const EntryKind& kind)
 {
     const std::vector<std::string> files = FilesOf(invocation.values.at("FILE"), kind.Extension());
     auto candidates = ReadCandidates(kind, files, invocation.Has(kAcceptLoss));
-    if (candidates.empty())
-        throw Failure(kUsage, fmt::format("{} {} no {}", Printable(fmt::format("{}", fmt::join(files, ", "))),
-                                          files.size() == 1 ? "holds" : "hold", kind.One()));
+    RequireEntries(kind, files, candidates);
     const IndexRange range = RangeOf(invocation);
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
@@ -81,65 +106,14 @@ int Import(const Invocation& invocation, const EntryKind& kind)
         LimitToRoom(plan, inventory.empty.size());
         if (!invocation.Has(kAcceptLoss))
             SpareGarbled(kind, plan, inventory);
+        DropStaleParts(kind, plan, inventory);
+        std::vector<StoredEntry> stale;
+        for (const Deletion& deletion : plan.deletions)
+            stale.push_back(deletion.stored);
+        RequireWholeCopy(invocation, kind, stale);
         status = CarryOut(invocation, handset, kind, plan, inventory);
     });
     return status;
-}
-
-// All of them, or none is to be deleted.
-std::vector<StoredEntry> ReadAll(const Handset& handset, const EntryKind& kind,
-                                 const std::vector<std::uint32_t>& indexes)
-{
-    std::vector<StoredEntry> entries;
-    try {
-        for (const std::uint32_t index : indexes)
-            entries.push_back({index, ReadOne(handset, kind, index)});
-    } catch (const Refusal& refusal) {
-        throw Refusal(refusal.Code(), fmt::format("{}. Nothing was deleted.", refusal.what()));
-    }
-    return entries;
-}
-
-int Delete(const Invocation& invocation, const EntryKind& kind)
-{
-    std::vector<std::uint32_t> indexes;
-    for (const std::string& text : invocation.values.at("INDEX"))
-        indexes.push_back(ParseIndex(text));
-    return WithHandset(invocation.options, [&](const Handset& handset) {
-        const std::vector<StoredEntry> entries = ReadAll(handset, kind, indexes);
-        RequireWholeCopy(invocation, kind, entries);
-        TellLosses(LossesOf(kind, entries), kind.One(), kind.Many());
-        for (const StoredEntry& stored : entries)
-            fmt::print(stderr, "{}  {}\n", stored.index, Printable(kind.Title(stored.entry)));
-        const std::string what =
-            entries.size() == 1 ? "this " + kind.One() : fmt::format("these {} {}", entries.size(), kind.Many());
-        Confirm(invocation, fmt::format("Delete {}?", what));
-        KeepCopy(invocation, kind, "delete", entries);
-        for (const StoredEntry& stored : entries)
-            kind.Delete(handset, stored.index);
-        TellDeleted(invocation, entries.size(), kind.One(), kind.Many());
-    });
-}
-
-int Clear(const Invocation& invocation, const EntryKind& kind)
-{
-    return WithHandset(invocation.options, [&](const Handset& handset) {
-        const Inventory inventory = TakeInventory(handset, kind, IndexRange());
-        TellUnread(kind, inventory);
-        if (inventory.entries.empty() && inventory.unread.empty())
-            return TellDeleted(invocation, 0, kind.One(), kind.Many());
-        if (!inventory.unread.empty() && !invocation.Has("--no-copy"))
-            throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
-                                                "deletes them all the same. Nothing was changed.",
-                                                inventory.unread.size(), kind.Many()));
-        RequireWholeCopy(invocation, kind, inventory.entries);
-        TellLosses(LossesOf(kind, inventory.entries), kind.One(), kind.Many());
-        Confirm(invocation, fmt::format("Delete all {} of the handset?",
-                                        Counted(inventory.entries.size(), kind.One(), kind.Many())));
-        KeepCopy(invocation, kind, "clear", inventory.entries);
-        kind.DeleteAll(handset);
-        TellDeleted(invocation, inventory.entries.size(), kind.One(), kind.Many());
-    });
 }
 
 std::vector<CommandOption> ImportOptions(const EntryKind& kind)
@@ -231,18 +205,6 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
          {{"FILE", help("{ext} files, folders of them, or - for standard input"), Count::Many, {}}},
          Bind(Import, kind),
          Joined(Joined(ImportOptions(kind), WriteOptions()), CopyOptions())},
-        {many + " delete",
-         help("Delete single {many}"),
-         help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} delete 4 7\n"),
-         {{"INDEX", "The indexes that 'list' shows", Count::Many, {}}},
-         Bind(Delete, kind),
-         Joined({ConfirmOption(), AcceptLossOption()}, CopyOptions())},
-        {many + " clear",
-         help("Delete all {many}"),
-         help("Asks first, and keeps a copy.\n\nExample:\n  phnctl {many} clear --copy all{ext}\n"),
-         {},
-         Bind(Clear, kind),
-         Joined({ConfirmOption(), AcceptLossOption()}, CopyOptions())},
     };
 }
 

@@ -47,6 +47,8 @@ struct EventDraft
     std::string problem;     // not empty: it is no event that a handset could hold
     std::string problemCode = "not-an-event";
     bool isMeant = true; // false: nothing to store, as the problem says
+    bool isCancelled = false;
+    std::string series; // the mark of what it is a part of; empty: it is no part, and no other is one of it
 
     // As the file calls the property that is the text.
     const char* TextProperty() const { return lines.contains("SUMMARY") ? "SUMMARY" : event_property::kText; }

@@ -25,7 +25,7 @@ std::vector<EventDraft> ReadEvents(const std::string& text)
 {
     std::vector<EventDraft> drafts = IsForeign(text) ? ReadForeignEvents(text) : ReadOwnEvents(text);
     if (drafts.empty() && UpperCase(text).find("BEGIN:VCALENDAR") == std::string::npos)
-        drafts.emplace_back().problem = "the file holds no calendar";
+        drafts.emplace_back().problem = "it is no calendar";
     return drafts;
 }
 

@@ -32,10 +32,10 @@ public:
         else if (TakeTimes()) {
             TakeRule();
             TakeAlarm();
-            TakeUid();
             TakeStamp(kCreated, m_draft.created);
             TakeStamp(kModified, m_draft.modified);
         }
+        TakeUid();
         return Finish();
     }
 
@@ -151,6 +151,8 @@ private:
         m_result.notes = std::move(m_draft.notes);
         m_result.fits = !m_refusal;
         m_result.isMeant = m_draft.isMeant;
+        m_result.series = m_draft.series;
+        m_result.isCancelled = m_draft.isCancelled;
         if (m_refusal)
             m_result.notes.push_back(*m_refusal);
         return std::move(m_result);

@@ -49,8 +49,10 @@ public:
         TakeTimes(m_event, isSeries ? std::span(own->second) : std::span<icalcomponent* const>(), m_draft);
         TakeAlarms();
         Look();
-        if (First(ICAL_RECURRENCEID_PROPERTY))
-            BecomeInstance();
+        if (icalproperty* const occurrence = First(ICAL_RECURRENCEID_PROPERTY))
+            BecomeInstance(occurrence);
+        else if (!m_draft.uid.empty())
+            m_draft.series = SeriesMark(m_draft.uid);
         return std::move(m_draft);
     }
 
@@ -71,16 +73,17 @@ private:
     }
 
     // An event of its own, which the series leaves out.
-    void BecomeInstance()
+    void BecomeInstance(icalproperty* occurrence)
     {
-        const std::string when = ValueOf(ICAL_RECURRENCEID_PROPERTY);
-        m_draft.uid = MarkedUid(m_draft.uid, m_draft.uid + "\nRECURRENCE-ID:" + when);
+        const icaltimetype when = icalproperty_get_datetime_with_component(occurrence, m_event);
+        if (!m_draft.uid.empty())
+            m_draft.uid = MovedUid(m_draft.uid, InstantOf(when));
         m_draft.rule.clear();
-        const auto time = ParseEventTime(when.size() == 8 ? when + "T000000" : when);
+        const auto time = FromLibical(when);
         if (m_draft.problem.empty())
             m_draft.Tell("occurrence-moved", "RECURRENCE-ID",
-                         fmt::format("an event of its own, with the id '{}', instead of the series' occurrence on {}",
-                                     m_draft.uid, time ? ShownDay(*time) : when));
+                         fmt::format("an event of its own instead of the series' occurrence on {}",
+                                     time ? ShownDay(*time) : ValueOf(ICAL_RECURRENCEID_PROPERTY)));
     }
 
     // The first that rings; one by mail only if there is no other.
@@ -161,6 +164,7 @@ private:
                 m_draft.problem = First(ICAL_RECURRENCEID_PROPERTY) ? "this occurrence of the series was cancelled"
                                                                     : "the event was cancelled";
                 m_draft.problemCode = "cancelled";
+                m_draft.isCancelled = true;
                 m_draft.isMeant = false;
             }
             return;
@@ -203,7 +207,7 @@ public:
     {
         const std::unique_ptr<icalcomponent, ComponentDeleter> root(icalparser_parse_string(text.c_str()));
         if (!root) {
-            m_drafts.emplace_back().problem = "it is no calendar";
+            m_drafts.emplace_back().problem = "its calendar is broken";
             return;
         }
         Walk(root.get(), [this](icalcomponent* component) { Gather(component); });

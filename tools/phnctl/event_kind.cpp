@@ -2,6 +2,7 @@
 
 #include "phnctl/event_fields.h"
 #include "phnctl/event_file.h"
+#include "phnctl/event_uid.h"
 #include "phnctl/event_words.h"
 #include "phnctl/number.h"
 #include "phnctl/text.h"
@@ -79,6 +80,19 @@ public:
     {
         const std::string uid = ValueOf(entry, kUid);
         return !uid.empty() ? "id " + uid : fmt::format("at {} {}", ValueOf(entry, kStart), ValueOf(entry, kText));
+    }
+
+    bool HasUniqueKeys() const override { return true; }
+
+    EntryPart PartOf(const Entry& entry) const override
+    {
+        const auto part = SeriesPartOf(ValueOf(entry, kUid));
+        if (!part)
+            return {};
+        const auto start = ParseEventTime(ValueOf(entry, kStart));
+        const std::string when = start ? Shown(LocalTimeOf(*start, ValueOf(entry, kZone))) : "";
+        return {part->mark, part->run.empty() ? fmt::format("an occurrence of the series, moved to {}", when)
+                                              : fmt::format("part {} of the series, from {} on", part->run, when)};
     }
 
     Entry Storable(const Entry& read) const override { return CompleteEvent(FitEvent(DraftOf(read)).entry, nullptr); }

@@ -51,4 +51,12 @@ inline icaltimetype ToLibical(const EventTime& time)
     return converted;
 }
 
+// Seconds since 1970; without a zone of its own as if it were UTC, so that it is the same wherever it is read.
+inline std::int64_t InstantOf(icaltimetype time)
+{
+    if (time.zone)
+        time = icaltime_convert_to_zone(time, icaltimezone_get_utc_timezone());
+    return SecondsOf(FromLibical(time).value_or(EventTime{1970, 1, 1}));
+}
+
 } // namespace phnctl

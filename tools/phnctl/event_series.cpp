@@ -139,7 +139,8 @@ private:
                                        m_pieces.size(), m_pieces.size() == 1 ? "event" : "events"));
                 continue;
             }
-            piece.uid = MarkedUid(m_draft.uid, m_draft.uid + '\n' + EventTimeText(*piece.start));
+            if (!piece.uid.empty())
+                piece.uid = RunUid(m_draft.uid, i + 1);
             piece.notes.clear();
             piece.Tell("series-parted", Source(), fmt::format("part {} of {} of the series", i + 1, m_pieces.size()));
         }

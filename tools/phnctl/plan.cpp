@@ -26,9 +26,9 @@ std::optional<std::uint32_t> PlannedEntry::ShownIndex() const
 
 std::size_t Plan::Deleted() const
 {
-    return static_cast<std::size_t>(
-        std::count_if(deletions.begin(), deletions.end(),
-                      [](const Deletion& deletion) { return deletion.result == Result::Written; }));
+    return static_cast<std::size_t>(std::count_if(deletions.begin(), deletions.end(), [](const Deletion& deletion) {
+        return deletion.result == Result::Written;
+    }));
 }
 
 bool Plan::IsHeld(const PlannedEntry& planned) const
@@ -37,10 +37,11 @@ bool Plan::IsHeld(const PlannedEntry& planned) const
     return one.action == Action::Same || one.result == Result::Written;
 }
 
-bool Plan::HoldsAll() const
+bool Plan::HoldsAll(const std::string& series) const
 {
     return std::all_of(entries.begin(), entries.end(), [&](const PlannedEntry& planned) {
-        return planned.action == Action::LeftOut || IsHeld(planned);
+        const bool isOther = !series.empty() && planned.from.series != series;
+        return isOther || planned.action == Action::LeftOut || IsHeld(planned);
     });
 }
 

@@ -48,10 +48,12 @@ struct PlannedEntry
     std::optional<std::uint32_t> ShownIndex() const;
 };
 
-// An entry of the handset that no planned one stands for, and that goes once all the others are on the handset.
+// An entry of the handset that no planned one stands for, and that goes once all that it waits for is on the handset.
 struct Deletion
 {
     StoredEntry stored;
+    std::string series{}; // waits for the entries of this one; empty: for all
+    std::vector<Note> notes{};
     Result result = Result::NotTried; // Written: it is gone
     std::string problem{};
 };
@@ -69,8 +71,8 @@ struct Plan
     std::size_t Deleted() const;
     // The handset holds what the file says, as far as it can.
     bool IsHeld(const PlannedEntry& planned) const;
-    // All entries are on the handset, and nothing was left out.
-    bool HoldsAll() const;
+    // All entries, or those of one series, are on the handset.
+    bool HoldsAll(const std::string& series = {}) const;
     // And what was to be deleted is gone.
     bool IsWhole() const;
 };
@@ -85,14 +87,18 @@ enum class Filling
 // The code of that note.
 inline constexpr const char* kKept = "kept";
 
-// In the candidates' order. Entries that are equal meet first; then an entry changes the one that it was made of, or the
-// one with its key that has most in common with it; what is left is added. Of several with one key only those meet that
-// are surely the same. Two entries of the files that are surely the same go into one, unless the handset had both.
+// In the candidates' order. Entries that are equal meet first; then an entry changes the one that it was made of, or
+// the one with its key that has most in common with it; what is left is added. Of several with one key only those meet
+// that are surely the same. Two entries of the files that are surely the same go into one, unless the handset had both.
 Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory,
               Filling filling = Filling::Replace);
 
 // Only so many of the additions have a place.
 void LimitToRoom(Plan& plan, std::size_t room);
+
+// What earlier imports made of an entry of the files, and what it no longer becomes, is to be deleted: the parts of a
+// series that had other exceptions then. Not if the files take it back: then a note says what stays on the handset.
+void DropStaleParts(const EntryForm& form, Plan& plan, const Inventory& inventory);
 
 // The handset's entries that are not after the plan what they were: those that it changes or deletes.
 std::vector<StoredEntry> EndangeredBy(const Plan& plan, const Inventory& inventory);

@@ -67,6 +67,8 @@ Json ToJson(const EntryForm& form, const Deletion& deletion)
     JsonObject object{{"title", {form.Title(deletion.stored.entry)}},
                       {"index", {std::int64_t{deletion.stored.index}}},
                       {"result", {std::string(isGone ? "deleted" : Word(deletion.result))}}};
+    if (!deletion.notes.empty())
+        object.emplace_back("notes", ToJson(deletion.notes));
     if (!deletion.problem.empty())
         object.emplace_back("problem", Json{deletion.problem});
     return {std::move(object)};

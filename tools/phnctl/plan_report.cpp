@@ -69,6 +69,12 @@ void AppendDifferences(std::string& text, const EntryForm& form, const std::vect
                             shown(difference.before), shown(difference.after));
 }
 
+void AppendNote(std::string& text, const Note& note)
+{
+    text += fmt::format("    {}: {}{}{}\n", note.code, note.property.empty() ? "" : Printable(note.property) + ", ",
+                        note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
+}
+
 void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, const PlannedEntry& planned)
 {
     const std::string line = planned.from.line ? fmt::format(":{}", planned.from.line) : "";
@@ -78,9 +84,7 @@ void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, con
     text += index ? fmt::format("  (index {})\n", *index) : "\n";
     for (const Note& note : planned.from.notes)
         if (planned.action != Action::Same || IsKept(note))
-            text +=
-                fmt::format("    {}: {}{}{}\n", note.code, note.property.empty() ? "" : Printable(note.property) + ", ",
-                            note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
+            AppendNote(text, note);
     AppendDifferences(text, form, planned.changes, "");
     AppendDifferences(text, form, planned.readBack, "read back differs, ");
     if (!planned.problem.empty())
@@ -98,6 +102,8 @@ void AppendDeletion(std::string& text, const EntryForm& form, const Plan& plan, 
 {
     text += fmt::format("{:<11}  {}  (index {})\n", Heading(plan, deletion),
                         Printable(form.Title(deletion.stored.entry)), deletion.stored.index);
+    for (const Note& note : deletion.notes)
+        AppendNote(text, note);
     if (!deletion.problem.empty())
         text += fmt::format("    {}\n", deletion.problem);
 }
@@ -110,7 +116,8 @@ std::string DeletionSummary(const EntryForm& form, const Plan& plan)
         return "";
     if (!plan.isApplied)
         return what + " to delete.\n";
-    if (!plan.HoldsAll())
+    if (std::none_of(plan.deletions.begin(), plan.deletions.end(),
+                     [&](const Deletion& deletion) { return plan.HoldsAll(deletion.series); }))
         return "Nothing was deleted, as not all of the files is on the handset.\n";
     return fmt::format("{} to delete, {} deleted.\n", what, plan.Deleted());
 }

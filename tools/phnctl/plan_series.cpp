@@ -1,0 +1,81 @@
+// What earlier imports left of the series that the files hold anew.
+#include "phnctl/plan.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <map>
+#include <set>
+
+namespace phnctl {
+
+namespace {
+
+class SeriesOfPlan
+{
+public:
+    SeriesOfPlan(const EntryForm& form, Plan& plan) : m_form(form), m_plan(plan)
+    {
+        for (PlannedEntry& planned : plan.entries) {
+            const Candidate& from = planned.from;
+            if (from.isMeant)
+                m_keys.insert(form.Key(from.entry));
+            if (from.series.empty())
+                continue;
+            m_bySeries.try_emplace(from.series, &planned);
+            if (!from.isMeant)
+                m_byKey.try_emplace(form.Key(from.entry), &planned);
+            if (planned.action == Action::CannotHold || planned.action == Action::NoRoom)
+                m_unheld.insert(from.series);
+        }
+    }
+
+    void Look(const StoredEntry& stored)
+    {
+        const std::string key = m_form.Key(m_form.Storable(stored.entry));
+        const EntryPart part = m_form.PartOf(stored.entry);
+        const auto whole = part.series.empty() ? m_byKey.find(key) : m_bySeries.find(part.series);
+        if (m_keys.contains(key) || whole == (part.series.empty() ? m_byKey.end() : m_bySeries.end()))
+            return;
+        const Candidate& from = whole->second->from;
+        if (from.isCancelled)
+            m_staying[whole->second].push_back(stored.index);
+        else if (!m_unheld.contains(from.series))
+            m_plan.deletions.push_back(
+                {stored,
+                 from.series,
+                 {{"stale-part", "", 0,
+                   part.series.empty() ? "the series, of which no occurrence takes place any more"
+                                       : part.words + ", which the file no longer has"}}});
+    }
+
+    void TellWhatStays(const EntryForm& form) const
+    {
+        for (const auto& [planned, indexes] : m_staying) {
+            const std::string list = fmt::format("{}", fmt::join(indexes, " "));
+            planned->from.notes.push_back(
+                {"still-there", "", planned->from.line,
+                 fmt::format("the handset still holds it; 'phnctl {} delete {}' takes it off", form.Many(), list)});
+        }
+    }
+
+private:
+    const EntryForm& m_form;
+    Plan& m_plan;
+    std::set<std::string> m_keys;                    // of what is to be stored
+    std::map<std::string, PlannedEntry*> m_bySeries; // the first of each
+    std::map<std::string, PlannedEntry*> m_byKey;    // of which nothing is to be stored
+    std::set<std::string> m_unheld;
+    std::map<PlannedEntry*, std::vector<std::uint32_t>> m_staying;
+};
+
+} // namespace
+
+void DropStaleParts(const EntryForm& form, Plan& plan, const Inventory& inventory)
+{
+    SeriesOfPlan series(form, plan);
+    for (const StoredEntry& stored : inventory.entries)
+        series.Look(stored);
+    series.TellWhatStays(form);
+}
+
+} // namespace phnctl
