@@ -179,6 +179,8 @@ TEST_F(Events, AnImportLeavesTheOccurrencesOfItsFileAndNoneOfAnEarlierOne)
         {{series("5", ""), moved}, "10:12 11:12 12:12 13:15 14:12"},
         {{series("5", without)}, "10:12 12:12 13:12 14:12"},
         {{series("4", without + "EXDATE:20090310T120000\r\n"), moved}, "12:12 13:15"},
+        {{series("6", without), "RECURRENCE-ID;RANGE=THISANDFUTURE:20090313T120000\r\nDTSTART:20090313T150000\r\n"},
+         "10:12 12:12 13:15 14:15 15:15"},
         {{series("2", without + "EXDATE:20090310T120000\r\n")}, ""},
         {{series("4", without), moved}, "10:12 12:12 13:15"},
         {{cancelled}, "10:12 12:12 13:15"}, // stays, and the plan says so

@@ -38,6 +38,7 @@ struct EventDraft
     std::string zone;
     std::string rule;
     std::vector<EventTime> exceptions; // occurrences that do not take place
+    std::optional<EventTime> before;   // from then on it is another draft's
     std::optional<std::int64_t> alarm; // minutes before the start; negative: after it
     std::string ringer;
     std::string uid;

@@ -1,32 +1,15 @@
 #include "phnctl/event_foreign.h"
 
 #include "phnctl/content_line.h"
-#include "phnctl/event_file.h"
-#include "phnctl/event_outline.h"
 #include "phnctl/event_uid.h"
 
 #include <fmt/format.h>
-#include <memory>
 
 namespace phnctl {
 
 using namespace event_property;
 
 namespace {
-
-struct ComponentDeleter
-{
-    void operator()(icalcomponent* component) const { icalcomponent_free(component); }
-};
-
-using Instances = std::map<std::string, std::vector<icalcomponent*>>; // by the id of their series
-
-// What other programs show first is the summary.
-std::string TextOf(icalcomponent* component)
-{
-    const std::string summary = Given(icalcomponent_get_summary(component));
-    return summary.empty() ? Given(icalcomponent_get_description(component)) : summary;
-}
 
 class EventReader
 {
@@ -37,19 +20,18 @@ public:
         m_draft.lines = m_outline.lines;
     }
 
-    EventDraft Read(const Instances& instances)
+    EventDraft Read(const Companions& companions)
     {
         m_draft.text = TextOf(m_event);
         m_draft.uid = Given(icalcomponent_get_uid(m_event));
         m_draft.created = ValueOf(ICAL_CREATED_PROPERTY);
         m_draft.modified = ValueOf(ICAL_LASTMODIFIED_PROPERTY);
-        TakeRule();
-        const auto own = instances.find(m_draft.uid);
-        const bool isSeries = own != instances.end() && !m_draft.rule.empty();
-        TakeTimes(m_event, isSeries ? std::span(own->second) : std::span<icalcomponent* const>(), m_draft);
+        TakeRule(companions.series ? companions.series : m_event);
+        TakeTimes(m_event, companions, m_draft);
         TakeAlarms();
         Look();
-        if (icalproperty* const occurrence = First(ICAL_RECURRENCEID_PROPERTY))
+        icalproperty* const occurrence = First(ICAL_RECURRENCEID_PROPERTY);
+        if (occurrence && !companions.series)
             BecomeInstance(occurrence);
         else if (!m_draft.uid.empty())
             m_draft.series = SeriesMark(m_draft.uid);
@@ -65,9 +47,10 @@ private:
         return property ? Taken(icalproperty_get_value_as_string_r(property)) : std::string();
     }
 
-    void TakeRule()
+    void TakeRule(icalcomponent* series)
     {
-        m_draft.rule = ValueOf(ICAL_RRULE_PROPERTY);
+        icalproperty* const rule = icalcomponent_get_first_property(series, ICAL_RRULE_PROPERTY);
+        m_draft.rule = rule ? Taken(icalproperty_get_value_as_string_r(rule)) : "";
         if (icalcomponent_count_properties(m_event, ICAL_RRULE_PROPERTY) > 1)
             m_draft.Tell("one-too-many", kRule, "the handset repeats an event by one rule");
     }
@@ -84,6 +67,9 @@ private:
             m_draft.Tell("occurrence-moved", "RECURRENCE-ID",
                          fmt::format("an event of its own instead of the series' occurrence on {}",
                                      time ? ShownDay(*time) : ValueOf(ICAL_RECURRENCEID_PROPERTY)));
+        if (IsForAllLater(m_event))
+            m_draft.Tell("range-dropped", "RECURRENCE-ID",
+                         "it stands for all later occurrences, too, which the file does not hold");
     }
 
     // The first that rings; one by mail only if there is no other.
@@ -161,8 +147,9 @@ private:
             return m_draft.Tell("exception-dropped", name, "the handset keeps no single dates beside a rule");
         case ICAL_STATUS_PROPERTY:
             if (icalproperty_get_status(property) == ICAL_STATUS_CANCELLED) {
-                m_draft.problem = First(ICAL_RECURRENCEID_PROPERTY) ? "this occurrence of the series was cancelled"
-                                                                    : "the event was cancelled";
+                m_draft.problem = IsForAllLater(m_event)              ? "these occurrences of the series were cancelled"
+                                  : First(ICAL_RECURRENCEID_PROPERTY) ? "this occurrence of the series was cancelled"
+                                                                      : "the event was cancelled";
                 m_draft.problemCode = "cancelled";
                 m_draft.isCancelled = true;
                 m_draft.isMeant = false;
@@ -200,71 +187,18 @@ private:
     std::map<std::string, int> m_dropped;
 };
 
-class CalendarReader
-{
-public:
-    explicit CalendarReader(const std::string& text) : m_outlines(OutlineOf(text))
-    {
-        const std::unique_ptr<icalcomponent, ComponentDeleter> root(icalparser_parse_string(text.c_str()));
-        if (!root) {
-            m_drafts.emplace_back().problem = "its calendar is broken";
-            return;
-        }
-        Walk(root.get(), [this](icalcomponent* component) { Gather(component); });
-        Walk(root.get(), [this](icalcomponent* component) { Read(component); });
-    }
-
-    std::vector<EventDraft> Take() { return std::move(m_drafts); }
-
-private:
-    template <class Visit>
-    static void Walk(icalcomponent* component, const Visit& visit)
-    {
-        const icalcomponent_kind kind = icalcomponent_isa(component);
-        if (kind != ICAL_XROOT_COMPONENT && kind != ICAL_VCALENDAR_COMPONENT)
-            return visit(component);
-        for (icalcomponent* inner = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT); inner;
-             inner = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT))
-            Walk(inner, visit);
-    }
-
-    void Gather(icalcomponent* component)
-    {
-        if (icalcomponent_isa(component) == ICAL_VEVENT_COMPONENT &&
-            icalcomponent_get_first_property(component, ICAL_RECURRENCEID_PROPERTY))
-            m_instances[Given(icalcomponent_get_uid(component))].push_back(component);
-    }
-
-    void Read(icalcomponent* component)
-    {
-        const std::string name = Given(icalcomponent_kind_to_string(icalcomponent_isa(component)));
-        const std::vector<EventOutline>& known = m_outlines[name];
-        const std::size_t number = m_next[name]++;
-        const EventOutline outline = number < known.size() ? known[number] : EventOutline();
-        if (name == "VEVENT") {
-            for (EventDraft& piece : PiecesOf(EventReader(component, outline).Read(m_instances)))
-                m_drafts.push_back(std::move(piece));
-        } else if (name != "VTIMEZONE") {
-            EventDraft& other = m_drafts.emplace_back();
-            other.line = outline.line;
-            other.text = TextOf(component);
-            other.isMeant = false;
-            other.problem = fmt::format("it is a {}: a handset's calendar keeps events", name);
-        }
-    }
-
-    std::map<std::string, std::vector<EventOutline>> m_outlines;
-    std::map<std::string, std::size_t> m_next;
-    Instances m_instances;
-    std::vector<EventDraft> m_drafts;
-};
-
 } // namespace
 
-std::vector<EventDraft> ReadForeignEvents(const std::string& text)
+std::string TextOf(icalcomponent* component)
 {
-    icalerror_set_errors_are_fatal(0);
-    return CalendarReader(text).Take();
+    // What other programs show first is the summary.
+    const std::string summary = Given(icalcomponent_get_summary(component));
+    return summary.empty() ? Given(icalcomponent_get_description(component)) : summary;
+}
+
+EventDraft ReadEvent(icalcomponent* event, EventOutline outline, const Companions& companions)
+{
+    return EventReader(event, std::move(outline)).Read(companions);
 }
 
 } // namespace phnctl

@@ -1,12 +1,7 @@
 #include "phnctl/event_foreign.h"
 
-#include "phnctl/event_file.h"
-#include "phnctl/event_words.h"
-
 #include <algorithm>
-#include <cstdlib>
 #include <fmt/format.h>
-#include <iterator>
 
 namespace phnctl {
 
@@ -21,27 +16,12 @@ std::string NamedZone(icalproperty* property)
     return parameter ? Given(icalparameter_get_tzid(parameter)) : std::string();
 }
 
-constexpr std::size_t kMostLookedAt = 1000; // occurrences: some years of a daily event
-
-// The seconds east of UTC of a zone that never changes its clock in the year of a start.
-std::optional<int> FixedOffset(icaltimetype start, icaltimezone* zone)
-{
-    const int offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
-    start.year = std::clamp(start.year, kFirstYear, kLastYear); // where the handset shows it
-    for (int week = 0; week < 53; ++week) {
-        if (icaltimezone_get_utc_offset(zone, &start, nullptr) != offset)
-            return std::nullopt;
-        icaltime_adjust(&start, 7, 0, 0, 0);
-    }
-    return offset;
-}
-
 class TimeReader
 {
 public:
     TimeReader(icalcomponent* event, EventDraft& draft) : m_event(event), m_draft(draft) {}
 
-    void Take(std::span<icalcomponent* const> instances)
+    void Take(const Companions& companions)
     {
         m_start = icalcomponent_get_dtstart(m_event);
         icaltimetype end = icalcomponent_get_dtend(m_event);
@@ -56,10 +36,19 @@ public:
         else
             TakeClockTimes(end);
         TakeEndOfRule();
-        TellWhatIsOff();
+        if (companions.series)
+            GoOn(companions.series);
+        if (m_goesByLocalClock)
+            TellWhatIsOff(m_draft, m_zone, m_shift,
+                          NamedZone(icalcomponent_get_first_property(m_event, ICAL_DTSTART_PROPERTY)));
+        if (m_draft.rule.empty())
+            return;
         TakeExceptions(m_event, ICAL_EXDATE_PROPERTY);
-        for (icalcomponent* instance : instances)
-            TakeExceptions(instance, ICAL_RECURRENCEID_PROPERTY);
+        for (icalcomponent* instance : companions.instances)
+            if (IsForAllLater(instance))
+                TakeChange(instance);
+            else
+                TakeExceptions(instance, ICAL_RECURRENCEID_PROPERTY);
     }
 
 private:
@@ -108,16 +97,8 @@ private:
             m_goesByLocalClock = true;
             EventTime first = Converted(m_start);
             first.year = std::clamp(first.year, kFirstYear, kLastYear);
-            MoveSeries(name, ToLocal(first));
+            MoveSeries(name, ToLocal(m_zone, first));
         }
-    }
-
-    // What to add to a time of the zone for local time, then.
-    std::int64_t ToLocal(const EventTime& clock) const
-    {
-        icaltimetype time = ToLibical(clock);
-        const int offset = icaltimezone_get_utc_offset(m_zone, &time, nullptr);
-        return SecondsOf(ZoneTimeOf(TimeOf(SecondsOf(clock) - offset), "")) - SecondsOf(clock);
     }
 
     void MoveSeries(const std::string& name, std::int64_t shift)
@@ -137,33 +118,6 @@ private:
             m_draft.problemCode = "zone";
             m_draft.problem = fmt::format("its rule counts the days of '{}', and here it is another day then", name);
         }
-    }
-
-    // The local clock is right at the first occurrence, and at others unless the zone's changes on other days.
-    void TellWhatIsOff()
-    {
-        const auto rule = m_goesByLocalClock ? RuleOf(m_draft) : std::nullopt;
-        if (!rule)
-            return;
-        const auto starts = Occurrences(*m_draft.start, rule->Text(), {kFirstYear, 1, 1},
-                                        {kLastYear, 12, 31, 23, 59, 59}, kMostLookedAt);
-        const auto lateness = [this](const EventTime& own) {
-            return m_shift - ToLocal(TimeOf(SecondsOf(own) - m_shift));
-        };
-        const auto isOff = [&](const EventTime& own) { return lateness(own) != 0; };
-        const auto first = std::ranges::find_if(starts, isOff);
-        if (first == starts.end())
-            return;
-        const auto next = std::find_if_not(first, starts.end(), isOff);
-        const std::string last = next == starts.end() ? " on" : " to " + ShownDay(*std::prev(next));
-        const std::int64_t late = lateness(*first);
-        m_draft.Tell("zone-dropped", kStart,
-                     fmt::format("the handset has no '{}': it repeats at {:02}:{:02} local time, which is {} {} from "
-                                 "{}{}{}",
-                                 NamedZone(icalcomponent_get_first_property(m_event, ICAL_DTSTART_PROPERTY)),
-                                 m_draft.start->hour, m_draft.start->minute, LengthInWords(std::abs(late) / 60),
-                                 late > 0 ? "late" : "early", ShownDay(*first), last,
-                                 std::any_of(next, starts.end(), isOff) ? ", and again later" : ""));
     }
 
     // A time of the file in the event's own.
@@ -201,23 +155,73 @@ private:
                 time.second = m_start.second;
             }
             if (const auto own = Own(time))
-                m_draft.exceptions.push_back(*own);
+                m_draft.exceptions.push_back(Moved(*own));
         }
     }
+
+    // The series from one occurrence on: its other times are as far from the file's as this one's.
+    void GoOn(icalcomponent* series)
+    {
+        m_from = OccurrenceOf(m_event);
+        if (!m_from || !m_draft.start)
+            return;
+        m_distance = SecondsOf(*m_draft.start) - SecondsOf(*m_from);
+        EventRule rule;
+        std::string problem;
+        if (rule.Parse(m_draft.rule, problem)) {
+            rule.EndInOwnTime(m_draft.zone);
+            const auto day = [](const EventTime& time) { return SecondsOf({time.year, time.month, time.day}) / 86400; };
+            const auto days = static_cast<int>(day(*m_draft.start) - day(*m_from));
+            if (days != 0 && !rule.MoveDays(days))
+                m_draft.problem = "from here on the series is on other days than its rule";
+            if (!rule.until.empty())
+                rule.until = EventTimeText(Moved(ParseEventTime(rule.until).value_or(EventTime())));
+            m_draft.rule = rule.Text();
+        }
+        m_draft.Tell(
+            "series-parted", "RECURRENCE-ID",
+            fmt::format("this says what becomes of the series from its occurrence on {} on", ShownDay(*m_from)));
+        TakeExceptions(series, ICAL_EXDATE_PROPERTY);
+    }
+
+    // Where another component goes on with the series.
+    void TakeChange(icalcomponent* instance)
+    {
+        const auto occurrence = OccurrenceOf(instance);
+        if (occurrence && (!m_from || *m_from < *occurrence) &&
+            (!m_draft.before || Moved(*occurrence) < *m_draft.before))
+            m_draft.before = Moved(*occurrence);
+    }
+
+    std::optional<EventTime> OccurrenceOf(icalcomponent* instance) const
+    {
+        return Own(icalproperty_get_datetime_with_component(
+            icalcomponent_get_first_property(instance, ICAL_RECURRENCEID_PROPERTY), instance));
+    }
+
+    EventTime Moved(const EventTime& own) const { return TimeOf(SecondsOf(own) + m_distance); }
 
     icalcomponent* m_event;
     EventDraft& m_draft;
     icaltimetype m_start{};
     icaltimezone* m_zone = nullptr;  // of the clock that the event's times are taken from; null: local, or a date
     std::int64_t m_shift = 0;        // from that clock to the event's own
+    std::optional<EventTime> m_from; // the occurrence of the series from which on this is what takes place
+    std::int64_t m_distance = 0;     // from that to the start
     bool m_goesByLocalClock = false; // though that of its zone may change on other days
 };
 
 } // namespace
 
-void TakeTimes(icalcomponent* event, std::span<icalcomponent* const> instances, EventDraft& draft)
+bool IsForAllLater(icalcomponent* event)
 {
-    TimeReader(event, draft).Take(instances);
+    icalproperty* const occurrence = icalcomponent_get_first_property(event, ICAL_RECURRENCEID_PROPERTY);
+    return occurrence && icalproperty_get_first_parameter(occurrence, ICAL_RANGE_PARAMETER);
+}
+
+void TakeTimes(icalcomponent* event, const Companions& companions, EventDraft& draft)
+{
+    TimeReader(event, draft).Take(companions);
 }
 
 } // namespace phnctl

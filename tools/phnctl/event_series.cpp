@@ -43,7 +43,7 @@ public:
                          fmt::format("{} occurrences that do not take place stay in the series", gone.size()));
             return {m_draft};
         }
-        Name(gone);
+        Tell(gone);
         return std::move(m_pieces);
     }
 
@@ -119,8 +119,8 @@ private:
         Place(m_pieces.emplace_back(m_draft), start, count == 1 ? EventRule() : rule);
     }
 
-    // The first goes on under the series' id. The notes are told once.
-    void Name(const std::vector<EventTime>& gone)
+    // The notes are told once.
+    void Tell(const std::vector<EventTime>& gone)
     {
         std::vector<std::string> days;
         std::ranges::transform(gone, std::back_inserter(days), ShownDay);
@@ -139,8 +139,6 @@ private:
                                        m_pieces.size(), m_pieces.size() == 1 ? "event" : "events"));
                 continue;
             }
-            if (!piece.uid.empty())
-                piece.uid = RunUid(m_draft.uid, i + 1);
             piece.notes.clear();
             piece.Tell("series-parted", Source(), fmt::format("part {} of {} of the series", i + 1, m_pieces.size()));
         }
@@ -169,12 +167,39 @@ std::optional<EventRule> RuleOf(const EventDraft& draft)
     return rule;
 }
 
-std::vector<EventDraft> PiecesOf(EventDraft draft)
+std::vector<EventDraft> PiecesOf(std::vector<EventDraft> drafts)
 {
-    auto rule = RuleOf(draft);
-    if (!rule)
-        return {std::move(draft)};
-    return Series(std::move(draft), std::move(*rule)).Pieces();
+    std::vector<EventDraft> pieces;
+    unsigned past = 0; // occurrences
+    for (EventDraft& draft : drafts) {
+        auto rule = RuleOf(draft);
+        if (!rule) {
+            pieces.push_back(std::move(draft));
+            continue;
+        }
+        if (rule->count != 0 && rule->count <= past) {
+            draft.problem = "the series is over before this";
+            draft.isMeant = false;
+            pieces.push_back(std::move(draft));
+            continue;
+        }
+        rule->count -= rule->count == 0 ? 0 : past;
+        if (draft.before) {
+            rule->count = static_cast<unsigned>(
+                Occurrences(*draft.start, rule->Text(), {}, TimeOf(SecondsOf(*draft.before) - 1), kAll).size());
+            rule->until.clear();
+            past += rule->count;
+            if (rule->count == 0)
+                continue;
+        }
+        draft.rule = rule->Text();
+        std::ranges::move(Series(std::move(draft), std::move(*rule)).Pieces(), std::back_inserter(pieces));
+    }
+    // The first has the id of the series.
+    for (std::size_t i = 1; i < pieces.size(); ++i)
+        if (!pieces[i].uid.empty())
+            pieces[i].uid = RunUid(pieces[i].uid, i + 1);
+    return pieces;
 }
 
 } // namespace phnctl

@@ -1,0 +1,62 @@
+#include "phnctl/event_file.h"
+#include "phnctl/event_foreign.h"
+#include "phnctl/event_words.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fmt/format.h>
+#include <iterator>
+
+namespace phnctl {
+
+using namespace event_property;
+
+namespace {
+
+constexpr std::size_t kMostLookedAt = 1000; // occurrences: some years of a daily event
+
+} // namespace
+
+std::optional<int> FixedOffset(icaltimetype start, icaltimezone* zone)
+{
+    const int offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
+    start.year = std::clamp(start.year, kFirstYear, kLastYear); // where the handset shows it
+    for (int week = 0; week < 53; ++week) {
+        if (icaltimezone_get_utc_offset(zone, &start, nullptr) != offset)
+            return std::nullopt;
+        icaltime_adjust(&start, 7, 0, 0, 0);
+    }
+    return offset;
+}
+
+std::int64_t ToLocal(icaltimezone* zone, const EventTime& clock)
+{
+    icaltimetype time = ToLibical(clock);
+    const int offset = icaltimezone_get_utc_offset(zone, &time, nullptr);
+    return SecondsOf(ZoneTimeOf(TimeOf(SecondsOf(clock) - offset), "")) - SecondsOf(clock);
+}
+
+void TellWhatIsOff(EventDraft& draft, icaltimezone* zone, std::int64_t shift, const std::string& name)
+{
+    const auto rule = RuleOf(draft);
+    if (!rule)
+        return;
+    const auto starts =
+        Occurrences(*draft.start, rule->Text(), {kFirstYear, 1, 1}, {kLastYear, 12, 31, 23, 59, 59}, kMostLookedAt);
+    const auto lateness = [&](const EventTime& own) { return shift - ToLocal(zone, TimeOf(SecondsOf(own) - shift)); };
+    const auto isOff = [&](const EventTime& own) { return lateness(own) != 0; };
+    const auto first = std::ranges::find_if(starts, isOff);
+    if (first == starts.end())
+        return;
+    const auto next = std::find_if_not(first, starts.end(), isOff);
+    const std::string last = next == starts.end() ? " on" : " to " + ShownDay(*std::prev(next));
+    const std::int64_t late = lateness(*first);
+    draft.Tell("zone-dropped", kStart,
+               fmt::format("the handset has no '{}': it repeats at {:02}:{:02} local time, which is {} {} from "
+                           "{}{}{}",
+                           name, draft.start->hour, draft.start->minute, LengthInWords(std::abs(late) / 60),
+                           late > 0 ? "late" : "early", ShownDay(*first), last,
+                           std::any_of(next, starts.end(), isOff) ? ", and again later" : ""));
+}
+
+} // namespace phnctl
