@@ -16,7 +16,9 @@ constexpr const char* kZone = "BEGIN:VTIMEZONE\r\nTZID:Custom\r\nBEGIN:STANDARD\
                               "RRULE:FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU\r\nTZOFFSETFROM:+0100\r\nTZOFFSETTO:+0200\r\n"
                               "END:DAYLIGHT\r\nEND:VTIMEZONE\r\n"
                               "BEGIN:VTIMEZONE\r\nTZID:Fixed\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
-                              "TZOFFSETFROM:-0700\r\nTZOFFSETTO:-0700\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
+                              "TZOFFSETFROM:-0700\r\nTZOFFSETTO:-0700\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n"
+                              "BEGIN:VTIMEZONE\r\nTZID:Here\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
+                              "TZOFFSETFROM:+0000\r\nTZOFFSETTO:+0000\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
 
 class LocalZone
 {
@@ -102,6 +104,8 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {"SUMMARY:Tea\r\nDTSTART;TZID=Fixed:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;UNTIL="
          "20090401T190000Z\r\n",
          held + "TZID=MST RRULE=FREQ=DAILY;UNTIL=20090401T190000Z;INTERVAL=1 "},
+        {"SUMMARY:Tea\r\nDTSTART;TZID=Here:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY\r\n",
+         held + "RRULE=FREQ=DAILY;INTERVAL=1 "},
         {"SUMMARY:Tea\r\nDTSTART;TZID=Nowhere:20090310T120000\r\nDURATION:PT1H\r\n", held + "!unknown-zone "},
         // Alarms.
         {alarm("TRIGGER:-PT15M"), held + "TRIGGER=15 "},

@@ -15,18 +15,31 @@ namespace {
 
 constexpr std::size_t kMostLookedAt = 1000; // occurrences: some years of a daily event
 
+// In each week of the year that begins with a start, or of one in which the handset shows it.
+template <class Condition>
+bool IsSoAllYear(icaltimetype start, const Condition& isSo)
+{
+    start.year = std::clamp(start.year, kFirstYear, kLastYear);
+    for (int week = 0; week < 53; ++week) {
+        if (!isSo(start))
+            return false;
+        icaltime_adjust(&start, 7, 0, 0, 0);
+    }
+    return true;
+}
+
 } // namespace
 
 std::optional<int> FixedOffset(icaltimetype start, icaltimezone* zone)
 {
     const int offset = icaltimezone_get_utc_offset(zone, &start, nullptr);
-    start.year = std::clamp(start.year, kFirstYear, kLastYear); // where the handset shows it
-    for (int week = 0; week < 53; ++week) {
-        if (icaltimezone_get_utc_offset(zone, &start, nullptr) != offset)
-            return std::nullopt;
-        icaltime_adjust(&start, 7, 0, 0, 0);
-    }
-    return offset;
+    const auto isSo = [&](icaltimetype week) { return icaltimezone_get_utc_offset(zone, &week, nullptr) == offset; };
+    return IsSoAllYear(start, isSo) ? std::optional(offset) : std::nullopt;
+}
+
+bool IsLocalClock(icaltimetype start, icaltimezone* zone)
+{
+    return IsSoAllYear(start, [&](const icaltimetype& week) { return ToLocal(zone, Converted(week)) == 0; });
 }
 
 std::int64_t ToLocal(icaltimezone* zone, const EventTime& clock)

@@ -34,6 +34,9 @@ void TakeTimes(icalcomponent* event, const Companions& companions, EventDraft& d
 // The seconds east of UTC of a zone that does not change its clock in the year of a start.
 std::optional<int> FixedOffset(icaltimetype start, icaltimezone* zone);
 
+// Is it the local clock in that year, too?
+bool IsLocalClock(icaltimetype start, icaltimezone* zone);
+
 // What to add to a time of a zone for local time, then.
 std::int64_t ToLocal(icaltimezone* zone, const EventTime& clock);
 

@@ -90,7 +90,7 @@ private:
         } else if (m_draft.rule.empty()) {
             m_zone = icaltimezone_get_utc_timezone();
             m_draft.zone = kUtcZone;
-        } else if (fixed) {
+        } else if (fixed && !IsLocalClock(m_start, m_zone)) {
             m_draft.zone = kUtcZone;
             MoveSeries(name, -*fixed);
         } else {
