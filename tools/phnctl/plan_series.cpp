@@ -33,12 +33,12 @@ public:
     {
         const std::string key = m_form.Key(m_form.Storable(stored.entry));
         const EntryPart part = m_form.PartOf(stored.entry);
-        const auto whole = part.series.empty() ? m_byKey.find(key) : m_bySeries.find(part.series);
-        if (m_keys.contains(key) || whole == (part.series.empty() ? m_byKey.end() : m_bySeries.end()))
+        PlannedEntry* const whole = WholeOf(key, part);
+        if (!whole || m_keys.contains(key))
             return;
-        const Candidate& from = whole->second->from;
+        const Candidate& from = whole->from;
         if (from.isCancelled)
-            m_staying[whole->second].push_back(stored.index);
+            m_staying[whole].push_back(stored.index);
         else if (!m_unheld.contains(from.series))
             m_plan.deletions.push_back(
                 {stored,
@@ -48,17 +48,25 @@ public:
                                        : part.words + ", which the file no longer has"}}});
     }
 
-    void TellWhatStays(const EntryForm& form) const
+    void TellWhatStays() const
     {
         for (const auto& [planned, indexes] : m_staying) {
             const std::string list = fmt::format("{}", fmt::join(indexes, " "));
             planned->from.notes.push_back(
                 {"still-there", "", planned->from.line,
-                 fmt::format("the handset still holds it; 'phnctl {} delete {}' takes it off", form.Many(), list)});
+                 fmt::format("the handset still holds it; 'phnctl {} delete {}' takes it off", m_form.Many(), list)});
         }
     }
 
 private:
+    // What the files say of the series that a handset's entry belongs to; null: nothing.
+    PlannedEntry* WholeOf(const std::string& key, const EntryPart& part) const
+    {
+        const auto& known = part.series.empty() ? m_byKey : m_bySeries;
+        const auto found = known.find(part.series.empty() ? key : part.series);
+        return found == known.end() ? nullptr : found->second;
+    }
+
     const EntryForm& m_form;
     Plan& m_plan;
     std::set<std::string> m_keys;                    // of what is to be stored
@@ -75,7 +83,7 @@ void DropStaleParts(const EntryForm& form, Plan& plan, const Inventory& inventor
     SeriesOfPlan series(form, plan);
     for (const StoredEntry& stored : inventory.entries)
         series.Look(stored);
-    series.TellWhatStays(form);
+    series.TellWhatStays();
 }
 
 } // namespace phnctl
