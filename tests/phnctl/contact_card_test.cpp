@@ -64,6 +64,7 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
         {"3.0 folds anywhere, also inside a character; escapes",
          Card("FN:Berg\\, A\\;n\\\\n\xC3\r\n \xA9\r\nTEL;TYPE=\r\n\tCELL:55\r\n 5\r\n"),
          "FN=Berg, A;n\\né|TEL;TYPE=CELL=555|"},
+        {"an FN of nothing but control characters", Card("FN:\\n\x01\r\nTEL:1\r\n"), "TEL;TYPE=CELL=1|"},
         {"no usable FN", Card("FN:  \r\nN:Berg;Anna;Maria;Dr.;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
          "FN=Dr. Anna Maria Berg|TEL;TYPE=CELL=1|dropped@5(ORG)|"},
         {"FN and N",

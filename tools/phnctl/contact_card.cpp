@@ -143,7 +143,8 @@ private:
     {
         const auto found =
             std::find_if(m_card.properties.begin(), m_card.properties.end(), [&](const ContentLine& line) {
-                return line.name == name && DecodedValue(line).find_first_not_of("; \t\r\n") != std::string::npos;
+                return line.name == name &&
+                       OneLine(Unescaped(DecodedValue(line))).find_first_not_of("; ") != std::string::npos;
             });
         return found == m_card.properties.end() ? nullptr : &*found;
     }
