@@ -95,7 +95,8 @@ private:
                 moving.push_back(&held);
         const auto isBlocked = [&](const Held* mover) {
             const Held* const there = At(mover->wish->property);
-            return there && std::find(moving.begin(), moving.end(), there) == moving.end();
+            return there && (there->wish || !m_cardWins) &&
+                   std::find(moving.begin(), moving.end(), there) == moving.end();
         };
         // What cannot move is in the way of others.
         auto blocked = std::find_if(moving.begin(), moving.end(), isBlocked);
@@ -103,8 +104,14 @@ private:
             moving.erase(blocked);
             blocked = std::find_if(moving.begin(), moving.end(), isBlocked);
         }
-        for (Held* held : moving)
+        std::vector<std::string> taken;
+        for (Held* held : moving) {
+            taken.push_back(held->wish->property);
             held->place = held->wish->property;
+        }
+        std::erase_if(m_held, [&](const Held& held) {
+            return !held.wish && std::find(taken.begin(), taken.end(), held.place) != taken.end();
+        });
     }
 
     Held* At(std::string_view place)

@@ -7,8 +7,8 @@
 namespace phnctl {
 
 // What the contact holds stays, and what only the card has takes the places that are free. A number that both have
-// moves to the card's place where nothing else stays. Where the card has precedence, its new values come into their
-// places and what was there goes; nothing is left out then.
+// moves to the card's place where nothing else stays. Where the card has precedence, its values come into their places
+// and what was there goes.
 Merged MergeContacts(const Entry& wanted, const Entry& present, Precedence precedence);
 
 // Its numbers and addresses.

@@ -34,15 +34,20 @@ std::size_t PositionOf(const std::string& number, const Entry& to, std::size_t p
     return 0;
 }
 
-// The position of a number that `from` has, or else `otherwise`, in `to`. A number that is not there any more leaves
-// its setting to the one that is in its place.
-std::size_t Moved(std::size_t position, const Entry& from, const Entry* otherwise, const Entry& to)
+// The position in `to` of a number that `from` has at one. A number that is not there any more leaves its setting to
+// the one that is in its place. 0: nowhere.
+std::size_t Moved(std::size_t position, const Entry& from, const Entry& to)
 {
-    const std::string* number = NumberAt(from, position);
-    if (!number && otherwise)
-        number = NumberAt(*otherwise, position);
+    const std::string* const number = NumberAt(from, position);
     const std::size_t moved = number ? PositionOf(*number, to, position) : 0;
-    return moved != 0 ? moved : NumberAt(to, position) ? position : 0;
+    return moved == 0 && number && NumberAt(to, position) ? position : moved;
+}
+
+// The same for a setting that `from` gives to a number that it does not have: that of `otherwise`, if it has moved.
+std::size_t LeftBehind(std::size_t position, const Entry& from, const Entry* otherwise, const Entry& to)
+{
+    const std::size_t moved = otherwise && !NumberAt(from, position) ? Moved(position, *otherwise, to) : 0;
+    return moved == position ? 0 : moved;
 }
 
 Dials DialsOf(const Entry& entry)
@@ -60,26 +65,36 @@ Dials DialsOf(const Entry& entry)
     return dials;
 }
 
-// Lays the dials of an entry over those that are there. Where a list gives a dial to a number that its own entry does
-// not have, somebody has moved the number and left the list behind: such a list takes no dial away. A dial
-// belongs to one number.
-void LayOver(Dials& dials, const Entry& from, const Entry* otherwise, const Entry& numbers)
+// What the list of an entry says of the numbers; empty: nothing. Where it gives a dial to a number that the entry does
+// not have, somebody has moved the number and left the list behind: then the dial is that of the number that
+// `otherwise` has there, and the zeros of the list mean nothing.
+Dials SaidOf(const Entry& from, const Entry* otherwise, const Entry& numbers)
 {
-    const Dials own = DialsOf(from);
+    const Dials list = DialsOf(from);
     bool isLeftBehind = false;
     for (std::size_t position = 1; position <= kPositions; ++position)
-        isLeftBehind = isLeftBehind || (own[position - 1] != "0" && !NumberAt(from, position));
-    Dials laid;
+        isLeftBehind = isLeftBehind || (list[position - 1] != "0" && !NumberAt(from, position));
+    Dials said;
+    for (std::size_t position = 1; position <= kPositions; ++position)
+        if (const std::size_t moved = Moved(position, from, numbers))
+            said[moved - 1] = isLeftBehind && list[position - 1] == "0" ? "" : list[position - 1];
     for (std::size_t position = 1; position <= kPositions; ++position) {
-        const std::size_t moved = Moved(position, from, otherwise, numbers);
-        const bool isSaid = own[position - 1] != "0" || (!isLeftBehind && NumberAt(from, position));
-        if (moved != 0 && isSaid)
-            laid[moved - 1] = own[position - 1];
+        const bool isUsed = std::find(said.begin(), said.end(), list[position - 1]) != said.end();
+        const std::size_t moved =
+            isUsed || list[position - 1] == "0" ? 0 : LeftBehind(position, from, otherwise, numbers);
+        if (moved != 0 && said[moved - 1].empty())
+            said[moved - 1] = list[position - 1];
     }
+    return said;
+}
+
+// A dial belongs to one number.
+void LayOver(Dials& dials, const Dials& said)
+{
     for (std::size_t i = 0; i < kPositions; ++i) {
-        const bool isTaken = dials[i] != "0" && std::find(laid.begin(), laid.end(), dials[i]) != laid.end();
-        if (!laid[i].empty() || isTaken)
-            dials[i] = laid[i].empty() ? "0" : laid[i];
+        const bool isTaken = dials[i] != "0" && std::find(said.begin(), said.end(), dials[i]) != said.end();
+        if (!said[i].empty() || isTaken)
+            dials[i] = said[i].empty() ? "0" : said[i];
     }
 }
 
@@ -88,17 +103,19 @@ std::string SpeedDials(const Entry& numbers, const Entry& wanted, const Entry* r
     Dials dials;
     dials.fill("0");
     if (replaced)
-        LayOver(dials, *replaced, nullptr, numbers);
+        LayOver(dials, SaidOf(*replaced, nullptr, numbers));
     if (wanted.Find(kSpeedDials))
-        LayOver(dials, wanted, replaced, numbers);
+        LayOver(dials, SaidOf(wanted, replaced, numbers));
     return fmt::format("{}", fmt::join(dials, ","));
 }
 
 std::size_t DefaultPosition(const Entry& numbers, const Entry& from, const Entry* otherwise)
 {
-    const std::string* const position = from.Find(kDefault);
-    const auto number = position ? ParseNumber(*position, kPositions) : std::nullopt;
-    return number ? Moved(static_cast<std::size_t>(*number), from, otherwise, numbers) : 0;
+    const std::string* const text = from.Find(kDefault);
+    const auto number = text ? ParseNumber(*text, kPositions) : std::nullopt;
+    const auto position = static_cast<std::size_t>(number.value_or(0));
+    const std::size_t moved = Moved(position, from, numbers);
+    return moved != 0 ? moved : LeftBehind(position, from, otherwise, numbers);
 }
 
 } // namespace

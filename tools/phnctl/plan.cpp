@@ -74,4 +74,21 @@ void LimitToRoom(Plan& plan, std::size_t room)
         }
 }
 
+Plan MakePlanFor(const EntryForm& form, Candidate candidate, std::uint32_t index, const Entry* present)
+{
+    Plan plan;
+    PlannedEntry& planned = plan.entries.emplace_back();
+    planned.from = std::move(candidate);
+    planned.index = index;
+    const Entry before = present ? form.Storable(*present) : Entry{};
+    planned.target = form.Complete(planned.from.entry, present ? &before : nullptr);
+    if (present)
+        planned.changes = Differences(before, planned.target);
+    if (!planned.from.fits)
+        planned.action = Action::CannotHold;
+    else if (present)
+        planned.action = planned.target == before ? Action::Same : Action::Change;
+    return plan;
+}
+
 } // namespace phnctl

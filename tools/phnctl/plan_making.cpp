@@ -69,9 +69,13 @@ private:
             return false;
         const std::vector<Present*> presents = m_presents.WithOrigin(from.origin);
         const auto free = std::find_if(presents.begin(), presents.end(), [](Present* item) { return !item->owner; });
-        if (free != presents.end())
-            Take(at, **free, TargetOf(from.entry, (*free)->entry, Precedence::Wanted));
-        return free != presents.end() || (!presents.empty() && GoInto(at, *presents.front()));
+        if (free == presents.end())
+            return !presents.empty() && GoInto(at, *presents.front());
+        Merged target = TargetOf(from.entry, (*free)->entry, Precedence::Wanted);
+        if (!target.leftOut.empty())
+            return false;
+        Take(at, **free, std::move(target));
+        return true;
     }
 
     // One that holds more than the file says.
@@ -138,7 +142,7 @@ private:
         Merged target;
         std::size_t fewest = 0;
         for (Present* const present : presents) {
-            if (present->owner || !(isOnlyOne || IsSurelySame(wanted, present->entry)))
+            if (present->owner || !(isOnlyOne || AreSurelySame(m_form, wanted, present->entry)))
                 continue;
             Merged merged = TargetOf(wanted, present->entry, Precedence::Present);
             const std::size_t changes = Differences(present->entry, merged.entry).size();
@@ -150,18 +154,12 @@ private:
                 fewest = changes;
             }
         }
-        if (best)
+        if (best) {
             Take(at, *best, std::move(target));
-        Present* const owned = best ? nullptr : m_presents.OwnedLike(wanted);
-        return best || (owned && GoInto(at, *owned));
-    }
-
-    bool IsSurelySame(const Entry& one, const Entry& other) const
-    {
-        const std::vector<std::string> marks = m_form.Marks(one);
-        const std::vector<std::string> others = m_form.Marks(other);
-        return !m_form.CanMerge() ||
-               std::find_first_of(marks.begin(), marks.end(), others.begin(), others.end()) != marks.end();
+            return true;
+        }
+        Present* const owned = m_presents.OwnedLike(wanted);
+        return owned && GoInto(at, *owned);
     }
 
     void Take(std::size_t at, Present& present, Merged target)
@@ -242,23 +240,6 @@ private:
 Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const Inventory& inventory, Filling filling)
 {
     return PlanMaker(form, filling, inventory).Make(std::move(candidates));
-}
-
-Plan MakePlanFor(const EntryForm& form, Candidate candidate, std::uint32_t index, const Entry* present)
-{
-    Plan plan;
-    PlannedEntry& planned = plan.entries.emplace_back();
-    planned.from = std::move(candidate);
-    planned.index = index;
-    const Entry before = present ? form.Storable(*present) : Entry{};
-    planned.target = form.Complete(planned.from.entry, present ? &before : nullptr);
-    if (present)
-        planned.changes = Differences(before, planned.target);
-    if (!planned.from.fits)
-        planned.action = Action::CannotHold;
-    else if (present)
-        planned.action = planned.target == before ? Action::Same : Action::Change;
-    return plan;
 }
 
 } // namespace phnctl

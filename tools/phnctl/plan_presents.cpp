@@ -1,8 +1,17 @@
 #include "phnctl/plan_presents.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace phnctl {
+
+bool AreSurelySame(const EntryForm& form, const Entry& one, const Entry& other)
+{
+    const std::vector<std::string> marks = form.Marks(one);
+    const std::vector<std::string> others = form.Marks(other);
+    return !form.CanMerge() ||
+           std::find_first_of(marks.begin(), marks.end(), others.begin(), others.end()) != marks.end();
+}
 
 Presents::Presents(const EntryForm& form, const Inventory& inventory) : m_form(form)
 {

@@ -14,6 +14,9 @@
 
 namespace phnctl {
 
+// True when two entries of one key are the same thing beyond doubt.
+bool AreSurelySame(const EntryForm& form, const Entry& one, const Entry& other);
+
 struct Present
 {
     std::optional<std::uint32_t> index; // none: a planned entry adds it
