@@ -1,4 +1,4 @@
-// A simulated handset with a small phonebook, and files of cards. Base of the tests of contacts.
+// A simulated handset and files of cards. Base of the tests of contacts.
 #pragma once
 
 #include "phnctl/handset_run.h"
@@ -12,12 +12,6 @@ namespace phnctl_test {
 class Contacts : public HandsetRun
 {
 protected:
-    // A small phonebook, as every run asks for all indexes.
-    Contacts()
-    {
-        Handset().Change(0, [](simulator::Phone& phone) { phone.limits.contacts = 64; });
-        m_program.Set("PHNNRV_TIME_SCALE", "0.2");
-    }
     std::string File(const std::string& name, const std::string& text)
     {
         const auto path = (m_folder.Path() / name).string();

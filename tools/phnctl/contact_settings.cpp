@@ -43,13 +43,6 @@ std::size_t Moved(std::size_t position, const Entry& from, const Entry& to)
     return moved == 0 && number && NumberAt(to, position) ? position : moved;
 }
 
-// The same for a setting that `from` gives to a number that it does not have: that of `otherwise`, if it has moved.
-std::size_t LeftBehind(std::size_t position, const Entry& from, const Entry* otherwise, const Entry& to)
-{
-    const std::size_t moved = otherwise && !NumberAt(from, position) ? Moved(position, *otherwise, to) : 0;
-    return moved == position ? 0 : moved;
-}
-
 Dials DialsOf(const Entry& entry)
 {
     Dials dials;
@@ -66,9 +59,8 @@ Dials DialsOf(const Entry& entry)
 }
 
 // What the list of an entry says of the numbers; empty: nothing. Where it gives a dial to a number that the entry does
-// not have, somebody has moved the number and left the list behind: then the dial is that of the number that
-// `otherwise` has there, and the zeros of the list mean nothing.
-Dials SaidOf(const Entry& from, const Entry* otherwise, const Entry& numbers)
+// not have, somebody has moved the number and left the list behind: then its zeros mean nothing.
+Dials SaidOf(const Entry& from, const Entry& numbers)
 {
     const Dials list = DialsOf(from);
     bool isLeftBehind = false;
@@ -78,13 +70,6 @@ Dials SaidOf(const Entry& from, const Entry* otherwise, const Entry& numbers)
     for (std::size_t position = 1; position <= kPositions; ++position)
         if (const std::size_t moved = Moved(position, from, numbers))
             said[moved - 1] = isLeftBehind && list[position - 1] == "0" ? "" : list[position - 1];
-    for (std::size_t position = 1; position <= kPositions; ++position) {
-        const bool isUsed = std::find(said.begin(), said.end(), list[position - 1]) != said.end();
-        const std::size_t moved =
-            isUsed || list[position - 1] == "0" ? 0 : LeftBehind(position, from, otherwise, numbers);
-        if (moved != 0 && said[moved - 1].empty())
-            said[moved - 1] = list[position - 1];
-    }
     return said;
 }
 
@@ -103,19 +88,17 @@ std::string SpeedDials(const Entry& numbers, const Entry& wanted, const Entry* r
     Dials dials;
     dials.fill("0");
     if (replaced)
-        LayOver(dials, SaidOf(*replaced, nullptr, numbers));
+        LayOver(dials, SaidOf(*replaced, numbers));
     if (wanted.Find(kSpeedDials))
-        LayOver(dials, SaidOf(wanted, replaced, numbers));
+        LayOver(dials, SaidOf(wanted, numbers));
     return fmt::format("{}", fmt::join(dials, ","));
 }
 
-std::size_t DefaultPosition(const Entry& numbers, const Entry& from, const Entry* otherwise)
+std::size_t DefaultPosition(const Entry& numbers, const Entry& from)
 {
     const std::string* const text = from.Find(kDefault);
-    const auto number = text ? ParseNumber(*text, kPositions) : std::nullopt;
-    const auto position = static_cast<std::size_t>(number.value_or(0));
-    const std::size_t moved = Moved(position, from, numbers);
-    return moved != 0 ? moved : LeftBehind(position, from, otherwise, numbers);
+    const auto position = text ? ParseNumber(*text, kPositions) : std::nullopt;
+    return position ? Moved(static_cast<std::size_t>(*position), from, numbers) : 0;
 }
 
 } // namespace
@@ -129,9 +112,9 @@ Entry WithSettings(Entry values, const Entry& wanted, const Entry* replaced)
             value = replaced->Find(property);
         settings.push_back({property, value ? *value : "0"});
     }
-    std::size_t position = DefaultPosition(values, wanted, replaced);
+    std::size_t position = DefaultPosition(values, wanted);
     if (position == 0 && replaced)
-        position = DefaultPosition(values, *replaced, nullptr);
+        position = DefaultPosition(values, *replaced);
     if (position != 0)
         settings.push_back({kDefault, std::to_string(position)});
     settings.push_back({kSpeedDials, SpeedDials(values, wanted, replaced)});

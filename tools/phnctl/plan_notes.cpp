@@ -39,9 +39,8 @@ void TellDisplaced(Candidate& candidate, const EntryForm& form, const Merged& me
 {
     for (const Displaced& displaced : merged.displaced)
         Tell(candidate, "other-place",
-             fmt::format("{} {} becomes {}, as {} is taken and stays what it is; --replace changes it",
-                         form.Label(displaced.wanted.property), displaced.wanted.value, form.Label(displaced.place),
-                         form.Label(displaced.wanted.property)));
+             fmt::format("{} {} is stored as {}, as {} is taken", form.Label(displaced.wanted.property),
+                         displaced.wanted.value, form.Label(displaced.place), form.Label(displaced.wanted.property)));
 }
 
 void TellMerged(Candidate& candidate, const EntryForm& form, const Candidate& other)
