@@ -73,7 +73,7 @@ void ExpectHelp(const std::string& words)
     Program program;
     const Outcome outcome = program.Run(Split(words + " --help"));
     EXPECT_EQ(outcome.status, 0) << outcome.err;
-    EXPECT_EQ(program.Run(Split("help " + words)).out, outcome.out);
+    ASSERT_EQ(program.Run(Split("--wait 1 help " + words)).out, outcome.out);
     const std::vector<std::string> commands = CommandsIn(outcome.out);
     EXPECT_TRUE(!commands.empty() || outcome.out.find("\n  phnctl " + words) != std::string::npos) << outcome.out;
     for (const std::string& command : commands)
