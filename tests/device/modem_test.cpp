@@ -36,6 +36,7 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
         EXPECT_EQ(Arrive(), FALSE) << fault;
         EXPECT_TRUE(HasLine(line));
         EXPECT_FALSE(Device().GetPort());
+        EXPECT_TRUE(PumpUntil([&] { return modem.IsPlugged(); })); // the line that dropped is offered anew
     }
     EXPECT_EQ(owner_.TakeEvents(), Events{});
 
