@@ -3,6 +3,7 @@
 
 #include "phnctl/contact_fields.h"
 #include "phnctl/contact_merge.h"
+#include "phnctl/contact_origin.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -122,7 +123,7 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
     }
 }
 
-TEST(ContactMerge, CostsTheHandsetNothingUnlessTheCardHasPrecedence)
+TEST(ContactMerge, CostsTheHandsetNothingButWhatTheCardWasMadeOf)
 {
     const auto anywhere = [](const char* number) { return EntryField{kCell, number, true}; };
     const EntryField dials{kSpeedDials, "0,0,0,4,0"};
@@ -135,7 +136,7 @@ TEST(ContactMerge, CostsTheHandsetNothingUnlessTheCardHasPrecedence)
         std::vector<EntryField> merged;
         std::string kept;
         std::string leftOut;
-        Precedence precedence = Precedence::Present;
+        std::vector<EntryField> origin{};
     } cases[] = {
         {"a new value goes beside what is in its place",
          {{kCell, "2"}, {kEmail, "b"}},
@@ -143,13 +144,13 @@ TEST(ContactMerge, CostsTheHandsetNothingUnlessTheCardHasPrecedence)
          {{kWork, "1"}, {kCell, "9"}, {kEmail, "a"}, {kMobile2, "2"}, {kEmail2, "b"}},
          "19a",
          ""},
-        {"or comes into it",
-         {{kCell, "2"}, {kEmail, "b"}},
-         {{kWork, "1"}, {kCell, "9"}, {kEmail, "a"}},
-         {{kWork, "1"}, {kCell, "2"}, {kEmail, "b"}},
-         "1",
+        {"or comes into it, where the contact has what the card was made of",
+         {{kName, "A B"}, {kCell, "2"}, {kHome, "4"}, {kEmail, "b"}},
+         {{kName, "A"}, {kWork, "1"}, {kCell, "9"}, {kHome, "3"}, {kEmail, "a"}},
+         {{kName, "A B"}, {kWork, "1"}, {kCell, "2"}, {kHome, "3"}, {kEmail, "b"}, {kMobile2, "4"}},
+         "13",
          "",
-         Precedence::Wanted},
+         {{kName, "A"}, {kWork, "1"}, {kCell, "9"}, {kHome, "7"}, {kEmail, "a"}}},
         {"what finds no place is left out; no voice goes to a fax", {{kCell, "5"}}, full, full, "1234", "5"},
         {"and no fax to a voice", {{kFax, "5"}}, {{kFax, "1"}}, {{kFax, "1"}}, "1", "5"},
         {"a number without a type takes a free place",
@@ -210,7 +211,7 @@ TEST(ContactMerge, CostsTheHandsetNothingUnlessTheCardHasPrecedence)
     };
     for (const auto& test : cases) {
         SCOPED_TRACE(test.what);
-        const Merged merged = MergeContacts({test.wanted}, {test.present}, test.precedence);
+        const Merged merged = MergeContacts({test.wanted}, {test.present}, OriginOf({test.origin}));
         const Entry expected = CompleteContact({test.merged}, nullptr);
         EXPECT_EQ(Told({"", 0, merged.entry, {}, true}), Told({"", 0, expected, {}, true}));
         EXPECT_EQ(values(merged.kept), test.kept);

@@ -15,6 +15,16 @@ bool IsId(std::string_view property)
     return property == kGroup || property == kPicture || property == kRinger;
 }
 
+bool IsAddress(std::string_view property)
+{
+    return property == kEmail || property == kEmail2;
+}
+
+bool IsNumberOrAddress(std::string_view property)
+{
+    return IsAddress(property) || NumberPosition(property) != 0;
+}
+
 std::size_t NumberPosition(std::string_view property)
 {
     const auto* found = std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property);

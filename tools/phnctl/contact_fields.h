@@ -40,6 +40,8 @@ inline constexpr const char* kAnyNumberPlaces[] = {contact_property::kCell, cont
                                                    contact_property::kWork, contact_property::kMobile2};
 
 bool IsId(std::string_view property); // of a group, picture or ringer
+bool IsAddress(std::string_view property);
+bool IsNumberOrAddress(std::string_view property);
 
 // The position of a place of numbers in these lists, from 1; 0 for any other property.
 std::size_t NumberPosition(std::string_view property);

@@ -139,9 +139,9 @@ public:
 
     bool CanMerge() const override { return true; }
 
-    Merged Merge(const Entry& wanted, const Entry& present, Precedence precedence) const override
+    Merged Merge(const Entry& wanted, const Entry& present, const std::string& origin) const override
     {
-        return MergeContacts(wanted, present, precedence);
+        return MergeContacts(wanted, present, origin);
     }
 
     std::vector<std::string> Marks(const Entry& entry) const override { return NumbersAndAddresses(entry); }

@@ -1,6 +1,7 @@
 #include "phnctl/contact_merge.h"
 
 #include "phnctl/contact_fields.h"
+#include "phnctl/contact_origin.h"
 
 #include <algorithm>
 #include <iterator>
@@ -10,16 +11,6 @@ namespace phnctl {
 using namespace contact_property;
 
 namespace {
-
-bool IsAddress(std::string_view property)
-{
-    return property == kEmail || property == kEmail2;
-}
-
-bool IsValue(const EntryField& field)
-{
-    return IsAddress(field.property) || NumberPosition(field.property) != 0;
-}
 
 bool HaveSameValue(const EntryField& one, const EntryField& other)
 {
@@ -42,14 +33,14 @@ std::vector<std::string> PlacesFor(const EntryField& wanted)
 class Merger
 {
 public:
-    Merger(const Entry& wanted, const Entry& present, Precedence precedence)
-        : m_wanted(wanted), m_present(present), m_cardWins(precedence == Precedence::Wanted)
+    Merger(const Entry& wanted, const Entry& present, const std::string& origin)
+        : m_wanted(wanted), m_present(present), m_origin(origin)
     {
         for (const EntryField& field : present.fields)
-            if (IsValue(field))
+            if (IsNumberOrAddress(field.property))
                 m_held.push_back({field.property, field.value, nullptr});
         for (const EntryField& field : wanted.fields)
-            if (IsValue(field))
+            if (IsNumberOrAddress(field.property))
                 m_new.push_back(&field);
     }
 
@@ -95,8 +86,7 @@ private:
                 moving.push_back(&held);
         const auto isBlocked = [&](const Held* mover) {
             const Held* const there = At(mover->wish->property);
-            return there && (there->wish || !m_cardWins) &&
-                   std::find(moving.begin(), moving.end(), there) == moving.end();
+            return there && Stays(*there) && std::find(moving.begin(), moving.end(), there) == moving.end();
         };
         // What cannot move is in the way of others.
         auto blocked = std::find_if(moving.begin(), moving.end(), isBlocked);
@@ -114,6 +104,9 @@ private:
         });
     }
 
+    // A value of the card takes the place only of what the card was made of.
+    bool Stays(const Held& held) const { return held.wish || !HadValue(m_origin, {held.place, held.value}); }
+
     Held* At(std::string_view place)
     {
         const auto held =
@@ -124,7 +117,7 @@ private:
     bool Take(const EntryField& field, const std::string& place)
     {
         Held* const there = At(place);
-        if (there && (there->wish || !m_cardWins))
+        if (there && Stays(*there))
             return false;
         if (there)
             *there = {place, field.value, &field};
@@ -154,12 +147,12 @@ private:
         const std::string* const name = m_present.Find(kName);
         const std::string* const newName = m_wanted.Find(kName);
         Entry result;
-        if (newName && (m_cardWins || !name))
+        if (newName && (!name || HadValue(m_origin, {kName, *name})))
             result.fields.push_back({kName, *newName});
         else if (name)
             result.fields.push_back({kName, *name});
         for (const EntryField& field : m_present.fields)
-            if (IsValue(field))
+            if (IsNumberOrAddress(field.property))
                 Emit(result, field.property);
         while (!m_held.empty())
             Emit(result, std::string(m_held.front().place));
@@ -180,7 +173,7 @@ private:
 
     const Entry& m_wanted;
     const Entry& m_present;
-    const bool m_cardWins;
+    const std::string& m_origin;
     std::vector<Held> m_held;
     std::vector<const EntryField*> m_new; // what the card has and the contact has not
     Merged m_merged;
@@ -188,16 +181,16 @@ private:
 
 } // namespace
 
-Merged MergeContacts(const Entry& wanted, const Entry& present, Precedence precedence)
+Merged MergeContacts(const Entry& wanted, const Entry& present, const std::string& origin)
 {
-    return Merger(wanted, present, precedence).Merge();
+    return Merger(wanted, present, origin).Merge();
 }
 
 std::vector<std::string> NumbersAndAddresses(const Entry& contact)
 {
     std::vector<std::string> values;
     for (const EntryField& field : contact.fields)
-        if (IsValue(field))
+        if (IsNumberOrAddress(field.property))
             values.push_back(field.value);
     return values;
 }

@@ -7,9 +7,9 @@
 namespace phnctl {
 
 // What the contact holds stays, and what only the card has takes the places that are free. A number that both have
-// moves to the card's place where nothing else stays. Where the card has precedence, its values come into their places
-// and what was there goes.
-Merged MergeContacts(const Entry& wanted, const Entry& present, Precedence precedence);
+// moves to the card's place where nothing else stays. The card's value comes instead of the contact's where the contact
+// has what the card was made of (`origin`, empty: unknown).
+Merged MergeContacts(const Entry& wanted, const Entry& present, const std::string& origin);
 
 // Its numbers and addresses.
 std::vector<std::string> NumbersAndAddresses(const Entry& contact);

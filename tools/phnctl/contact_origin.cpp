@@ -1,23 +1,38 @@
 #include "phnctl/contact_origin.h"
 
+#include "phnctl/contact_fields.h"
 #include "phnctl/fingerprint.h"
 
 namespace phnctl {
 
 namespace {
 
-constexpr const char* kBegin = "phn-contact-";
+constexpr std::string_view kBegin = "phn-contact";
+
+std::string MarkOf(const EntryField& field)
+{
+    return "-" + Fingerprint(field.property + ':' + field.value).substr(8);
+}
 
 } // namespace
 
 std::string OriginOf(const Entry& contact)
 {
-    return kBegin + Fingerprint(contact.Text());
+    std::string uid(kBegin);
+    for (const EntryField& field : contact.fields)
+        if (field.property == contact_property::kName || IsNumberOrAddress(field.property))
+            uid += MarkOf(field);
+    return uid;
 }
 
-bool IsOrigin(const std::string& uid)
+bool IsOrigin(std::string_view uid)
 {
     return uid.starts_with(kBegin);
+}
+
+bool HadValue(std::string_view uid, const EntryField& field)
+{
+    return IsOrigin(uid) && uid.find(MarkOf(field)) != std::string_view::npos;
 }
 
 } // namespace phnctl

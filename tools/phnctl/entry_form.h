@@ -20,13 +20,6 @@ struct StoredEntry
     Entry entry;
 };
 
-// Whose value stays where two entries have different ones in one place.
-enum class Precedence
-{
-    Present, // the handset's: nothing that it holds is lost
-    Wanted,  // the file's
-};
-
 struct Displaced
 {
     EntryField wanted;
@@ -78,7 +71,9 @@ public:
     // that several may have, and two entries are surely the same only when they have a mark in common besides: what one
     // person alone has, as a rule.
     virtual bool CanMerge() const { return false; }
-    virtual Merged Merge(const Entry& wanted, const Entry& present, Precedence) const
+    // Where two have different values in one place, the handset's stays, unless it is what the file's entry was made
+    // of.
+    virtual Merged Merge(const Entry& wanted, const Entry& present, const std::string& /*origin*/) const
     {
         return {Complete(wanted, &present)};
     }

@@ -71,7 +71,7 @@ private:
         const auto free = std::find_if(presents.begin(), presents.end(), [](Present* item) { return !item->owner; });
         if (free == presents.end())
             return !presents.empty() && GoInto(at, *presents.front());
-        Merged target = TargetOf(from.entry, (*free)->entry, Precedence::Wanted);
+        Merged target = TargetOf(from, (*free)->entry);
         if (!target.leftOut.empty())
             return false;
         Take(at, **free, std::move(target));
@@ -81,9 +81,8 @@ private:
     // One that holds more than the file says.
     bool TakeContaining(std::size_t at)
     {
-        return m_merges && MayMeet(at) && TakeAsItIs(at, [&](const Entry& present) {
-                   return m_form.Merge(m_plan.entries[at].from.entry, present, Precedence::Present);
-               });
+        return m_merges && MayMeet(at) &&
+               TakeAsItIs(at, [&](const Entry& present) { return TargetOf(m_plan.entries[at].from, present); });
     }
 
     bool Settle(std::size_t at)
@@ -124,9 +123,10 @@ private:
         return false;
     }
 
-    Merged TargetOf(const Entry& wanted, const Entry& present, Precedence precedence) const
+    Merged TargetOf(const Candidate& from, const Entry& present) const
     {
-        return m_merges ? m_form.Merge(wanted, present, precedence) : Merged{m_form.Complete(wanted, &present)};
+        return m_merges ? m_form.Merge(from.entry, present, from.origin)
+                        : Merged{m_form.Complete(from.entry, &present)};
     }
 
     // Into the free one that changes least, or else into what another entry of the files is for.
@@ -134,7 +134,8 @@ private:
     {
         if (!m_form.CanChange())
             return false;
-        const Entry& wanted = m_plan.entries[at].from.entry;
+        const Candidate& from = m_plan.entries[at].from;
+        const Entry& wanted = from.entry;
         const std::string key = m_form.Key(wanted);
         const std::vector<Present*> presents = m_presents.WithKey(key);
         const bool isOnlyOne = m_candidates[key] == 1 && presents.size() == 1;
@@ -144,7 +145,7 @@ private:
         for (Present* const present : presents) {
             if (present->owner || !(isOnlyOne || AreSurelySame(m_form, wanted, present->entry)))
                 continue;
-            Merged merged = TargetOf(wanted, present->entry, Precedence::Present);
+            Merged merged = TargetOf(from, present->entry);
             const std::size_t changes = Differences(present->entry, merged.entry).size();
             if (!merged.leftOut.empty()) {
                 m_states[at].noRoom = std::move(merged.leftOut);
@@ -181,9 +182,7 @@ private:
         PlannedEntry& owner = m_plan.entries[*present.owner];
         const bool areTwo =
             !planned.from.origin.empty() && !owner.from.origin.empty() && planned.from.origin != owner.from.origin;
-        const bool isEdit = planned.from.origin == m_form.Origin(present.before) && owner.action == Action::Same;
-        Merged merged =
-            m_form.Merge(planned.from.entry, present.entry, isEdit ? Precedence::Wanted : Precedence::Present);
+        Merged merged = m_form.Merge(planned.from.entry, present.entry, planned.from.origin);
         m_states[at].noRoom = merged.leftOut;
         if (areTwo || !merged.leftOut.empty())
             return false;
