@@ -85,10 +85,10 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          "number-not-dialable@8(TEL)|"},
         {"what is not dialled from everywhere, and a second ending; area codes keep their slash",
          Card("FN:A\r\nTEL:+49 (0)30 1234567\r\nTEL:1234567/89/90\r\nTEL:030/1234567\r\nTEL:(0)40 123\r\n"
-              "TEL;TYPE=FAX:+4930/12345 - 6\r\n"),
+              "TEL;TYPE=FAX:+4930/12345 - +6\r\n"),
          "FN=A|TEL;TYPE=CELL=+49301234567|TEL;TYPE=HOME=1234567|TEL;TYPE=WORK=0301234567|X-PHN-MOBILE-2=040123|"
-         "TEL;TYPE=FAX=+4930123456|trunk-zero-dropped@4(TEL)|second-number-dropped@5(TEL)|"
-         "second-number-dropped@5(TEL)|"},
+         "TEL;TYPE=FAX=+493012345+6|trunk-zero-dropped@4(TEL)|second-number-dropped@5(TEL)|"
+         "second-number-dropped@5(TEL)|plus-inside@8(TEL)|"},
         {"the organisation is a name, too", Card("N:;;;;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
          "FN=Harbour|TEL;TYPE=CELL=1|"},
         {"several numbers of a kind; those without a type take what is left",

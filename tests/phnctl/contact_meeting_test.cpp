@@ -72,6 +72,11 @@ TEST_F(ContactMeeting, CostsNoNumberAndMakesNoSecondContactOfOnePerson)
         {"of which one is there already", Person("Ann Lee", {"C1"}),
          Person("Ann Lee", {"C1"}) + Person("Ann Lee", {"H3", "C1"}) + Person("Ann Lee", {"W4", "H3"}), "",
          "Ann Lee: 1 3 4", "3 contacts: 1 changed, 2 in one with another.\n"},
+        {"of which the handset has a namesake", Person("Ann Lee", {"W9"}),
+         Person("Ann Lee", {"C1"}) + Person("Ann Lee", {"C1", "H2"}), "", "Ann Lee: 9 1 2",
+         "2 contacts: 1 changed, 1 in one with another.\n"},
+        {"that say otherwise where the number goes", "", Person("Ann Lee", {"C1"}) + Person("Ann Lee", {"H1"}), "",
+         "Ann Lee: 1", "2 contacts: 1 added, 1 in one with another.\n"},
         {"two cards that do not fit in one", "", full + Person("Ann Lee", {"C1", "H5"}), "",
          "Ann Lee: 1 2 3 4, Ann Lee: 1 5", "of this name in the files has no free place for Home 5"},
         {"namesakes with nothing in common", Person("Ann Lee", {"C1"}),
@@ -134,6 +139,28 @@ TEST_F(ContactMeeting, AnExportThatWasEditedChangesItsContacts)
     Hold(Person("Rob Ray", {"C6", "H8"}));
     Run("contacts import --no-copy " + late);
     EXPECT_TRUE(Has(Held(), "Rob Ray: 6 8 77")) << Held();
+}
+
+TEST_F(ContactMeeting, ACopiedCardThatBecameAnotherPersonsIsAnotherContact)
+{
+    Hold(Person("Ann Lee", {"C1", "Ea"}));
+    EXPECT_EQ(Run("contacts export " + Path("all.vcf")).status, 0);
+    std::ifstream stream(Path("all.vcf"));
+    const std::string card(std::istreambuf_iterator<char>(stream), {});
+    std::string other = card;
+    for (const auto& [from, to] : {std::pair("FN:Ann Lee", "FN:Zoe Fox"), {"CELL:1", "CELL:2"}, {"EMAIL:a", "EMAIL:b"}})
+        other.replace(other.find(from), std::string(from).size(), to);
+    for (const char* told : {"2 contacts: 1 added, 1 there already.\n", "2 contacts: 2 there already.\n"}) {
+        const Outcome outcome = Run("contacts import --no-copy " + File("copied.vcf", other + card));
+        EXPECT_TRUE(Has(outcome.out, told)) << outcome.out;
+        EXPECT_EQ(Held(), "Ann Lee: 1 a, Zoe Fox: 2 b");
+    }
+    // An edit of the original beside it.
+    std::string edit = card;
+    edit.replace(edit.find("CELL:1"), 6, "CELL:3");
+    Hold(Person("Ann Lee", {"C1", "Ea"}));
+    EXPECT_EQ(Run("contacts import --no-copy " + File("copied.vcf", other + edit)).status, 0);
+    EXPECT_EQ(Held(), "Ann Lee: 3 a, Zoe Fox: 2 b");
 }
 
 } // namespace

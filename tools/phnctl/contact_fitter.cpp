@@ -200,8 +200,11 @@ private:
             const std::string* const asked = Setting(property);
             const std::string* const held = complete.Find(property);
             if (asked && *asked != "0" && (!held || *held != *asked))
-                m_result.notes.push_back({"no-number-there", property, 0,
-                                          fmt::format("'{}' names a number that the contact does not have", *asked)});
+                m_result.notes.push_back(
+                    {"no-number-there", property, 0,
+                     fmt::format("'{}' is for a number that the card does not have; the setting stays with "
+                                 "the number that has it on the handset",
+                                 *asked)});
         }
     }
 

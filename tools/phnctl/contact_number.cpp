@@ -98,6 +98,8 @@ ReadNumber NumberOf(const std::string& text)
             break;
     }
     result.number = Dialable(left);
+    if (result.number && result.number->find_last_of('+') + 1 > 1)
+        result.notes.push_back({"plus-inside", "", 0, "a + inside of the number is stored as it is"});
     if (result.number && result.number->find_first_of("pw") != std::string::npos)
         result.notes.push_back(
             {"dialled-in-parts", "", 0,

@@ -1,11 +1,11 @@
 // How the entries of files meet those of the handset, and each other.
 #include "phnctl/plan.h"
+#include "phnctl/plan_counts.h"
 #include "phnctl/plan_notes.h"
 #include "phnctl/plan_presents.h"
 
 #include <algorithm>
 #include <map>
-#include <set>
 
 namespace phnctl {
 
@@ -15,7 +15,10 @@ class PlanMaker
 {
 public:
     PlanMaker(const EntryForm& form, Filling filling, const Inventory& inventory)
-        : m_form(form), m_merges(filling == Filling::Merge && form.CanMerge()), m_presents(form, inventory)
+        : m_form(form),
+          m_merges(filling == Filling::Merge && form.CanMerge()),
+          m_counts(form),
+          m_presents(form, inventory)
     {
     }
 
@@ -40,15 +43,12 @@ private:
         bool isSettled = false;
         std::vector<EntryField> kept{};   // what the handset has, and no entry of the files that goes into one with it
         std::vector<EntryField> noRoom{}; // what kept it from going into one of the handset or of the files
+        bool isBeside = false;            // some of it, or all, goes beside what is there
     };
 
     void Accept(Candidate candidate)
     {
-        const bool isNew =
-            !candidate.isMeant || candidate.entry.fields.empty() || m_seen.insert(candidate.entry.Text()).second;
-        if (isNew && candidate.isMeant)
-            ++m_candidates[m_form.Key(candidate.entry)];
-        m_states.push_back({!isNew});
+        m_states.push_back({!m_counts.Add(candidate)});
         m_plan.entries.emplace_back().from = std::move(candidate);
     }
 
@@ -61,16 +61,20 @@ private:
                TakeAsItIs(at, [&](const Entry& present) { return Merged{m_form.Complete(from.entry, &present)}; });
     }
 
-    // What was made of an entry that the handset holds as it was then, and changed: the file's values are meant.
+    // What was made of an entry that the handset holds as it was then, and changed: the file's values are meant. Of
+    // several that were made of one, some are copies that became something else: there the key must be its, too.
     bool TakeOrigin(std::size_t at)
     {
         const Candidate& from = m_plan.entries[at].from;
         if (!MayMeet(at) || from.origin.empty())
             return false;
+        const bool isCopied = m_counts.IsCopied(from.origin);
         const std::vector<Present*> presents = m_presents.WithOrigin(from.origin);
-        const auto free = std::find_if(presents.begin(), presents.end(), [](Present* item) { return !item->owner; });
+        const auto free = std::find_if(presents.begin(), presents.end(), [&](Present* item) {
+            return !item->owner && !(isCopied && m_form.Key(item->before) != m_form.Key(from.entry));
+        });
         if (free == presents.end())
-            return !presents.empty() && GoInto(at, *presents.front());
+            return false;
         Merged target = TargetOf(from, (*free)->entry);
         if (!target.leftOut.empty())
             return false;
@@ -138,7 +142,7 @@ private:
         const Entry& wanted = from.entry;
         const std::string key = m_form.Key(wanted);
         const std::vector<Present*> presents = m_presents.WithKey(key);
-        const bool isOnlyOne = m_candidates[key] == 1 && presents.size() == 1;
+        const bool isOnlyOne = m_counts.IsOnlyOne(key) && presents.size() == 1;
         Present* best = nullptr;
         Merged target;
         std::size_t fewest = 0;
@@ -171,8 +175,19 @@ private:
         planned.changes = Differences(present.before, target.entry);
         planned.target = std::move(target.entry);
         TellDisplaced(planned.from, m_form, target);
+        m_states[at].isBeside = !target.displaced.empty();
         m_states[at].kept = std::move(target.kept);
         m_presents.Own(present, at, planned.target);
+    }
+
+    // Values that both have stay where the other entry of the files put them.
+    static Entry WithoutMoves(Entry wanted, const Entry& present)
+    {
+        for (EntryField& field : wanted.fields)
+            field.hasAnyPlace =
+                field.hasAnyPlace || std::any_of(present.fields.begin(), present.fields.end(),
+                                                 [&](const EntryField& other) { return other.value == field.value; });
+        return wanted;
     }
 
     // One with the planned entry that stands for it already; false when it has no room.
@@ -182,7 +197,7 @@ private:
         PlannedEntry& owner = m_plan.entries[*present.owner];
         const bool areTwo =
             !planned.from.origin.empty() && !owner.from.origin.empty() && planned.from.origin != owner.from.origin;
-        Merged merged = m_form.Merge(planned.from.entry, present.entry, planned.from.origin);
+        Merged merged = m_form.Merge(WithoutMoves(planned.from.entry, present.entry), present.entry, {});
         m_states[at].noRoom = merged.leftOut;
         if (areTwo || !merged.leftOut.empty())
             return false;
@@ -210,8 +225,10 @@ private:
         planned.target = m_form.Complete(planned.from.entry, nullptr);
         ++m_additions[m_form.Key(planned.from.entry)];
         std::string mark;
-        if (const Present* const other = m_presents.OtherWithMarkOf(planned.from.entry, mark))
+        if (const Present* const other = m_presents.OtherWithMarkOf(planned.from.entry, mark)) {
+            m_states[at].isBeside = true;
             TellShared(planned.from, m_form, other->before, mark);
+        }
         m_presents.Add(at, planned.target);
     }
 
@@ -221,17 +238,18 @@ private:
         const bool isOnHandset = !m_presents.WithKey(key).empty();
         if (m_form.CanMerge() && planned.action == Action::Add && (isOnHandset || m_additions[key] > 1))
             TellNamesake(planned.from, m_form, isOnHandset, state.noRoom);
+        if (state.isBeside && !planned.from.origin.empty() && m_presents.WithOrigin(planned.from.origin).empty())
+            TellOldExport(planned.from, m_form);
         TellKept(planned.from, m_form, state.kept);
     }
 
     const EntryForm& m_form;
     const bool m_merges;
+    Counts m_counts; // of the files
     Presents m_presents;
     Plan m_plan;
-    std::vector<State> m_states;                     // of the plan's entries
-    std::map<std::string, std::size_t> m_candidates; // how many of the files have a key, without repetitions
-    std::map<std::string, std::size_t> m_additions;  // and how many of them are added
-    std::set<std::string> m_seen;
+    std::vector<State> m_states;                    // of the plan's entries
+    std::map<std::string, std::size_t> m_additions; // how many entries of a key the plan adds
 };
 
 } // namespace

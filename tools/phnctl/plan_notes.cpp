@@ -69,4 +69,12 @@ void TellShared(Candidate& candidate, const EntryForm& form, const Entry& other,
          fmt::format("another {} of the handset has {}: {}; both are kept", form.One(), mark, form.Title(other)));
 }
 
+void TellOldExport(Candidate& candidate, const EntryForm& form)
+{
+    Tell(candidate, "old-export",
+         fmt::format("the handset's {} has changed since this one was exported, so nothing of it is overwritten; "
+                     "export again before the next changes",
+                     form.One()));
+}
+
 } // namespace phnctl

@@ -26,4 +26,7 @@ void TellNamesake(Candidate& candidate, const EntryForm& form, bool isOnHandset,
 // An entry of the handset with another name has the same number.
 void TellShared(Candidate& candidate, const EntryForm& form, const Entry& other, const std::string& mark);
 
+// It was made of an entry of the handset that has changed since.
+void TellOldExport(Candidate& candidate, const EntryForm& form);
+
 } // namespace phnctl
