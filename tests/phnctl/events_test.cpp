@@ -166,6 +166,9 @@ TEST_F(Events, AnImportLeavesTheOccurrencesOfItsFileAndNoneOfAnEarlierOne)
     const std::string without = "EXDATE:20090311T120000\r\n";
     const std::string moved = "RECURRENCE-ID:20090313T120000\r\nDTSTART:20090313T150000\r\n";
     const std::string cancelled = series("4", "STATUS:CANCELLED\r\n");
+    // The first part without its rule is what the handset holds.
+    const std::string refused = "DTSTART:20090310T120000\r\nRRULE:FREQ=DAILY;BYSETPOS=1;BYDAY=TU\r\n";
+    const std::string newer = series("3", "SEQUENCE:1\r\n");
     const struct
     {
         std::vector<std::string> events;
@@ -184,15 +187,32 @@ TEST_F(Events, AnImportLeavesTheOccurrencesOfItsFileAndNoneOfAnEarlierOne)
         {{series("2", without + "EXDATE:20090310T120000\r\n")}, ""},
         {{series("4", without), moved}, "10:12 12:12 13:15"},
         {{cancelled}, "10:12 12:12 13:15"}, // stays, and the plan says so
+        {{refused}, "10:12 12:12 13:15"},
+        {{newer, series("5", without)}, "10:12 11:12 12:12"},
+        {{series("5", without), moved, newer}, "10:12 11:12 12:12 13:15"},
         {{"DTSTART:20090310T120000\r\n"}, "10:12"},
     };
     ASSERT_EQ(Run("events clear --yes --no-copy").status, 0);
     for (const auto& [events, starts] : versions) {
         const Outcome import = Run("events import --no-copy " + File("tea.ics", Calendar(events)));
-        EXPECT_EQ(import.status, 0) << import.out << import.err;
-        EXPECT_EQ(Has(import.out, "still-there: "), events.front() == cancelled) << import.out;
+        EXPECT_EQ(import.status, events.front() == refused ? 1 : 0) << import.out << import.err;
+        EXPECT_EQ(Has(import.out, "still-there: "), events.front() == cancelled || events.front() == refused)
+            << import.out;
+        EXPECT_EQ(Has(import.out, "older-version: "), events.back() == newer || events.front() == newer) << import.out;
         EXPECT_EQ(StartsOf(Stored()), starts) << Calendar(events) << import.out;
     }
+}
+
+TEST_F(Events, OfSeveralFilesTheNewestVersionCounts)
+{
+    const auto version = [&](const char* name, const std::string& more) {
+        return " " + File(name, Calendar({"DTSTART:20090310T120000\r\nRRULE:FREQ=DAILY;COUNT=4\r\n" + more}));
+    };
+    const std::string files = version("a.ics", "EXDATE:20090311T120000\r\n") + version("b.ics", "SEQUENCE:10\r\n") +
+                              version("c.ics", "SEQUENCE:9\r\n");
+    ASSERT_EQ(Run("events clear --yes --no-copy").status, 0);
+    EXPECT_TRUE(Has(Run("events import" + files).out, "4 events: 1 added, 3 left out.\n"));
+    EXPECT_EQ(StartsOf(Stored()), "10:12 11:12 12:12 13:12");
 }
 
 TEST_F(Events, ASeriesIsTheSameFromAnotherZone)

@@ -53,6 +53,7 @@ struct Candidate
     bool hasLostText = false; // the file says of itself that characters of it were lost to a code page
     std::string origin{};     // what EntryForm::Origin gave for the handset's entry that it was made of; empty: unknown
     std::string series{};     // marks the entries of earlier imports that are parts of this one (EntryForm::PartOf)
+    std::string version{};    // of such an entry in its file; a higher one is newer. Empty: unknown
     bool isCancelled = false; // the file takes it back
 };
 

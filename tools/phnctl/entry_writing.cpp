@@ -136,6 +136,7 @@ std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<s
         if (candidates.size() == before && files.size() > 1)
             fmt::print(stderr, "{} holds no {}.\n", Printable(file), kind.One());
     }
+    LeaveOutOlderVersions(kind, candidates);
     for (Candidate& candidate : candidates) {
         if (!candidate.hasLostText || acceptsLoss)
             continue;

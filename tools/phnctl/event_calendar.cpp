@@ -1,5 +1,6 @@
 #include "phnctl/event_file.h"
 #include "phnctl/event_foreign.h"
+#include "phnctl/plan.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -26,7 +27,8 @@ struct Found
 // The components of one id.
 struct Family
 {
-    const Found* series = nullptr;
+    const Found* newest = nullptr;       // of those that are no instance
+    const Found* series = nullptr;       // that, if it repeats
     std::vector<const Found*> instances; // by the occurrence that they take the place of
 };
 
@@ -83,11 +85,14 @@ private:
             Family& family = m_families[Given(icalcomponent_get_uid(found.component))];
             if (Has(found.component, ICAL_RECURRENCEID_PROPERTY))
                 family.instances.push_back(&found);
-            else if (Has(found.component, ICAL_RRULE_PROPERTY))
-                family.series = &found;
+            else if (!family.newest || VersionOf(found.component) >= VersionOf(family.newest->component))
+                family.newest = &found;
         }
-        for (auto& [uid, family] : m_families)
+        for (auto& [uid, family] : m_families) {
+            if (family.newest && Has(family.newest->component, ICAL_RRULE_PROPERTY))
+                family.series = family.newest;
             std::ranges::stable_sort(family.instances, {}, OccurrenceOf);
+        }
     }
 
     void Read(const Found& found)
@@ -96,13 +101,28 @@ private:
         if (kind == ICAL_VEVENT_COMPONENT) {
             ReadVEvent(found);
         } else if (kind != ICAL_VTIMEZONE_COMPONENT) {
-            EventDraft& other = m_drafts.emplace_back();
-            other.line = found.outline.line;
-            other.text = TextOf(found.component);
-            other.isMeant = false;
-            other.problem =
-                fmt::format("it is a {}: a handset's calendar keeps events", Given(icalcomponent_kind_to_string(kind)));
+            LeaveOut(found, "not-an-event",
+                     fmt::format("it is a {}: a handset's calendar keeps events",
+                                 Given(icalcomponent_kind_to_string(kind))));
         }
+    }
+
+    void LeaveOut(const Found& found, const char* code, std::string reason)
+    {
+        EventDraft& draft = m_drafts.emplace_back();
+        draft.line = found.outline.line;
+        draft.text = TextOf(found.component);
+        draft.isMeant = false;
+        draft.problemCode = code;
+        draft.problem = std::move(reason);
+    }
+
+    // Ids that are the same in every event of a file, their versions, too, are no ids.
+    static bool IsOlder(const Found& found, const Family& family)
+    {
+        return &found != family.newest && !Has(found.component, ICAL_RECURRENCEID_PROPERTY) &&
+               Has(found.component, ICAL_UID_PROPERTY) &&
+               VersionOf(found.component) < VersionOf(family.newest->component);
     }
 
     void ReadVEvent(const Found& found)
@@ -110,7 +130,10 @@ private:
         const Family& family = m_families[Given(icalcomponent_get_uid(found.component))];
         if (family.series && IsForAllLater(found.component))
             return; // read with its series
+        if (IsOlder(found, family))
+            return LeaveOut(found, kOlderVersion, "the file holds a newer version of it");
         Companions companions;
+        companions.isWithSeries = family.series;
         if (family.series == &found)
             for (const Found* const instance : family.instances)
                 companions.instances.push_back(instance->component);

@@ -49,7 +49,8 @@ struct EventDraft
     std::string problemCode = "not-an-event";
     bool isMeant = true; // false: nothing to store, as the problem says
     bool isCancelled = false;
-    std::string series; // the mark of what it is a part of; empty: it is no part, and no other is one of it
+    std::string version; // of a series or a single event; a higher one is newer
+    std::string series;  // the mark of what it is a part of; empty: it is no part, and no other is one of it
 
     // As the file calls the property that is the text.
     const char* TextProperty() const { return lines.contains("SUMMARY") ? "SUMMARY" : event_property::kText; }

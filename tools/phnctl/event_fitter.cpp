@@ -81,9 +81,13 @@ private:
         std::string problem;
         if (m_draft.rule.empty())
             return;
-        if (!rule.Parse(m_draft.rule, problem))
+        const bool isRead = rule.Parse(m_draft.rule, problem);
+        const bool isHeld = isRead && (rule.frequency.empty() || rule.Lists(*m_draft.start));
+        if (!isHeld)
+            Add(kRule, OneLine(m_draft.rule)); // so that it is not taken for what happens once
+        if (!isRead)
             return Refuse("rule", kRule, fmt::format("the handset cannot repeat an event by '{}'", problem));
-        if (!rule.frequency.empty() && !rule.Lists(*m_draft.start))
+        if (!isHeld)
             return Refuse("start-not-in-rule", kRule, "the start is none of the days that the rule lists");
         if (m_isAllDay && !rule.until.empty()) { // any time of the last day means that day
             rule.EndInOwnTime("");
@@ -152,6 +156,7 @@ private:
         m_result.fits = !m_refusal;
         m_result.isMeant = m_draft.isMeant;
         m_result.series = m_draft.series;
+        m_result.version = m_draft.version;
         m_result.isCancelled = m_draft.isCancelled;
         if (m_refusal)
             m_result.notes.push_back(*m_refusal);

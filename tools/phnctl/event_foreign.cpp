@@ -22,6 +22,7 @@ public:
 
     EventDraft Read(const Companions& companions)
     {
+        m_isWithSeries = companions.isWithSeries;
         m_draft.text = TextOf(m_event);
         m_draft.uid = Given(icalcomponent_get_uid(m_event));
         m_draft.created = ValueOf(ICAL_CREATED_PROPERTY);
@@ -35,6 +36,8 @@ public:
             BecomeInstance(occurrence);
         else if (!m_draft.uid.empty())
             m_draft.series = SeriesMark(m_draft.uid);
+        if (!occurrence && !m_draft.uid.empty())
+            m_draft.version = VersionOf(m_event);
         return std::move(m_draft);
     }
 
@@ -63,10 +66,14 @@ private:
             m_draft.uid = MovedUid(m_draft.uid, InstantOf(when));
         m_draft.rule.clear();
         const auto time = FromLibical(when);
+        const std::string day = time ? ShownDay(*time) : ValueOf(ICAL_RECURRENCEID_PROPERTY);
         if (m_draft.problem.empty())
             m_draft.Tell("occurrence-moved", "RECURRENCE-ID",
-                         fmt::format("an event of its own instead of the series' occurrence on {}",
-                                     time ? ShownDay(*time) : ValueOf(ICAL_RECURRENCEID_PROPERTY)));
+                         m_isWithSeries
+                             ? fmt::format("an event of its own instead of the series' occurrence on {}", day)
+                             : fmt::format("an event of its own; the series is not in the file, so where the handset "
+                                           "has it, its occurrence on {} stays as well",
+                                           day));
         if (IsForAllLater(m_event))
             m_draft.Tell("range-dropped", "RECURRENCE-ID",
                          "it stands for all later occurrences, too, which the file does not hold");
@@ -98,6 +105,14 @@ private:
             m_draft.lines.merge(m_outline.alarms[chosenNumber]);
         if (chosen && m_draft.start && m_draft.end)
             TakeTrigger(icalcomponent_get_first_property(chosen, ICAL_TRIGGER_PROPERTY));
+    }
+
+    const char* OccurrenceCancelled() const
+    {
+        return m_isWithSeries
+                   ? "this occurrence of the series was cancelled"
+                   : "this occurrence was cancelled; the series is not in the file, so where the handset has "
+                     "it, it stays";
     }
 
     void NoteAlarm(std::size_t number)
@@ -148,14 +163,19 @@ private:
         case ICAL_STATUS_PROPERTY:
             if (icalproperty_get_status(property) == ICAL_STATUS_CANCELLED) {
                 m_draft.problem = IsForAllLater(m_event)              ? "these occurrences of the series were cancelled"
-                                  : First(ICAL_RECURRENCEID_PROPERTY) ? "this occurrence of the series was cancelled"
+                                  : First(ICAL_RECURRENCEID_PROPERTY) ? OccurrenceCancelled()
                                                                       : "the event was cancelled";
                 m_draft.problemCode = "cancelled";
                 m_draft.isCancelled = true;
                 m_draft.isMeant = false;
             }
             return;
+        case ICAL_CATEGORIES_PROPERTY:
+        case ICAL_COMMENT_PROPERTY:
+        case ICAL_CONTACT_PROPERTY:
         case ICAL_LOCATION_PROPERTY:
+        case ICAL_ORGANIZER_PROPERTY:
+        case ICAL_RESOURCES_PROPERTY:
         case ICAL_ATTENDEE_PROPERTY:
         case ICAL_ATTACH_PROPERTY:
         case ICAL_URL_PROPERTY:
@@ -182,12 +202,24 @@ private:
     }
 
     icalcomponent* m_event;
+    bool m_isWithSeries = false;
     EventOutline m_outline;
     EventDraft m_draft;
     std::map<std::string, int> m_dropped;
 };
 
 } // namespace
+
+std::string VersionOf(icalcomponent* event)
+{
+    const auto valueOf = [&](icalproperty_kind kind) {
+        icalproperty* const property = icalcomponent_get_first_property(event, kind);
+        return property ? Taken(icalproperty_get_value_as_string_r(property)) : std::string();
+    };
+    const std::string modified = valueOf(ICAL_LASTMODIFIED_PROPERTY);
+    return fmt::format("{:010} {}", std::max(icalcomponent_get_sequence(event), 0),
+                       modified.empty() ? valueOf(ICAL_DTSTAMP_PROPERTY) : modified);
+}
 
 std::string TextOf(icalcomponent* component)
 {

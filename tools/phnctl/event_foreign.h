@@ -17,6 +17,7 @@ namespace phnctl {
 struct Companions
 {
     std::vector<icalcomponent*> instances; // that take the place of single occurrences, or of all from one on
+    bool isWithSeries = false;             // the file holds the series of which the event is an occurrence
     icalcomponent* series = nullptr;       // that the event goes on, with other values; null: it is none of those
 };
 
@@ -47,6 +48,9 @@ void TellWhatIsOff(EventDraft& draft, icaltimezone* zone, std::int64_t shift, co
 // How it repeats, its end in its own time: nothing unless a handset can hold that, so that it is safe to search for its
 // occurrences.
 std::optional<EventRule> RuleOf(const EventDraft& draft);
+
+// A higher one is newer: by the number that a change raises, then by the time of the change.
+std::string VersionOf(icalcomponent* event);
 
 // A series without its exceptions and from the handset's first year on: as many events as that takes. It may change on
 // the way: then each draft goes on where the one before it ends.

@@ -96,8 +96,14 @@ Plan MakePlan(const EntryForm& form, std::vector<Candidate> candidates, const In
 // Only so many of the additions have a place.
 void LimitToRoom(Plan& plan, std::size_t room);
 
+inline constexpr const char* kOlderVersion = "older-version";
+
+// Of a series that several files hold in different versions only the newest is meant.
+void LeaveOutOlderVersions(const EntryForm& form, std::vector<Candidate>& candidates);
+
 // What earlier imports made of an entry of the files, and what it no longer becomes, is to be deleted: the parts of a
-// series that had other exceptions then. Not if the files take it back: then a note says what stays on the handset.
+// series that had other exceptions then. Not if the files take it back, or the handset cannot hold what
+// it becomes: then a note says what stays.
 void DropStaleParts(const EntryForm& form, Plan& plan, const Inventory& inventory);
 
 // The handset's entries that are not after the plan what they were: those that it changes or deletes.

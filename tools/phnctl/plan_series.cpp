@@ -5,6 +5,7 @@
 #include <fmt/ranges.h>
 #include <map>
 #include <set>
+#include <utility>
 
 namespace phnctl {
 
@@ -25,7 +26,9 @@ public:
             if (!from.isMeant)
                 m_byKey.try_emplace(form.Key(from.entry), &planned);
             if (planned.action == Action::CannotHold || planned.action == Action::NoRoom)
-                m_unheld.insert(from.series);
+                m_unheld.try_emplace(from.series, &planned);
+            if (planned.action == Action::CannotHold)
+                m_refused.try_emplace(form.Key(from.entry), &planned);
         }
     }
 
@@ -33,13 +36,17 @@ public:
     {
         const std::string key = m_form.Key(m_form.Storable(stored.entry));
         const EntryPart part = m_form.PartOf(stored.entry);
+        if (const auto refused = m_refused.find(key); refused != m_refused.end())
+            return m_staying[refused->second].push_back(stored.index);
         PlannedEntry* const whole = WholeOf(key, part);
         if (!whole || m_keys.contains(key))
             return;
         const Candidate& from = whole->from;
         if (from.isCancelled)
             m_staying[whole].push_back(stored.index);
-        else if (!m_unheld.contains(from.series))
+        else if (const auto unheld = m_unheld.find(from.series); unheld != m_unheld.end())
+            m_staying[unheld->second].push_back(stored.index);
+        else
             m_plan.deletions.push_back(
                 {stored,
                  from.series,
@@ -54,7 +61,8 @@ public:
             const std::string list = fmt::format("{}", fmt::join(indexes, " "));
             planned->from.notes.push_back(
                 {"still-there", "", planned->from.line,
-                 fmt::format("the handset still holds it; 'phnctl {} delete {}' takes it off", m_form.Many(), list)});
+                 fmt::format("the handset still holds {}; 'phnctl {} delete {}' takes it off",
+                             planned->from.isCancelled ? "it" : "an earlier version", m_form.Many(), list)});
         }
     }
 
@@ -72,11 +80,40 @@ private:
     std::set<std::string> m_keys;                    // of what is to be stored
     std::map<std::string, PlannedEntry*> m_bySeries; // the first of each
     std::map<std::string, PlannedEntry*> m_byKey;    // of which nothing is to be stored
-    std::set<std::string> m_unheld;
+    std::map<std::string, PlannedEntry*> m_unheld;   // a part of each series that does not go over
+    std::map<std::string, PlannedEntry*> m_refused;  // by key: what the handset cannot hold
     std::map<PlannedEntry*, std::vector<std::uint32_t>> m_staying;
 };
 
 } // namespace
+
+void LeaveOutOlderVersions(const EntryForm& form, std::vector<Candidate>& candidates)
+{
+    struct Version
+    {
+        std::string version;
+        std::string file;
+    };
+    std::map<std::string, Version> newest;                               // of each series
+    std::map<std::pair<std::string, std::string>, std::string> versions; // of each series in each file
+    for (const Candidate& candidate : candidates) {
+        if (candidate.version.empty())
+            continue;
+        versions.try_emplace({candidate.series, candidate.file}, candidate.version);
+        Version& best = newest[candidate.series];
+        if (candidate.version > best.version)
+            best = {candidate.version, candidate.file};
+    }
+    for (Candidate& candidate : candidates) {
+        const std::string series = candidate.series.empty() ? form.PartOf(candidate.entry).series : candidate.series;
+        const auto own = versions.find({series, candidate.file});
+        if (!candidate.isMeant || own == versions.end() || own->second == newest[series].version)
+            continue;
+        candidate.isMeant = false;
+        candidate.notes = {
+            {kOlderVersion, "", candidate.line, fmt::format("{} holds a newer version of it", newest[series].file)}};
+    }
+}
 
 void DropStaleParts(const EntryForm& form, Plan& plan, const Inventory& inventory)
 {
