@@ -54,21 +54,26 @@ void TellWhatIsOff(EventDraft& draft, icaltimezone* zone, std::int64_t shift, co
     const auto rule = RuleOf(draft);
     if (!rule)
         return;
-    const auto starts =
+    auto starts =
         Occurrences(*draft.start, rule->Text(), {kFirstYear, 1, 1}, {kLastYear, 12, 31, 23, 59, 59}, kMostLookedAt);
+    std::erase_if(starts, [&](const EventTime& start) {
+        return std::ranges::find(draft.exceptions, start) != draft.exceptions.end();
+    });
     const auto lateness = [&](const EventTime& own) { return shift - ToLocal(zone, TimeOf(SecondsOf(own) - shift)); };
     const auto isOff = [&](const EventTime& own) { return lateness(own) != 0; };
     const auto first = std::ranges::find_if(starts, isOff);
     if (first == starts.end())
         return;
     const auto next = std::find_if_not(first, starts.end(), isOff);
-    const std::string last = next == starts.end() ? " on" : " to " + ShownDay(*std::prev(next));
+    const EventTime last = *std::prev(next);
+    const std::string when = next == starts.end() ? fmt::format("from {} on", ShownDay(*first))
+                             : last == *first     ? "on " + ShownDay(last)
+                                                  : fmt::format("from {} to {}", ShownDay(*first), ShownDay(last));
     const std::int64_t late = lateness(*first);
     draft.Tell("zone-dropped", kStart,
-               fmt::format("the handset has no '{}': it repeats at {:02}:{:02} local time, which is {} {} from "
-                           "{}{}{}",
-                           name, draft.start->hour, draft.start->minute, LengthInWords(std::abs(late) / 60),
-                           late > 0 ? "late" : "early", ShownDay(*first), last,
+               fmt::format("the handset has no '{}': it repeats at {:02}:{:02} local time, which is {} {} {}{}", name,
+                           draft.start->hour, draft.start->minute, LengthInWords(std::abs(late) / 60),
+                           late > 0 ? "late" : "early", when,
                            std::any_of(next, starts.end(), isOff) ? ", and again later" : ""));
 }
 

@@ -38,9 +38,6 @@ public:
         TakeEndOfRule();
         if (companions.series)
             GoOn(companions.series);
-        if (m_goesByLocalClock)
-            TellWhatIsOff(m_draft, m_zone, m_shift,
-                          NamedZone(icalcomponent_get_first_property(m_event, ICAL_DTSTART_PROPERTY)));
         if (m_draft.rule.empty())
             return;
         TakeExceptions(m_event, ICAL_EXDATE_PROPERTY);
@@ -49,6 +46,9 @@ public:
                 TakeChange(instance);
             else
                 TakeExceptions(instance, ICAL_RECURRENCEID_PROPERTY);
+        if (m_goesByLocalClock && !IsLocalClock(m_start, m_zone))
+            TellWhatIsOff(m_draft, m_zone, m_shift,
+                          NamedZone(icalcomponent_get_first_property(m_event, ICAL_DTSTART_PROPERTY)));
     }
 
 private:

@@ -1,5 +1,6 @@
 // phnctl events: the calendar.
 #include "phnctl/command.h"
+#include "phnctl/counted.h"
 #include "phnctl/entry_commands.h"
 #include "phnctl/event_fields.h"
 #include "phnctl/event_file.h"
@@ -139,9 +140,9 @@ int ListOccurrences(const Invocation& invocation)
         std::ranges::stable_sort(occurrences, {}, &Occurrence::start);
         if (invocation.options.json)
             return fmt::print("{}\n", WriteJson(OccurrencesJson(occurrences)));
-        fmt::print("{}{} from {} to {}, of {} events\n", occurrences.empty() ? "" : OccurrencesText(occurrences) + '\n',
-                   occurrences.size() == 1 ? "1 occurrence" : fmt::format("{} occurrences", occurrences.size()),
-                   Shown(span.from), Shown(span.to), inventory.entries.size());
+        fmt::print("{}{} from {} to {}, of {}\n", occurrences.empty() ? "" : OccurrencesText(occurrences) + '\n',
+                   Counted(occurrences.size(), "occurrence"), Shown(span.from), Shown(span.to),
+                   Counted(inventory.entries.size(), "event"));
     });
     return status;
 }
