@@ -8,6 +8,7 @@
 #include "calendar/calendar_ex.h"
 #include "callhistory/call_history.h"
 #include "link/device.h"
+#include "link/interface_list.h"
 #include "log/log.h"
 #include "phonebook/speed_dial_phonebook.h"
 #include "sms/sms.h"

@@ -2,8 +2,10 @@
 
 #include <array>
 
+#include "common/scoped_value.h"
 #include "link/command.h"
 #include "link/exec_command.h"
+#include "link/interface_list.h"
 #include "log/log.h"
 
 CCriticalSection g_csDevice;
@@ -23,7 +25,7 @@ bool NamesHavePrefix()
 
 } // namespace
 
-CDevice::CDevice() : m_bDevicePrefix(NamesHavePrefix())
+CDevice::CDevice() : m_Scan(*this, m_Watch, NamesHavePrefix())
 {
     EnableMessages();
 }
@@ -81,10 +83,20 @@ void CDevice::NotifyDeviceState(bool bConnected) const
         pOwner->NotifyDeviceState(bConnected);
 }
 
+bool CDevice::IsBeingLost() const
+{
+    return m_pLostPort && m_pLostPort == GetPort();
+}
+
 void CDevice::LoseHandset()
 {
-    NotifyDeviceState(false);
-    Disconnect();
+    const auto pPort = GetPort();
+    if (!IsBeingLost()) {
+        CScopedValue Lost(m_pLostPort, pPort);
+        NotifyDeviceState(false);
+    }
+    if (GetPort() == pPort) // and not one that was opened while the host was told
+        Disconnect();
 }
 
 bool CDevice::ScanforDevices(const GUID& Class)
@@ -97,6 +109,8 @@ bool CDevice::ScanforDevices(const GUID& Class)
         return false;
 
     CLock Lock(g_csDevice);
+    if (GetMDMHandle()) // an arrival came first
+        return true;
     if (IsEqualGUID(Class, kModemInterface)) {
         if (!OpenModemPort(strPath)) {
             Log.Error("CDevice::ScanforDevices - OpenModemPort failed");
@@ -115,6 +129,18 @@ bool CDevice::ScanforDevices(const GUID& Class)
     NotifyDeviceState(true);
     m_bWatchPorts = false;
     return true;
+}
+
+bool CDevice::TraverseDevice(const GUID& Class, std::string* pstrPath, const char* pszPort) const
+{
+    Log.Comment("CDevice::TraverseDevice - Scanning for devices...");
+    return GetMDMHandle() || FindMakersInterface(Class, pstrPath, pszPort);
+}
+
+bool CDevice::IsUSBPort(const std::string& strPort) const
+{
+    std::string strPath;
+    return TraverseDevice(kDiagnosticInterface, &strPath, strPort.c_str());
 }
 
 bool CDevice::CheckPort(HANDLE hPort, COpenPort* pPort) const

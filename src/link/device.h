@@ -1,8 +1,8 @@
 // The device object: finds the serial port of an attached handset, opens it, keeps the one open port and watches it. A
 // USB handset is found by interface enumeration and by the arrival messages of the hidden window this object also is; a
 // handset on a plain serial port is found by the port watch. Its operations stand by topic in device.cpp (the port it
-// holds), interface_list.cpp (enumeration), device_ports.cpp (opening), port_scan.cpp (search and watch) and
-// device_messages.cpp (the window's messages).
+// holds and finds), device_ports.cpp (opening), device_watch.cpp (the watch's cycle) and device_messages.cpp (the
+// window's messages).
 #pragma once
 
 #include <atomic>
@@ -17,15 +17,13 @@
 #include "link/device_owner.h"
 #include "link/device_window.h"
 #include "link/open_port.h"
+#include "link/port_scan.h"
 #include "link/port_watch.h"
 
 // Guards the port handle, and every opening and closing of a port as a whole.
 extern CCriticalSection g_csDevice;
 
-extern const GUID kDiagnosticInterface; // of the handset's maker; such a port is opened as a diagnostic port
-extern const GUID kModemInterface;      // the standard modem class
-
-class CDevice final : public CDeviceWindow
+class CDevice final : public CDeviceWindow, private CWatchWork, private CScanTarget
 {
 public:
     CDevice();
@@ -46,9 +44,9 @@ public:
 
     // Looks for a present interface of the maker and opens its port.
     bool ScanforDevices(const GUID& Class);
-    // The lower-cased path of the maker's first present interface of the class, or of the one that pszPort belongs to.
+    // As FindMakersInterface; true at once, without a path, when a port is open.
     bool TraverseDevice(const GUID& Class, std::string* pstrPath, const char* pszPort) const;
-    bool IsUSBPort(const std::string& strPort) const;
+    bool IsUSBPort(const std::string& strPort) const override;
 
     // The first form only opens; null on failure. The second adopts what it opened.
     std::shared_ptr<COpenPort> OpenDiagPortOnly(const std::string& strPath) const;
@@ -60,6 +58,8 @@ public:
     bool CheckPort(HANDLE hPort, COpenPort* pPort) const;
     bool CheckPort() const;
 
+    void PumpMessage() const override { CDeviceWindow::PumpMessage(); }
+
     bool RegisterNotification();
     void UnregisterNotification();
 
@@ -67,12 +67,10 @@ public:
     void InitPortScanning();
     void UninitPortScanning();
 
-    // One cycle of the watch thread, and what it does: on that thread, and the list also on the scan worker. Neither
-    // the cycle nor the list throws.
-    void RunWatchCycle();
+    // One cycle of the watch thread, and what it does: on that thread, and the list also on the scan worker.
+    void RunWatchCycle() override;
     bool ScanPorts();
-    bool ScanPortList(const std::vector<std::string>& Ports);
-    CPortWatch& GetWatch() { return m_Watch; }
+    bool ScanPortList(const std::vector<std::string>& Ports) override;
 
 private:
     BOOL OnDeviceChange(UINT uEvent, const void* pData) override;
@@ -82,10 +80,10 @@ private:
 
     BOOL OnArrival(const GUID& Class, const std::string& strName);
     void OnRemoval(const std::string& strName);
+    UINT_PTR StartTimer(UINT_PTR nTimer, UINT uPeriod) const;
     BOOL OpenArrival(const GUID& Class, const std::string& strName);
-    void WatchCycle();
-    bool TryPorts(const std::vector<std::string>& Ports);
-    bool TryPort(const std::string& strPort);
+    bool HasOpenPort() const override { return GetMDMHandle() != nullptr; }
+    bool TryPort(const std::string& strPort) override;
     void CheckOpenPort(const std::shared_ptr<COpenPort>& pPort);
     void Scan();
 
@@ -93,14 +91,18 @@ private:
     bool StartModem(HANDLE hPort) const;
     void NotifyDeviceState(bool bConnected) const;
     void LoseHandset() PHN_REQUIRES(g_csCallbackPoll, g_csCallbackRemoved);
+    bool IsBeingLost() const PHN_REQUIRES(g_csCallbackPoll, g_csCallbackRemoved);
 
     CSharedSlot<COpenPort> m_pPort;
+    // Set while its loss is being told: the host's function may dispatch messages, and an arrival among them.
+    std::shared_ptr<COpenPort> m_pLostPort PHN_GUARDED_BY(g_csCallbackRemoved);
     HDEVNOTIFY m_hDevNotify = nullptr;
     std::atomic<bool> m_bScanning{false};
+    bool m_bPolling = false; // a polled function may dispatch messages too
     UINT_PTR m_nPollTimer = 0;
     UINT_PTR m_nStartTimer = 0;
-    bool m_bDevicePrefix;
     LONG m_nCheckCount = 0;
     std::atomic<bool> m_bWatchPorts{true};
     CPortWatch m_Watch{*this};
+    CPortScan m_Scan;
 };

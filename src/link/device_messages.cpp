@@ -9,6 +9,7 @@
 
 #include "common/ascii_case.h"
 #include "common/lookup.h"
+#include "common/scoped_value.h"
 #include "link/device.h"
 #include "link/interface_list.h"
 #include "log/log.h"
@@ -60,6 +61,8 @@ bool CDevice::RegisterNotification()
     Filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
     Filter.dbcc_classguid = kDiagnosticInterface;
     m_hDevNotify = RegisterDeviceNotificationA(GetWindow(), &Filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+    if (!m_hDevNotify)
+        Log.Error("CDevice::RegisterNotification - RegisterDeviceNotification failed. Last error 0x%X", GetLastError());
     return m_hDevNotify != nullptr;
 }
 
@@ -70,11 +73,19 @@ void CDevice::UnregisterNotification()
     m_hDevNotify = nullptr;
 }
 
+UINT_PTR CDevice::StartTimer(UINT_PTR nTimer, UINT uPeriod) const
+{
+    const UINT_PTR nStarted = SetTimer(GetWindow(), nTimer, uPeriod, nullptr);
+    if (!nStarted)
+        Log.Error("CDevice - Unable to start timer %d. Last error 0x%X", static_cast<UINT>(nTimer), GetLastError());
+    return nStarted;
+}
+
 void CDevice::InitPortScanning()
 {
     Log.Comment("CDevice::InitPortScanning - Start\n");
     if (GetWindow())
-        m_nStartTimer = SetTimer(GetWindow(), kStartTimer, kStartDelay, nullptr);
+        m_nStartTimer = StartTimer(kStartTimer, kStartDelay);
     Log.Comment("CDevice::InitPortScanning - End\n");
 }
 
@@ -112,11 +123,14 @@ BOOL CDevice::OnArrival(const GUID& Class, const std::string& strName)
     CCallbackLocks CallbackLocks;
     CLock Lock(g_csDevice);
     if (GetMDMHandle()) {
-        if (m_bScanning || CheckPort()) {
+        if (IsBeingLost() || !(m_bScanning || CheckPort())) {
+            m_bWatchPorts = true; // the arriving port may not open
+            LoseHandset();
+        }
+        if (GetMDMHandle()) {
             Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, port handle not null.");
             return TRUE;
         }
-        LoseHandset();
     }
     return OpenArrival(Class, strName);
 }
@@ -158,7 +172,8 @@ void CDevice::OnRemoval(const std::string& strName)
 
 void CDevice::OnTimer(UINT_PTR nTimer)
 {
-    if (nTimer == kPollTimer && m_nPollTimer) {
+    if (nTimer == kPollTimer && m_nPollTimer && !m_bPolling) {
+        CScopedValue Polling(m_bPolling, true);
         if (CDeviceOwner* pOwner = GetDeviceOwner())
             pOwner->PollCallbacks(GetWindow(), GetMDMHandle());
     } else if (nTimer == kStartTimer && m_nStartTimer) {
@@ -172,7 +187,7 @@ void CDevice::OnTimer(UINT_PTR nTimer)
 void CDevice::OnPollMessage(LPARAM lStart)
 {
     if (lStart && !m_nPollTimer) {
-        m_nPollTimer = SetTimer(GetWindow(), kPollTimer, kPollPeriod, nullptr);
+        m_nPollTimer = StartTimer(kPollTimer, kPollPeriod);
     } else if (!lStart && m_nPollTimer) {
         KillTimer(GetWindow(), kPollTimer);
         m_nPollTimer = 0;

@@ -11,22 +11,27 @@ constexpr CLogSource Log{LOG_CDEVICE};
 constexpr char kWindowClass[] = "PHNNRVDeviceWindow";
 constexpr char kPollMessage[] = "WM_CALLBACK_POLL_MSG";
 
-// The class belongs to this module, so that it goes with it; a program that has the code linked in owns it itself.
-HINSTANCE ModuleInstance()
+// The module that this code lies in, whatever its name: the window class belongs to it, and goes with it.
+HINSTANCE OwnModule()
 {
-    return GetModuleHandleA("PHNNRV.dll");
+    HMODULE hModule = nullptr;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       kWindowClass, &hModule);
+    return hModule;
 }
 
 } // namespace
 
-CDeviceWindow::CDeviceWindow() : m_uPollMessage(GetPollMessage())
+CDeviceWindow::CDeviceWindow() : m_hModule(OwnModule()), m_uPollMessage(GetPollMessage())
 {
     WNDCLASSA WindowClass{};
     WindowClass.lpfnWndProc = WindowProcedure;
-    WindowClass.hInstance = ModuleInstance();
+    WindowClass.hInstance = m_hModule;
     WindowClass.lpszClassName = kWindowClass;
     RegisterClassA(&WindowClass);
-    m_hWnd = CreateWindowExA(0, kWindowClass, "", 0, 10, 10, 90, 90, nullptr, nullptr, WindowClass.hInstance, nullptr);
+    m_hWnd = CreateWindowExA(0, kWindowClass, "", 0, 10, 10, 90, 90, nullptr, nullptr, m_hModule, nullptr);
+    if (!m_hWnd)
+        Log.Error("CDevice::CDevice - Unable to create the window. Last error 0x%X", GetLastError());
 }
 
 CDeviceWindow::~CDeviceWindow()
@@ -50,6 +55,10 @@ void CDeviceWindow::PumpMessage() const
     MSG Message{};
     if (!m_hWnd || !PeekMessageA(&Message, m_hWnd, 0, 0, PM_REMOVE))
         return;
+    if (Message.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(Message.wParam));
+        return;
+    }
     TranslateMessage(&Message);
     DispatchMessageA(&Message);
 }
@@ -61,7 +70,7 @@ void CDeviceWindow::DestroyDeviceWindow()
     SetWindowLongPtrA(m_hWnd, GWLP_USERDATA, 0);
     DestroyWindow(m_hWnd);
     m_hWnd = nullptr;
-    UnregisterClassA(kWindowClass, ModuleInstance());
+    UnregisterClassA(kWindowClass, m_hModule);
 }
 
 LRESULT CALLBACK CDeviceWindow::WindowProcedure(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam)
@@ -85,6 +94,8 @@ LRESULT CDeviceWindow::Dispatch(UINT uMessage, WPARAM wParam, LPARAM lParam)
         return OnDeviceChange(static_cast<UINT>(wParam), reinterpret_cast<const void*>(lParam));
     case WM_TIMER:
         OnTimer(wParam);
+        return 0;
+    case WM_CLOSE: // asks every top-level window of a program that is to end; without this one removals go unnoticed
         return 0;
     case WM_POWERBROADCAST:
         return OnBroadCasting(static_cast<UINT>(wParam));

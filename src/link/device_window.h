@@ -19,7 +19,8 @@ public:
     // The registered message that starts the poll timer (lParam not 0) or stops it. The same number on every call.
     static UINT GetPollMessage();
 
-    // Dispatches at most one pending message of this window, if the calling thread has one.
+    // Dispatches at most one pending message of this window, if the calling thread has one. A request to quit, which
+    // comes with any window's messages, is put back for the host's own loop.
     void PumpMessage() const;
 
     // Only on the thread that made it. The window sends nothing to the object from here on.
@@ -40,6 +41,7 @@ private:
     static LRESULT CALLBACK WindowProcedure(HWND hWnd, UINT uMessage, WPARAM wParam, LPARAM lParam);
     LRESULT Dispatch(UINT uMessage, WPARAM wParam, LPARAM lParam);
 
+    const HINSTANCE m_hModule;
     HWND m_hWnd = nullptr;
     UINT m_uPollMessage = 0;
 };

@@ -6,7 +6,6 @@
 #include <new>
 
 #include "common/ascii_case.h"
-#include "link/device.h"
 #include "link/machine_key.h"
 #include "log/log.h"
 
@@ -117,21 +116,12 @@ bool CheckIfUSB(std::string_view strPath, const std::string& strPort)
     return true;
 }
 
-bool CDevice::TraverseDevice(const GUID& Class, std::string* pstrPath, const char* pszPort) const
+bool FindMakersInterface(const GUID& Class, std::string* pstrPath, const char* pszPort)
 {
-    Log.Comment("CDevice::TraverseDevice - Scanning for devices...");
-    if (GetMDMHandle())
-        return true;
     CInterfaceList List(Class);
     while (List.Next(pstrPath)) {
         if (IsMakersDevice(*pstrPath) && (!pszPort || CheckIfUSB(*pstrPath, pszPort)))
             return true;
     }
     return false;
-}
-
-bool CDevice::IsUSBPort(const std::string& strPort) const
-{
-    std::string strPath;
-    return TraverseDevice(kDiagnosticInterface, &strPath, strPort.c_str());
 }

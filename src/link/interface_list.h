@@ -1,5 +1,6 @@
-// The present device interfaces of one class, one path after the other, and the registry key that a path leads to. Used
-// by the device object's traversal. Failures and the end of the list are logged here, as the traversal's own lines.
+// The present device interfaces of one class, one path after the other, and the registry key that a path leads to: how
+// the device object's traversal finds the maker's. Failures and the end of the list are logged here, as the traversal's
+// own lines.
 #pragma once
 
 #include <string>
@@ -8,6 +9,9 @@
 #include <windows.h>
 
 #include <setupapi.h>
+
+extern const GUID kDiagnosticInterface; // of the handset's maker; such a port is opened as a diagnostic port
+extern const GUID kModemInterface;      // the standard modem class
 
 class CInterfaceList
 {
@@ -37,3 +41,7 @@ std::string UsbParametersKey(std::string_view strPath);
 
 // Whether the serial port of this name belongs to the USB device with this interface path.
 bool CheckIfUSB(std::string_view strPath, const std::string& strPort);
+
+// The lower-cased path of the maker's first present interface of the class, or of the one that the port pszPort belongs
+// to if it is not null.
+bool FindMakersInterface(const GUID& Class, std::string* pstrPath, const char* pszPort);

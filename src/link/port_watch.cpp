@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "link/device.h"
+#include "link/watch_guard.h"
 #include "log/log.h"
 
 HANDLE g_mtxWatch;
@@ -62,7 +62,7 @@ bool CPortWatch::Start()
 
 bool CPortWatch::StartThread(LPTHREAD_START_ROUTINE pfnThread, HANDLE* phThread)
 {
-    *phThread = CreateThread(nullptr, 0, pfnThread, &m_Device, 0, nullptr);
+    *phThread = CreateThread(nullptr, 0, pfnThread, this, 0, nullptr);
     return *phThread && WaitForSingleObject(m_evRunning, INFINITE) == WAIT_OBJECT_0;
 }
 
@@ -103,7 +103,7 @@ void CPortWatch::RunWorker()
 {
     SetEvent(m_evRunning);
     while (WaitForSingleObject(m_evRequest, INFINITE) == WAIT_OBJECT_0 && !m_bEndWorker) {
-        m_Device.ScanPortList(m_WorkerPorts);
+        RunGuarded([this] { m_Work.ScanPortList(m_WorkerPorts); });
         SetEvent(g_evScanDone);
     }
 }
@@ -114,7 +114,7 @@ void CPortWatch::RunCycles()
     ResetEvent(g_evWatchEnded);
     SetEvent(m_evRunning);
     while (WaitForSingleObject(g_evStop, 1) == WAIT_TIMEOUT) {
-        m_Device.RunWatchCycle();
+        RunGuarded([this] { m_Work.RunWatchCycle(); });
         if (WaitForSingleObject(g_evStop, kCycle) != WAIT_TIMEOUT)
             break;
     }
@@ -125,20 +125,20 @@ void CPortWatch::RunCycles()
 
 // Both return right after their last event, because their code may be gone a second later: they keep nothing that has a
 // destructor, and the system ends them as ExitThread does.
-DWORD WINAPI CPortWatch::ScanPortsWorker(LPVOID pDevice)
+DWORD WINAPI CPortWatch::ScanPortsWorker(LPVOID pWatch)
 {
-    static_cast<CDevice*>(pDevice)->GetWatch().RunWorker();
+    static_cast<CPortWatch*>(pWatch)->RunWorker();
     SetEvent(g_evScanDone);
     return 0;
 }
 
-DWORD WINAPI CPortWatch::BT_Thread(LPVOID pDevice)
+DWORD WINAPI CPortWatch::BT_Thread(LPVOID pWatch)
 {
-    if (!pDevice) {
+    if (!pWatch) {
         Log.Comment("BT_Thread - Ending thread as p is NULL\n");
         return 1;
     }
-    static_cast<CDevice*>(pDevice)->GetWatch().RunCycles();
+    static_cast<CPortWatch*>(pWatch)->RunCycles();
     SetEvent(g_evWatchEnded);
     return 0;
 }

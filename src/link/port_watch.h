@@ -11,8 +11,6 @@
 
 #include "link/sync.h"
 
-class CDevice;
-
 extern HANDLE g_mtxWatch;     // held by the watch thread for its whole run
 extern HANDLE g_evWatchEnded; // set while no watch thread runs
 extern HANDLE g_evScanDone;   // reset while the scan worker has a list, or is about to end
@@ -21,10 +19,21 @@ extern HANDLE g_evScanDone;   // reset while the scan worker has a list, or is a
 bool CreateWatchObjects();
 void DestroyWatchObjects();
 
+// What the threads run: the device object.
+class CWatchWork
+{
+public:
+    virtual void RunWatchCycle() = 0;                                     // on the watch thread, every 15 seconds
+    virtual bool ScanPortList(const std::vector<std::string>& Ports) = 0; // on the worker, its half of a scan
+
+protected:
+    ~CWatchWork() = default;
+};
+
 class CPortWatch
 {
 public:
-    explicit CPortWatch(CDevice& Device) : m_Device(Device) {}
+    explicit CPortWatch(CWatchWork& Work) : m_Work(Work) {}
     ~CPortWatch();
     CPortWatch(const CPortWatch&) = delete;
     CPortWatch& operator=(const CPortWatch&) = delete;
@@ -40,14 +49,14 @@ public:
     void AwaitWorker();
 
 private:
-    static DWORD WINAPI BT_Thread(LPVOID pDevice);
-    static DWORD WINAPI ScanPortsWorker(LPVOID pDevice);
+    static DWORD WINAPI BT_Thread(LPVOID pWatch);
+    static DWORD WINAPI ScanPortsWorker(LPVOID pWatch);
     bool StartThread(LPTHREAD_START_ROUTINE pfnThread, HANDLE* phThread);
     void RunCycles();
     void RunWorker();
     void EndWorker();
 
-    CDevice& m_Device;
+    CWatchWork& m_Work;
     HANDLE m_hWatch = nullptr;
     HANDLE m_hWorker = nullptr;
     HANDLE m_evRunning = nullptr; // a thread has begun
