@@ -40,8 +40,11 @@
  * 7. Loading. Looking for a handset starts when the library is loaded, on threads of its own. The thread that loads the
  *    library owns a hidden window and must dispatch window messages for as long as the library is loaded (on Linux with
  *    PeekMessageA and DispatchMessageA of libphnplatform.so): arrival and removal of the handset, power events and the
- *    polled callbacks are handled there. Load and unload on the same thread. Unloading ends reads that are in progress
- *    and waits for the library's threads; it takes about a second. Let no call be in progress then.
+ *    polled callbacks are handled there. A thread that ends takes its window with it, and so callbacks, arrival and
+ *    removal: keep the loading thread until the library is unloaded. Load and unload on the same thread. Unloading ends
+ *    reads that are in progress and waits for the library's threads; it takes about a second. Let no call be in
+ * progress then. One handset is served at a time. While none is open, what is there already (a second handset, a port
+ * that another program held) is looked for every 15 s; while one is open, no other is looked at.
  *
  * 8. Threads. Every function may be called from any thread. Exchanges with the handset take turns, so a call may first
  *    wait for those before it, the library's own polling and probing included. A listing (first/next) has one cursor
@@ -51,7 +54,10 @@
  *    removal callback is called on the thread that detects the loss, which may be a thread of the library's. Inside a
  *    callback any function of the library may be called. DO NOT WAIT FOR ANOTHER THREAD INSIDE A CALLBACK (no join, no
  *    SendMessage, no lock that is held around a call of this library): the callback runs under a lock of the library,
- *    and the other thread may need it. No callback is called after PHN_Shutdown has returned.
+ *    and the other thread may need it. A removal callback should neither wait nor dispatch messages (a message box does
+ *    both): until it returns, every call of another thread stands still. Set a flag or post a message, and return.
+ *    A polled callback that dispatches messages is not called again inside itself: those ticks are left out. No
+ * callback is called after PHN_Shutdown has returned.
  *
  * 10. How long a call may take, once it is its turn. Every call is synchronous.
  *      Diagnostic port: an exchange writes for at most 15 s and reads at most three times, waiting at most 15 s for
@@ -587,7 +593,8 @@ PHN_API PHN_ERROR PHN_CALL PHN_ClearCallEntries(int32_t eType) PHN_NOEXCEPT;
 /* Registers (bRemove 0) or removes (any other value) the function for a callback type. A second registration does not
  * replace the first: remove it before. Registrations end with PHN_Shutdown and with the loss of the handset.
  * PHN_ERROR_INVALID_PARAMETER: null (also when removing), or a type outside 0 to 16; PHN_ERROR_NOT_SUPPORTED: a type
- * without callback. */
+ * without callback; PHN_ERROR_FAILED: the poll cannot be started (the loading thread has ended), nothing is registered.
+ */
 PHN_API PHN_ERROR PHN_CALL PHN_SetCallback(int32_t eCallbackType, PHN_CALLBACK_FUNCTION pCallbackFunction,
                                            uint32_t bRemove) PHN_NOEXCEPT;
 

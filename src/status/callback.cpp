@@ -70,42 +70,47 @@ bool CCallback::SetCallback(HWND hWnd, HANDLE, int32_t eCallbackType, PHN_CALLBA
 {
     *pError = PHN_ERROR_NONE;
     m_hNotifyWnd = hWnd;
+    bool bDone = true;
     if (eCallbackType == PHN_CALLBACK_ALL) {
         for (const SPolledType& Type : kPolledTypes)
-            SetPolled(Type, pfnCallback, bRemove);
-        SetRemoved(pfnCallback, bRemove);
+            bDone = bDone && SetPolled(Type, pfnCallback, bRemove);
+        if (bDone)
+            SetRemoved(pfnCallback, bRemove);
     } else if (eCallbackType == PHN_CALLBACK_REMOVED) {
         SetRemoved(pfnCallback, bRemove);
     } else if (const auto* pType = FindFirst(kPolledTypes, &SPolledType::eCallbackType, eCallbackType)) {
-        SetPolled(*pType, pfnCallback, bRemove);
+        bDone = SetPolled(*pType, pfnCallback, bRemove);
     } else {
         *pError = PHN_ERROR_NOT_SUPPORTED;
         return false;
     }
-    return true;
+    if (!bDone)
+        *pError = PHN_ERROR_FAILED;
+    return bDone;
 }
 
-void CCallback::SetPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove)
+bool CCallback::SetPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove)
 {
     LogSetCallback(Type.pszType, bRemove);
     CLock Lock(g_csCallbackPoll);
-    if (bRemove)
-        RemovePolled(Type);
-    else
-        RegisterPolled(Type, pfnCallback);
+    if (!bRemove)
+        return RegisterPolled(Type, pfnCallback);
+    RemovePolled(Type);
+    return true;
 }
 
-void CCallback::RegisterPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback)
+// False, with nothing registered, when the poll cannot be started.
+bool CCallback::RegisterPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback)
 {
     if (m_bRetired || m_dwFlags & Type.dwFlag)
-        return;
+        return true;
+    if (m_nPollUsers == 0 && !PostPollMessage(1))
+        return false;
     m_dwFlags |= Type.dwFlag;
     ++m_nPollUsers;
-    if (this->*Type.pMember)
-        return;
-    this->*Type.pMember = pfnCallback;
-    if (m_nPollUsers == 1)
-        PostPollMessage(1);
+    if (!(this->*Type.pMember))
+        this->*Type.pMember = pfnCallback;
+    return true;
 }
 
 void CCallback::RemovePolled(const SPolledType& Type)
@@ -136,9 +141,14 @@ void CCallback::SetRemoved(PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove)
     }
 }
 
-void CCallback::PostPollMessage(LPARAM lStart) const
+bool CCallback::PostPollMessage(LPARAM lStart) const
 {
-    PostMessageA(m_hNotifyWnd, CDeviceWindow::GetPollMessage(), 0, lStart);
+    const HWND hWnd = m_hNotifyWnd;
+    SetLastError(ERROR_INVALID_WINDOW_HANDLE); // without a window there is nobody to post to
+    if (hWnd && PostMessageA(hWnd, CDeviceWindow::GetPollMessage(), 0, lStart))
+        return true;
+    Log.Error("CCallback - Unable to post the poll message. Last error 0x%X", GetLastError());
+    return false;
 }
 
 bool CCallback::GetPhoneVariance(HANDLE hDevice, WORD* pwFlags)

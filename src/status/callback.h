@@ -21,7 +21,8 @@ public:
     CCallback& operator=(const CCallback&) = delete;
 
     // Registers the function (bRemove 0) or removes the registration, for one type or (PHN_CALLBACK_ALL) for every one.
-    // The window is the one whose timer polls. False with PHN_ERROR_NOT_SUPPORTED for a type without callback.
+    // The window is the one whose timer polls. False with PHN_ERROR_NOT_SUPPORTED for a type without callback, and with
+    // PHN_ERROR_FAILED when the poll cannot be started: then nothing is registered.
     bool SetCallback(HWND hWnd, HANDLE hDevice, int32_t eCallbackType, PHN_CALLBACK_FUNCTION pfnCallback,
                      uint32_t bRemove, PHN_ERROR* pError);
 
@@ -41,11 +42,11 @@ private:
     struct SPolledType;
     static const SPolledType kPolledTypes[6];
 
-    void SetPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove);
-    void RegisterPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback) PHN_REQUIRES(g_csCallbackPoll);
+    bool SetPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove);
+    bool RegisterPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback) PHN_REQUIRES(g_csCallbackPoll);
     void RemovePolled(const SPolledType& Type) PHN_REQUIRES(g_csCallbackPoll);
     void SetRemoved(PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove);
-    void PostPollMessage(LPARAM lStart) const;
+    bool PostPollMessage(LPARAM lStart) const;
 
     PHN_CALLBACK_FUNCTION m_pfnRemoved PHN_GUARDED_BY(g_csCallbackRemoved) = nullptr;
     PHN_CALLBACK_FUNCTION m_pfnGetConnectionInfo PHN_GUARDED_BY(g_csCallbackPoll) = nullptr;

@@ -20,9 +20,9 @@ HandsetTest::~HandsetTest()
         FreeLibrary(library_);
 }
 
-void HandsetTest::Load()
+void HandsetTest::Load(const std::filesystem::path& library)
 {
-    library_ = LoadLibraryA(bench_.LibraryPath().c_str());
+    library_ = LoadLibraryA(library.string().c_str());
     if (!library_)
         throw std::runtime_error("the library does not load: " + std::to_string(GetLastError()));
 }

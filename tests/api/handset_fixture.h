@@ -54,7 +54,8 @@ class HandsetTest : public testing::Test
 protected:
     ~HandsetTest() override;
 
-    void Load();
+    void Load() { Load(bench_.LibraryPath()); }
+    void Load(const std::filesystem::path& library);
     // Plugs the handset in, loads the library and starts the service; the log is taken.
     void StartService();
     // How the service fares: the code of a request that every handset answers.

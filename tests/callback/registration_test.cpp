@@ -6,6 +6,7 @@
 #include "callback/host_functions.h"
 #include "link/device_window.h"
 #include "link/scripted_port.h"
+#include "phn_platform_test.h"
 #include "status/callback.h"
 
 namespace {
@@ -14,6 +15,13 @@ using Types = std::vector<uint32_t>;
 using Posts = std::vector<LPARAM>;
 
 constexpr char kClass[] = "registration test";
+
+std::string Hex(DWORD error)
+{
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%lX", static_cast<unsigned long>(error));
+    return text;
+}
 
 class RegistrationTest : public ExchangeTest
 {
@@ -97,6 +105,32 @@ TEST_F(RegistrationTest, PollingRunsFromTheFirstPolledRegistrationToTheLastRemov
     for (const auto& step : steps) {
         EXPECT_EQ(Set(step.type, step.remove), PHN_ERROR_NONE);
         EXPECT_EQ(TakePosts(), step.posts) << &step - steps;
+    }
+}
+
+TEST_F(RegistrationTest, WhatCannotBePolledIsRegisteredWhenItCan)
+{
+    const HWND window = window_;
+    const std::tuple<const char*, DWORD, HWND> rows[] = {{"PostMessageA", ERROR_NOT_ENOUGH_QUOTA, window},
+                                                         {nullptr, ERROR_INVALID_WINDOW_HANDLE, nullptr}};
+    for (const int32_t type : {PHN_CALLBACK_SMS, PHN_CALLBACK_ALL}) {
+        for (const auto& [call, error, target] : rows) {
+            if (call)
+                platform_test::FailCall(call, error);
+            window_ = target;
+            log_.TakeLines();
+            EXPECT_EQ(Set(type), PHN_ERROR_FAILED);
+            EXPECT_EQ(log_.TakeLines().back(),
+                      "CCallback Error CCallback - Unable to post the poll message. Last error " + Hex(error));
+            window_ = window;
+            EXPECT_EQ(Tick(0x01FF), Types{});
+            callback_->NotifyDeviceState(false);
+            EXPECT_EQ(TakeTypes(), Types{});
+        }
+        EXPECT_EQ(Set(type), PHN_ERROR_NONE);
+        EXPECT_EQ(TakePosts(), Posts{1});
+        Set(type, 1);
+        TakePosts();
     }
 }
 

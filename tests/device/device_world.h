@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "link/device.h"
+#include "link/interface_list.h"
 #include "log/log_capture.h"
 #include "simulator/device_directory.h"
 #include "simulator/simulator.h"

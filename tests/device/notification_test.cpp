@@ -5,7 +5,6 @@
 #include <tuple>
 
 #include "device/device_world.h"
-#include "link/interface_list.h"
 #include "phn_platform_test.h"
 
 using platform_test::AdvanceClock;
@@ -143,6 +142,33 @@ TEST_F(NotificationTest, PowerEventsAreLoggedByName)
                 "CDevice::OnBroadCasting - PBT_APMRESUMESUSPEND", "CDevice::OnBroadCasting - PBT_APMBATTERYLOW",
                 "CDevice::OnBroadCasting - PBT_APMPOWERSTATUSCHANGE", "CDevice::OnBroadCasting - PBT_APMOEMEVENT",
                 "CDevice::OnBroadCasting - PBT_APMRESUMEAUTOMATIC", "CDevice::OnBroadCasting - wParam = 5"}));
+}
+
+TEST_F(NotificationTest, WhatTheWindowSystemRefusesIsSaidOnce)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"CreateWindowExA", "CDevice::CDevice - Unable to create the window. Last error 0x8"},
+        {"RegisterDeviceNotificationA",
+         "CDevice::RegisterNotification - RegisterDeviceNotification failed. Last error 0x8"},
+        {"SetTimer", "CDevice - Unable to start timer 3. Last error 0x8"},
+    };
+    for (const auto& [call, line] : rows) {
+        platform_test::FailCall(call, ERROR_NOT_ENOUGH_MEMORY);
+        log_.SetLevel(0x404);
+        TakeLog();
+        CDevice device;
+        if (call != rows[0].first)
+            device.RegisterNotification();
+        device.InitPortScanning();
+        EXPECT_EQ(TakeLog(), Events{line});
+        EXPECT_EQ(platform_test::PendingFailures(call), 0u);
+        device.UnregisterNotification();
+    }
+    log_.SetLevel(kDeviceLines);
+    Create();
+    platform_test::FailCall("SetTimer", ERROR_NOT_ENOUGH_MEMORY);
+    Send(RegisterWindowMessageA("WM_CALLBACK_POLL_MSG"), 0, 1);
+    EXPECT_TRUE(HasLine("CDevice - Unable to start timer 1. Last error 0x8"));
 }
 
 TEST_F(NotificationTest, ThePollTimerRunsBetweenItsTwoMessages)

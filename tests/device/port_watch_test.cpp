@@ -102,6 +102,20 @@ TEST_F(PortWatchTest, APortOfTheMakersUsbDeviceEndsItsHalfOfTheScan)
     EXPECT_FALSE(Device().GetMDMHandle());
 }
 
+TEST_F(PortWatchTest, AUsbHandsetThatNothingAnnouncesAnyMoreIsFoundByTheNextCycle)
+{
+    simulator::Simulator& first = Attach(simulator::UsbInterfaceName("0001"));
+    Attach(simulator::UsbInterfaceName("0002")); // there when the library is loaded
+    Create();
+    StartWatch();
+    first.Unplug();
+    ASSERT_TRUE(PumpUntil([this] { return !Device().GetMDMHandle(); }));
+    NextCycle();
+    EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+    EXPECT_EQ(Device().GetPort()->GetPath(), "\\\\?\\" + simulator::UsbInterfaceName("0002"));
+    EXPECT_EQ(owner_.TakeEvents(), (Events{"opened", "lost", "released", "opened"}));
+}
+
 TEST_F(PortWatchTest, StoppingEndsAScanThatWaitsForASilentPort)
 {
     for (const char* name : {"com1", "com2", "com3", "com4"})

@@ -25,6 +25,7 @@
     ROW(GetMessageA)                                                                                                   \
     ROW(GetModuleFileNameA)                                                                                            \
     ROW(GetModuleHandleA)                                                                                              \
+    ROW(GetModuleHandleExA)                                                                                            \
     ROW(GetOverlappedResult)                                                                                           \
     ROW(GetProcAddress)                                                                                                \
     ROW(GetVersionExA)                                                                                                 \

@@ -130,6 +130,17 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR lpModuleName)
     return Win32Call(Call::GetModuleHandleA, HMODULE{}, [&] { return LoadedModule(lpModuleName); });
 }
 
+BOOL WINAPI GetModuleHandleExA(DWORD dwFlags, LPCSTR lpModuleName, HMODULE* phModule)
+{
+    return Win32Call(Call::GetModuleHandleExA, FALSE, [&] {
+        constexpr DWORD kFlags = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+        if (dwFlags != kFlags || !phModule)
+            throw Win32Error{ERROR_INVALID_PARAMETER};
+        *phModule = BaseOf(lpModuleName);
+        return TRUE;
+    });
+}
+
 DWORD WINAPI GetModuleFileNameA(HMODULE hModule, LPSTR lpFilename, DWORD nSize)
 {
     return Win32Call(Call::GetModuleFileNameA, DWORD{0}, [&] {

@@ -1,0 +1,138 @@
+// Host functions that dispatch messages, as a message box does: what arrives inside them is handled then and there, and
+// the handling that called them goes on afterwards.
+#include "api/handset_fixture.h"
+#include "callback/host_functions.h"
+#include "phn_platform_test.h"
+#include "simulator/simulator.h"
+
+namespace {
+
+using platform_test::AdvanceClock;
+using platform_test::AwaitBlocked;
+using simulator::UsbInterfaceName;
+using Types = std::vector<uint32_t>;
+
+constexpr DWORD kPoll = 2000;
+constexpr DWORD kProbe = 3000;
+constexpr DWORD kCycle = 15000;
+
+class NestedTest : public HandsetTest
+{
+protected:
+    ~NestedTest() override
+    {
+        SetAction({});
+        TakeTypes();
+    }
+
+    std::filesystem::path Devices() const { return std::getenv("PHNNRV_DEVICES"); }
+    bool IsOpenUnserved() const { return Battery() == PHN_ERROR_NO_SERVICE_OBJECT; }
+
+    // The removal function plugs a handset in and dispatches messages until its port is open.
+    void PlugInWhenTold(simulator::Simulator& next)
+    {
+        ASSERT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_REMOVED, Tell, 0), PHN_ERROR_NONE);
+        SetAction([&](uint32_t) {
+            next.Start();
+            EXPECT_TRUE(PumpUntil([this] { return IsOpenUnserved(); }));
+        });
+    }
+
+    // What holds after every loss in which another handset was plugged in: it is there, it can be lost, and it was told
+    // once.
+    void ExpectServedBy(simulator::Simulator& next)
+    {
+        EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_REMOVED});
+        EXPECT_TRUE(IsOpenUnserved());
+        EXPECT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+        EXPECT_EQ(next.Control().Requests(6), 1u);
+        next.Unplug();
+        EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
+    }
+
+    void SendWhileProbesFail(const std::function<void()>& send)
+    {
+        std::thread clock([] {
+            EXPECT_TRUE(AwaitBlocked(kProbe));
+            AdvanceClock(kProbe);
+        });
+        send();
+        clock.join();
+    }
+};
+
+} // namespace
+
+TEST_F(NestedTest, AHandsetThatArrivesWhileALossIsToldStays)
+{
+    simulator::Simulator next(Devices(), UsbInterfaceName("0002"));
+    StartService();
+    PlugInWhenTold(next);
+    bench_.Unplug();
+    ASSERT_TRUE(PumpUntil([&] { return IsOpenUnserved(); }));
+    ExpectServedBy(next);
+}
+
+TEST_F(NestedTest, AHandsetThatArrivesWhileTheLossOfADeadOneIsToldStays)
+{
+    simulator::Simulator next(Devices(), UsbInterfaceName("0002"));
+    simulator::Simulator late(Devices(), UsbInterfaceName("0003"));
+    StartService();
+    PlugInWhenTold(next);
+    bench_.Handset().AddFault("silence@1"); // to the greeting that is the probe, and to nothing else
+    late.Start();
+    SendWhileProbesFail([&] { ASSERT_TRUE(PumpUntil([&] { return IsOpenUnserved(); })); });
+    ExpectServedBy(next);
+}
+
+TEST_F(NestedTest, AHandsetThatArrivesWhileASuspendDropsASerialOneStays)
+{
+    simulator::Simulator serial(Devices(), "com5");
+    simulator::Simulator next(Devices(), UsbInterfaceName("0002"));
+    serial.Start();
+    Load();
+    AdvanceClock(300);
+    ASSERT_TRUE(PumpUntil([&] { return IsOpenUnserved(); }));
+    ASSERT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    PlugInWhenTold(next);
+    SendMessageA(FindWindowExA(nullptr, nullptr, "PHNNRVDeviceWindow", nullptr), WM_POWERBROADCAST, 4, 0);
+    ExpectServedBy(next);
+}
+
+TEST_F(NestedTest, AnArrivalThatCannotBeOpenedInPlaceOfADeadHandsetLeavesTheSearchOn)
+{
+    StartService();
+    RunFor(300);
+    ASSERT_TRUE(AwaitBlocked(kCycle));
+    bench_.Handset().AddFault("silence@1"); // to the greeting that is the probe, and to nothing else
+    std::filesystem::create_symlink("nowhere", Devices() / UsbInterfaceName("0002"));
+    SendWhileProbesFail([&] { ASSERT_TRUE(PumpUntil([&] { return Battery() == PHN_ERROR_NO_DEVICE; })); });
+    simulator::Simulator serial(Devices(), "com5");
+    serial.Start();
+    AdvanceClock(kCycle);
+    EXPECT_TRUE(PumpUntil([&] { return IsOpenUnserved(); }));
+    EXPECT_EQ(serial.Control().Requests(1), 1u);
+}
+
+TEST_F(NestedTest, ATickInAFunctionThatDispatchesMessagesWaitsForTheNextOne)
+{
+    StartService();
+    const auto report = [&] { bench_.Handset().Change(0, [](simulator::Phone& phone) { phone.variance = 0x0080; }); };
+    unsigned depth = 0;
+    unsigned deepest = 0;
+    SetAction([&](uint32_t) {
+        deepest = std::max(deepest, ++depth);
+        report();
+        if (depth == 1)
+            RunFor(kPoll);
+        --depth;
+    });
+    ASSERT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_SMS, Tell, 0), PHN_ERROR_NONE);
+    report();
+    RunFor(kPoll + 50);
+    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_SMS});
+    EXPECT_EQ(deepest, 1u);
+    SetAction({});
+    RunFor(kPoll + 50);
+    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_SMS});
+}
