@@ -45,7 +45,7 @@ constexpr ExchangeSpec kDeleteAllContacts{.pszOperation = "DeleteAllContacts",
 constexpr ExchangeSpec kGetName{.pszOperation = "GetName",
                                 .dwMinimum = sizeof(PB_RET_NAME_RES),
                                 .pszReply = "PB_RET_NAME_RES(",
-                                .pszResult = "prcPBRetName->dwResult"};
+                                .pszResult = "rcPBRetName->dwResult"};
 
 constexpr DWORD kDeletePause = 40; // milliseconds that the handset is left alone before a deletion
 

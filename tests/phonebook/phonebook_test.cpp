@@ -60,7 +60,7 @@ TEST_F(Phonebook, EachCheckOfAReplyHasItsLineAndItsCode)
     ExpectChecks(
         {"GetContact", "GetContact", [&] { return Get(1); }, 20, "PB_RET_INFO_CNT_RES", "prcPBRetInfo->dwResult"});
     ExpectChecks(
-        {"GetGroup", "GetName", [&] { return Group(1, &group); }, 84, "PB_RET_NAME_RES", "prcPBRetName->dwResult"});
+        {"GetGroup", "GetName", [&] { return Group(1, &group); }, 84, "PB_RET_NAME_RES", "rcPBRetName->dwResult"});
     const auto check = [this](const std::string& name, const std::string& result, auto run) {
         ExpectChecks({name, name, run, 16, "PB_RET_RES", result, "rcPBRetRes.wStatus"});
     };
