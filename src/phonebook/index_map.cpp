@@ -35,23 +35,14 @@ DWORD CIndexMap::FindFreeRecordID() const
 void CIndexMap::AddIndexMapping(DWORD dwIndex, DWORD dwRecordID)
 {
     CLock Lock(m_csMaps);
-    Remove(dwIndex);
-    const auto itIndex = m_mapRecordToIndex.find(dwRecordID);
-    if (itIndex != m_mapRecordToIndex.end())
-        Remove(itIndex->second);
     // In this order: should memory end between the two, the record merely stays taken.
     m_mapRecordToIndex.insert_or_assign(dwRecordID, dwIndex);
-    m_mapIndexToRecord.emplace(dwIndex, dwRecordID);
+    m_mapIndexToRecord.insert_or_assign(dwIndex, dwRecordID);
 }
 
 void CIndexMap::RemoveIndexMapping(DWORD dwIndex)
 {
     CLock Lock(m_csMaps);
-    Remove(dwIndex);
-}
-
-void CIndexMap::Remove(DWORD dwIndex)
-{
     const auto itRecord = m_mapIndexToRecord.find(dwIndex);
     if (itRecord == m_mapIndexToRecord.end())
         return;

@@ -19,7 +19,8 @@ public:
     // The lowest record id below 1000 that no contact holds; 1000 if all are taken.
     DWORD GetFreeRecordID() const;
 
-    // What the index and the record were mapped to before is forgotten.
+    // Sets the two directions and nothing else. Another index that leads to the record still does: the contact there is
+    // what became of its own, while the record of its own number may be anybody's.
     void AddIndexMapping(DWORD dwIndex, DWORD dwRecordID);
 
     void RemoveIndexMapping(DWORD dwIndex);
@@ -27,10 +28,9 @@ public:
 
 private:
     DWORD FindFreeRecordID() const PHN_REQUIRES(m_csMaps);
-    void Remove(DWORD dwIndex) PHN_REQUIRES(m_csMaps);
 
     mutable COwnedCriticalSection m_csMaps;
-    // Each is the exact reverse of the other.
+    // Each is the reverse of the other, but that several indexes may lead to one record; it knows the last of them.
     std::unordered_map<DWORD, DWORD> m_mapIndexToRecord PHN_GUARDED_BY(m_csMaps);
     std::unordered_map<DWORD, DWORD> m_mapRecordToIndex PHN_GUARDED_BY(m_csMaps);
 };

@@ -24,20 +24,19 @@ TEST(IndexMap, AnUnmappedIndexIsItsOwnRecordUnlessAnotherContactHoldsThat)
     EXPECT_EQ(RecordOf(map, 5, false), 1u);
 }
 
-TEST(IndexMap, BothDirectionsForgetTogether)
+TEST(IndexMap, BothDirectionsAreSetAndForgottenTogether)
 {
     CIndexMap map;
-    map.AddIndexMapping(1, 10);
-    map.AddIndexMapping(1, 11); // the index moves: record 10 is free
-    EXPECT_EQ(RecordOf(map, 10, false), 10u);
-    EXPECT_EQ(RecordOf(map, 1, true), 11u);
-    map.AddIndexMapping(2, 11); // the record moves: index 1 is unmapped
-    EXPECT_EQ(RecordOf(map, 1, false), 1u);
-    map.RemoveIndexMapping(1); // and takes nothing from index 2
-    EXPECT_EQ(RecordOf(map, 2, true), 11u);
-    EXPECT_EQ(RecordOf(map, 11, false), 0u);
-    map.RemoveIndexMapping(2);
-    EXPECT_EQ(RecordOf(map, 11, false), 11u);
+    map.AddIndexMapping(5, 5);
+    map.AddIndexMapping(7, 5);             // the handset stored contact 7 over contact 5:
+    EXPECT_EQ(RecordOf(map, 5, true), 5u); // index 5 must not lead to a record of others
+    EXPECT_EQ(RecordOf(map, 7, true), 5u);
+    map.AddIndexMapping(7, 8); // the index moves
+    EXPECT_EQ(RecordOf(map, 7, true), 8u);
+    EXPECT_EQ(RecordOf(map, 8, false), 0u);
+    map.RemoveIndexMapping(7);
+    EXPECT_EQ(RecordOf(map, 7, false), 7u);
+    EXPECT_EQ(RecordOf(map, 8, false), 8u);
     map.AddIndexMapping(3, 4);
     map.RemoveAllMappings();
     EXPECT_EQ(RecordOf(map, 3, false), 3u);
