@@ -19,15 +19,15 @@ bool Reject(const char* pszReason)
 
 bool ReadIDs(const CVCardText& Text, PB_RECORD* pRecord)
 {
-    int32_t nGroupID = 0;
-    int32_t nRingerID = 0;
-    int32_t nPictureID = 0;
-    if (!ReadNumber(Text, eKeyGroupID, &nGroupID) || !ReadNumber(Text, eKeyRingerID, &nRingerID) ||
-        !ReadNumber(Text, eKeyPictureID, &nPictureID))
+    uint32_t dwGroupID = 0;
+    uint32_t dwRingerID = 0;
+    uint32_t dwPictureID = 0;
+    if (!ReadNumber(Text, eKeyGroupID, &dwGroupID) || !ReadNumber(Text, eKeyRingerID, &dwRingerID) ||
+        !ReadNumber(Text, eKeyPictureID, &dwPictureID))
         return false;
-    pRecord->dwGroupID = static_cast<uint32_t>(nGroupID);
-    pRecord->dwRingerID = static_cast<uint32_t>(nRingerID);
-    pRecord->dwPictureIDSet = static_cast<uint32_t>(nPictureID);
+    pRecord->dwGroupID = dwGroupID;
+    pRecord->dwRingerID = dwRingerID;
+    pRecord->dwPictureIDSet = dwPictureID;
     return true;
 }
 
@@ -72,11 +72,11 @@ bool CPhonebook::VCardToNorvik(PB_CONTACT* pRecord, const PHN_CONTACT_RECORD* pC
     const SFullName Name = SplitFullName(strValue);
     pRecord->rcRecord.wszFirstName.SetText(Name.strFirst);
     pRecord->rcRecord.wszLastName.SetText(Name.strRest);
-    int32_t nDefaultNo = 0;
-    if (!ReadNumber(Text, eKeyDefaultNo, &nDefaultNo))
+    uint32_t dwDefaultNo = 0;
+    if (!ReadNumber(Text, eKeyDefaultNo, &dwDefaultNo))
         return false;
-    if (!ComposeNrvContact(pContactRecord->pContactData, pContactRecord->uSizeofData, DefaultNoToType(nDefaultNo),
-                           pRecord))
+    if (!ComposeNrvContact(pContactRecord->pContactData, pContactRecord->uSizeofData,
+                           DefaultNoToType(static_cast<int>(dwDefaultNo)), pRecord))
         return Reject("ComposeNrvContact returned false.");
     return ReadIDs(Text, &pRecord->rcRecord);
 }

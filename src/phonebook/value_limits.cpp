@@ -18,11 +18,11 @@ bool FitsLimit(EVCardKey eKey, std::string_view strValue)
     return false;
 }
 
-bool ReadNumber(const CVCardText& Text, EVCardKey eKey, int32_t* pnNumber)
+bool ReadNumber(const CVCardText& Text, EVCardKey eKey, uint32_t* pdwNumber)
 {
     std::string_view strValue;
     if (!Text.GetVCardProperty(eKey, &strValue))
         return true;
-    *pnNumber = ReadDecimal(strValue);
+    *pdwNumber = ReadUnsigned(strValue);
     return FitsLimit(eKey, strValue);
 }

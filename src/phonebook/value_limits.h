@@ -10,6 +10,6 @@
 // False, logged, if a property's value is longer than the limit of all values.
 bool FitsLimit(EVCardKey eKey, std::string_view strValue);
 
-// The decimal value of an optional property; *pnNumber stays as it is if the property is absent. False, logged, if the
+// The decimal value of an optional property; *pdwNumber stays as it is if the property is absent. False, logged, if the
 // value is too long.
-bool ReadNumber(const CVCardText& Text, EVCardKey eKey, int32_t* pnNumber);
+bool ReadNumber(const CVCardText& Text, EVCardKey eKey, uint32_t* pdwNumber);

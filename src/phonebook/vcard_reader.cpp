@@ -75,7 +75,7 @@ bool ReadSpeedDialList(std::string_view strValue, std::array<uint32_t, kSpeedDia
         if (strToken.empty() || !std::ranges::all_of(strToken, IsDigit))
             return false;
         if (*puCount < kSpeedDialCount)
-            (*pSpeedDials)[*puCount] = static_cast<uint32_t>(ReadDecimal(strToken));
+            (*pSpeedDials)[*puCount] = ReadUnsigned(strToken);
         uBegin = uEnd + 1;
     }
     return true;

@@ -165,6 +165,8 @@ TEST(Conversion, ATextBecomesARecord)
         {"FN:A\nEMAIL:a\nX-PHN-DEFAULT-NO:6\nX-PHN-SPEEDDIAL-LIST:\n", {.first = u"A", .entries = {{5, u"a"}}}},
         {"FN:A\nEMAIL:a\nX-PHN-DEFAULT-NO:0\nX-PHN-GROUP-ID:123\nX-PHN-RINGER-ID:7\nX-PHN-PICTURE-ID:-1\n",
          {.first = u"A", .entries = {{5, u"a"}}, .group = 123, .pictureSet = 0xFFFFFFFF, .ringer = 7}},
+        {"FN:A\nEMAIL:a\nX-PHN-GROUP-ID:4294967294\nX-PHN-RINGER-ID:-2147483648\nX-PHN-PICTURE-ID:4294967298\n",
+         {.first = u"A", .entries = {{5, u"a"}}, .group = 0xFFFFFFFE, .pictureSet = 0xFFFFFFFF, .ringer = 0x80000000}},
         {"FN:M\xFCller\nEMAIL:\x80\n", {.first = u"M\u00FCller", .entries = {{5, u"\u20AC"}}}}, // code page 1252
     };
     for (const auto& [lines, contact] : cases)

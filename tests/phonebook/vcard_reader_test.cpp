@@ -118,8 +118,8 @@ TEST(VCardReader, SpeedDialListsAreDigitsAndCommas)
     }
     std::array<uint32_t, kSpeedDialCount> numbers{};
     size_t count = 0;
-    ASSERT_TRUE(ReadSpeedDialList("3,0,00,12,99999999999", &numbers, &count));
-    EXPECT_EQ(numbers, (std::array<uint32_t, 5>{3, 0, 0, 12, INT32_MAX}));
+    ASSERT_TRUE(ReadSpeedDialList("3,0,2147483648,4294967295,4294967298", &numbers, &count));
+    EXPECT_EQ(numbers, (std::array<uint32_t, 5>{3, 0, 0x80000000, UINT32_MAX, UINT32_MAX}));
 }
 
 // Each text is a card with a million bytes behind it that make the reader look as often as it can. The bound is a
