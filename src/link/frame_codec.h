@@ -19,7 +19,8 @@ struct SStuffing
     size_t uDest;   // bytes written
 };
 
-// Stuffs uLength bytes: 0x7D and 0x7E become 0x7D and the byte XOR 0x20. Stops before the byte that does not fit whole.
+// Stuffs uLength bytes: 0x7D and 0x7E become 0x7D and the byte XOR 0x20. Stops before the byte that has no room; one
+// that is escaped needs room for a byte behind it too, where the closing flag would stand.
 SStuffing StuffBytes(const uint8_t* pSource, size_t uLength, uint8_t* pDest, size_t uSize);
 
 // The reverse. An escape at the source's end is left pending in *pbEscape, and one that is pending there applies to the

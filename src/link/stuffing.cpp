@@ -68,14 +68,16 @@ SStuffing StuffBytes(const uint8_t* pSource, size_t uLength, uint8_t* pDest, siz
                                                   std::min(uLength - Done.uSource, uSize - Done.uDest));
         Done.uSource += uPlain;
         Done.uDest += uPlain;
-        if (Done.uSource == uLength || uSize - Done.uDest < 3)
+        if (Done.uSource == uLength)
             return Done;
         do {
+            if (uSize - Done.uDest < 3)
+                return Done;
             pDest[Done.uDest] = kEscape;
             pDest[Done.uDest + 1] = pSource[Done.uSource] ^ kToggle;
             Done.uDest += 2;
             ++Done.uSource;
-            if (Done.uSource == uLength || uSize - Done.uDest < 3)
+            if (Done.uSource == uLength)
                 return Done;
         } while (SStuffed::Matches(pSource[Done.uSource]));
     }

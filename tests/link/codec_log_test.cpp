@@ -4,6 +4,55 @@
 #include "link/frame_codec.h"
 #include "link/scripted_port.h"
 
+namespace {
+
+// One byte after the other: what is stuffed, and the line of a refusal.
+Bytes Encoded(const Bytes& source, size_t size, Lines& lines)
+{
+    const auto refuse = [&](const std::string& counter, size_t count) {
+        lines.push_back("CPort Error DP::Encode - Destination " + counter + "(" + std::to_string(count) +
+                        ") is greater than destination data size(" + std::to_string(size) + ")");
+        return Bytes();
+    };
+    Bytes stuffed;
+    for (size_t i = 0; i < source.size(); ++i) {
+        if (stuffed.size() >= size)
+            return refuse("counter", stuffed.size());
+        const bool isEscaped = i + 1 < source.size() && (source[i] == 0x7D || source[i] == 0x7E);
+        if (isEscaped && stuffed.size() + 2 >= size)
+            return refuse("counter plus 1", stuffed.size() + 2);
+        if (isEscaped)
+            stuffed.push_back(0x7D);
+        stuffed.push_back(isEscaped ? source[i] ^ 0x20 : source[i]);
+    }
+    return stuffed;
+}
+
+} // namespace
+
+// All sources of up to six bytes of three kinds, alone and behind a word of plain ones, into all sizes.
+TEST(FrameCodecLog, EncodesAsTheRuleDoesWhateverTheRoom)
+{
+    LogCapture log(0xFFFFF);
+    Lines expected;
+    for (const size_t plain : {0, 8}) {
+        for (int number = 1; number < 2 * 729; ++number) { // in base 3; its first digit only gives the length
+            Bytes source;
+            for (int rest = number; rest >= 3; rest /= 3)
+                source.push_back(Bytes{0x66, 0x7D, 0x7E}[static_cast<size_t>(rest % 3)]);
+            source.insert(source.begin(), plain, 0x11);
+            for (DWORD size = 0; size <= 2 * source.size(); ++size) {
+                Bytes dest(size);
+                DWORD length = 0;
+                CFrameCodec().Encode(source.data(), static_cast<DWORD>(source.size()), dest.data(), size, &length);
+                dest.resize(length);
+                ASSERT_EQ(dest, Encoded(source, size, expected)) << testing::PrintToString(source) << " into " << size;
+            }
+        }
+    }
+    EXPECT_TRUE(log.TakeLines() == expected);
+}
+
 TEST(FrameCodecLog, EachRefusalHasItsLine)
 {
     LogCapture log(0xFFFFF);

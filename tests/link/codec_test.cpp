@@ -103,24 +103,6 @@ TEST(FrameCodec, RequestsEndWhereTheFrameWouldNotFit)
         EXPECT_FALSE(codec.ComposeData(&byte, huge, &byte, 1, &length)) << huge;
 }
 
-TEST(FrameCodec, EncodeNeedsRoomAfterEachEscape)
-{
-    // Nothing stuffed: it fails.
-    const std::tuple<Bytes, DWORD, Bytes> cases[] = {
-        {{1, 2, 0x7E}, 3, {1, 2, 0x7E}}, {{1, 2, 0x7E}, 2, {}}, {{1, 0x7D, 0x7E}, 4, {1, 0x7D, 0x5D, 0x7E}},
-        {{1, 0x7D, 0x7E}, 3, {}},                             // the escape fits, nothing after it
-        {{1, 0x7D, 0x7E}, 2, {}},        {{0x7E}, 1, {0x7E}}, // the last byte is never stuffed
-    };
-    for (const auto& [source, size, stuffed] : cases) {
-        CFrameCodec codec;
-        Bytes dest(size);
-        DWORD length = 0;
-        const bool done = codec.Encode(source.data(), static_cast<DWORD>(source.size()), dest.data(), size, &length);
-        dest.resize(done ? length : 0);
-        EXPECT_EQ(dest, stuffed) << source.size() << " into " << size;
-    }
-}
-
 TEST(FrameCodec, ASizeIsJudgedByWhatHasBeenReceived)
 {
     struct Case
