@@ -22,7 +22,7 @@ struct SCandidate
 {
     size_t uPosition;
     uint32_t dwType;
-    std::string strValue;
+    std::u16string strValue;
 };
 
 // The first line of each key, in the order of the lines. False, logged, if a value is too long.
@@ -37,8 +37,8 @@ bool CollectCandidates(const CVCardText& Text, std::vector<SCandidate>* pCandida
             continue;
         if (!FitsLimit(eKey, strValue))
             return false;
-        pCandidates->push_back(
-            {*uPosition, dwType, dwType < kNumberTypeCount ? FilterNumber(strValue) : std::string(strValue)});
+        const std::u16string strWide = ToWide(strValue);
+        pCandidates->push_back({*uPosition, dwType, dwType < kNumberTypeCount ? FilterNumber(strWide) : strWide});
     }
     std::ranges::sort(*pCandidates, {}, &SCandidate::uPosition);
     return true;
@@ -49,7 +49,7 @@ bool FillEntry(const SCandidate& Candidate, int nDefaultType, PB_NUMBER_ENTRY* p
 {
     if (Candidate.strValue.empty())
         return true;
-    if (!pEntry->wszValue.SetText(Candidate.strValue)) {
+    if (!pEntry->wszValue.SetWide(Candidate.strValue)) {
         Log.Error("VCardToNorvik - Value of %s is longer than %d UTF-16 units.",
                   kVCardKeys[kEntryTypes[Candidate.dwType].eKey].data(), kValueUnits);
         return false;

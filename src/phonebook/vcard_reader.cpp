@@ -54,14 +54,15 @@ SFullName SplitFullName(std::string_view strValue)
     return {strValue.substr(0, uSpace), strValue.substr(uSpace + 1)};
 }
 
-std::string FilterNumber(std::string_view strValue)
+std::u16string FilterNumber(std::u16string_view strValue)
 {
-    std::string strNumber;
-    for (const char c : strValue.substr(0, kMaxFilteredCharacters)) {
-        if (IsDigit(c) || c == '#' || c == '*' || c == '+' || c == 'p' || c == 'w')
+    constexpr std::u16string_view kDialable = u"0123456789#*+pw";
+    std::u16string strNumber;
+    for (const char16_t c : strValue.substr(0, kMaxFilteredCharacters)) {
+        if (kDialable.find(c) != kNone)
             strNumber += c;
-        else if (c == 'P' || c == 'W')
-            strNumber += c == 'P' ? 'p' : 'w';
+        else if (c == u'P' || c == u'W')
+            strNumber += c == u'P' ? u'p' : u'w';
     }
     return strNumber;
 }

@@ -41,8 +41,9 @@ struct SFullName
 // At the first space that has something before and behind it. Leading spaces stay with the first part.
 SFullName SplitFullName(std::string_view strValue);
 
-// The dialable characters of a number.
-std::string FilterNumber(std::string_view strValue);
+// The dialable characters of a number. They are taken from UTF-16: in a double-byte code page the second byte of a
+// character may look like one of them.
+std::u16string FilterNumber(std::u16string_view strValue);
 
 // The values of a comma-separated list. The first five are stored; *puCount says how many there are. False if one of
 // them is anything but decimal digits.

@@ -272,6 +272,18 @@ TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
     unsetenv("PHNNRV_ANSI_CODE_PAGE");
 }
 
+TEST_F(Phonebook, NumbersAreFilteredByCharactersNotByBytes)
+{
+    setenv("PHNNRV_ANSI_CODE_PAGE", "932", 1);
+    Answer({0, 1});
+    EXPECT_EQ(Set(1, "BEGIN:VCARD\nVERSION:3.0\nFN:A\nTEL;TYPE=CELL:5\x82\x50\x82\x57\nEND\n"), PHN_ERROR_NONE);
+    unsetenv("PHNNRV_ANSI_CODE_PAGE");
+    const Bytes contact = ToBytes({.record = 1, .first = u"A", .entries = {{0, u"5"}}}); // without "p" and "w"
+    Bytes request = Request(36);
+    request.insert(request.end(), contact.begin(), contact.end());
+    EXPECT_EQ(TakeRequest(), request);
+}
+
 TEST_F(Phonebook, ANameRecordSaysWhatWasAskedForEvenWhenItIsRefused)
 {
     PHN_PICTURE_ID picture{};
