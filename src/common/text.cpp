@@ -49,3 +49,14 @@ std::string ToAnsi(std::u16string_view strText)
     strAnsi.resize(static_cast<size_t>(nLength));
     return strAnsi;
 }
+
+std::string ToAnsi(std::u16string_view strText, size_t uLimit)
+{
+    std::string strAnsi = ToAnsi(strText);
+    while (strAnsi.size() > uLimit) {
+        const bool bPair = strText.back() >= 0xDC00 && strText.back() < 0xE000;
+        strText.remove_suffix(std::min<size_t>(bPair ? 2 : 1, strText.size()));
+        strAnsi = ToAnsi(strText);
+    }
+    return strAnsi;
+}

@@ -10,3 +10,6 @@ std::u16string ToWide(std::string_view strText);
 
 // Characters that the code page lacks become its default replacement character.
 std::string ToAnsi(std::u16string_view strText);
+
+// As much of the text's beginning as has at most uLimit bytes; whole characters only.
+std::string ToAnsi(std::u16string_view strText, size_t uLimit);

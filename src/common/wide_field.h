@@ -26,13 +26,17 @@ struct WideField
     }
     std::string GetText() const { return ToAnsi(GetWide()); }
 
-    // Copies as much of the ANSI text as fits, without a terminator: the host's cleared field supplies it if there is
-    // room.
+    // Copies as many whole characters of the ANSI text as fit, without a terminator: the host's cleared field supplies
+    // it if there is room.
+    void CopyText(char* pszText, size_t uSize) const
+    {
+        const std::string strText = ToAnsi(GetWide(), uSize);
+        std::memcpy(pszText, strText.data(), strText.size());
+    }
     template <size_t M>
     void CopyText(char (&szText)[M]) const
     {
-        const std::string strText = GetText();
-        std::memcpy(szText, strText.data(), std::min(strText.size(), M));
+        CopyText(szText, M);
     }
 
     // Stores as many units as fit and zeroes the rest. False if the text was cut.

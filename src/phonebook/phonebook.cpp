@@ -1,7 +1,6 @@
 #include "phonebook/phonebook.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 #include "common/byte_writer.h"
@@ -75,18 +74,6 @@ struct CParamDeleter
         m_pPhonebook->FreeParam(pParam);
     }
 };
-
-// The longest ANSI form of a name's beginning that fits; whole characters only.
-std::string FitName(std::u16string strName, size_t uLimit)
-{
-    std::string strAnsi = ToAnsi(strName);
-    while (strAnsi.size() > uLimit) {
-        const bool bPair = strName.back() >= 0xDC00 && strName.back() < 0xE000;
-        strName.resize(strName.size() - std::min<size_t>(bPair ? 2 : 1, strName.size()));
-        strAnsi = ToAnsi(strName);
-    }
-    return strAnsi;
-}
 
 } // namespace
 
@@ -245,7 +232,6 @@ bool CPhonebook::GetName(HANDLE hDevice, WORD wCommand, DWORD dwID, char* pszNam
     CExchange Exchange(Log, kGetName, wCommand);
     if (!Exchange.Run(hDevice, Parameters.GetBytes(), pError))
         return false;
-    const std::string strName = FitName(Exchange.GetReply().Load<PB_RET_NAME_RES>().wszName.GetWide(), cbName);
-    std::memcpy(pszName, strName.data(), strName.size());
+    Exchange.GetReply().Load<PB_RET_NAME_RES>().wszName.CopyText(pszName, cbName);
     return true;
 }

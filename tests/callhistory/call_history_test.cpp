@@ -50,15 +50,22 @@ protected:
 TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
 {
     // All 22 bytes are expected.
-    const std::pair<std::u16string_view, std::string> cases[] = {
+    const struct
+    {
+        std::u16string_view text;
+        std::string expected;
+        const char* codePage = "1252";
+    } cases[] = {
         {u"", std::string(22, '\0')},
         {u"Anna", std::string("Anna") + std::string(18, '\0')},
         {u"\u00E9\u4E2D!", std::string("\xE9?!") + std::string(19, '\0')},
         {u"123456789012345678901", "123456789012345678901" + std::string(1, '\0')},
         {u"1234567890123456789012", "1234567890123456789012"},
         {u"1234567890123456789012345678901234567890123456789012", "1234567890123456789012"},
+        {u"123456789012345678901\u65E5", "123456789012345678901" + std::string(1, '\0'), "932"}, // no half character
     };
-    for (const auto& [text, expected] : cases) {
+    for (const auto& [text, expected, codePage] : cases) {
+        setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
         Bytes two = EntryBytes(9, text, 75);
         Append(two, EntryBytes(10));
         Answer({0, 2}, two);
@@ -77,6 +84,7 @@ TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
         EXPECT_EQ(Bytes(entry_.abyReserved30, entry_.abyReserved30 + 20), Bytes(20));
         EXPECT_EQ(Bytes(entry_.abyReserved62, entry_.abyReserved62 + 22), zeros);
     }
+    unsetenv("PHNNRV_ANSI_CODE_PAGE");
     ExpectRequests(Requests(std::size(cases), {26, 4}));
     // The entry behind the first one is asked for by the first one's id.
     AnswerEntry(10);
