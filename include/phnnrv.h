@@ -220,7 +220,7 @@ enum
     PHN_ERROR_RESULT_132 = 1102,
     PHN_ERROR_PDU_NO_DESTINATION = 1103, /* the PDU has no Destination Address [result 133] */
     PHN_ERROR_RESULT_134 = 1104,
-    PHN_ERROR_PDU_NOT_DECODABLE = 1105, /* not point-to-point, or its User Data cannot be decoded [result 135] */
+    PHN_ERROR_PDU_NOT_DECODABLE = 1105, /* not point-to-point, or an item of it is not whole or readable [result 135] */
     PHN_ERROR_RESULT_136 = 1106,
     PHN_ERROR_RESULT_137 = 1107,
     PHN_ERROR_RESULT_138 = 1108,

@@ -99,27 +99,62 @@ bool DecodeBody(std::span<const uint8_t> Data, SMS_MESSAGE* pMessage, PHN_ERROR*
     return true;
 }
 
-// The first byte of a subparameter's data; 0 if it is absent.
-DWORD FindFlags(const SItemRange& BearerData, uint8_t byID)
+bool RejectCut(uint8_t byID, PHN_ERROR* pError)
+{
+    return Fail(Log, pError, PHN_ERROR_PDU_NOT_DECODABLE, "IS637ToText - Item %d(0x%X) runs past the end of the PDU.",
+                byID, byID);
+}
+
+// The first byte of a subparameter's data; 0 if it is absent. False, logged, if it is cut.
+bool ReadFlags(const SItemRange& BearerData, uint8_t byID, DWORD* pdwFlags, PHN_ERROR* pError)
 {
     std::span<const uint8_t> Data;
-    return FindIS637Parameter(BearerData, byID, &Data) && !Data.empty() ? Data[0] : 0;
+    if (FindIS637Parameter(BearerData, byID, &Data) == eItemCut)
+        return RejectCut(byID, pError);
+    *pdwFlags = Data.empty() ? 0 : Data[0];
+    return true;
+}
+
+// A text that is cut cannot be decoded, as one without data.
+bool ReadBearerData(const SItemRange& BearerData, SMS_MESSAGE* pMessage, PHN_ERROR* pError)
+{
+    SMS_RECORD& Record = pMessage->rcRecord;
+    std::span<const uint8_t> Data;
+    if (FindIS637Parameter(BearerData, kUserData, &Data) != eItemAbsent && !DecodeBody(Data, pMessage, pError))
+        return false;
+    if (FindIS637Parameter(BearerData, kCallbackNumber, &Data) != eItemAbsent &&
+        !DecodeNumber(kCallbackCoding, Data, &Record.szCallbackNumber, pError))
+        return false;
+    DWORD dwPriority = 0;
+    DWORD dwReplyOption = 0;
+    if (!ReadFlags(BearerData, kPriorityIndicator, &dwPriority, pError) ||
+        !ReadFlags(BearerData, kReplyOption, &dwReplyOption, pError))
+        return false;
+    Record.dwPriority = dwPriority >> 6;
+    Record.dwReplyOption = dwReplyOption >> 6 & 1;
+    return true;
 }
 
 } // namespace
 
-bool FindIS637Parameter(const SItemRange& Items, uint8_t byID, std::span<const uint8_t>* pData)
+EItem FindIS637Parameter(const SItemRange& Items, uint8_t byID, std::span<const uint8_t>* pData)
 {
+    *pData = {};
     CByteReader Reader(Items.Pdu);
-    bool bThere = Reader.Skip(Items.uStart);
-    uint8_t byItem = 0;
-    uint8_t byLength = 0;
-    while (bThere && Reader.GetOffset() < Items.uEnd) {
-        bThere = Reader.Read(&byItem) && Reader.Read(&byLength) && Reader.Take(byLength, pData);
-        if (bThere && byItem == byID)
-            return true;
+    bool bWhole = Reader.Skip(Items.uStart);
+    while (bWhole && Reader.GetOffset() < Items.uEnd) {
+        uint8_t byItem = 0;
+        uint8_t byLength = 0;
+        std::span<const uint8_t> Data;
+        if (!Reader.Read(&byItem))
+            return eItemAbsent;
+        bWhole = Reader.Read(&byLength) && Reader.Take(byLength, &Data);
+        if (byItem != byID)
+            continue;
+        *pData = Data;
+        return bWhole ? eItemWhole : eItemCut;
     }
-    return false;
+    return eItemAbsent;
 }
 
 bool IS637ToText(const PHN_SMS_MESSAGE* pHostMessage, SMS_MESSAGE* pMessage, PHN_ERROR* pError)
@@ -133,24 +168,18 @@ bool IS637ToText(const PHN_SMS_MESSAGE* pHostMessage, SMS_MESSAGE* pMessage, PHN
         return Fail(Log, pError, PHN_ERROR_PDU_NOT_DECODABLE,
                     "IS637ToText - This PDU is not a point-to-poind SMS data");
     const SItemRange Parameters{Pdu, 1, Pdu.size()};
-    SMS_RECORD& Record = pMessage->rcRecord;
     std::span<const uint8_t> Data;
-    if (!FindIS637Parameter(Parameters, kDestinationAddress, &Data))
+    if (FindIS637Parameter(Parameters, kDestinationAddress, &Data) != eItemWhole)
         return Fail(Log, pError, PHN_ERROR_PDU_NO_DESTINATION, "IS637ToText - Destination Address parameter not found");
-    if (!DecodeNumber(kAddressCoding, Data, &Record.szAddress, pError))
+    if (!DecodeNumber(kAddressCoding, Data, &pMessage->rcRecord.szAddress, pError))
         return false;
-    if (!FindIS637Parameter(Parameters, kBearerData, &Data)) {
+    const EItem eBearerData = FindIS637Parameter(Parameters, kBearerData, &Data);
+    if (eBearerData == eItemCut)
+        return RejectCut(kBearerData, pError);
+    if (eBearerData == eItemAbsent) {
         Log.Error("IS637ToText - Bearer data parameter not found.");
         return true;
     }
     const size_t uBearerData = static_cast<size_t>(Data.data() - Pdu.data());
-    const SItemRange BearerData{Pdu, uBearerData, uBearerData + Data.size()};
-    if (FindIS637Parameter(BearerData, kUserData, &Data) && !DecodeBody(Data, pMessage, pError))
-        return false;
-    if (FindIS637Parameter(BearerData, kCallbackNumber, &Data) &&
-        !DecodeNumber(kCallbackCoding, Data, &Record.szCallbackNumber, pError))
-        return false;
-    Record.dwPriority = FindFlags(BearerData, kPriorityIndicator) >> 6;
-    Record.dwReplyOption = FindFlags(BearerData, kReplyOption) >> 6 & 1;
-    return true;
+    return ReadBearerData({Pdu, uBearerData, uBearerData + Data.size()}, pMessage, pError);
 }

@@ -1,6 +1,7 @@
 // Reads the PDU that a host wants sent or saved. Only a small, fixed part of TIA/EIA-637 is understood: digits-only
 // addresses and call-back numbers, 7-bit ASCII text, priority and reply option. The bytes are the host's and may be
-// anything: nothing is read beyond them, and an item that runs past the PDU's end counts as absent.
+// anything: nothing is read beyond them, and a PDU of which such an item runs past the end is rejected, so that no
+// message is sent without what the host meant to put into it.
 #pragma once
 
 #include <span>
@@ -17,8 +18,15 @@ struct SItemRange
     size_t uEnd;
 };
 
-// The data of the first item with the identifier; false if there is none that is whole.
-bool FindIS637Parameter(const SItemRange& Items, uint8_t byID, std::span<const uint8_t>* pData);
+enum EItem
+{
+    eItemAbsent,
+    eItemCut, // it runs past the PDU's end
+    eItemWhole
+};
+
+// The first item with the identifier, and its data; none if it is not whole.
+EItem FindIS637Parameter(const SItemRange& Items, uint8_t byID, std::span<const uint8_t>* pData);
 
 // Fills a fresh message from the PDU at pIS637Data, uSizeofData bytes. Date and time stay zero; without Bearer Data
 // only the address is filled. False, with a line for all but a missing PDU, if the PDU is rejected:

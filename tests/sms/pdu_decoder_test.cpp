@@ -177,26 +177,35 @@ TEST(PduDecoder, RejectsShortFields)
         EXPECT_EQ(Decode(Join({kType, address, Group(8, {cut(body, length)})})), Decoded{.error = 1105}) << length;
 }
 
-// A PDU that ends early: an item that is not whole is absent, and nothing is read beyond the end.
-TEST(PduDecoder, TakesPdusThatEndAnywhere)
+// A PDU that ends early, but not between two items, is rejected for the item that is not whole, and nothing is read
+// beyond the end.
+TEST(PduDecoder, RejectsPdusThatEndInsideAnItem)
 {
     const Bytes address = Address("\x01\x02\x03");
-    const Bytes bearer = Group(8, {UserData("Hello"), Callback("\x07\x07"), {8, 1, 0x40}});
+    const Bytes bearer = Group(8, {UserData("Hello"), Callback("\x07\x07"), {8, 1, 0x40}, {0x0A, 1, 0x40}});
     const Bytes pdu = Join({kType, address, bearer});
-    for (size_t length = 1; length < pdu.size(); ++length)
-        EXPECT_EQ(Decode(Bytes(pdu.begin(), pdu.begin() + static_cast<long>(length))),
-                  length < 1 + address.size() ? Decoded{.error = PHN_ERROR_PDU_NO_DESTINATION}
-                                              : Decoded{.address = u"123"})
-            << length;
+    for (size_t length = 1; length < pdu.size(); ++length) {
+        Decoded expected{.error = PHN_ERROR_PDU_NO_DESTINATION};
+        if (length == 1 + address.size())
+            expected = {.address = u"123"};
+        else if (length > address.size())
+            expected = {.error = PHN_ERROR_PDU_NOT_DECODABLE};
+        EXPECT_EQ(Decode(Bytes(pdu.begin(), pdu.begin() + static_cast<long>(length))), expected) << length;
+    }
     // The same inside the Bearer Data, whose own length is right.
+    const size_t body = UserData("Hello").size();
+    const size_t callback = body + Callback("\x07\x07").size();
     for (size_t length = 0; length + 2 < bearer.size(); ++length) {
         Bytes shortened(bearer.begin(), bearer.begin() + 2 + static_cast<long>(length));
         shortened[1] = static_cast<uint8_t>(length);
-        Decoded expected{.address = u"123"};
-        if (length >= UserData("Hello").size())
+        Decoded expected{.error = length > body && length < callback ? 1001u : 1105u};
+        if (length == 0 || length == body || length == callback || length == callback + 3)
+            expected = {.address = u"123"};
+        if (length >= body && expected.error == 0)
             expected.body = std::u16string(u"Hello\0", 6);
-        if (length >= UserData("Hello").size() + Callback("\x07\x07").size())
+        if (length >= callback && expected.error == 0)
             expected.callback = u"77";
+        expected.priority = length == callback + 3;
         EXPECT_EQ(Decode(Join({kType, address, shortened})), expected) << length;
     }
 }
