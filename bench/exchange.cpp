@@ -20,8 +20,7 @@
 namespace {
 
 constexpr CLogSource Log{LOG_CONNECTIONSTATUS};
-constexpr ExchangeSpec kBattery{
-    .pszOperation = "GetBatteryInfo", .dwCommand = 5, .dwMinimum = 10, .pszReply = "DEV_RX_HEADER + BAT_INFO("};
+constexpr ExchangeSpec kBattery{"GetBatteryInfo", 5, {10, "DEV_RX_HEADER + BAT_INFO("}};
 
 // Gives exchanges the port under measurement.
 class Owner final : public CDeviceOwner

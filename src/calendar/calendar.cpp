@@ -11,29 +11,14 @@ namespace {
 
 constexpr CLogSource Log{LOG_CCALENDAR};
 
-constexpr ExchangeSpec kGetEvent{.pszOperation = "GetEvent",
-                                 .dwCommand = kCommandGetEvent,
-                                 .dwMinimum = sizeof(CAL_RET_EVENT_CNT_RES),
-                                 .pszReply = "CAL_RET_EVENT_CNT_RES(",
-                                 .pszResult = "prcCalRetEvent->dwResult"};
-constexpr ExchangeSpec kSetEvent{.pszOperation = "SetEvent",
-                                 .dwCommand = kCommandSetEvent,
-                                 .dwMinimum = sizeof(CAL_RET_RES),
-                                 .pszReply = "CAL_RET_RES(",
-                                 .pszStatus = "rcCalRetRes.wStatus",
-                                 .pszResult = "rcCalRetRes.dwResult"};
-constexpr ExchangeSpec kDeleteEvent{.pszOperation = "DeleteEvent",
-                                    .dwCommand = kCommandDeleteEvent,
-                                    .dwMinimum = sizeof(CAL_RET_RES),
-                                    .pszReply = "CAL_RET_RES(",
-                                    .pszStatus = "rcCalRetRes.wStatus",
-                                    .pszResult = "rcCalRetRes.dwResult"};
+constexpr ReplySpec kEvents{sizeof(CAL_RET_EVENT_CNT_RES), "CAL_RET_EVENT_CNT_RES("};
+constexpr ReplySpec kChanged{sizeof(CAL_RET_RES), "CAL_RET_RES(", "rcCalRetRes.wStatus"};
+
+constexpr ExchangeSpec kGetEvent{"GetEvent", kCommandGetEvent, kEvents, "prcCalRetEvent->dwResult"};
+constexpr ExchangeSpec kSetEvent{"SetEvent", kCommandSetEvent, kChanged, "rcCalRetRes.dwResult"};
+constexpr ExchangeSpec kDeleteEvent{"DeleteEvent", kCommandDeleteEvent, kChanged, "rcCalRetRes.dwResult"};
 // Whatever its result is, the handset has carried it out.
-constexpr ExchangeSpec kDeleteAllEvents{.pszOperation = "DeleteAllEvents",
-                                        .dwCommand = kCommandDeleteAllEvents,
-                                        .dwMinimum = sizeof(CAL_RET_RES),
-                                        .pszReply = "CAL_RET_RES(",
-                                        .pszStatus = "rcCalRetRes.wStatus"};
+constexpr ExchangeSpec kDeleteAllEvents{"DeleteAllEvents", kCommandDeleteAllEvents, kChanged};
 
 // Gives what one of the calendar's allocations returned back to it.
 template <typename T, void (CCalendar::*pfnFree)(T*)>

@@ -8,19 +8,12 @@ namespace {
 
 constexpr CLogSource Log{LOG_CCALLHISTORY};
 
-constexpr ExchangeSpec kGetCount{.pszOperation = "GetCount",
-                                 .dwCommand = kCommandCallEntryCount,
-                                 .dwMinimum = sizeof(CH_RET_CNT_RES),
-                                 .pszReply = "CH_RET_CNT_RES(",
-                                 .pszResult = "rcCHEntry.dwResult"};
-constexpr ExchangeSpec kGetEntry{.pszOperation = "GetEntry",
-                                 .dwMinimum = sizeof(CH_RET_CNT_RES),
-                                 .pszReply = "CH_RET_CNT_RES(",
-                                 .pszResult = "rcCHEntry.dwResult"};
-constexpr ExchangeSpec kClearEntry{.pszOperation = "ClearEntry",
-                                   .dwCommand = kCommandClearCallEntries,
-                                   .dwMinimum = sizeof(DEV_RX_HEADER),
-                                   .pszReply = "DEV_RX_HEADER("};
+constexpr ReplySpec kEntries{sizeof(CH_RET_CNT_RES), "CH_RET_CNT_RES("};
+constexpr ReplySpec kCleared{sizeof(DEV_RX_HEADER), "DEV_RX_HEADER("};
+
+constexpr ExchangeSpec kGetCount{"GetCount", kCommandCallEntryCount, kEntries, "rcCHEntry.dwResult"};
+constexpr ExchangeSpec kGetEntry{"GetEntry", kCommandVaries, kEntries, "rcCHEntry.dwResult"};
+constexpr ExchangeSpec kClearEntry{"ClearEntry", kCommandClearCallEntries, kCleared};
 
 // The two lists of the handset that the host's list 1 joins.
 constexpr DWORD kJoinedFirst = 2;

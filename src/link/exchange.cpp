@@ -16,9 +16,9 @@ bool CExchange::Send(HANDLE hDevice, std::span<const uint8_t> Parameters, PHN_ER
         *pError = PHN_ERROR_FAILED;
         return false;
     }
-    if (dwRetBufferLen < m_Spec.dwMinimum) {
+    if (dwRetBufferLen < m_Spec.Reply.dwMinimum) {
         m_Log.Error("%s - dwRetBufferLen(%d, 0x%X) is less than %s%d, 0x%X).", m_Spec.pszOperation, dwRetBufferLen,
-                    dwRetBufferLen, m_Spec.pszReply, m_Spec.dwMinimum, m_Spec.dwMinimum);
+                    dwRetBufferLen, m_Spec.Reply.pszReply, m_Spec.Reply.dwMinimum, m_Spec.Reply.dwMinimum);
         *pError = PHN_ERROR_FAILED;
         return false;
     }
@@ -36,7 +36,7 @@ bool CExchange::CheckStatus(PHN_ERROR* pError) const
     const DWORD dwStatus = m_Reply.Load<DEV_RX_HEADER>().wStatus;
     if (dwStatus == 0)
         return true;
-    m_Log.Error("%s - %s = %d(0x%X).", m_Spec.pszOperation, m_Spec.pszStatus, dwStatus, dwStatus);
+    m_Log.Error("%s - %s = %d(0x%X).", m_Spec.pszOperation, m_Spec.Reply.pszStatus, dwStatus, dwStatus);
     *pError = MapReplyStatus(dwStatus);
     return false;
 }

@@ -16,15 +16,22 @@
 #include "link/reply_codes.h"
 #include "log/log.h"
 
+// How a reply is checked, and what the lines of the checks call it and its status.
+struct ReplySpec
+{
+    DWORD dwMinimum = 0;            // shortest reply that is accepted; 0: the length is not checked
+    const char* pszReply = nullptr; // with its spacing and bracket: "PB_RET_RES("
+    const char* pszStatus = "rcRxHeader.wStatus";
+};
+
+inline constexpr DWORD kCommandVaries = 0; // each exchange states it
+
 struct ExchangeSpec
 {
-    const char* pszOperation = nullptr; // begins every line
-    DWORD dwCommand = 0;
-    DWORD dwMinimum = 0;            // shortest reply that is accepted; 0: the length is not checked
-    const char* pszReply = nullptr; // the reply's name in the length line, with its spacing and bracket: "PB_RET_RES("
-    const char* pszStatus = "rcRxHeader.wStatus";
-    const char* pszResult =
-        nullptr; // the result's name in its line; none: the record has no result, or it is not looked at
+    const char* pszOperation; // begins every line
+    DWORD dwCommand;
+    ReplySpec Reply = {};
+    const char* pszResult = nullptr; // its name in its line; none: there is no result, or it is not looked at
     DWORD dwTimeout = kServiceTimeout;
     PHN_ERROR (*pfnMapResult)(DWORD) = MapDeviceResult;
 };

@@ -13,38 +13,17 @@ namespace {
 
 constexpr CLogSource Log{LOG_CPHONEBOOK};
 
-constexpr ExchangeSpec kGetFieldSizes{.pszOperation = "GetFieldSizes",
-                                      .dwCommand = kCommandFieldSizes,
-                                      .dwMinimum = 50,
-                                      .pszReply = "PB_RET_FIELDSIZE_RES("};
-constexpr ExchangeSpec kGetContact{.pszOperation = "GetContact",
-                                   .dwCommand = kCommandGetContact,
-                                   .dwMinimum = sizeof(PB_RET_INFO_CNT_RES),
-                                   .pszReply = "PB_RET_INFO_CNT_RES(",
-                                   .pszResult = "prcPBRetInfo->dwResult"};
-constexpr ExchangeSpec kSetContact{.pszOperation = "SetContact",
-                                   .dwCommand = kCommandSetContact,
-                                   .dwMinimum = sizeof(PB_RET_RES),
-                                   .pszReply = "PB_RET_RES(",
-                                   .pszStatus = "rcPBRetRes.wStatus",
-                                   .pszResult = "rcPBRetRes->dwResult"};
-constexpr ExchangeSpec kDeleteContact{.pszOperation = "DeleteContact",
-                                      .dwCommand = kCommandDeleteContact,
-                                      .dwMinimum = sizeof(PB_RET_RES),
-                                      .pszReply = "PB_RET_RES(",
-                                      .pszStatus = "rcPBRetRes.wStatus",
-                                      .pszResult = "rcPBRetRes.dwResult"};
-constexpr ExchangeSpec kDeleteAllContacts{.pszOperation = "DeleteAllContacts",
-                                          .dwCommand = kCommandDeleteAllContacts,
-                                          .dwMinimum = sizeof(PB_RET_RES),
-                                          .pszReply = "PB_RET_RES(",
-                                          .pszStatus = "rcPBRetRes.wStatus",
-                                          .pszResult = "rcPBRetRes.dwResult",
-                                          .dwTimeout = kDeleteAllTimeout};
-constexpr ExchangeSpec kGetName{.pszOperation = "GetName",
-                                .dwMinimum = sizeof(PB_RET_NAME_RES),
-                                .pszReply = "PB_RET_NAME_RES(",
-                                .pszResult = "rcPBRetName->dwResult"};
+constexpr ReplySpec kContacts{sizeof(PB_RET_INFO_CNT_RES), "PB_RET_INFO_CNT_RES("};
+constexpr ReplySpec kChanged{sizeof(PB_RET_RES), "PB_RET_RES(", "rcPBRetRes.wStatus"};
+constexpr ReplySpec kName{sizeof(PB_RET_NAME_RES), "PB_RET_NAME_RES("};
+
+constexpr ExchangeSpec kGetFieldSizes{"GetFieldSizes", kCommandFieldSizes, {50, "PB_RET_FIELDSIZE_RES("}};
+constexpr ExchangeSpec kGetContact{"GetContact", kCommandGetContact, kContacts, "prcPBRetInfo->dwResult"};
+constexpr ExchangeSpec kSetContact{"SetContact", kCommandSetContact, kChanged, "rcPBRetRes->dwResult"};
+constexpr ExchangeSpec kDeleteContact{"DeleteContact", kCommandDeleteContact, kChanged, "rcPBRetRes.dwResult"};
+constexpr ExchangeSpec kDeleteAllContacts{"DeleteAllContacts", kCommandDeleteAllContacts, kChanged,
+                                          "rcPBRetRes.dwResult", kDeleteAllTimeout};
+constexpr ExchangeSpec kGetName{"GetName", kCommandVaries, kName, "rcPBRetName->dwResult"};
 
 constexpr DWORD kDeletePause = 40; // milliseconds that the handset is left alone before a deletion
 

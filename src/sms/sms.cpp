@@ -18,31 +18,19 @@ PHN_ERROR MapMessageResult(DWORD dwResult)
     return weError == PHN_ERROR_NOT_FOUND ? PHN_ERROR{PHN_ERROR_MESSAGE_NOT_FOUND} : weError;
 }
 
+constexpr ReplySpec kCount{sizeof(SMS_RET_INFO_RES), "SMS_RET_INFO_RES("};
+constexpr ReplySpec kIndex{sizeof(SMS_RET_INDEX_RES), "SMS_RET_INDEX_RES("};
+constexpr ReplySpec kOpened{sizeof(DEV_RX_HEADER), "DEV_RX_HEADER("};
+
 constexpr ExchangeSpec MakeSpec(const char* pszOperation, DWORD dwCommand, DWORD dwTimeout = kServiceTimeout)
 {
-    return {.pszOperation = pszOperation,
-            .dwCommand = dwCommand,
-            .dwMinimum = sizeof(SMS_RET_INDEX_RES),
-            .pszReply = "SMS_RET_INDEX_RES(",
-            .pszResult = "rcSMSMsg.dwResult",
-            .dwTimeout = dwTimeout,
-            .pfnMapResult = MapMessageResult};
+    return {pszOperation, dwCommand, kIndex, "rcSMSMsg.dwResult", dwTimeout, MapMessageResult};
 }
 
-constexpr ExchangeSpec kGetMessageCount{.pszOperation = "GetMessageCount",
-                                        .dwCommand = kCommandMessageCount,
-                                        .dwMinimum = sizeof(SMS_RET_INFO_RES),
-                                        .pszReply = "SMS_RET_INFO_RES(",
-                                        .pszResult = "rcSMSMsg.dwResult"};
-constexpr ExchangeSpec kGetMessage{.pszOperation = "GetMessage",
-                                   .dwMinimum = sizeof(SMS_RET_INFO_RES),
-                                   .pszReply = "SMS_RET_INFO_RES(",
-                                   .pszResult = "rcRxSMSMsg.dwResult",
-                                   .pfnMapResult = MapMessageResult};
-constexpr ExchangeSpec kOpenBrew{.pszOperation = "OpenBrew",
-                                 .dwCommand = kCommandOpenMessageStore,
-                                 .dwMinimum = sizeof(DEV_RX_HEADER),
-                                 .pszReply = "DEV_RX_HEADER("};
+constexpr ExchangeSpec kGetMessageCount{"GetMessageCount", kCommandMessageCount, kCount, "rcSMSMsg.dwResult"};
+constexpr ExchangeSpec kGetMessage{"GetMessage",          kCommandVaries,  kCount,
+                                   "rcRxSMSMsg.dwResult", kServiceTimeout, MapMessageResult};
+constexpr ExchangeSpec kOpenBrew{"OpenBrew", kCommandOpenMessageStore, kOpened};
 constexpr ExchangeSpec kSendMessage = MakeSpec("SendMessage", kCommandSendMessage);
 constexpr ExchangeSpec kSaveMessage = MakeSpec("SaveMessage", kCommandSaveMessage);
 constexpr ExchangeSpec kDeleteMessage = MakeSpec("DeleteMessage", kCommandDeleteMessage);

@@ -9,10 +9,8 @@ namespace {
 
 constexpr CLogSource Log{LOG_CCALLBACK};
 
-constexpr ExchangeSpec kGetPhoneVariance{.pszOperation = "GetPhoneVariance",
-                                         .dwCommand = kCommandPhoneVariance,
-                                         .dwMinimum = sizeof(CB_RET_FLAGS_RES),
-                                         .pszReply = "CB_RET_FLAGS_RES("};
+constexpr ReplySpec kFlags{sizeof(CB_RET_FLAGS_RES), "CB_RET_FLAGS_RES("};
+constexpr ExchangeSpec kGetPhoneVariance{"GetPhoneVariance", kCommandPhoneVariance, kFlags};
 
 enum ECallbackFlag : DWORD
 {

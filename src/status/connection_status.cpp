@@ -12,18 +12,10 @@ namespace {
 
 constexpr CLogSource Log{LOG_CONNECTIONSTATUS};
 
-constexpr ExchangeSpec kGetBatteryInfo{.pszOperation = "GetBatteryInfo",
-                                       .dwCommand = kCommandBatteryInfo,
-                                       .dwMinimum = 10,
-                                       .pszReply = "DEV_RX_HEADER + BAT_INFO("};
-constexpr ExchangeSpec kGetNetworkInfo{.pszOperation = "GetNetworkInfo",
-                                       .dwCommand = kCommandNetworkInfo,
-                                       .dwMinimum = 76,
-                                       .pszReply = "DEV_RX_HEADER + NETWORK_INFO("};
-constexpr ExchangeSpec kGetConnectionInfo{.pszOperation = "GetConnectionInfo",
-                                          .dwCommand = kCommandConnectionInfo,
-                                          .dwMinimum = 27,
-                                          .pszReply = "DEV_RX_HEADER + CONN_INFO("};
+constexpr ExchangeSpec kGetBatteryInfo{"GetBatteryInfo", kCommandBatteryInfo, {10, "DEV_RX_HEADER + BAT_INFO("}};
+constexpr ExchangeSpec kGetNetworkInfo{"GetNetworkInfo", kCommandNetworkInfo, {76, "DEV_RX_HEADER + NETWORK_INFO("}};
+constexpr ExchangeSpec kGetConnectionInfo{
+    "GetConnectionInfo", kCommandConnectionInfo, {27, "DEV_RX_HEADER + CONN_INFO("}};
 
 // The most negative value has no magnitude in 32 bits and stays as it is.
 int32_t Magnitude(int32_t nValue)

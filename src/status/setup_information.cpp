@@ -9,22 +9,16 @@ namespace {
 
 constexpr CLogSource Log{LOG_SETUPINFORMATION};
 
-constexpr ExchangeSpec kGetDeviceInfo{
-    .pszOperation = "GetDeviceInfo", .dwCommand = kCommandDeviceInfo, .dwMinimum = 8, .pszReply = "DEV_RX_HEADER ("};
-constexpr ExchangeSpec kActivate{.pszOperation = "Activate", .dwCommand = kCommandActivate};
-constexpr ExchangeSpec kSetRadio{.pszOperation = "SetRadio", .dwCommand = kCommandRadioPower};
-constexpr ExchangeSpec kSetLock{
-    .pszOperation = "SetLock", .dwCommand = kCommandLock, .dwMinimum = 8, .pszReply = "DEV_RX_HEADER ("};
-constexpr ExchangeSpec kChangeLockCode{.pszOperation = "ChangeLockCode",
-                                       .dwCommand = kCommandChangeLockCode,
-                                       .dwMinimum = 8,
-                                       .pszReply = "DEV_RX_HEADER ("};
-constexpr ExchangeSpec kGetParameters{.pszOperation = "GetParameters",
-                                      .dwCommand = kCommandGetParameters,
-                                      .dwMinimum = 12,
-                                      .pszReply = "DEV_RX_HEADER + PHONE_PARAMETERS("};
-constexpr ExchangeSpec kSetParameters{
-    .pszOperation = "SetParameters", .dwCommand = kCommandSetParameters, .dwMinimum = 8, .pszReply = "DEV_RX_HEADER ("};
+constexpr ReplySpec kHeader{sizeof(DEV_RX_HEADER), "DEV_RX_HEADER ("};
+constexpr ReplySpec kParameters{12, "DEV_RX_HEADER + PHONE_PARAMETERS("};
+
+constexpr ExchangeSpec kGetDeviceInfo{"GetDeviceInfo", kCommandDeviceInfo, kHeader};
+constexpr ExchangeSpec kActivate{"Activate", kCommandActivate};
+constexpr ExchangeSpec kSetRadio{"SetRadio", kCommandRadioPower};
+constexpr ExchangeSpec kSetLock{"SetLock", kCommandLock, kHeader};
+constexpr ExchangeSpec kChangeLockCode{"ChangeLockCode", kCommandChangeLockCode, kHeader};
+constexpr ExchangeSpec kGetParameters{"GetParameters", kCommandGetParameters, kParameters};
+constexpr ExchangeSpec kSetParameters{"SetParameters", kCommandSetParameters, kHeader};
 
 // The number that the handset dials to be provisioned.
 constexpr char16_t kProvisioningNumber[] = u"*48015";

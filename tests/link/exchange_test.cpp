@@ -9,13 +9,8 @@ namespace {
 
 constexpr CLogSource Log{LOG_CPHONEBOOK};
 
-constexpr ExchangeSpec kDelete{.pszOperation = "Delete",
-                               .dwCommand = 37,
-                               .dwMinimum = 16,
-                               .pszReply = "RES (",
-                               .pszStatus = "rcRes.wStatus",
-                               .pszResult = "rcRes->dwResult"};
-constexpr ExchangeSpec kRadio{.pszOperation = "SetRadio", .dwCommand = 8};
+constexpr ExchangeSpec kDelete{"Delete", 37, {16, "RES (", "rcRes.wStatus"}, "rcRes->dwResult"};
+constexpr ExchangeSpec kRadio{"SetRadio", 8};
 
 // Header with this status, record that begins with this result.
 Bytes Reply(uint16_t status, uint32_t result, size_t length)
