@@ -18,7 +18,7 @@ bool CCalderApp::InitInstance() noexcept
     if (!CreateWatchObjects())
         return false;
     try {
-        CLogFile().Open();
+        CLogFile::Open();
         return CreateInstance() != nullptr;
     } catch (const std::exception&) {
         return false;

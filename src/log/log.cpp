@@ -10,17 +10,6 @@
 
 namespace {
 
-// What is asked of the process-wide log object; without one, of a temporary object, which may bring it into being.
-template <typename Call>
-auto WithLogFile(Call&& Use)
-{
-    if (CLogFile* pLogFile = CLogFile::GetGlobal())
-        return Use(*pLogFile);
-    CLogFile Temporary;
-    Temporary.Open();
-    return Use(Temporary);
-}
-
 size_t GetFormatted(int nLength)
 {
     return nLength < 0 ? 0 : static_cast<size_t>(nLength);
@@ -31,7 +20,7 @@ size_t GetFormatted(int nLength)
 void LogMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel) noexcept
 {
     try {
-        WithLogFile([=](CLogFile& LogFile) { LogFile.Log(strText, dwCategory, dwLevel); });
+        CLogFile::Log(strText, dwCategory, dwLevel);
     } catch (const std::exception&) {
         // No failure of logging reaches a caller.
     }
@@ -40,7 +29,7 @@ void LogMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel) noexc
 bool CLogSource::Passes(DWORD dwLevel) const noexcept
 {
     try {
-        return WithLogFile([=, this](CLogFile& LogFile) { return LogFile.Passes(m_dwCategory, dwLevel); });
+        return CLogFile::Passes(m_dwCategory, dwLevel);
     } catch (const std::exception&) {
         return false;
     }

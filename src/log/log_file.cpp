@@ -5,18 +5,18 @@
 #include <cstring>
 
 #include "log/log.h"
+#include "log/logging_level.h"
 
 CCriticalSection g_csLog;
 
 namespace {
 
-constexpr const char* kKeyName = "SOFTWARE\\Norvik\\LinkDesk";
-constexpr const char* kValueName = "Logging Level";
 constexpr const char* kModuleName = "PHNNRV.dll";
 constexpr DWORD kLevelBits = 0xFF;
 constexpr DWORD kCategoryBits = 0xFFF00;
 
 constinit std::atomic<CLogFile*> s_pGlobal{nullptr};
+constinit CLoggingLevel s_LoggingLevel;
 
 // By the number of the bit, from the mask's first one on.
 constexpr std::string_view kLevelNames[] = {"Debug\t",    "Comment\t",  "Error\t",    "Reserved\t",
@@ -49,11 +49,7 @@ void DestroyLogLock()
 void CloseLog()
 {
     delete s_pGlobal.exchange(nullptr);
-}
-
-CLogFile::~CLogFile()
-{
-    CRegistryKey(m_hKey.load());
+    s_LoggingLevel.Close();
 }
 
 CLogFile* CLogFile::GetGlobal()
@@ -69,29 +65,6 @@ CLogFile* CLogFile::MakeGlobal()
     return GetGlobal();
 }
 
-bool CLogFile::OpenKey()
-{
-    if (m_hKey.load())
-        return true;
-    HKEY hKey = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kKeyName, 0, KEY_READ, &hKey) != ERROR_SUCCESS)
-        return false;
-    HKEY hNone = nullptr;
-    if (!m_hKey.compare_exchange_strong(hNone, hKey))
-        RegCloseKey(hKey); // another thread was first
-    return true;
-}
-
-// The value as it is now; 0 if it is missing.
-DWORD CLogFile::ReadLoggingLevel() const
-{
-    DWORD dwValue = 0;
-    DWORD dwSize = sizeof dwValue;
-    const LSTATUS nStatus =
-        RegQueryValueExA(m_hKey.load(), kValueName, nullptr, nullptr, reinterpret_cast<LPBYTE>(&dwValue), &dwSize);
-    return nStatus == ERROR_SUCCESS ? dwValue : 0;
-}
-
 void CLogFile::SetMasks(DWORD dwValue)
 {
     m_dwLevelMask = dwValue & kLevelBits;
@@ -100,11 +73,12 @@ void CLogFile::SetMasks(DWORD dwValue)
 
 bool CLogFile::Open()
 {
-    if (!OpenKey())
-        return false;
-    const DWORD dwValue = ReadLoggingLevel();
-    if (dwValue == 0)
-        return true;
+    const std::optional<DWORD> Value = s_LoggingLevel.Read();
+    return Value && (*Value == 0 || Open(*Value));
+}
+
+bool CLogFile::Open(DWORD dwValue)
+{
     SYSTEMTIME stNow;
     GetLocalTime(&stNow);
     CLogFile* pGlobal = MakeGlobal();
@@ -132,16 +106,14 @@ void CLogFile::Log(std::string_view strText, DWORD dwCategory, DWORD dwLevel)
 
 bool CLogFile::Passes(DWORD dwCategory, DWORD dwLevel)
 {
-    if (!OpenKey())
-        return false;
-    const DWORD dwValue = ReadLoggingLevel();
+    const DWORD dwValue = s_LoggingLevel.Read().value_or(0);
     if (dwValue == 0)
         return false;
     CLogFile* pGlobal = GetGlobal();
     if (pGlobal && pGlobal->m_bFileOpen)
         pGlobal->SetMasks(dwValue);
     else
-        Open();
+        Open(dwValue);
     pGlobal = GetGlobal();
     return pGlobal && (pGlobal->m_dwLevelMask & dwLevel) != 0 && (pGlobal->m_dwCategoryMask & dwCategory) != 0;
 }

@@ -1,6 +1,5 @@
 // The log file and its filter. One object, designated by a process-wide pointer and made on first need, holds the open
-// file; Open and Log work on any object, so that a temporary one can bring the file into being. The application object
-// opens the log before anything else exists and closes it after everything else is gone.
+// file. The application object opens the log before anything else exists and closes it after everything else is gone.
 #pragma once
 
 #include <atomic>
@@ -13,33 +12,33 @@
 #include "common/handle.h"
 #include "common/lock.h"
 
-// Guards the file.
+// Guards the file, and the registry keys that were deleted while they were open.
 extern CCriticalSection g_csLog;
 
 // Made on attach, destroyed on detach.
 void CreateLogLock();
 void DestroyLogLock();
 
-// Closes the file and deletes the process-wide object; a line that is logged later makes a new one.
+// Closes the file and the registry key and deletes the process-wide object; a line that is logged later makes a new
+// one.
 void CloseLog();
 
 class CLogFile
 {
 public:
     CLogFile() = default;
-    ~CLogFile();
     CLogFile(const CLogFile&) = delete;
     CLogFile& operator=(const CLogFile&) = delete;
 
     // Reads the registry; if logging is on, makes the process-wide object and opens its file. False without a registry
     // key or if the file cannot be opened.
-    bool Open();
+    static bool Open();
 
     // Writes one line to the process-wide object's file if the masks let it pass.
-    void Log(std::string_view strText, DWORD dwCategory, DWORD dwLevel);
+    static void Log(std::string_view strText, DWORD dwCategory, DWORD dwLevel);
 
     // The filter of Log alone, with its effects: takes over the registry's value, opens a closed file.
-    bool Passes(DWORD dwCategory, DWORD dwLevel);
+    static bool Passes(DWORD dwCategory, DWORD dwLevel);
 
     // Writes one line that has passed; by way of WriteLine, which puts the time before it.
     static void WriteMessage(std::string_view strText, DWORD dwCategory, DWORD dwLevel);
@@ -50,14 +49,12 @@ public:
 
 private:
     static CLogFile* MakeGlobal();
-    bool OpenKey();
-    DWORD ReadLoggingLevel() const;
+    static bool Open(DWORD dwValue);
     void SetMasks(DWORD dwValue);
     bool OpenFile(const std::string& strName);
     void WriteStamped(std::initializer_list<std::string_view> Texts) PHN_REQUIRES(g_csLog);
     std::string_view FormatTime() PHN_REQUIRES(g_csLog);
 
-    std::atomic<HKEY> m_hKey{nullptr};
     std::atomic<DWORD> m_dwLevelMask{0};
     std::atomic<DWORD> m_dwCategoryMask{0};
     CHandle m_hFile PHN_GUARDED_BY(g_csLog);

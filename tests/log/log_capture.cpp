@@ -26,12 +26,22 @@ LogCapture::~LogCapture()
 void LogCapture::SetLevel(std::optional<DWORD> level, const std::string& keys)
 {
     std::ostringstream text;
-    text << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n";
+    text << "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n";
     if (level)
         text << "\"Logging Level\"=dword:" << std::hex << *level << "\n";
     text << "\n" << keys;
+    WriteRegistry(text.str());
+}
+
+void LogCapture::RemoveKey()
+{
+    WriteRegistry({});
+}
+
+void LogCapture::WriteRegistry(const std::string& keys)
+{
     const fs::path fresh = Folder() / "fresh.reg";
-    std::ofstream(fresh) << text.str();
+    std::ofstream(fresh) << "REGEDIT4\n\n" << keys;
     fs::rename(fresh, Folder() / "phnnrv.reg");
 }
 

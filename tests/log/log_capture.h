@@ -23,6 +23,8 @@ public:
 
     // The same, and other keys and values as the registry file holds them.
     void SetLevel(std::optional<DWORD> level, const std::string& keys = {});
+    // The registry file then holds no key.
+    void RemoveKey();
     const std::filesystem::path& Folder() const { return folder_.Path(); }
 
     std::vector<std::string> Files() const { return reader_.Files(); }
@@ -32,6 +34,8 @@ public:
     std::vector<std::string> TakeLines();
 
 private:
+    void WriteRegistry(const std::string& keys);
+
     const TemporaryFolder folder_;
     LogReader reader_{folder_.Path()};
 };

@@ -6,10 +6,12 @@
 #include <sstream>
 #include <thread>
 #include <tuple>
+#include <utility>
 
 #include "log/log.h"
 #include "log/log_capture.h"
 #include "log/log_file.h"
+#include <phn_platform_test.h>
 
 namespace {
 
@@ -19,7 +21,7 @@ using Lines = std::vector<std::string>;
 Lines WriteOneOfEach(std::optional<DWORD> level)
 {
     LogCapture capture(level);
-    CLogFile().Open();
+    CLogFile::Open();
     constexpr CLogSource kDevice{LOG_CDEVICE};
     constexpr CLogSource kPort{LOG_CPORT};
     kDevice.Error("e");
@@ -33,6 +35,22 @@ Lines WriteOneOfEach(std::optional<DWORD> level)
     if (lines.empty() && !capture.Files().empty())
         lines.push_back("an empty file");
     return lines;
+}
+
+// How often a line opens the registry's key and reads the value.
+using Cost = std::pair<unsigned, unsigned>;
+
+Cost CostOfALine()
+{
+    constexpr unsigned kMany = 1000;
+    constexpr CLogSource kPort{LOG_CPORT};
+    platform_test::FailCall("RegOpenKeyExA", ERROR_SUCCESS, 0, kMany);
+    platform_test::FailCall("RegQueryValueExA", ERROR_SUCCESS, 0, kMany);
+    kPort.Error("line %d", 1);
+    const Cost cost(kMany - platform_test::PendingFailures("RegOpenKeyExA"),
+                    kMany - platform_test::PendingFailures("RegQueryValueExA"));
+    platform_test::ClearFailures();
+    return cost;
 }
 
 // The text with every digit made a 9.
@@ -115,6 +133,26 @@ TEST(Log, AChangeOfTheRegistryTakesEffectAtTheNextLine)
     EXPECT_EQ(capture.Files().size(), 1u);
 }
 
+TEST(Log, ALineCostsOneRegistryCallWhateverBecomesOfTheKey)
+{
+    LogCapture capture(0);
+    EXPECT_EQ(CostOfALine(), Cost(1, 1));
+    EXPECT_EQ(CostOfALine(), Cost(0, 1));
+    capture.SetLevel(std::nullopt);
+    EXPECT_EQ(CostOfALine(), Cost(0, 1));
+    capture.RemoveKey();
+    EXPECT_EQ(CostOfALine(), Cost(1, 1)); // finds the key deleted, and no other
+    EXPECT_EQ(CostOfALine(), Cost(1, 0));
+    EXPECT_TRUE(capture.Files().empty());
+    capture.SetLevel(0xFFFFF);
+    EXPECT_EQ(CostOfALine(), Cost(1, 1));
+    EXPECT_EQ(CostOfALine(), Cost(0, 1));
+    EXPECT_EQ(capture.TakeLines().size(), 2u);
+    platform_test::FailCall("RegCloseKey", ERROR_SUCCESS, 0, 2); // the deleted key's, and the new one's
+    CloseLog();
+    EXPECT_EQ(platform_test::PendingFailures("RegCloseKey"), 0u);
+}
+
 TEST(Log, AFileThatCannotBeOpenedIsTriedAgainAtEachMessage)
 {
     LogCapture capture(0xFFFFF);
@@ -147,7 +185,7 @@ TEST(Log, TwoProcessesShareTheFileOfTheirMinute)
     EXPECT_EQ(CountWholeLines(capture.Text()), 2u * kLines);
 }
 
-TEST(Log, LinesOfThreadsStayWholeWhileMasksChange)
+TEST(Log, LinesOfThreadsStayWholeWhileMasksChangeAndTheKeyIsMadeAnew)
 {
     LogCapture capture(0xFFFFF);
     constexpr CLogSource kPort{LOG_CPORT};
@@ -157,6 +195,7 @@ TEST(Log, LinesOfThreadsStayWholeWhileMasksChange)
         while (!over) {
             capture.SetLevel(0x00000804);
             capture.SetLevel(0x00000806);
+            platform_test::FailCall("RegQueryValueExA", ERROR_KEY_DELETED);
         }
     });
     std::vector<std::thread> writers;
@@ -171,5 +210,6 @@ TEST(Log, LinesOfThreadsStayWholeWhileMasksChange)
         writer.join();
     over = true;
     changer.join();
+    platform_test::ClearFailures();
     EXPECT_EQ(CountWholeLines(capture.Text()), 3u * kLines);
 }

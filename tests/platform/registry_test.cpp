@@ -38,7 +38,7 @@ HKEY OpenKey(const char* path)
     return RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, KEY_READ, &key) == ERROR_SUCCESS ? key : nullptr;
 }
 
-const Value kMissing{ERROR_FILE_NOT_FOUND, REG_NONE, ""};
+const Value kDeleted{ERROR_KEY_DELETED, REG_NONE, ""};
 
 Value Dword(const char (&bytes)[5])
 {
@@ -101,18 +101,24 @@ TEST(RegistryFile, IsReadAgainWhateverTheWayItChanges)
     surroundings.WriteRegistry(heading + "4\n"); // the replacing file is the one that is watched now
     EXPECT_EQ(Query(key, "Logging Level"), Dword("\4\0\0\0"));
     std::filesystem::remove(surroundings.registry);
-    EXPECT_EQ(Query(key, "Logging Level"), kMissing);
+    EXPECT_EQ(Query(key, "Logging Level"), kDeleted);
     std::filesystem::create_directory(surroundings.registry);
-    EXPECT_EQ(Query(key, "Logging Level"), kMissing);
+    EXPECT_EQ(OpenKey(kKey), nullptr);
     std::filesystem::remove(surroundings.registry);
     surroundings.WriteRegistry("no heading\n" + heading + "5\n");
-    EXPECT_EQ(Query(key, "Logging Level"), kMissing);
+    EXPECT_EQ(OpenKey(kKey), nullptr);
+    surroundings.WriteRegistry(heading + "5\n");
+    EXPECT_EQ(Query(key, "Logging Level"), kDeleted); // it is another key of the same name
+    const HKEY second = OpenKey(kKey);
+    EXPECT_EQ(Query(second, "Logging Level"), Dword("\5\0\0\0"));
     std::filesystem::rename(surroundings.root, surroundings.root.string() + ".away");
-    EXPECT_EQ(Query(key, "Logging Level"), kMissing);
+    EXPECT_EQ(Query(second, "Logging Level"), kDeleted);
     std::filesystem::create_directory(surroundings.root);
     surroundings.WriteRegistry(heading + "6\n");
-    EXPECT_EQ(Query(key, "Logging Level"), Dword("\6\0\0\0"));
-    RegCloseKey(key);
+    const HKEY third = OpenKey(kKey);
+    EXPECT_EQ(Query(third, "Logging Level"), Dword("\6\0\0\0"));
+    for (const HKEY opened : {key, second, third})
+        EXPECT_EQ(RegCloseKey(opened), ERROR_SUCCESS);
     std::filesystem::remove_all(surroundings.root.string() + ".away");
 }
 

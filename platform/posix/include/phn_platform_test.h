@@ -18,7 +18,8 @@ PHN_PLATFORM_TEST void AdvanceClock(DWORD milliseconds);
 [[nodiscard]] PHN_PLATFORM_TEST bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads = 1);
 
 // The named call ("CreateEventA") fails with this error, `count` times, after it has run `skip` times more. A later
-// request for the same call replaces an earlier one. Throws std::invalid_argument for a name that no call has.
+// request for the same call replaces an earlier one. Throws std::invalid_argument for a name that no call has. With
+// ERROR_SUCCESS the call runs: so a test counts it.
 PHN_PLATFORM_TEST void FailCall(const char* name, DWORD error, unsigned skip = 0, unsigned count = 1);
 
 // How often a call still has to fail: 0 when the request is used up.

@@ -1,6 +1,7 @@
 // The registry's calls, all of which read. An open key is a path that is looked up again when the registry has changed,
-// so that a change of the file shows at once; an enumeration goes through the values as they were at its index 0. The
-// serial-port map is made from the device directory.
+// so that a change of the file shows at once; where the path is found gone, the key counts as deleted for good, though
+// it be made anew. An enumeration goes through the values as they were at its index 0. The serial-port map is made from
+// the device directory.
 #include <algorithm>
 #include <cstring>
 #include <mutex>
@@ -56,22 +57,28 @@ LONG Deliver(const RegistryValue& value, DWORD* type, BYTE* data, DWORD* size)
 
 struct OpenKey : Object
 {
-    explicit OpenKey(std::string lowerCasePath) : path(std::move(lowerCasePath)) {}
-
-    // Delivers the value as it is now.
-    LONG Query(std::string_view name, DWORD* type, BYTE* data, DWORD* size)
+    explicit OpenKey(std::string lowerCasePath) : path(std::move(lowerCasePath))
     {
-        const std::lock_guard guard(mutex);
-        if (RenewRegistry(tree) || path == kSerialMap)
+        RenewRegistry(tree);
+        key = FindKey(path, tree);
+        if (!key)
+            throw Win32Error{ERROR_FILE_NOT_FOUND};
+    }
+
+    // The key as it is now.
+    const std::shared_ptr<const RegistryKey>& Look()
+    {
+        if (key && (RenewRegistry(tree) || path == kSerialMap))
             key = FindKey(path, tree);
-        const RegistryValue* const value = key ? key->Find(name) : nullptr;
-        return value ? Deliver(*value, type, data, size) : ERROR_FILE_NOT_FOUND;
+        if (!key)
+            throw Win32Error{ERROR_KEY_DELETED};
+        return key;
     }
 
     const std::string path;
     std::mutex mutex; // for the rest; held while the registry's own is taken
     std::shared_ptr<const RegistryTree> tree;
-    std::shared_ptr<const RegistryKey> key;
+    std::shared_ptr<const RegistryKey> key; // null once it is deleted
     std::shared_ptr<const RegistryKey> enumerated;
 };
 
@@ -96,8 +103,6 @@ LSTATUS WINAPI RegOpenKeyExA(HKEY hKey, LPCSTR lpSubKey, DWORD, DWORD, PHKEY phk
         }
         if (path.ends_with('\\'))
             path.pop_back();
-        if (!FindKey(path, CurrentRegistry()))
-            return ERROR_FILE_NOT_FOUND;
         *phkResult = static_cast<HKEY>(NewHandle(std::make_shared<OpenKey>(std::move(path))));
         return ERROR_SUCCESS;
     });
@@ -109,7 +114,10 @@ LSTATUS WINAPI RegQueryValueExA(HKEY hKey, LPCSTR lpValueName, LPDWORD lpReserve
     return Win32Status(Call::RegQueryValueExA, [&]() -> LONG {
         if (lpReserved || (lpData && !lpcbData))
             return ERROR_INVALID_PARAMETER;
-        return KeyOf(hKey)->Query(lpValueName ? lpValueName : "", lpType, lpData, lpcbData);
+        const auto open = KeyOf(hKey);
+        const std::lock_guard guard(open->mutex);
+        const RegistryValue* const value = open->Look()->Find(lpValueName ? lpValueName : "");
+        return value ? Deliver(*value, lpType, lpData, lpcbData) : ERROR_FILE_NOT_FOUND;
     });
 }
 
@@ -122,8 +130,8 @@ LSTATUS WINAPI RegEnumValueA(HKEY hKey, DWORD dwIndex, LPSTR lpValueName, LPDWOR
         const auto open = KeyOf(hKey);
         const std::lock_guard guard(open->mutex);
         if (dwIndex == 0 || !open->enumerated)
-            open->enumerated = FindKey(open->path, CurrentRegistry());
-        if (!open->enumerated || dwIndex >= open->enumerated->Values().size())
+            open->enumerated = open->Look();
+        if (dwIndex >= open->enumerated->Values().size())
             return ERROR_NO_MORE_ITEMS;
         const RegistryValue& value = open->enumerated->Values()[dwIndex];
         if (*lpcchValueName <= value.name.size())

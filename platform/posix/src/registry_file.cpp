@@ -147,11 +147,4 @@ bool RenewRegistry(std::shared_ptr<const RegistryTree>& known)
     return file.Renew(known);
 }
 
-std::shared_ptr<const RegistryTree> CurrentRegistry()
-{
-    std::shared_ptr<const RegistryTree> current;
-    RenewRegistry(current);
-    return current;
-}
-
 } // namespace platform

@@ -10,9 +10,7 @@
 
 namespace platform {
 
-std::shared_ptr<const RegistryTree> CurrentRegistry();
-
-// Puts the current registry in place of an earlier one; false if it is the same.
+// Puts the current registry in place of an earlier one, or of none; false if it is the same.
 bool RenewRegistry(std::shared_ptr<const RegistryTree>& known);
 
 } // namespace platform
