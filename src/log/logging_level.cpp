@@ -27,7 +27,9 @@ void CLoggingLevel::GiveUp(HKEY hDeleted)
     CLock Lock(g_csLog);
     if (m_hKey.load() != hDeleted)
         return; // another thread has done it
-    m_Deleted.emplace_back(hDeleted);
+    if (!m_pDeleted)
+        m_pDeleted = new std::vector<CRegistryKey>;
+    m_pDeleted->emplace_back(hDeleted);
     m_hKey.store(nullptr);
 }
 
@@ -48,6 +50,7 @@ std::optional<DWORD> CLoggingLevel::Read()
 void CLoggingLevel::Close()
 {
     CLock Lock(g_csLog);
-    m_Deleted.clear();
+    delete m_pDeleted;
+    m_pDeleted = nullptr;
     CRegistryKey(m_hKey.exchange(nullptr));
 }

@@ -10,6 +10,7 @@
 
 #include "log/log_file.h"
 
+// Stands at namespace scope, so it has neither constructor nor destructor: Close releases everything.
 class CLoggingLevel
 {
 public:
@@ -24,5 +25,5 @@ private:
     void GiveUp(HKEY hDeleted);
 
     std::atomic<HKEY> m_hKey{nullptr};
-    std::vector<CRegistryKey> m_Deleted PHN_GUARDED_BY(g_csLog); // other threads may still be reading with them
+    std::vector<CRegistryKey>* m_pDeleted PHN_GUARDED_BY(g_csLog) = nullptr; // others may still be reading with them
 };
