@@ -37,14 +37,16 @@
  *    offset (uNetwork0, byte 0 of the handset's record) hold values whose meaning only the handset knows: the library
  *    passes them through.
  *
- * 7. Loading. Looking for a handset starts when the library is loaded, on threads of its own. The thread that loads the
- *    library owns a hidden window and must dispatch window messages for as long as the library is loaded (on Linux with
- *    PeekMessageA and DispatchMessageA of libphnplatform.so): arrival and removal of the handset, power events and the
- *    polled callbacks are handled there. A thread that ends takes its window with it, and so callbacks, arrival and
- *    removal: keep the loading thread until the library is unloaded. Load and unload on the same thread. Unloading ends
- *    reads that are in progress and waits for the library's threads; it takes about a second. Let no call be in
- * progress then. One handset is served at a time. While none is open, what is there already (a second handset, a port
- * that another program held) is looked for every 15 s; while one is open, no other is looked at.
+ * 7. Loading. A USB handset that is there is opened when the library is loaded, on the loading thread. That thread owns
+ *    a hidden window and must dispatch window messages for as long as the library is loaded (on Linux with PeekMessageA
+ *    and DispatchMessageA of libphnplatform.so): arrival and removal of the handset, power events, the polled callbacks
+ *    and the beginning of the search for other handsets, 300 ms after the load, are handled there. The search then runs
+ *    on threads of the library: while no handset is open, the serial ports, and behind them the first interface that
+ *    nothing announces any more (it was there before the one that went, or another program held it), are tried every
+ *    15 s. One handset is served at a time; one that arrives replaces an open one only if that no longer answers.
+ *    A thread that ends takes its window with it, and so callbacks, arrival and removal: keep the loading thread until
+ *    the library is unloaded, and unload on it. Unloading ends reads that are in progress and waits for the library's
+ *    threads; it takes about a second. Let no call be in progress then.
  *
  * 8. Threads. Every function may be called from any thread. Exchanges with the handset take turns, so a call may first
  *    wait for those before it, the library's own polling and probing included. A listing (first/next) has one cursor
@@ -56,8 +58,8 @@
  *    SendMessage, no lock that is held around a call of this library): the callback runs under a lock of the library,
  *    and the other thread may need it. A removal callback should neither wait nor dispatch messages (a message box does
  *    both): until it returns, every call of another thread stands still. Set a flag or post a message, and return.
- *    A polled callback that dispatches messages is not called again inside itself: those ticks are left out. No
- * callback is called after PHN_Shutdown has returned.
+ *    A polled callback that dispatches messages is not called again inside itself: those ticks are left out.
+ *    No callback is called after PHN_Shutdown has returned.
  *
  * 10. How long a call may take, once it is its turn. Every call is synchronous.
  *      Diagnostic port: an exchange writes for at most 15 s and reads at most three times, waiting at most 15 s for
@@ -430,7 +432,8 @@ typedef struct PHN_CALL_ENTRY /* 84 bytes */
 
 /* Waits up to 15 s for a handset, greets it and makes the other functions work. Call it on the loading thread, which
  * keeps handling arrivals meanwhile, or let that thread dispatch. A serial handset may be found only after the first
- * wait is over: call again. Calling it while started repeats the greeting and keeps everything.
+ * wait is over: call again. Calling it while started repeats the greeting and keeps everything, unless it fails behind
+ * the greeting: then the service has ended.
  * PHN_ERROR_NO_DEVICE: none came; PHN_ERROR_COMMUNICATION: it did not answer; PHN_ERROR_NOT_SUPPORTED: its model is not
  * served, or could not be read; PHN_ERROR_FAILED: out of memory. */
 PHN_API PHN_ERROR PHN_CALL PHN_Startup(void) PHN_NOEXCEPT;

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string_view>
 
+#include "common/ascii_case.h"
 #include "link/command.h"
 #include "link/exec_command.h"
 #include "log/log.h"
@@ -19,13 +20,7 @@ constexpr DWORD kCommandSize = 260;
 // Is "ERROR" in the answer, in any mix of cases, up to its first zero?
 bool HasError(std::string_view strAnswer)
 {
-    constexpr std::string_view kError = "ERROR";
-    const auto ToUpper = [](char cLetter) {
-        return cLetter >= 'a' && cLetter <= 'z' ? static_cast<char>(cLetter - 'a' + 'A') : cLetter;
-    };
-    const auto pEnd = std::find(strAnswer.begin(), strAnswer.end(), '\0');
-    return std::search(strAnswer.begin(), pEnd, kError.begin(), kError.end(),
-                       [=](char cAnswer, char cError) { return ToUpper(cAnswer) == cError; }) != pEnd;
+    return FindIgnoringCase(strAnswer.substr(0, strAnswer.find('\0')), "ERROR") != std::string_view::npos;
 }
 
 // What follows the first colon and the character after it; empty if nothing does.

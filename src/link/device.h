@@ -80,6 +80,7 @@ private:
 
     BOOL OnArrival(const GUID& Class, const std::string& strName);
     void OnRemoval(const std::string& strName);
+    void OnSuspend();
     UINT_PTR StartTimer(UINT_PTR nTimer, UINT uPeriod) const;
     BOOL OpenArrival(const GUID& Class, const std::string& strName);
     bool HasOpenPort() const override { return GetMDMHandle() != nullptr; }

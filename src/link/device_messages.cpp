@@ -194,6 +194,17 @@ void CDevice::OnPollMessage(LPARAM lStart)
     }
 }
 
+// The scan may be opening a USB handset at this moment: the locks first, and then what is open.
+void CDevice::OnSuspend()
+{
+    CCallbackLocks CallbackLocks;
+    CLock Lock(g_csDevice);
+    if (!m_bWatchPorts)
+        return;
+    Log.Comment("CDevice::OnBroadCasting - PBT_APMSUSPEND, disconnecting");
+    LoseHandset();
+}
+
 BOOL CDevice::OnBroadCasting(UINT uEvent)
 {
     const PowerEvent* pEvent = FindSorted(kPowerEvents, &PowerEvent::uEvent, uEvent);
@@ -202,10 +213,7 @@ BOOL CDevice::OnBroadCasting(UINT uEvent)
         return TRUE;
     }
     Log.Comment("%s", pEvent->pszText);
-    if (uEvent == PBT_APMSUSPEND && m_bWatchPorts) {
-        Log.Comment("CDevice::OnBroadCasting - PBT_APMSUSPEND, disconnecting");
-        CCallbackLocks CallbackLocks;
-        LoseHandset();
-    }
+    if (uEvent == PBT_APMSUSPEND)
+        OnSuspend();
     return TRUE;
 }

@@ -40,8 +40,8 @@ void CDevice::CheckOpenPort(const std::shared_ptr<COpenPort>& pPort)
     }
     {
         CCallbackLocks CallbackLocks;
-        // The window's thread may have closed the port meanwhile, and opened another.
-        if (GetPort() != pPort)
+        // The window's thread may have closed the port meanwhile, and opened another; a USB handset's is not watched.
+        if (GetPort() != pPort || !m_bWatchPorts)
             return;
         Log.Comment("BT_Thread - phone disconnected\n");
         LoseHandset();

@@ -30,7 +30,8 @@ private:
     DWORD FindFreeRecordID() const PHN_REQUIRES(m_csMaps);
 
     mutable COwnedCriticalSection m_csMaps;
-    // Each is the reverse of the other, but that several indexes may lead to one record; it knows the last of them.
+    // Each is the reverse of the other, but that several indexes may lead to one record. Then the record knows the one
+    // that was added last, and none once any of them is removed.
     std::unordered_map<DWORD, DWORD> m_mapIndexToRecord PHN_GUARDED_BY(m_csMaps);
     std::unordered_map<DWORD, DWORD> m_mapRecordToIndex PHN_GUARDED_BY(m_csMaps);
 };

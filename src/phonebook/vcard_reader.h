@@ -1,6 +1,6 @@
 // Reads the library's vCard dialect: a tolerant property reader, and the pure steps that turn property values into
-// fields. Nothing here logs, allocates or knows the handset's records; texts are views into the host's text, which is
-// hostile. The work is linear in the text, whatever its bytes.
+// fields. Nothing here logs or knows the handset's records; texts are views into the host's text, which is hostile. The
+// work is linear in the text, whatever its bytes.
 #pragma once
 
 #include <array>

@@ -1,7 +1,7 @@
 // Reads the PDU that a host wants sent or saved. Only a small, fixed part of TIA/EIA-637 is understood: digits-only
 // addresses and call-back numbers, 7-bit ASCII text, priority and reply option. The bytes are the host's and may be
 // anything: nothing is read beyond them, and a PDU of which such an item runs past the end is rejected, so that no
-// message is sent without what the host meant to put into it.
+// message is sent without it. An item that is not read ends the search where it runs past the end.
 #pragma once
 
 #include <span>
