@@ -8,7 +8,7 @@
 #include <libical/vcc.h>
 
 #include "log/log_file.h"
-#include "phnctl/contact_card.h"
+#include "phnctl/contacts/card_reader.h"
 #include "phonebook/speed_dial_phonebook.h"
 #include "ratio.h"
 

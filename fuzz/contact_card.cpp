@@ -1,9 +1,10 @@
 // Any file as vCards: nothing crashes or hangs, what can be held stays within the handset's limits and the library's
 // line form, and comes back unchanged from a file that the tool writes itself.
-#include "phnctl/contact_card.h"
-#include "phnctl/contact_fields.h"
-#include "phnctl/contact_fitter.h"
-#include "phnctl/text.h"
+#include "phnctl/contacts/card_reader.h"
+#include "phnctl/contacts/card_writer.h"
+#include "phnctl/contacts/contact.h"
+#include "phnctl/contacts/fitter.h"
+#include "phnctl/text/text.h"
 
 #include <cstdint>
 #include <cstdlib>

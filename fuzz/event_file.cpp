@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "phnctl/event_file.h"
+#include "phnctl/events/file.h"
 
 namespace {
 

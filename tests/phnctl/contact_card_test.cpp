@@ -1,9 +1,10 @@
 // The vCards that people's address books really hold, and what becomes of them on the way to a handset.
-#include "phnctl/contact_card.h"
+#include "phnctl/contacts/card_reader.h"
+#include "phnctl/contacts/card_writer.h"
 
-#include "phnctl/contact_fields.h"
-#include "phnctl/contact_merge.h"
-#include "phnctl/contact_origin.h"
+#include "phnctl/contacts/contact.h"
+#include "phnctl/contacts/merge.h"
+#include "phnctl/contacts/origin.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

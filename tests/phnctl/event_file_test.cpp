@@ -1,6 +1,6 @@
 // Calendars of other programs, and what a handset can hold of them.
-#include "phnctl/event_file.h"
-#include "phnctl/event_words.h"
+#include "phnctl/events/file.h"
+#include "phnctl/events/words.h"
 
 #include <gtest/gtest.h>
 #include <libical/ical.h>

@@ -1,7 +1,7 @@
 // The tool's PDU reader and writer beside the library's: neither knows the other, and both must agree to the byte.
-#include "phnctl/pdu.h"
+#include "phnctl/messages/pdu.h"
 
-#include "phnctl/failure.h"
+#include "phnctl/text/failure.h"
 #include "simulator/handset.h"
 #include "sms/pdu_decoder.h"
 #include "sms/pdu_encoder.h"

@@ -1,7 +1,7 @@
 // What reaches a terminal: no control character of a handset, no line wider than the terminal.
-#include "phnctl/report.h"
-#include "phnctl/table.h"
-#include "phnctl/text.h"
+#include "phnctl/cli/report.h"
+#include "phnctl/text/table.h"
+#include "phnctl/text/text.h"
 
 #include <gtest/gtest.h>
 

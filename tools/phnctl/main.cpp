@@ -1,10 +1,11 @@
 // The program: one command per run. All failures end here.
-#include "phnctl/command_line.h"
-#include "phnctl/ending.h"
-#include "phnctl/error_names.h"
-#include "phnctl/failure.h"
-#include "phnctl/json.h"
-#include "phnctl/print.h"
+#include "phnctl/cli/command_line.h"
+#include "phnctl/cli/ending.h"
+#include "phnctl/cli/print.h"
+#include "phnctl/commands/nouns.h"
+#include "phnctl/text/error_names.h"
+#include "phnctl/text/failure.h"
+#include "phnctl/text/json.h"
 #include "system/system.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // What the programs need of a system beyond Win32: the terminal, Ctrl-C, where the program lies, who holds a port.
-// Used by the tools. One implementation per system (posix*.cpp, windows.cpp), chosen by CMake; nothing here knows the
-// library or the handset.
+// Used by the tools. One implementation per system (system_posix*.cpp, system_windows.cpp), chosen by CMake; nothing
+// here knows the library or the handset.
 #pragma once
 
 #include <cstdio>

@@ -1,0 +1,118 @@
+#include "phnctl/commands/backup/history_sections.h"
+
+#include "phnctl/cli/ending.h"
+#include "phnctl/cli/progress.h"
+#include "phnctl/commands/call_list.h"
+#include "phnctl/messages/form.h"
+#include "phnctl/messages/list.h"
+#include "phnctl/text/failure.h"
+#include "phnctl/text/text.h"
+#include "phnctl/text/text_file.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <stdexcept>
+
+namespace phnctl {
+
+namespace {
+
+Inventory MessagesOf(const Handset& handset)
+{
+    Inventory inventory;
+    for (const StoredMessage& message : ReadMessages(handset, Boxes(std::nullopt)))
+        inventory.entries.push_back({message.index, MessageEntry(message.pdu.content)});
+    return inventory;
+}
+
+std::vector<Candidate> CandidatesOf(const std::filesystem::path& file)
+{
+    try {
+        return MessagesOfFile(TextOf(file), ReadText(TextOf(file)));
+    } catch (const std::runtime_error& error) {
+        throw Failure(kUsage, fmt::format("{}: {}", Printable(TextOf(file)), Printable(error.what())));
+    }
+}
+
+// Saves the messages that are missing. False when the rest is in vain.
+bool SaveOne(const Handset& handset, PlannedEntry& planned)
+{
+    try {
+        planned.index = PutMessage(handset, handset.Api().SaveMessage, SavingPdu(planned.target), "saving a message");
+        planned.result = Result::Written;
+    } catch (const Refusal& refusal) {
+        planned.result = Result::Failed;
+        planned.problem = refusal.what();
+        return !refusal.IsLoss();
+    }
+    return true;
+}
+
+void SaveMissing(const Handset& handset, Plan& plan, bool isStrict)
+{
+    plan.isApplied = true;
+    const StopRequest stop;
+    Progress progress("writing messages", plan.Count(Action::Add));
+    for (PlannedEntry& planned : plan.entries) {
+        if (planned.action != Action::Add)
+            continue;
+        plan.isInterrupted = stop.Came();
+        if (plan.isInterrupted || !SaveOne(handset, planned) || (isStrict && planned.result != Result::Written))
+            return;
+        progress.Step();
+    }
+}
+
+// One listing tells for all of them what the handset made of it.
+void ReadBack(const Handset& handset, Plan& plan)
+{
+    const Inventory inventory = MessagesOf(handset);
+    for (PlannedEntry& planned : plan.entries) {
+        if (planned.result != Result::Written)
+            continue;
+        const auto stored = std::find_if(inventory.entries.begin(), inventory.entries.end(),
+                                         [&](const StoredEntry& entry) { return entry.index == planned.index; });
+        const Entry entry = stored == inventory.entries.end() ? Entry{} : stored->entry;
+        planned.readBack = Differences(MessageForm().Complete(planned.from.entry, &entry), entry);
+        if (!planned.readBack.empty())
+            planned.result = Result::Different;
+    }
+}
+
+} // namespace
+
+SavedSection MessageSection::Save(const Invocation&, const Handset& handset, const std::filesystem::path& file) const
+{
+    const std::vector<StoredMessage> messages = ReadMessages(handset, Boxes(std::nullopt));
+    WriteText(file, MessagesJson(messages), Existing::Replace);
+    return {messages.size(), 0, LossesOf(messages), 0};
+}
+
+std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Handset& handset,
+                                                   const std::filesystem::path& file) const
+{
+    Restoration restoration{&MessageForm(), MakePlan(MessageForm(), CandidatesOf(file), MessagesOf(handset)),
+                            [&handset](Plan& plan, bool isStrict) {
+                                SaveMissing(handset, plan, isStrict);
+                                if (plan.Count(Action::Add, Result::Written) != 0)
+                                    ReadBack(handset, plan);
+                            }};
+    if (restoration.plan.Count(Action::Add) != 0)
+        restoration.remark = "Messages come back newly saved, without time, box and read mark.";
+    return restoration;
+}
+
+SavedSection CallSection::Save(const Invocation& invocation, const Handset& handset,
+                               const std::filesystem::path& file) const
+{
+    const std::vector<StoredCall> calls = ReadCalls(handset, CallLists(std::nullopt));
+    WriteText(file, CallsJson(calls, LabelsOf(invocation.options, handset)), Existing::Replace);
+    return {calls.size(), 0, LossesOf(calls), 0};
+}
+
+std::optional<Restoration> CallSection::Prepare(const Invocation&, const Handset&, const std::filesystem::path&) const
+{
+    return std::nullopt;
+}
+
+} // namespace phnctl

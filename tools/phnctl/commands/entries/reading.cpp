@@ -1,0 +1,190 @@
+// list, get and export of every kind of entry.
+#include "phnctl/cli/print.h"
+#include "phnctl/commands/entries/commands.h"
+#include "phnctl/commands/entries/parts.h"
+#include "phnctl/handset/session.h"
+#include "phnctl/plan/inventory.h"
+#include "phnctl/text/failure.h"
+#include "phnctl/text/table.h"
+#include "phnctl/text/text.h"
+#include "phnctl/text/text_file.h"
+#include "system/system.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+namespace phnctl {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kForce = "--force";
+constexpr const char* kFolder = "--folder";
+constexpr const char* kText = "--text";
+
+JsonObject EntryJson(const EntryKind& kind, const StoredEntry& stored)
+{
+    JsonList fields;
+    for (const EntryField& field : stored.entry.fields)
+        fields.push_back({JsonObject{{"property", {field.property}}, {"value", {field.value}}}});
+    return {{"index", {std::int64_t{stored.index}}},
+            {"title", {kind.Title(stored.entry)}},
+            {"fields", {std::move(fields)}}};
+}
+
+// The exit status of a command that only reads.
+int StatusOf(const Inventory& inventory)
+{
+    return inventory.unread.empty() ? kDone : kRefused;
+}
+
+int List(const Invocation& invocation, const EntryKind& kind)
+{
+    const IndexRange range = RangeOf(invocation);
+    int status = kDone;
+    WithHandset(invocation.options, [&](const Handset& handset) {
+        const Inventory inventory = TakeInventory(handset, kind, range);
+        TellUnread(kind, inventory);
+        TellGarbled(kind, inventory.entries);
+        status = StatusOf(inventory);
+        if (invocation.options.json) {
+            JsonList list;
+            for (const StoredEntry& stored : inventory.entries)
+                list.push_back({EntryJson(kind, stored)});
+            fmt::print("{}\n", WriteJson({JsonObject{{kind.Many(), {std::move(list)}}}}));
+            return;
+        }
+        std::vector<std::string> headings{"Index"};
+        for (std::string& column : kind.Columns())
+            headings.push_back(std::move(column));
+        std::vector<std::vector<std::string>> rows;
+        for (const StoredEntry& stored : inventory.entries) {
+            auto& row = rows.emplace_back(1, std::to_string(stored.index));
+            for (std::string& cell : kind.Row(stored.entry))
+                row.push_back(std::move(cell));
+        }
+        const std::size_t count = rows.size();
+        fmt::print("{}{} {}\n", count ? TableText(headings, rows, host::TerminalWidth(stdout)) + '\n' : "", count,
+                   count == 1 ? kind.One() : kind.Many());
+    });
+    return status;
+}
+
+// Everything about one entry, in the order of its fields.
+Report Describe(const EntryKind& kind, const StoredEntry& stored, const std::vector<Field>& details)
+{
+    Section section{"", "", {{"index", "Index", stored.index}}};
+    for (const EntryField& field : stored.entry.fields) {
+        const auto detail = std::find_if(details.begin(), details.end(),
+                                         [&](const Field& candidate) { return candidate.key == field.property; });
+        section.fields.push_back(
+            detail != details.end() ? *detail : Field(field.property, kind.Label(field.property), field.value));
+    }
+    return {{std::move(section)}};
+}
+
+int Get(const Invocation& invocation, const EntryKind& kind)
+{
+    const std::uint32_t index = ParseIndex(*invocation.Value("INDEX"));
+    return WithHandset(invocation.options, [&](const Handset& handset) {
+        const StoredEntry stored{index, ReadOne(handset, kind, index)};
+        if (invocation.Has(kText))
+            return fmt::print("{}", kind.Format({&stored, 1}));
+        const std::vector<Field> details = kind.Details(handset, stored.entry);
+        if (!invocation.options.json)
+            return Print(invocation.options, Describe(kind, stored, details));
+        JsonObject object = EntryJson(kind, stored);
+        object.emplace_back("details", ToJson({{{"", "", details}}}));
+        fmt::print("{}\n", WriteJson({std::move(object)}));
+    });
+}
+
+// "0012 Anna Berg.vcf": names that every file system takes.
+std::string FileNameOf(const EntryKind& kind, const StoredEntry& stored)
+{
+    std::string name = fmt::format("{:04} {}", stored.index, kind.Title(stored.entry));
+    for (char& c : name)
+        if (static_cast<unsigned char>(c) < 0x20 ||
+            std::string_view("<>:\"/\\|?*\x7F").find(c) != std::string_view::npos)
+            c = '_';
+    const std::size_t end = name.find_last_not_of(" .");
+    return name.substr(0, end + 1) + kind.Extension();
+}
+
+void WriteFolder(const fs::path& folder, const EntryKind& kind, const Inventory& inventory, Existing existing)
+{
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw Failure(kRefused, fmt::format("{}: {}", Printable(TextOf(folder)), error.message()));
+    if (existing == Existing::Refuse && !fs::is_empty(folder, error))
+        throw Failure(kUsage,
+                      fmt::format("the folder {} is not empty; --force writes into it", Printable(TextOf(folder))));
+    for (const StoredEntry& stored : inventory.entries)
+        WriteText(folder / PathOf(FileNameOf(kind, stored)), kind.Format({&stored, 1}), existing);
+}
+
+int Export(const Invocation& invocation, const EntryKind& kind)
+{
+    const std::string destination = *invocation.Value("FILE");
+    const IndexRange range = RangeOf(invocation);
+    const Existing existing = invocation.Has(kForce) ? Existing::Replace : Existing::Refuse;
+    int status = kDone;
+    WithHandset(invocation.options, [&](const Handset& handset) {
+        const Inventory inventory = TakeInventory(handset, kind, range);
+        TellUnread(kind, inventory);
+        const std::size_t garbled = TellGarbled(kind, inventory.entries);
+        status = garbled == 0 ? StatusOf(inventory) : kRefused;
+        if (destination == "-") {
+            fmt::print("{}", kind.Format(inventory.entries));
+            return;
+        }
+        std::error_code error;
+        if (invocation.Has(kFolder) || fs::is_directory(PathOf(destination), error))
+            WriteFolder(PathOf(destination), kind, inventory, existing);
+        else
+            WriteText(PathOf(destination), kind.Format(inventory.entries), existing);
+        const std::size_t count = inventory.entries.size();
+        PrintDone(
+            invocation.options,
+            fmt::format("{} {} written to {}.", count, count == 1 ? kind.One() : kind.Many(), Printable(destination)),
+            {{{"",
+               "",
+               {{"exported", "", count}, {"unread", "", inventory.unread.size()}, {"textLost", "", garbled}}}}});
+    });
+    return status;
+}
+
+} // namespace
+
+std::vector<Command> ReadingCommands(const EntryKind& kind)
+{
+    const std::string& many = kind.Many();
+    const auto help = [&](const char* text) { return HelpText(kind, text); };
+    return {
+        {many + " list",
+         help("List the {many} of the handset"),
+         help("Example:\n  phnctl {many} list\n  phnctl {many} list --range 0-49 --json\n"),
+         {},
+         Bind(List, kind),
+         {RangeOption()}},
+        {many + " get",
+         help("Show one {one}"),
+         help("Example:\n  phnctl {many} get 4\n  phnctl {many} get 4 --text > one{ext}\n"),
+         {{"INDEX", "The index that 'list' shows", Count::One, {}}},
+         Bind(Get, kind),
+         {{kText, "", help("As the text of a {ext} file")}}},
+        {many + " export",
+         help("Write the {many} to a file or a folder"),
+         help("A folder that exists, or any with --folder, takes one file for each {one}.\n\n"
+              "Examples:\n  phnctl {many} export all{ext}\n  phnctl {many} export {many} --folder\n"),
+         {{"FILE", "Where to; - for standard output", Count::One, {}}},
+         Bind(Export, kind),
+         {RangeOption(),
+          {kFolder, "", "FILE is a folder; make it if it is not there"},
+          {kForce, "", "Replace files that exist"}}},
+    };
+}
+
+} // namespace phnctl

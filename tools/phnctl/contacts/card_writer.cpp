@@ -1,0 +1,49 @@
+#include "phnctl/contacts/card_writer.h"
+#include "phnctl/contacts/contact.h"
+#include "phnctl/contacts/fitter.h"
+#include "phnctl/contacts/origin.h"
+#include "phnctl/text/content_value.h"
+#include "phnctl/text/text.h"
+
+#include <fmt/format.h>
+#include <windows.h>
+
+namespace phnctl {
+
+using namespace contact_property;
+
+namespace {
+
+void AppendCard(std::string& text, const Entry& contact)
+{
+    const std::string* name = contact.Find(kName);
+    const std::string shown = Escaped(name ? WithoutControls(*name) : "");
+    const std::size_t space = shown.find(' ');
+    text += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
+    AppendFolded(text, space == std::string::npos
+                           ? fmt::format("N:;{};;;", shown)
+                           : fmt::format("N:{};{};;;", shown.substr(space + 1), shown.substr(0, space)));
+    if (!name)
+        text += "FN:\r\n";
+    for (const EntryField& field : contact.fields) {
+        const std::string value = WithoutControls(field.value);
+        AppendFolded(text,
+                     fmt::format("{}:{}", field.property, field.property == kSpeedDials ? value : Escaped(value)));
+    }
+    if (MayHaveLostText(contact))
+        text += fmt::format("{}:{}\r\n", kLostText, GetACP());
+    text += fmt::format("UID:{}\r\n", OriginOf(StorableContact(contact)));
+    text += "END:VCARD\r\n";
+}
+
+} // namespace
+
+std::string FileOfContacts(std::span<const StoredEntry> contacts)
+{
+    std::string text;
+    for (const StoredEntry& contact : contacts)
+        AppendCard(text, contact.entry);
+    return text;
+}
+
+} // namespace phnctl

@@ -1,0 +1,15 @@
+// From contacts to a file that other programs read. Used by the contact kind.
+#pragma once
+
+#include "phnctl/plan/entry_kind.h"
+
+#include <span>
+#include <string>
+
+namespace phnctl {
+
+// Version 3.0, escaped, lines folded at 75 bytes. Values keep the property names of the library, so that nothing is
+// lost on the way back.
+std::string FileOfContacts(std::span<const StoredEntry> contacts);
+
+} // namespace phnctl

@@ -1,0 +1,112 @@
+#include "phnctl/contacts/number.h"
+
+#include "phnctl/text/content_line.h"
+#include "phnctl/text/text.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <iterator>
+
+namespace phnctl {
+
+namespace {
+
+constexpr const char* kDigits = "0123456789";
+
+// What a person writes into a number for the eye, the marks of text direction that address books add included.
+bool IsDecoration(std::string_view character)
+{
+    constexpr std::string_view kMarks[] = {" ",      "-",      "(",      ")",      ".",      "/",
+                                           "\t",     "_",      "\u00A0", "\u2010", "\u2011", "\u2012",
+                                           "\u2013", "\u2009", "\u202F", "\u200E", "\u200F", "\u202A",
+                                           "\u202C", "\u202D", "\u2066", "\u2068", "\u2069"};
+    return std::find(std::begin(kMarks), std::end(kMarks), character) != std::end(kMarks);
+}
+
+std::optional<std::string> Dialable(std::string_view text)
+{
+    std::string number;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = CharacterLength(text.substr(i));
+        const char c = text[i];
+        if ((c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+')
+            number += c;
+        else if (c == 'p' || c == 'P' || c == ',')
+            number += 'p';
+        else if (c == 'w' || c == 'W' || c == ';')
+            number += 'w';
+        else if (!IsDecoration(text.substr(i, length)))
+            return std::nullopt;
+        i += length;
+    }
+    return number;
+}
+
+// The extension as what is dialled after a pause.
+std::string WithExtensionAfterPause(const std::string& text)
+{
+    const std::string upper = UpperCase(text);
+    for (const std::string_view mark : {"EXTENSION", "EXT", "X"}) {
+        const std::size_t at = upper.rfind(mark);
+        const std::size_t head = at == std::string::npos ? at : text.substr(0, at).find_last_of(kDigits);
+        if (head == std::string::npos)
+            continue;
+        const std::size_t begin = upper.find_first_not_of(" .:=#", at + mark.size());
+        const std::size_t end = upper.find_last_not_of(" )");
+        if (begin > end || upper.find_first_not_of(kDigits, begin) <= end)
+            continue;
+        return text.substr(0, text.find_last_not_of(" ;,(", at - 1) + 1) + 'p' + text.substr(begin, end - begin + 1);
+    }
+    return text;
+}
+
+bool IsInternational(const std::string& text)
+{
+    const std::string digits = Dialable(text).value_or("");
+    return digits.starts_with('+') || digits.starts_with("00");
+}
+
+// True when the digits before a slash are a whole number, and not an area code alone: with a country's code it takes
+// more of them. Nobody's number has two digits, so that those behind a slash are another ending.
+bool IsWholeNumber(const std::string& before, const std::string& behind)
+{
+    const auto count = [](const std::string& text) { return Dialable(text).value_or("").size(); };
+    return count(before) >= (IsInternational(before) ? 11u : 7u) || (count(before) >= 5 && count(behind) <= 2);
+}
+
+} // namespace
+
+ReadNumber NumberOf(const std::string& text)
+{
+    ReadNumber result;
+    std::string left = WithExtensionAfterPause(text);
+    if (const std::size_t trunk = left.find("(0)");
+        trunk != std::string::npos && IsInternational(left.substr(0, trunk))) {
+        left.erase(trunk, 3);
+        result.notes.push_back(
+            {"trunk-zero-dropped", "", 0, "the (0) is dialled only inside the country, and not stored"});
+    }
+    for (std::size_t slash = left.rfind('/'); slash != std::string::npos; slash = left.rfind('/', slash - 1)) {
+        const std::string before = left.substr(0, slash);
+        const std::string behind = left.substr(slash + 1);
+        if (IsWholeNumber(before, behind)) {
+            left = before;
+            result.notes.push_back(
+                {"second-number-dropped", "", 0, fmt::format("stored without '/{}'", OneLine(behind))});
+        }
+        if (slash == 0)
+            break;
+    }
+    result.number = Dialable(left);
+    if (result.number && result.number->find_last_of('+') + 1 > 1)
+        result.notes.push_back({"plus-inside", "", 0, "a + inside of the number is stored as it is"});
+    if (result.number && result.number->find_first_of("pw") != std::string::npos)
+        result.notes.push_back(
+            {"dialled-in-parts", "", 0,
+             fmt::format("stored as '{}'; what is behind a p is dialled after a pause, what is behind a w "
+                         "when the handset is told to go on",
+                         *result.number)});
+    return result;
+}
+
+} // namespace phnctl

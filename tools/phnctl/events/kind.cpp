@@ -1,0 +1,164 @@
+#include "phnctl/events/kind.h"
+
+#include "phnctl/events/event.h"
+#include "phnctl/events/file.h"
+#include "phnctl/events/uid.h"
+#include "phnctl/events/words.h"
+#include "phnctl/text/number.h"
+#include "phnctl/text/text.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <iterator>
+
+namespace phnctl {
+
+using namespace event_property;
+
+namespace {
+
+constexpr std::size_t kTextSize = 4096; // holds any text that the library writes
+
+struct PropertyLabel
+{
+    std::string_view property;
+    const char* label;
+};
+
+constexpr PropertyLabel kLabels[] = {
+    {kText, "Text"},   {kStart, "Start"},   {kEnd, "End"}, {kZone, "Zone"},       {kRule, "Repeats"},
+    {kAlarm, "Alarm"}, {kRinger, "Ringer"}, {kUid, "Id"},  {kCreated, "Created"}, {kModified, "Modified"}};
+
+class Events : public EntryKind
+{
+public:
+    Events() : EntryKind("event", "events", ".ics") {}
+
+    std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const override
+    {
+        std::string text(kTextSize, '\0');
+        PHN_EVENT_RECORD record{sizeof record, text.data(), static_cast<std::uint32_t>(text.size())};
+        const PHN_ERROR answer = handset.Api().GetEvent(index, &record);
+        if (answer == PHN_ERROR_NOT_FOUND)
+            return std::nullopt;
+        handset.Check(answer, fmt::format("reading event {}", index));
+        return EventFromLibrary(std::string_view(text).substr(0, text.find('\0')));
+    }
+
+    void Write(const Handset& handset, std::uint32_t index, const Entry& entry) const override
+    {
+        std::string text = EventToLibrary(entry);
+        PHN_EVENT_RECORD record{sizeof record, text.data(), static_cast<std::uint32_t>(text.size())};
+        handset.Check(handset.Api().SetEvent(index, &record), fmt::format("writing event {}", index));
+    }
+
+    void Delete(const Handset& handset, std::uint32_t index) const override
+    {
+        handset.Check(handset.Api().DeleteEvent(index), fmt::format("deleting event {}", index));
+    }
+
+    void DeleteAll(const Handset& handset) const override
+    {
+        handset.Check(handset.Api().DeleteAllEvents(), "deleting all events");
+    }
+
+    std::vector<Candidate> Parse(const std::string& file, const std::string& text) const override
+    {
+        return EventsOfFile(file, text);
+    }
+
+    std::string Format(std::span<const StoredEntry> entries) const override { return FileOfEvents(entries); }
+
+    std::string Title(const Entry& entry) const override
+    {
+        const std::string text = ValueOf(entry, kText);
+        return text.empty() ? "(no text)" : text;
+    }
+
+    // The id; what has none goes by its text and its start.
+    std::string Key(const Entry& entry) const override
+    {
+        const std::string uid = ValueOf(entry, kUid);
+        return !uid.empty() ? "id " + uid : fmt::format("at {} {}", ValueOf(entry, kStart), ValueOf(entry, kText));
+    }
+
+    bool HasUniqueKeys() const override { return true; }
+
+    EntryPart PartOf(const Entry& entry) const override
+    {
+        const auto part = SeriesPartOf(ValueOf(entry, kUid));
+        if (!part)
+            return {};
+        const auto start = ParseEventTime(ValueOf(entry, kStart));
+        const std::string when = start ? Shown(LocalTimeOf(*start, ValueOf(entry, kZone))) : "";
+        return {part->mark, part->run.empty() ? fmt::format("an occurrence of the series, moved to {}", when)
+                                              : fmt::format("part {} of the series, from {} on", part->run, when)};
+    }
+
+    Entry Storable(const Entry& read) const override { return CompleteEvent(FitEvent(DraftOf(read)).entry, nullptr); }
+
+    Entry Complete(const Entry& wanted, const Entry* replaced) const override
+    {
+        return CompleteEvent(wanted, replaced);
+    }
+
+    bool LooksGarbled(const Entry& entry) const override
+    {
+        return !CodePageHoldsAll() && ValueOf(entry, kText).find("??") != std::string::npos;
+    }
+
+    std::vector<std::string> Columns() const override { return {"Start", "End", "Zone", "Text", "Repeats", "Alarm"}; }
+
+    std::vector<std::string> Row(const Entry& entry) const override
+    {
+        const std::string zone = ValueOf(entry, kZone);
+        const auto start = ParseEventTime(ValueOf(entry, kStart));
+        const auto end = ParseEventTime(ValueOf(entry, kEnd));
+        const ShownSpan span = start && end ? SpanInWords(*start, *end, IsAllDay(entry)) : ShownSpan();
+        return {span.start,
+                span.end,
+                zone,
+                ValueOf(entry, kText),
+                RuleInWords(ValueOf(entry, kRule), zone),
+                AlarmInWords(ValueOf(entry, kAlarm))};
+    }
+
+    std::string Label(const std::string& property) const override
+    {
+        const auto* found = std::ranges::find(kLabels, property, &PropertyLabel::property);
+        return found == std::end(kLabels) ? property : found->label;
+    }
+
+    std::vector<Field> Details(const Handset&, const Entry& entry) const override
+    {
+        std::vector<Field> details;
+        const bool isAllDay = IsAllDay(entry);
+        for (const char* property : {kStart, kEnd, kCreated, kModified})
+            if (const auto time = ParseEventTime(ValueOf(entry, property))) {
+                const bool isStamp = property == kCreated || property == kModified; // in UTC
+                const bool isDay = isAllDay && !isStamp;
+                details.emplace_back(property, Label(property),
+                                     IsoText(*time, isStamp ? kUtcZone : ValueOf(entry, kZone)));
+                details.back().shown = isDay ? ShownDay(*time) + ", all day" : Shown(*time);
+            }
+        if (entry.Find(kRule)) {
+            details.emplace_back(kRule, Label(kRule), ValueOf(entry, kRule));
+            details.back().shown = RuleInWords(ValueOf(entry, kRule), ValueOf(entry, kZone));
+        }
+        if (const auto lead = ParseNumber(ValueOf(entry, kAlarm), 0x7FFFFFFF)) {
+            details.emplace_back(kAlarm, Label(kAlarm), *lead);
+            details.back().shown = AlarmInWords(ValueOf(entry, kAlarm));
+        }
+        return details;
+    }
+};
+
+} // namespace
+
+const EntryKind& EventKind()
+{
+    static const Events kind;
+    return kind;
+}
+
+} // namespace phnctl

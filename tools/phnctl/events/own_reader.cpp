@@ -1,0 +1,133 @@
+#include "phnctl/events/file.h"
+#include "phnctl/text/content_line.h"
+#include "phnctl/text/content_value.h"
+#include "phnctl/text/number.h"
+#include "phnctl/text/text.h"
+
+namespace phnctl {
+
+using namespace event_property;
+
+namespace {
+
+// The minutes of "-P15M", as the library writes an alarm, or "-PT15M", as everybody does.
+std::optional<std::int64_t> LeadOf(const std::string& trigger)
+{
+    const std::string upper = UpperCase(trigger);
+    if (!upper.starts_with("-P") || !upper.ends_with('M'))
+        return std::nullopt;
+    const std::size_t begin = upper.starts_with("-PT") ? 3 : 2;
+    const auto minutes = ParseNumber(std::string_view(upper).substr(begin, upper.size() - begin - 1), 0x7FFFFFFF);
+    return minutes ? std::optional<std::int64_t>(*minutes) : std::nullopt;
+}
+
+std::string WithoutBraces(const std::string& uid)
+{
+    return uid.starts_with('{') && uid.ends_with('}') ? uid.substr(1, uid.size() - 2) : uid;
+}
+
+// Reads the events of the library's text and of the tool's own files.
+class OwnEventReader
+{
+public:
+    std::vector<EventDraft> Read(std::string_view text)
+    {
+        ContentLineReader reader(text);
+        ContentLine line;
+        while (reader.Next(line))
+            Take(line);
+        if (m_isInside)
+            m_drafts.back().problem = "the event has no END:VEVENT";
+        return std::move(m_drafts);
+    }
+
+private:
+    void Take(const ContentLine& line)
+    {
+        if (line.name == "BEGIN" && UpperCase(line.value) == "VEVENT") {
+            if (m_isInside)
+                m_drafts.back().problem = "the event has no END:VEVENT before the next one begins";
+            m_drafts.emplace_back().line = line.line;
+            m_isInside = true;
+            m_isAlarm = false;
+        } else if (line.name == "END" && UpperCase(line.value) == "VEVENT") {
+            m_isInside = false;
+        } else if (line.name == "BEGIN" || line.name == "END") {
+            m_isAlarm = line.name == "BEGIN";
+        } else if (m_isInside && m_isAlarm) {
+            TakeAlarm(line, m_drafts.back());
+        } else if (m_isInside) {
+            TakeProperty(line, m_drafts.back());
+        } else if (line.name == "PRODID") {
+            m_isLibrary = false;
+        }
+    }
+
+    static void TakeAlarm(const ContentLine& line, EventDraft& draft)
+    {
+        if (line.name == kAlarm) {
+            draft.alarm = LeadOf(line.value);
+            draft.lines.try_emplace(line.name, line.line);
+        } else if (line.name == kRinger || line.HasParameter("TYPE", kRinger)) // the library's is one of ACTION's
+            draft.ringer = line.value;
+    }
+
+    void TakeProperty(const ContentLine& line, EventDraft& draft) const
+    {
+        draft.lines.try_emplace(line.name, line.line);
+        if (line.name == kText)
+            draft.text = line.value;
+        else if (line.name == "SUMMARY")
+            draft.text = Unescaped(line.value);
+        else if (line.name == kStart)
+            TakeStart(line, draft);
+        else if (line.name == kEnd)
+            TakeEnd(line, draft);
+        else if (line.name == kRule)
+            draft.rule = line.value.find("FREQ=") == std::string::npos ? "" : line.value;
+        else if (line.name == kUid)
+            draft.uid = m_isLibrary ? WithoutBraces(line.value) : Unescaped(line.value);
+        else if (line.name == kOwnUid)
+            draft.uid = Unescaped(line.value);
+        else if (line.name == kCreated)
+            draft.created = line.value;
+        else if (line.name == kModified)
+            draft.modified = line.value;
+    }
+
+    // A date is a whole day; the end of whole days is the day behind them.
+    static void TakeEnd(const ContentLine& line, EventDraft& draft)
+    {
+        const bool isDate = line.value.size() == 8;
+        draft.end = ParseEventTime(isDate ? line.value + "T000000" : line.value);
+        if (isDate && draft.end)
+            draft.end = TimeOf(SecondsOf(*draft.end) - 60);
+    }
+
+    static void TakeStart(const ContentLine& line, EventDraft& draft)
+    {
+        draft.start = ParseEventTime(line.value.size() == 8 ? line.value + "T000000" : line.value);
+        const std::string zone = UpperCase(line.ParameterValue("TZID"));
+        draft.zone = HoursBehindUtc(zone) ? zone : line.value.ends_with('Z') ? kUtcZone : "";
+    }
+
+    std::vector<EventDraft> m_drafts;
+    bool m_isInside = false;
+    bool m_isAlarm = false;
+    bool m_isLibrary = true; // which escapes nothing, and puts ids into braces
+};
+
+} // namespace
+
+std::vector<EventDraft> ReadOwnEvents(std::string_view text)
+{
+    return OwnEventReader().Read(text);
+}
+
+Entry EventFromLibrary(std::string_view text)
+{
+    auto drafts = OwnEventReader().Read(FromHandset(text));
+    return drafts.empty() ? Entry() : FitEvent(std::move(drafts.front())).entry;
+}
+
+} // namespace phnctl

@@ -1,0 +1,143 @@
+#include "phnctl/events/words.h"
+
+#include "phnctl/text/number.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+#include <iterator>
+
+namespace phnctl {
+
+namespace {
+
+constexpr const char* kDayNames[] = {"Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday", "Sunday"};
+constexpr const char* kMonthNames[] = {"January", "February", "March",     "April",   "May",      "June",
+                                       "July",    "August",   "September", "October", "November", "December"};
+
+struct Frequency
+{
+    std::string_view name;
+    const char* one;  // "month"
+    const char* each; // of an interval of 1
+};
+constexpr Frequency kFrequencies[] = {
+    {"DAILY", "day", "every day"},
+    {"WEEKLY", "week", "every week"},
+    {"MONTHLY", "month", "every month"},
+    {"YEARLY", "year", "every year"},
+};
+
+std::string Ordinal(int number)
+{
+    constexpr const char* kWords[] = {"first", "second", "third", "fourth", "fifth"};
+    if (number == -1)
+        return "last";
+    const int size = number < 0 ? -number : number;
+    const std::string word = size <= 5 ? kWords[size - 1] : fmt::format("{}th", size);
+    return number < 0 ? word + " to last" : word;
+}
+
+// "a, b and c".
+std::string Listed(const std::vector<std::string>& items)
+{
+    if (items.size() < 2)
+        return items.empty() ? std::string() : items.front();
+    return fmt::format("{} and {}", fmt::join(items.begin(), items.end() - 1, ", "), items.back());
+}
+
+std::string DaysInWords(const std::vector<EventRule::Day>& days)
+{
+    std::vector<std::string> names;
+    for (const EventRule::Day& day : days)
+        names.push_back((day.week == 0 ? "" : Ordinal(day.week) + ' ') + kDayNames[day.day]);
+    return Listed(names);
+}
+
+std::string MonthDaysInWords(const std::vector<int>& days)
+{
+    std::vector<std::string> names;
+    for (const int day : days)
+        names.push_back(day > 0 ? fmt::format("day {}", day) : fmt::format("the {} day", Ordinal(day)));
+    return Listed(names);
+}
+
+bool AreWeekdays(const std::vector<EventRule::Day>& days)
+{
+    return days.size() == 5 && std::ranges::all_of(days, [](const auto& day) { return day.week == 0 && day.day < 5; });
+}
+
+} // namespace
+
+std::string RuleWords(const EventRule& rule)
+{
+    const auto& [frequency, count, until, interval, days, months, monthDays] = rule;
+    const auto* const unit = std::ranges::find(kFrequencies, frequency, &Frequency::name);
+    if (unit == std::end(kFrequencies))
+        return {};
+    std::string words = interval == 1 ? unit->each : fmt::format("every {} {}s", interval, unit->one);
+    const bool isByWeek = std::ranges::any_of(days, [](const EventRule::Day& day) { return day.week != 0; });
+    if (isByWeek && frequency == "MONTHLY" && interval == 1)
+        words = fmt::format("every {} of the month", DaysInWords(days));
+    else if (isByWeek)
+        words += fmt::format(", on the {} of the month", DaysInWords(days));
+    else if (AreWeekdays(days) && frequency == "WEEKLY" && interval == 1)
+        words = "every weekday";
+    else if (!days.empty())
+        words += " on " + DaysInWords(days);
+    std::vector<std::string> names;
+    for (const int month : months)
+        names.push_back(kMonthNames[month - 1]);
+    if (frequency == "YEARLY" && months.size() == 1 && monthDays.size() == 1 && monthDays.front() > 0)
+        words += fmt::format(" on {} {}", monthDays.front(), names.front());
+    else if (!months.empty() || !monthDays.empty())
+        words += (months.empty() ? "" : " in " + Listed(names)) +
+                 (monthDays.empty() ? "" : " on " + MonthDaysInWords(monthDays));
+    if (count != 0)
+        words += count == 1 ? ", once" : fmt::format(", {} times", count);
+    else if (!until.empty())
+        words += fmt::format(" until {}-{}-{}", until.substr(0, 4), until.substr(4, 2), until.substr(6, 2));
+    return words;
+}
+
+std::string RuleInWords(const std::string& rule, std::string_view zone)
+{
+    EventRule parsed;
+    std::string problem;
+    if (!parsed.Parse(rule, problem) || parsed.frequency.empty())
+        return rule;
+    parsed.EndInOwnTime(zone);
+    return RuleWords(parsed);
+}
+
+std::string LengthInWords(std::int64_t minutes)
+{
+    const auto inUnits = [&](std::int64_t unit, const char* name) {
+        return fmt::format("{} {}{}", minutes / unit, name, minutes == unit ? "" : "s");
+    };
+    return minutes % 1440 == 0 ? inUnits(1440, "day") : minutes % 60 == 0 ? inUnits(60, "hour") : inUnits(1, "minute");
+}
+
+std::string LeadInWords(std::int64_t minutes)
+{
+    if (minutes == 0)
+        return "at the start";
+    return LengthInWords(minutes < 0 ? -minutes : minutes) + (minutes < 0 ? " after the start" : " before");
+}
+
+std::string AlarmInWords(const std::string& minutes)
+{
+    const auto lead = ParseNumber(minutes, 0x7FFFFFFF);
+    return lead ? LeadInWords(static_cast<std::int64_t>(*lead)) : minutes;
+}
+
+ShownSpan SpanInWords(const EventTime& start, const EventTime& end, bool isWholeDays)
+{
+    const std::string lastDay = ShownDay(end);
+    const bool isOneDay = ShownDay(start) == lastDay;
+    if (isWholeDays)
+        return {ShownDay(start), isOneDay ? "all day" : lastDay + ", all day"};
+    return {Shown(start), isOneDay ? Shown(end).substr(lastDay.size() + 1) : Shown(end)};
+}
+
+} // namespace phnctl

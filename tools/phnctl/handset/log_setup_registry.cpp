@@ -1,0 +1,101 @@
+#include "phnctl/handset/log_setup.h"
+
+#include "phnctl/cli/ending.h"
+#include "phnctl/text/failure.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fmt/format.h>
+#include <fstream>
+#include <sstream>
+
+namespace phnctl {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kVariable = "PHNNRV_REGISTRY";
+constexpr const char* kDefaultRegistry = "/etc/phnnrv.reg";
+
+std::string UsersRegistry()
+{
+    const char* named = std::getenv(kVariable);
+    std::ifstream file(named ? named : kDefaultRegistry, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+// Where a value is given twice, the later one holds. What does not begin like a registry file counts as absent.
+std::string WithLevel(std::string registry, std::uint32_t level)
+{
+    if (!registry.starts_with("REGEDIT4"))
+        registry = "REGEDIT4\r\n";
+    return registry + fmt::format("\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\r\n"
+                                  "\"Logging Level\"=dword:{:08x}\r\n",
+                                  level);
+}
+
+fs::path NewFolder()
+{
+    std::string pattern = (fs::temp_directory_path() / "phnctl-XXXXXX").string();
+    if (!mkdtemp(pattern.data()))
+        throw Failure(kRefused, fmt::format("no folder for the log's settings can be made at {}", pattern));
+    return pattern;
+}
+
+class PrivateRegistry : public LogSetup
+{
+public:
+    explicit PrivateRegistry(std::uint32_t level) : m_folder(NewFolder()), m_start(fs::file_time_type::clock::now())
+    {
+        RemoveAtEnd(m_folder);
+        const fs::path path = m_folder / "registry.reg";
+        std::ofstream file(path, std::ios::binary);
+        file << WithLevel(UsersRegistry(), level);
+        if (!file.flush())
+            throw Failure(kRefused, fmt::format("{} cannot be written", path.string()));
+        setenv(kVariable, path.c_str(), 1);
+    }
+    ~PrivateRegistry() override
+    {
+        std::error_code error;
+        fs::remove_all(m_folder, error);
+        Forget(m_folder);
+    }
+
+    // Its name is the library's followed by the time of opening, so the newest one of this run is meant.
+    std::string LogFile(const std::string& libraryPath) const override
+    {
+        const fs::path library = fs::absolute(libraryPath).lexically_normal();
+        const std::string beginning = library.filename().string();
+        std::error_code error;
+        fs::directory_entry newest;
+        for (const auto& entry : fs::directory_iterator(library.parent_path(), error)) {
+            const std::string name = entry.path().filename().string();
+            if (!name.starts_with(beginning) || !name.ends_with(".log") || entry.last_write_time() < m_start - kSlack)
+                continue;
+            if (newest.path().empty() || entry.last_write_time() > newest.last_write_time())
+                newest = entry;
+        }
+        return newest.path().string();
+    }
+
+private:
+    // The clock of the file system runs in ticks of some milliseconds.
+    static constexpr std::chrono::milliseconds kSlack{50};
+
+    fs::path m_folder;
+    fs::file_time_type m_start;
+};
+
+} // namespace
+
+std::unique_ptr<LogSetup> SetUpLog(std::uint32_t level)
+{
+    return std::make_unique<PrivateRegistry>(level);
+}
+
+} // namespace phnctl

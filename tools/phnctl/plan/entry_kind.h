@@ -1,0 +1,52 @@
+// What the tool has to know of one kind of entry (contacts, events) to list, export, import, delete and restore it. A
+// new kind derives from EntryKind and hands itself to EntryCommands (commands/entries); plan, apply, progress, copies
+// and reports are the same for all of them.
+#pragma once
+
+#include "phnctl/cli/report.h"
+#include "phnctl/handset/handset.h"
+#include "phnctl/plan/entry_form.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace phnctl {
+
+class EntryKind : public EntryForm
+{
+public:
+    EntryKind(std::string one, std::string many, std::string extension)
+        : EntryForm(std::move(one), std::move(many)), m_extension(std::move(extension))
+    {
+    }
+
+    const std::string& Extension() const { return m_extension; } // of its files: ".vcf"
+
+    // The handset's entries. All throw Refusal; Read gives nothing where nothing is stored.
+    virtual std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const = 0;
+    virtual void Write(const Handset& handset, std::uint32_t index, const Entry& entry) const = 0;
+    virtual void Delete(const Handset& handset, std::uint32_t index) const = 0;
+    virtual void DeleteAll(const Handset& handset) const = 0;
+
+    // Files. Parse makes every entry of a file's text ready for the handset, or says why it cannot be; it throws
+    // nothing, however broken the text is. What Format writes, Parse reads back without a loss.
+    virtual std::vector<Candidate> Parse(const std::string& file, const std::string& text) const = 0;
+    virtual std::string Format(std::span<const StoredEntry> entries) const = 0;
+
+    // True when the text looks as if the library had replaced characters that have no place in the code page.
+    virtual bool LooksGarbled(const Entry&) const { return false; }
+
+    // For people: the columns of `list` behind the index.
+    virtual std::vector<std::string> Columns() const = 0;
+    virtual std::vector<std::string> Row(const Entry& entry) const = 0;
+    // Fields that say more about properties than their values do; each has the property as its key.
+    virtual std::vector<Field> Details(const Handset& handset, const Entry& entry) const = 0;
+
+private:
+    const std::string m_extension;
+};
+
+} // namespace phnctl

@@ -1,0 +1,25 @@
+// What the value of a content line says: transfer encodings, character sets and escapes of vCard 2.1 to 4.0 and of
+// iCalendar. Used by whoever gives a meaning to such lines. Values are hostile and become UTF-8, whatever they hold.
+#pragma once
+
+#include "phnctl/text/content_line.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace phnctl {
+
+// The value as UTF-8: quoted-printable and the CHARSET parameter are decoded; bytes that are no UTF-8 and name no
+// character set are taken for the code page, or for Windows-1252 where that is UTF-8.
+std::string DecodedValue(const ContentLine& line);
+// True when the bytes were taken so.
+bool IsCharsetGuessed(const ContentLine& line);
+
+// Splits at a separator that is not escaped, and resolves the escapes \n \, \; \: \\ in each part.
+std::vector<std::string> SplitEscaped(std::string_view text, char separator);
+std::string Unescaped(std::string_view text);
+// The reverse, for text of version 3.0 and later.
+std::string Escaped(std::string_view text);
+
+} // namespace phnctl

@@ -1,0 +1,180 @@
+#include "phnctl/text/text.h"
+
+#include "phnctl/text/failure.h"
+
+#include <fmt/format.h>
+#include <vector>
+#include <windows.h>
+
+namespace phnctl {
+
+namespace {
+
+std::vector<WCHAR> Widen(unsigned codePage, std::string_view text)
+{
+    const int length = static_cast<int>(text.size());
+    const int needed = text.empty() ? 0 : MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0);
+    std::vector<WCHAR> wide(static_cast<std::size_t>(needed));
+    if (needed > 0)
+        MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), needed);
+    return wide;
+}
+
+std::string Narrow(unsigned codePage, const std::vector<WCHAR>& wide, BOOL* replaced)
+{
+    const int length = static_cast<int>(wide.size());
+    const int needed =
+        wide.empty() ? 0 : WideCharToMultiByte(codePage, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<std::size_t>(needed), '\0');
+    if (needed > 0)
+        WideCharToMultiByte(codePage, 0, wide.data(), length, text.data(), needed, nullptr, replaced);
+    return text;
+}
+
+struct Character
+{
+    unsigned code = 0;
+    std::size_t length = 0; // 0: no UTF-8
+};
+
+// The first character, by the table of RFC 3629, section 4: shortest form only, no surrogates.
+Character FirstCharacter(std::string_view text)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned lead = byte(0);
+    if (lead < 0x80)
+        return {lead, 1};
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
+        return {};
+    unsigned code = lead & (0x7Fu >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0) != 0x80)
+            return {};
+        code = code << 6 | (byte(i) & 0x3F);
+    }
+    constexpr unsigned kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (code < kSmallest[length] || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
+        return {};
+    return {code, length};
+}
+
+// Control characters, and those that reverse or hide the text around them.
+bool IsUnsafe(unsigned code)
+{
+    return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x200B && code <= 0x200F) ||
+           (code >= 0x2028 && code <= 0x202E) || (code >= 0x2060 && code <= 0x206F) || code == 0xFEFF;
+}
+
+} // namespace
+
+std::string FromHandset(std::string_view text)
+{
+    return FromCodePage(CP_ACP, text);
+}
+
+bool CodePageHoldsAll()
+{
+    return GetACP() == CP_UTF8;
+}
+
+std::string FromCodePage(unsigned codePage, std::string_view text)
+{
+    return Narrow(CP_UTF8, Widen(codePage, text), nullptr);
+}
+
+std::string FromUtf16(std::string_view bytes, bool isBigEndian)
+{
+    std::vector<WCHAR> wide(bytes.size() / 2);
+    for (std::size_t i = 0; i < wide.size(); ++i) {
+        const auto first = static_cast<unsigned char>(bytes[2 * i]);
+        const auto second = static_cast<unsigned char>(bytes[2 * i + 1]);
+        wide[i] = static_cast<WCHAR>(isBigEndian ? first << 8 | second : second << 8 | first);
+    }
+    return Narrow(CP_UTF8, wide, nullptr);
+}
+
+std::size_t CharacterLength(std::string_view text)
+{
+    const std::size_t length = FirstCharacter(text).length;
+    return length ? length : 1;
+}
+
+bool IsUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        if (character.length == 0)
+            return false;
+        text.remove_prefix(character.length);
+    }
+    return true;
+}
+
+std::optional<std::string> TryToHandset(const std::string& text)
+{
+    BOOL replaced = FALSE;
+    std::string result = Narrow(CP_ACP, Widen(CP_UTF8, text), &replaced);
+    return replaced || FromHandset(result) != text ? std::nullopt : std::optional(result);
+}
+
+std::string ToHandset(const std::string& text)
+{
+    if (auto result = TryToHandset(text))
+        return *result;
+    throw Failure(kUsage,
+                  fmt::format("'{}' holds characters that have no place in code page {}", Printable(text), GetACP()));
+}
+
+std::string WithoutControls(std::string_view text)
+{
+    std::string plain;
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        const std::size_t length = character.length ? character.length : 1;
+        const bool isControl =
+            character.length && (character.code < 0x20 || (character.code >= 0x7F && character.code < 0xA0));
+        plain.append(isControl ? " " : text.substr(0, length));
+        text.remove_prefix(length);
+    }
+    return plain;
+}
+
+std::string Printable(std::string_view text)
+{
+    std::string shown;
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        if (character.length == 0)
+            shown += fmt::format("\\x{:02X}", static_cast<unsigned char>(text[0]));
+        else if (IsUnsafe(character.code))
+            shown += character.code < 0x100 ? fmt::format("\\x{:02X}", character.code)
+                                            : fmt::format("\\u{{{:04X}}}", character.code);
+        else
+            shown += text.substr(0, character.length);
+        text.remove_prefix(character.length ? character.length : 1);
+    }
+    return shown;
+}
+
+std::string CutToUnits(const std::string& text, std::size_t units)
+{
+    std::size_t used = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = CharacterLength(std::string_view(text).substr(i));
+        used += length == 4 ? 2 : 1;
+        if (used > units)
+            return text.substr(0, i);
+        i += length;
+    }
+    return text;
+}
+
+std::string OneLine(const std::string& value)
+{
+    std::string text = WithoutControls(value);
+    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+} // namespace phnctl
