@@ -80,7 +80,7 @@ TEST_F(LoadTest, AHostThatEndsWithoutUnloadingEndsAtOnce)
     const std::string library = bench_.LibraryPath();
     const char* const arguments[] = {CARELESS_HOST, library.c_str(), nullptr};
     pid_t process = 0;
-    ASSERT_EQ(posix_spawn(&process, CARELESS_HOST, &actions, nullptr, const_cast<char**>(arguments), environ), 0);
+    ASSERT_EQ(posix_spawn(&process, arguments[0], &actions, nullptr, const_cast<char**>(arguments), environ), 0);
     posix_spawn_file_actions_destroy(&actions);
 
     EXPECT_TRUE(silent_.Control().WaitForRequests(1, 1, std::chrono::seconds(20))) << "no scan";
