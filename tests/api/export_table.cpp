@@ -1,6 +1,6 @@
 #include "api/export_table.h"
 
-#include "phnnrv.h"
+#include <cstdio>
 
 namespace {
 
@@ -11,6 +11,9 @@ constexpr const char* kCalendar = "m_pCalendarObject";
 constexpr const char* kSms = "m_pSMSObject";
 constexpr const char* kCalls = "m_pCallHistoryObject";
 constexpr const char* kCallback = "m_pCallbackObject";
+
+// A name's record says which one was asked for, whatever comes of it; this is what a host's memory is filled with.
+constexpr uint32_t kGuarded = 0xAAAAAAAA;
 
 void PHN_CALL Ignore(uint32_t) {}
 
@@ -50,9 +53,9 @@ std::vector<ExportRow> ExportTable(const FindExport& find)
         ROW(PHN_SetContact, kPhonebook, "pRecord", PHN_CONTACT_RECORD, sizeof(PHN_CONTACT_RECORD), Data::Kept, (0, As<PHN_CONTACT_RECORD>(p))),
         PLAIN(PHN_DeleteContact, kPhonebook, (0)),
         PLAIN(PHN_DeleteAllContacts, kPhonebook, ()),
-        ROW(PHN_GetPictureID, kPhonebook, "pPictureID", PHN_PICTURE_ID, 8, Data::None, (0, As<PHN_PICTURE_ID>(p))),
-        ROW(PHN_GetRingerID, kPhonebook, "pRingTone", PHN_RINGER_ID, 8, Data::None, (0, As<PHN_RINGER_ID>(p))),
-        ROW(PHN_GetGroup, kPhonebook, "pGroup", PHN_GROUP, 8, Data::None, (0, As<PHN_GROUP>(p))),
+        ROW(PHN_GetPictureID, kPhonebook, "pPictureID", PHN_PICTURE_ID, 8, Data::None, (kGuarded, As<PHN_PICTURE_ID>(p))),
+        ROW(PHN_GetRingerID, kPhonebook, "pRingTone", PHN_RINGER_ID, 8, Data::None, (kGuarded, As<PHN_RINGER_ID>(p))),
+        ROW(PHN_GetGroup, kPhonebook, "pGroup", PHN_GROUP, 8, Data::None, (kGuarded, As<PHN_GROUP>(p))),
         ROW(PHN_GetEvent, kCalendar, "pRecord", PHN_EVENT_RECORD, sizeof(PHN_EVENT_RECORD), Data::Cleared, (0, As<PHN_EVENT_RECORD>(p))),
         ROW(PHN_SetEvent, kCalendar, "pRecord", PHN_EVENT_RECORD, sizeof(PHN_EVENT_RECORD), Data::Kept, (0, As<PHN_EVENT_RECORD>(p))),
         PLAIN(PHN_DeleteEvent, kCalendar, (0)),
@@ -75,10 +78,32 @@ std::vector<ExportRow> ExportTable(const FindExport& find)
     for (ExportRow& row : rows) {
         const std::string name = row.name;
         row.returnsCount = name.ends_with("Count");
+        if (row.argument)
+            row.nullLine = std::string(row.argument) + " is NULL.";
         if (name == "PHN_GetFirstMessage")
             row.nullLine = "pMessage is NULL or eType is out of range. eType = 4(0x4).";
         if (name == "PHN_GetFirstCallEntry")
             row.nullLine = "pEntry is NULL or eType is out of range. eType = 2(0x2).";
+
+        std::string method = name.substr(4);
+        if (name == "PHN_SetRadioPower")
+            method = "SetRadio";
+        if (name == "PHN_DeleteAllEvents")
+            method = "DeleteAllEvent";
+        if (row.data == Data::Kept) // what is there to send is no contact, event or message
+            row.failure =
+                row.member == kSms ? PHN_ERROR{PHN_ERROR_PDU_NOT_DECODABLE} : PHN_ERROR{PHN_ERROR_INVALID_PARAMETER};
+        if (name == "PHN_GetNextMessage")
+            row.failure = PHN_ERROR_NO_MORE_MESSAGES; // nothing is listed
+        if (name == "PHN_GetNextCallEntry")
+            row.failure = PHN_ERROR_NO_MORE_ENTRIES;
+        char code[40];
+        std::snprintf(code, sizeof code, "weError = %u(0x%X).", row.failure, row.failure);
+        row.failureLine = std::string("pInstance->") + row.member + "->" + method + " returned false";
+        if (row.returnsCount)
+            row.failureLine += ".";
+        else
+            row.failureLine += (name == "PHN_ClearCallEntries" ? "" : " with ") + std::string(code);
     }
     return rows;
 }

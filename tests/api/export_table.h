@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "phnnrv.h"
+
 enum class Data
 {
     None,    // the record has no data buffer
@@ -26,7 +28,9 @@ struct ExportRow
     Data data;
     std::function<uint32_t(void* record)> call;
     bool returnsCount = false;
-    const char* nullLine = nullptr; // the whole text after the name, where it is not "ARGUMENT is NULL."
+    std::string nullLine{};                  // the text after the name when there is no record
+    PHN_ERROR failure = PHN_ERROR_STATUS_12; // how it ends when the handset answers every request with status 12
+    std::string failureLine{};               // the text after the name then
 };
 
 // Finds an export's address by its name.

@@ -132,6 +132,16 @@ TEST_F(GuardTest, WithAHandsetThatIsNotStartedEveryCorrectCallAnswers107)
     EXPECT_EQ(bench_.Handset().Requests(), 0u);
 }
 
+TEST_F(GuardTest, AServiceThatFailsIsToldWithItsCode)
+{
+    StartService();
+    bench_.Handset().AddFault("status=12");
+    for (const ExportRow& row : Table()) {
+        if (std::string_view(row.name) != "PHN_SetCallback") // asks the handset nothing
+            ExpectEnd(row, 0, row.failure, row.failureLine);
+    }
+}
+
 TEST_F(GuardTest, NullRecordsAndSmallSizesAreRejectedUntouched)
 {
     Load();
@@ -140,8 +150,7 @@ TEST_F(GuardTest, NullRecordsAndSmallSizesAreRejectedUntouched)
         if (!row.argument)
             continue;
         HostMemory memory(row);
-        ExpectRejected(row, memory, true, PHN_ERROR_INVALID_PARAMETER,
-                       row.nullLine ? row.nullLine : std::string(row.argument) + " is NULL.");
+        ExpectRejected(row, memory, true, PHN_ERROR_INVALID_PARAMETER, row.nullLine);
         for (const uint32_t size : {static_cast<uint32_t>(row.size) - 1, 0u}) {
             memory.SetSize(size);
             ExpectRejected(row, memory, false, PHN_ERROR_BUFFER_TOO_SMALL, SizeLine(row, size));
@@ -234,7 +243,7 @@ TEST_F(GuardTest, ArgumentChecksGiveTheirCodesAndLines)
 }
 
 // The call list type 3 is in range but names no list: it is answered by the export itself, without a line.
-TEST_F(GuardTest, TheListThatDoesNotExistIsCountedSilently)
+TEST_F(GuardTest, TheListThatDoesNotExistIsAnsweredSilently)
 {
     bench_.Plug();
     Load();
@@ -242,8 +251,16 @@ TEST_F(GuardTest, TheListThatDoesNotExistIsCountedSilently)
     EXPECT_EQ(CALL(PHN_GetCallEntryCount)(PHN_CALL_LIST_NONE), 0u);
     EXPECT_EQ(bench_.TakeLog(), Lines{Comment("PHN_GetCallEntryCount is being executed.")});
     EXPECT_EQ(CALL(PHN_ClearCallEntries)(PHN_CALL_LIST_NONE), PHN_ERROR_NO_SERVICE_OBJECT);
+    ASSERT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    bench_.TakeLog();
+    PHN_CALL_ENTRY entry{};
+    entry.uSize = sizeof entry;
+    entry.uEntry8 = 1;
+    EXPECT_EQ(CALL(PHN_ClearCallEntries)(PHN_CALL_LIST_NONE), PHN_ERROR_INVALID_PARAMETER);
+    EXPECT_EQ(CALL(PHN_GetFirstCallEntry)(PHN_CALL_LIST_NONE, &entry), PHN_ERROR_NO_MORE_ENTRIES);
+    EXPECT_EQ(+entry.uEntry8, 0u);
     EXPECT_EQ(bench_.TakeLog(), (Lines{Comment("PHN_ClearCallEntries is being executed."),
-                                       Error("PHN_ClearCallEntries - pInstance->m_pCallHistoryObject is NULL.")}));
+                                       Comment("PHN_GetFirstCallEntry is being executed.")}));
 }
 
 TEST_F(GuardTest, UnimplementedExportsAnswer103AndLogNothing)

@@ -68,3 +68,13 @@ Bytes Join(const std::vector<Bytes>& parts)
         Append(joined, part);
     return joined;
 }
+
+Bytes Number(uint8_t id, const std::string& form, const std::string& codes)
+{
+    return Item(id, form + Bits(static_cast<unsigned>(codes.size()), 8) + Characters(codes, 4));
+}
+
+std::u16string Widen(const std::string& text)
+{
+    return {text.begin(), text.end()};
+}

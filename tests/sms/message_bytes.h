@@ -38,4 +38,9 @@ Bytes Item(uint8_t id, const std::string& bits);
 // The items one after the other, as the data of one more.
 Bytes Group(uint8_t id, const std::vector<Bytes>& items);
 
+// A number: its form's bits, its length, and its codes.
+Bytes Number(uint8_t id, const std::string& form, const std::string& codes);
+
+std::u16string Widen(const std::string& text);
+
 Bytes Join(const std::vector<Bytes>& parts);

@@ -24,12 +24,6 @@ struct Decoded
     bool operator==(const Decoded&) const = default;
 };
 
-void PrintTo(const Decoded& decoded, std::ostream* out)
-{
-    *out << decoded.error << " address " << ToAnsi(decoded.address) << " callback " << ToAnsi(decoded.callback) << " "
-         << decoded.priority << " " << decoded.replyOption << " body " << ToAnsi(decoded.body);
-}
-
 // Decodes a copy that ends where the PDU ends.
 Decoded Decode(const Bytes& pdu)
 {
@@ -56,10 +50,6 @@ Decoded Decode(const Bytes& pdu)
             message.strBody};
 }
 
-Bytes Number(uint8_t id, const std::string& form, const std::string& codes)
-{
-    return Item(id, form + Bits(static_cast<unsigned>(codes.size()), 8) + Characters(codes, 4));
-}
 Bytes Address(const std::string& codes)
 {
     return Number(4, "00", codes);
@@ -71,11 +61,6 @@ Bytes Callback(const std::string& codes)
 Bytes UserData(const std::string& text)
 {
     return Item(1, Bits(2, 5) + Bits(static_cast<unsigned>(text.size()), 8) + Characters(text, 7));
-}
-
-std::u16string Widen(const std::string& text)
-{
-    return std::u16string(text.begin(), text.end());
 }
 
 const Bytes kType{0};
@@ -130,32 +115,6 @@ TEST(PduDecoder, TakesItemsInAnyOrderAndSkipsUnknownOnes)
     EXPECT_EQ(Decode(Join({kType, Address("\x01"), Address("\x02"),
                            Group(8, {{8, 0}, {0x0A, 2, 0x80, 0xFF}, UserData("a"), UserData("b")})})),
               (Decoded{.address = u"1", .body = std::u16string(u"a\0", 2)}));
-}
-
-TEST(PduDecoder, RejectsWhatItDoesNotUnderstand)
-{
-    constexpr PHN_ERROR kNumber = PHN_NETWORK_ERROR_1X_CO_ACCESS_FAILURE;
-    const Bytes address = Address("\x01\x02");
-    const auto bearer = [&](const Bytes& item) { return Join({kType, address, Group(8, {item})}); };
-    const std::tuple<Bytes, PHN_ERROR> cases[] = {
-        {{1}, PHN_ERROR_PDU_NOT_DECODABLE},
-        {Join({{1}, address}), PHN_ERROR_PDU_NOT_DECODABLE},
-        {{0}, PHN_ERROR_PDU_NO_DESTINATION},
-        {{0, 2, 2, 0x40, 0x40}, PHN_ERROR_PDU_NO_DESTINATION},
-        {{0, 4, 2, 0x40, 0x40}, kNumber}, // data network
-        {{0, 4, 2, 0x80, 0x40}, kNumber}, // 8-bit
-        {{0, 4, 2, 0x00, 0x00}, kNumber}, // no digits
-        {{0, 4, 0}, kNumber},
-        {Join({kType, Address(std::string(37, '\x01'))}), kNumber},
-        {bearer(Callback("")), kNumber},
-        {bearer(Callback(std::string(37, '\x01'))), kNumber},
-        {bearer(Number(0x0E, "1", "\x01")), kNumber},
-        {bearer(UserData("")), PHN_ERROR_PDU_NOT_DECODABLE},
-        {bearer(Item(1, Bits(3, 5) + Bits(1, 8) + Bits(65, 7))), PHN_ERROR_PDU_NOT_DECODABLE},
-        {bearer(Item(1, Bits(0, 5) + Bits(1, 8) + Bits(65, 8))), PHN_ERROR_PDU_NOT_DECODABLE},
-    };
-    for (const auto& [pdu, error] : cases)
-        EXPECT_EQ(Decode(pdu), Decoded{.error = error}) << testing::PrintToString(pdu);
 }
 
 // Data that is shorter than its count says, whatever its length.

@@ -40,11 +40,6 @@ Bytes Pdu(const Bytes& address, const std::vector<Bytes>& items)
     return Join({kHead, address, Group(8, items)});
 }
 
-std::u16string Widen(const std::string& text)
-{
-    return std::u16string(text.begin(), text.end());
-}
-
 std::u16string Body(const std::string& text)
 {
     return Widen(text) + u'\0';
@@ -169,25 +164,6 @@ TEST(PduEncoder, CutsABodyToWhatTheLengthBytesCanSay)
                                 .callback = Widen(number.substr(0, 29)),
                                 .body = Body(std::string(255, 'x'))});
     EXPECT_EQ(Bytes(tight.end() - 218, tight.end()), body(244));
-}
-
-// A time that does not exist is written as it is, two digits of each number.
-TEST(PduEncoder, StampsOnlyFullDates)
-{
-    const auto stamp = [](const Record& record) {
-        const Bytes pdu = Encode(record);
-        const size_t before = Pdu(kNoAddress, {kIdentifier, kNoPriority}).size();
-        return Bytes(pdu.begin() + static_cast<long>(before), pdu.end());
-    };
-    EXPECT_EQ(stamp({}), Bytes());
-    EXPECT_EQ(stamp({.month = 3, .day = 15, .hour = 12}), Bytes());
-    EXPECT_EQ(stamp({.year = 2009, .day = 15, .hour = 12}), Bytes());
-    EXPECT_EQ(stamp({.year = 2009, .month = 3, .hour = 12}), Bytes());
-    EXPECT_EQ(stamp({.year = 2009, .month = 13, .day = 45, .hour = 27, .minute = 61, .second = 59}),
-              (Bytes{3, 6, 0x09, 0x13, 0x45, 0x27, 0x61, 0x59}));
-    EXPECT_EQ(stamp({.year = 1999, .month = 13, .day = 1}), (Bytes{3, 6, 0x19, 0x13, 0x01, 0, 0, 0}));
-    EXPECT_EQ(stamp({.year = 65535, .month = 255, .day = 255, .hour = 255, .minute = 255, .second = 65499}),
-              (Bytes{3, 6, 0x35, 0x55, 0x55, 0x55, 0x55, 0x19}));
 }
 
 } // namespace
