@@ -15,8 +15,6 @@ CPluginInstance* GetInstance()
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 TEST(ExportFrame, AnExceptionBecomesOneLineAndAFailure)
 {
     LogCapture log(0x1FF);

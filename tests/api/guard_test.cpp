@@ -9,18 +9,16 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 constexpr uint8_t kGuard = 0xAA;
 constexpr size_t kMargin = 16;
 
 std::string Comment(const std::string& text)
 {
-    return "CCalderApp\tComment\t" + text;
+    return "CCalderApp Comment " + text;
 }
 std::string Error(const std::string& text)
 {
-    return "CCalderApp\tError\t" + text;
+    return "CCalderApp Error " + text;
 }
 
 // A host's memory: guard bytes, the record of a row, guard bytes, and a data buffer between guard bytes.

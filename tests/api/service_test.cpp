@@ -4,11 +4,9 @@
 #include <tuple>
 
 #include "api/handset_fixture.h"
+#include "wire/record_bytes.h"
 
 namespace {
-
-using Lines = std::vector<std::string>;
-using Bytes = std::vector<uint8_t>;
 
 constexpr uint32_t kServiceLines = 0xFF | 0x100 | 0x10000 | 0x40000; // exports, connectionstatus, setupinformation
 
@@ -170,8 +168,8 @@ TEST_F(ServiceTest, RefusalsHaveTheirLines)
         EXPECT_EQ(error, PHN_ERROR_STATUS_12) << name;
         const std::string category = name.substr(0, name.find(' '));
         const std::string method = name.substr(name.find(' ') + 1);
-        expected.push_back(category + "\tComment\t" + method + " being executed.");
-        expected.push_back(category + "\tError\t" + method + " - rcRxHeader.wStatus = 12(0xC).");
+        expected.push_back(category + " Comment " + method + " being executed.");
+        expected.push_back(category + " Error " + method + " - rcRxHeader.wStatus = 12(0xC).");
     }
     EXPECT_EQ(bench_.TakeLog(), expected);
 }
@@ -188,7 +186,7 @@ TEST_F(ServiceTest, RepliesShorterThanTheirRecordFail)
     };
     expectNetwork("payload=63@4*1", PHN_ERROR_NONE);
     expectNetwork("payload=62@4*1", PHN_ERROR_FAILED);
-    EXPECT_EQ(bench_.TakeLog().at(2), "connectionstatus\tError\tGetNetworkInfo - dwRetBufferLen(75, 0x4B) is less than "
+    EXPECT_EQ(bench_.TakeLog().at(2), "connectionstatus Error GetNetworkInfo - dwRetBufferLen(75, 0x4B) is less than "
                                       "DEV_RX_HEADER + NETWORK_INFO(76, 0x4C).");
 
     auto info = Filled<PHN_CONNECTION_INFO>();
@@ -207,13 +205,13 @@ TEST_F(ServiceTest, OneFailedExchangeLeavesOneLinePerLayerInOrder)
     auto battery = Filled<PHN_BATTERY_INFO>();
     EXPECT_EQ(CALL(PHN_GetBatteryInfo)(&battery), PHN_ERROR_FAILED);
     EXPECT_EQ(bench_.TakeLog(),
-              (Lines{"CCalderApp\tComment\tPHN_GetBatteryInfo is being executed.",
-                     "connectionstatus\tComment\tGetBatteryInfo being executed.",
-                     "CPort\tError\tDP::DecomposeData - Sent command(75) is not equal to returned command(76)",
-                     "readwrite\tError\tReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
-                     "readwrite\tError\tExecCmd - Reading from the device failed",
-                     "connectionstatus\tError\tGetBatteryInfo - ExecCmd failed with dwErrSts = 0(0x0).",
-                     "CCalderApp\tError\tPHN_GetBatteryInfo - pInstance->m_pConnectionStatusObject->GetBatteryInfo "
+              (Lines{"CCalderApp Comment PHN_GetBatteryInfo is being executed.",
+                     "connectionstatus Comment GetBatteryInfo being executed.",
+                     "CPort Error DP::DecomposeData - Sent command(75) is not equal to returned command(76)",
+                     "readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
+                     "readwrite Error ExecCmd - Reading from the device failed",
+                     "connectionstatus Error GetBatteryInfo - ExecCmd failed with dwErrSts = 0(0x0).",
+                     "CCalderApp Error PHN_GetBatteryInfo - pInstance->m_pConnectionStatusObject->GetBatteryInfo "
                      "returned false with weError = 104(0x68)."}));
 }
 
@@ -244,7 +242,7 @@ TEST_F(ServiceTest, NetworkErrorsHaveTheirTexts)
         EXPECT_EQ(CALL(PHN_GetNetworkErrorString)(code, buffer, sizeof buffer), result) << code;
         EXPECT_STREQ(buffer, text);
         EXPECT_EQ(std::string(buffer, sizeof buffer).find('x', std::strlen(text)), std::string::npos) << code;
-        lines.push_back("CCalderApp\tComment\tPHN_GetNetworkErrorString is being executed.");
+        lines.push_back("CCalderApp Comment PHN_GetNetworkErrorString is being executed.");
     }
     EXPECT_EQ(bench_.TakeLog(), lines);
 }
@@ -265,14 +263,14 @@ TEST_F(ServiceTest, NetworkErrorTextsNeedRoomForTheirTerminator)
     EXPECT_EQ(CALL(PHN_GetNetworkErrorString)(1025, buffer, 33), PHN_ERROR_NO_SERVICE_OBJECT);
     EXPECT_EQ(std::string(buffer, sizeof buffer), std::string(33, '\0'));
 
-    const std::string entry = "CCalderApp\tComment\tPHN_GetNetworkErrorString is being executed.";
-    const std::string error = "CCalderApp\tError\tPHN_GetNetworkErrorString - ";
+    const std::string entry = "CCalderApp Comment PHN_GetNetworkErrorString is being executed.";
+    const std::string error = "CCalderApp Error PHN_GetNetworkErrorString - ";
     const std::string empty = error + "pBufferm is NULL or nBufferSize is less than or equal to 0.";
     EXPECT_EQ(bench_.TakeLog(),
               (Lines{entry,
                      error + "nBufferSize (31, 0x1F) is less than the length of the target string "
                              "[PHN_NETWORK_ERROR_1X_FADE, Fade].",
-                     entry, empty, entry, empty, entry, empty, "CCalderApp\tComment\tPHN_Shutdown is being executed.",
+                     entry, empty, entry, empty, entry, empty, "CCalderApp Comment PHN_Shutdown is being executed.",
                      entry, error + "pInstance->m_pSetupObject is NULL."}));
 }
 

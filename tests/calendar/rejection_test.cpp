@@ -9,8 +9,6 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 class Rejection : public testing::Test
 {
 protected:

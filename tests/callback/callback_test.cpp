@@ -8,21 +8,15 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
 using Types = std::vector<uint32_t>;
 
-constexpr uint32_t kCallbackLines = 0x40FF;
 constexpr uint32_t kVariance = 49;
 constexpr DWORD kTick = 2050; // one poll, and a little
 
 class CallbackTest : public HandsetTest
 {
 protected:
-    CallbackTest()
-    {
-        bench_.SetLoggingLevel(kCallbackLines);
-        StartService();
-    }
+    CallbackTest() { StartService(); }
     ~CallbackTest() override
     {
         SetAction({});
@@ -64,26 +58,6 @@ TEST_F(CallbackTest, OnePollPerTwoSecondsTellsOnTheLoadingThread)
     EXPECT_EQ(Set(PHN_CALLBACK_ALL, 1), PHN_ERROR_NONE);
     RunFor(kTick);
     EXPECT_EQ(Polls(), 2u);
-}
-
-TEST_F(CallbackTest, EachCallIsLoggedWithItsFunctionAndAFailedPollCallsNothing)
-{
-    Set(PHN_CALLBACK_BATTERY_INFO);
-    bench_.Handset().AddFault("status=9@49*1");
-    Report(0x0040);
-    bench_.TakeLog();
-    RunFor(kTick);
-    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCallback\tComment\tGetPhoneVariance being executed.",
-                                       "CCallback\tError\tGetPhoneVariance - rcRxHeader.wStatus = 9(0x9)."}));
-    Report(0x0040);
-    RunFor(kTick);
-    char line[160];
-    std::snprintf(line, sizeof line,
-                  "CCallback\tComment\tCallbackTimerFunction - CALLBACK_FLAG_BATTERY_INFO bit set with "
-                  "m_pfnGetBatteryInfo = 0x%X",
-                  static_cast<unsigned>(reinterpret_cast<uintptr_t>(&Tell)));
-    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCallback\tComment\tGetPhoneVariance being executed.", line}));
-    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_BATTERY_INFO});
 }
 
 TEST_F(CallbackTest, TheLossIsToldBeforeTheServicesGoAndEndsEveryRegistration)

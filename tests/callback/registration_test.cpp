@@ -202,6 +202,19 @@ TEST_F(RegistrationTest, ATickCallsWhatIsRegisteredAndHasChanged)
     EXPECT_EQ(port_->requests.size(), asked);
 }
 
+TEST_F(RegistrationTest, EachCallIsLoggedWithItsFunction)
+{
+    Set(PHN_CALLBACK_BATTERY_INFO);
+    log_.TakeLines();
+    Tick(0x0040);
+    char line[160];
+    std::snprintf(line, sizeof line,
+                  "CCallback Comment CallbackTimerFunction - CALLBACK_FLAG_BATTERY_INFO bit set with "
+                  "m_pfnGetBatteryInfo = 0x%X",
+                  static_cast<unsigned>(reinterpret_cast<uintptr_t>(&Tell)));
+    EXPECT_EQ(log_.TakeLines(), (Lines{"CCallback Comment GetPhoneVariance being executed.", line}));
+}
+
 TEST_F(RegistrationTest, AReplyThatCannotBeReadTellsNothing)
 {
     const Bytes full{0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 1};

@@ -1,4 +1,4 @@
-/* A host in C: the records have the sizes that hosts are built against, and calls go through with C's own rules. */
+/* A host in C: calls go through with C's own rules. */
 #include <stdio.h>
 
 #include "phnnrv.h"
@@ -16,25 +16,6 @@ static void expect(const char* what, unsigned long actual, unsigned long expecte
 static void PHN_CALL ignore(uint32_t type)
 {
     (void)type;
-}
-
-static void checkRecords(void)
-{
-    const unsigned long growth = sizeof(void*) - 4;
-    expect("PHN_CONNECTION_INFO", sizeof(PHN_CONNECTION_INFO), 32);
-    expect("PHN_NETWORK_INFO", sizeof(PHN_NETWORK_INFO), 80);
-    expect("PHN_BATTERY_INFO", sizeof(PHN_BATTERY_INFO), 12);
-    expect("PHN_DEVICE_INFO", sizeof(PHN_DEVICE_INFO), 548);
-    expect("PHN_ACTIVATION_DATA", sizeof(PHN_ACTIVATION_DATA), 120);
-    expect("PHN_PARAMETERS", sizeof(PHN_PARAMETERS), 14);
-    expect("PHN_FIELD_SIZES", sizeof(PHN_FIELD_SIZES), 34);
-    expect("PHN_CONTACT_RECORD", sizeof(PHN_CONTACT_RECORD), 12 + growth);
-    expect("PHN_PICTURE_ID", sizeof(PHN_PICTURE_ID), 72);
-    expect("PHN_RINGER_ID", sizeof(PHN_RINGER_ID), 72);
-    expect("PHN_GROUP", sizeof(PHN_GROUP), 72);
-    expect("PHN_EVENT_RECORD", sizeof(PHN_EVENT_RECORD), 12 + growth);
-    expect("PHN_SMS_MESSAGE", sizeof(PHN_SMS_MESSAGE), 18 + growth);
-    expect("PHN_CALL_ENTRY", sizeof(PHN_CALL_ENTRY), 84);
 }
 
 static void checkCalls(void)
@@ -60,7 +41,6 @@ static void checkCalls(void)
 
 int main(void)
 {
-    checkRecords();
     checkCalls();
     return failures == 0 ? 0 : 1;
 }

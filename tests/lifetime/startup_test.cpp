@@ -18,17 +18,15 @@ constexpr std::uint32_t kInstanceLines = 0x3FF; // of the exports and of the ins
 
 // In the order in which the services are made.
 const std::vector<std::string> kCreations{
-    "phnnrv\tComment\tCreateObjects Setup Object",     "phnnrv\tComment\tCreateObjects Connection Status Object",
-    "phnnrv\tComment\tCreateObjects Phonebook Object", "phnnrv\tComment\tCreateObjects SMS Object",
-    "phnnrv\tComment\tCreateObjects Calendar Object",  "phnnrv\tComment\tCreateObjects Call History Object",
-    "phnnrv\tComment\tCreateObjects Callback Object",
+    "phnnrv Comment CreateObjects Setup Object",     "phnnrv Comment CreateObjects Connection Status Object",
+    "phnnrv Comment CreateObjects Phonebook Object", "phnnrv Comment CreateObjects SMS Object",
+    "phnnrv Comment CreateObjects Calendar Object",  "phnnrv Comment CreateObjects Call History Object",
+    "phnnrv Comment CreateObjects Callback Object",
 };
 
 class StartupTest : public HandsetTest
 {
 protected:
-    using Lines = std::vector<std::string>;
-
     PHN_ERROR Startup() { return CALL(PHN_Startup)(); }
     PHN_ERROR Shutdown() { return CALL(PHN_Shutdown)(); }
 
@@ -65,13 +63,13 @@ protected:
 TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
 {
     const std::tuple<const char*, const char*> rows[] = {
-        {"R3P", "phnnrv\tComment\tGetVersion - Phone model is eVer1."},
-        {"t5w", "phnnrv\tComment\tGetVersion - Phone model is eVer1."},
-        {"Wq", "phnnrv\tComment\tGetVersion - Phone model is eVer2."},
-        {"n8R", "phnnrv\tComment\tGetVersion - Phone model is eVer3."},
-        {"B4S", "phnnrv\tComment\tGetVersion - Phone model is eVer3."},
-        {"g2HQ", "phnnrv\tComment\tGetVersion - Phone model is eVer3."},
-        {"h2k", "phnnrv\tComment\tGetVersion - Phone model is eVer4."},
+        {"R3P", "phnnrv Comment GetVersion - Phone model is eVer1."},
+        {"t5w", "phnnrv Comment GetVersion - Phone model is eVer1."},
+        {"Wq", "phnnrv Comment GetVersion - Phone model is eVer2."},
+        {"n8R", "phnnrv Comment GetVersion - Phone model is eVer3."},
+        {"B4S", "phnnrv Comment GetVersion - Phone model is eVer3."},
+        {"g2HQ", "phnnrv Comment GetVersion - Phone model is eVer3."},
+        {"h2k", "phnnrv Comment GetVersion - Phone model is eVer4."},
     };
     bench_.SetLoggingLevel(kInstanceLines);
     bench_.Plug();
@@ -82,10 +80,10 @@ TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
         EXPECT_EQ(Startup(), PHN_ERROR_NOT_SUPPORTED) << model;
         Lines lines = bench_.TakeLog();
         TakeCreations(lines);
-        EXPECT_EQ(lines, (Lines{"CCalderApp\tComment\tPHN_Startup is being executed.",
-                                "phnnrv\tComment\tGetVersion being executed.",
-                                std::string("phnnrv\tComment\tGetVersion - Model version is ") + model, line,
-                                "CCalderApp\tError\tPHN_Startup - Model not supported."}));
+        EXPECT_EQ(lines, (Lines{"CCalderApp Comment PHN_Startup is being executed.",
+                                "phnnrv Comment GetVersion being executed.",
+                                std::string("phnnrv Comment GetVersion - Model version is ") + model, line,
+                                "CCalderApp Error PHN_Startup - Model not supported."}));
         EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
         bench_.TakeLog();
     }
@@ -98,7 +96,7 @@ TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
     EXPECT_EQ(Startup(), PHN_ERROR_NOT_SUPPORTED);
     const Lines lines = bench_.TakeLog();
     EXPECT_EQ(std::ranges::count(lines, kCreations.front()), 0) << "an object was made twice";
-    EXPECT_NE(std::ranges::find(lines, "phnnrv\tError\tGetVersion - m_pSetupObject->GetDeviceInfo returned false."),
+    EXPECT_NE(std::ranges::find(lines, "phnnrv Error GetVersion - m_pSetupObject->GetDeviceInfo returned false."),
               lines.end());
     EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
 }
@@ -115,8 +113,8 @@ TEST_F(StartupTest, TheServiceEndsOnceAndBeginsAgainOnTheSamePort)
     bench_.TakeLog();
     EXPECT_EQ(Shutdown(), PHN_ERROR_NO_SERVICE_OBJECT);
     EXPECT_EQ(bench_.TakeLog(),
-              (Lines{"CCalderApp\tComment\tPHN_Shutdown is being executed.",
-                     "CCalderApp\tError\tPHN_Shutdown - pInstance->m_pConnectionStatusObject is NULL."}));
+              (Lines{"CCalderApp Comment PHN_Shutdown is being executed.",
+                     "CCalderApp Error PHN_Shutdown - pInstance->m_pConnectionStatusObject is NULL."}));
     EXPECT_EQ(Startup(), PHN_ERROR_NONE);
     bench_.Handset().AddFault("command@2*1");
     EXPECT_EQ(Shutdown(), PHN_ERROR_NONE);
@@ -130,10 +128,10 @@ TEST_F(StartupTest, WithoutAHandsetItWaitsFifteenSecondsAndSaysSo)
     const ULONGLONG begin = GetTickCount64();
     EXPECT_EQ(WhileTimePasses(50, [this] { return Startup(); }), PHN_ERROR_NO_DEVICE);
     EXPECT_GE(GetTickCount64() - begin, 15000u);
-    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCalderApp\tComment\tPHN_Startup is being executed.",
-                                       "CCalderApp\tError\tPHN_Startup - hDevice is NULL."}));
+    EXPECT_EQ(bench_.TakeLog(), (Lines{"CCalderApp Comment PHN_Startup is being executed.",
+                                       "CCalderApp Error PHN_Startup - hDevice is NULL."}));
     EXPECT_EQ(Shutdown(), PHN_ERROR_NO_DEVICE);
-    EXPECT_EQ(bench_.TakeLog().back(), "CCalderApp\tError\tPHN_Shutdown - hDevice is NULL.");
+    EXPECT_EQ(bench_.TakeLog().back(), "CCalderApp Error PHN_Shutdown - hDevice is NULL.");
 }
 
 TEST_F(StartupTest, AHandsetThatArrivesDuringTheWaitIsServed)

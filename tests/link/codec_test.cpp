@@ -7,10 +7,9 @@
 
 #include "link/frame_codec.h"
 #include "wire/golden_frames.h"
+#include "wire/record_bytes.h"
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 // A codec whose last request had this sequence identifier.
 CFrameCodec CodecAfter(uint32_t sequence)

@@ -11,9 +11,7 @@
 
 #include "link/device_owner.h"
 #include "log/log_capture.h"
-
-using Bytes = std::vector<uint8_t>;
-using Lines = std::vector<std::string>;
+#include "wire/record_bytes.h"
 
 struct Answer
 {

@@ -9,8 +9,6 @@
 #include "log/log_capture.h"
 #include "platform/port_fixture.h"
 
-using Lines = std::vector<std::string>;
-
 class SerialTest : public PortTest
 {
 protected:

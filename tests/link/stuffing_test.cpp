@@ -4,10 +4,9 @@
 #include <vector>
 
 #include "link/frame_codec.h"
+#include "wire/record_bytes.h"
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 // The rule, one byte at a time.
 Bytes Stuffed(const Bytes& raw)

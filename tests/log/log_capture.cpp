@@ -44,13 +44,3 @@ void LogCapture::WriteRegistry(const std::string& keys)
     std::ofstream(fresh) << "REGEDIT4\n\n" << keys;
     fs::rename(fresh, Folder() / "phnnrv.reg");
 }
-
-std::vector<std::string> LogCapture::TakeLines()
-{
-    std::vector<std::string> lines = reader_.Take();
-    for (std::string& line : lines) {
-        for (int tab = 0; tab < 2; ++tab)
-            line[line.find('\t')] = ' ';
-    }
-    return lines;
-}

@@ -27,11 +27,10 @@ public:
     void RemoveKey();
     const std::filesystem::path& Folder() const { return folder_.Path(); }
 
-    std::vector<std::string> Files() const { return reader_.Files(); }
+    // As LogReader has them.
+    Lines Files() const { return reader_.Files(); }
     std::string Text() const { return reader_.Text(); }
-
-    // The lines since the last call, without time: "CPort Error text".
-    std::vector<std::string> TakeLines();
+    Lines TakeLines() { return reader_.Take(); }
 
 private:
     void WriteRegistry(const std::string& keys);

@@ -6,9 +6,9 @@
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> LogReader::Files() const
+Lines LogReader::Files() const
 {
-    std::vector<std::string> names;
+    Lines names;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder_)) {
         if (entry.path().extension() == ".log")
             names.push_back(entry.path().filename().string());
@@ -27,13 +27,15 @@ std::string LogReader::Text() const
     return text;
 }
 
-std::vector<std::string> LogReader::Take()
+Lines LogReader::Take()
 {
     const std::string text = Text();
-    std::vector<std::string> lines;
+    Lines lines;
     for (size_t end; (end = text.find("\r\n", taken_)) != std::string::npos; taken_ = end + 2) {
         const size_t begin = text.find('\t', taken_) + 1;
-        lines.push_back(text.substr(begin, end - begin));
+        std::string& line = lines.emplace_back(text.substr(begin, end - begin));
+        for (int tab = 0; tab < 2; ++tab)
+            line[line.find('\t')] = ' ';
     }
     return lines;
 }

@@ -6,18 +6,19 @@
 #include <utility>
 #include <vector>
 
+using Lines = std::vector<std::string>;
+
 class LogReader
 {
 public:
     explicit LogReader(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
     // The files' names, and what they hold.
-    std::vector<std::string> Files() const;
+    Lines Files() const;
     std::string Text() const;
 
-    // What was logged since the last call: category, tab, level, tab, text; the time is cut off. What has no CR LF yet
-    // waits for the next call.
-    std::vector<std::string> Take();
+    // The lines since the last call, without time: "CPort Error text". What has no CR LF yet waits for the next call.
+    Lines Take();
 
 private:
     const std::filesystem::path folder_;

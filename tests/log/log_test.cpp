@@ -15,8 +15,6 @@
 
 namespace {
 
-using Lines = std::vector<std::string>;
-
 // What a process logs when its log is opened, one line of each kind written, and the log closed.
 Lines WriteOneOfEach(std::optional<DWORD> level)
 {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 namespace {
 
 constexpr size_t kFixedSize = 464;
@@ -19,14 +17,6 @@ std::u16string GetWide(const Bytes& bytes, size_t offset, size_t units)
         text += value;
     }
     return text;
-}
-
-std::string Printable(std::u16string_view text)
-{
-    std::string printable;
-    for (const char16_t unit : text)
-        printable += unit < 0x7F ? std::string(1, static_cast<char>(unit)) : "\\" + std::to_string(unit);
-    return printable;
 }
 
 } // namespace
@@ -78,20 +68,4 @@ Contact FromBytes(const Bytes& bytes)
                                    .isDefault = Get32(bytes, offset)});
     EXPECT_EQ(ToBytes(contact), bytes) << "the fields that nobody fills must be zero";
     return contact;
-}
-
-void PrintTo(const Entry& entry, std::ostream* out)
-{
-    *out << "{" << entry.type << " " << Printable(entry.value) << " speed " << entry.speedDial << " default "
-         << entry.isDefault << "}";
-}
-
-void PrintTo(const Contact& contact, std::ostream* out)
-{
-    *out << "{record " << contact.record << " '" << Printable(contact.first) << "' '" << Printable(contact.last)
-         << "' group " << contact.group << " picture " << contact.pictureSet << "/" << contact.pictureGet << " ringer "
-         << contact.ringer;
-    for (const Entry& entry : contact.entries)
-        PrintTo(entry, out);
-    *out << "}";
 }

@@ -38,7 +38,3 @@ uint32_t Get32(const Bytes& bytes, size_t offset);
 Bytes ToBytes(const Contact& contact);
 // The contact at the begin of the bytes, which must hold nothing else.
 Contact FromBytes(const Bytes& bytes);
-
-// For messages of failed tests.
-void PrintTo(const Entry& entry, std::ostream* out);
-void PrintTo(const Contact& contact, std::ostream* out);

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <fstream>
 #include <set>
@@ -132,24 +131,10 @@ TEST(SimulatorState, ShipsWhatTheServicesNeedToBeTriedOut)
             values.insert(std::invoke(field, record));
         return values;
     };
-    using Values = std::set<std::size_t>;
     EXPECT_EQ(distinct(phone.events, &Event::zone).size(), 14u);
     EXPECT_EQ(distinct(phone.events, &Event::repeatType).size(), 6u);
     EXPECT_EQ(distinct(phone.messages, &Message::box).size(), 5u);
-    EXPECT_EQ(distinct(phone.calls, &Call::list), (Values{1, 2, 3}));
-    const Values bodies = distinct(phone.messages, [](const Message& message) { return ToUtf16(message.body).size(); });
-    EXPECT_TRUE(std::ranges::includes(bodies, Values{0, 1, 5, 13, 21, 160}));
-    const Values names = distinct(phone.contacts, [](const Contact& one) { return ToUtf16(one.firstName).size(); });
-    EXPECT_TRUE(std::ranges::includes(names, Values{0, 36}));
-    Values types, values;
-    for (const auto& [id, contact] : phone.contacts) {
-        for (const ContactEntry& entry : contact.entries) {
-            types.insert(entry.type);
-            values.insert(entry.value.size());
-        }
-    }
-    EXPECT_EQ(types.size(), 7u);
-    EXPECT_TRUE(values.contains(52));
+    EXPECT_EQ(distinct(phone.calls, &Call::list), (std::set<std::size_t>{1, 2, 3}));
 }
 
 TEST(SimulatorText, KeepsWhatIsWellFormedAndReplacesTheRest)

@@ -44,7 +44,7 @@ protected:
     // Waits until the device object has logged this error.
     bool AwaitError(const std::string& text)
     {
-        const std::string line = "CDevice\tError\t" + text;
+        const std::string line = "CDevice Error " + text;
         for (int turn = 0; turn < 500; ++turn, Sleep(20)) {
             const auto lines = bench_.TakeLog();
             if (std::ranges::find(lines, line) != lines.end())
