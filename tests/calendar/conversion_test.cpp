@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "calendar/event_text.h"
+#include "calendar/time_zones.h"
 
+#include <sstream>
 #include <tuple>
 
 namespace {
@@ -124,6 +126,8 @@ TEST(EventRecord, HoldsWhatTheTextStates)
     EXPECT_EQ(+bare.dwRingerID, 255u);
     EXPECT_EQ(+bare.wAlarm, 0);
     EXPECT_EQ(bare.szUID.GetWide(), u"");
+    for (const std::string uid : {"{4", "4}", "}4{"}) // braces that do not enclose it belong to it
+        EXPECT_EQ(Read(EventAt("UID:" + uid + "\n")).szUID.GetText(), uid);
 }
 
 TEST(EventRecord, TextsAreCutWhereTheirFieldsEnd)
@@ -172,6 +176,21 @@ TEST(EventRecord, ZonesOfTheOffsetTableBecomeUtc)
         EXPECT_EQ(Show(record.tmStart), stored) << start << end;
         EXPECT_EQ(Show(record.tmEnd), storedEnd) << start << end;
     }
+}
+
+// A name, and what is added to its time for UTC, in minutes.
+TEST(EventRecord, EveryNameOfTheOffsetTableIsKnown)
+{
+    std::istringstream table(
+        "ACDT -630 ACST -570 AEDT -660 AEST -600 AT 120 AWDT -540 AWST -480 BAT -180 BDST -120 BET 660 BST "
+        "-60 BT -180 BZT2 180 CADT -630 CAST -570 CAT 600 CCT -480 CED -120 CET -60 EAST -600 EED -180 EET "
+        "-120 EEST -180 FST -120 FWT -60 GST -600 IDLE -720 IDLW 720 IST -330 IT -210 JST -540 JT -420 KST "
+        "-540 MED -120 MET -60 MEST -120 MEWT -60 MT -480 NDT 150 NFT 210 NT 660 NST -390 NZ -660 NZST -720 "
+        "NZDT -780 NZT -720 ROK -540 SAD -600 SAST -540 SAT -540 SDT -600 SST -120 SWT -60 USZ3 -240 USZ4 "
+        "-300 USZ5 -360 USZ6 -420 UZ10 -660 WAT 60 WET 0 WST -480 YDT 480 YST 540 ZP4 -240 ZP5 -300 ZP6 -360 ");
+    std::string name;
+    for (int minutes = 0; table >> name >> minutes;)
+        EXPECT_EQ(FindTimeZoneOffset(name), 60 * minutes) << name;
 }
 
 TEST(EventRecord, DatesThatDoNotExistRunOver)
