@@ -1,9 +1,10 @@
 // Faults of a simulated handset, in one vocabulary for options, control lines and tests.
 // Used by the session, which applies every fault that matches a request, in the order in which they were added.
-// A new kind of fault is one row of the table in fault.cpp.
+// A new kind of fault is one row of the table in fault.cpp; it says what departs, in words of Departure.
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,32 +13,48 @@
 
 namespace simulator {
 
-enum class FaultKind
+// How the answer to one request departs from the right one: what the faults that strike it come to. The defaults are no
+// departure; of two faults that set the same thing, the first one counts.
+struct Departure
 {
-    Delay,    // delay=MS         the reply comes MS milliseconds late
-    Silence,  // silence          the command is carried out, its reply is never sent
-    Split,    // split=N,M/MS     the reply is sent in pieces that end before bytes N and M, MS (default 50) apart
-    Sequence, // sequence=N       N (default -1) is added to the reply's sequence identifier
-    Command,  // command=N        byte 0 of the reply frame is N (default 0x4C)
-    Length,   // length=N         the reply frame's length field is N
-    Check,    // check            the reply frame's check value is wrong
-    Truncate, // truncate=N       only the first N bytes of the reply are sent
-    Payload,  // payload=N        the reply's payload is cut, or filled with zeros, to N bytes (oversized: payload=9000)
-    Patch,    // patch=OFFSET,N   the 32-bit value at OFFSET of the payload is N
-    Status,   // status=N         the command is refused with this status
-    Result,   // result=N         the command is refused with this result
-    Error,    // error            an AT command is answered with ERROR
-    HangUp,   // hangup           the line drops instead of a reply; it can be opened again at once
-    Unplug,   // unplug           the handset goes instead of a reply, until it is plugged in again
+    enum class Line
+    {
+        Stays,
+        HangsUp,
+        IsUnplugged,
+    };
+    struct Patch
+    {
+        std::size_t offset;
+        std::uint32_t value;
+    };
+
+    std::optional<std::uint16_t> status; // the command is refused
+    std::optional<std::uint32_t> result; // likewise, where its reply has one
+    bool isAtError = false;
+    std::optional<std::size_t> payloadSize;
+    std::vector<Patch> patches;
+    std::optional<std::uint32_t> sequenceShift;
+    std::optional<std::uint8_t> commandCode;
+    std::optional<std::int64_t> length;
+    bool wrongCheck = false;
+    std::optional<std::size_t> sentBytes; // of the reply frame, from its beginning
+    std::chrono::milliseconds delay{0};
+    bool isSilent = false;
+    Line line = Line::Stays;
+    std::vector<std::size_t> pieceEnds;
+    std::chrono::milliseconds pause{0}; // between the pieces
 };
+
+struct FaultKind; // a row of the table
 
 constexpr std::uint32_t kAnyCommand = 0;
 constexpr std::uint32_t kAtCommands = 0xFFFFFFFF;
 
 struct Fault
 {
-    FaultKind kind = FaultKind::Silence;
-    std::vector<std::int64_t> values;
+    const FaultKind* kind = nullptr;
+    std::vector<std::int64_t> values{};
     std::chrono::milliseconds pause{50};
     std::uint32_t command = kAnyCommand;    // every framed or raw request, one command number, or kAtCommands
     std::optional<std::uint32_t> remaining; // how often it still strikes; none: always
@@ -49,6 +66,8 @@ struct Fault
 // KIND[=VALUES][@COMMAND][*TIMES][%PERCENT], for example "status=10@9*1", "split=3,9/200@6", "silence%20", "error@at".
 // Throws std::invalid_argument with a sentence that says what is allowed.
 Fault ParseFault(std::string_view text);
+
+Departure DepartureOf(const std::vector<Fault>& faults);
 
 std::string ToString(const Fault& fault);
 

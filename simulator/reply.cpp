@@ -7,19 +7,12 @@
 namespace simulator {
 namespace {
 
-const Fault* Find(const std::vector<Fault>& faults, FaultKind kind)
-{
-    const auto fault = std::find_if(faults.begin(), faults.end(), [&](const Fault& one) { return one.kind == kind; });
-    return fault == faults.end() ? nullptr : &*fault;
-}
-
-Outcome Refusal(const Command& command, const std::vector<Fault>& faults)
+Outcome Refusal(const Command& command, const Departure& departure)
 {
     Outcome outcome;
-    if (const Fault* fault = Find(faults, FaultKind::Status))
-        outcome.status = static_cast<std::uint16_t>(fault->Value());
-    if (const Fault* fault = Find(faults, FaultKind::Result); fault && command.hasResult)
-        outcome.result = static_cast<std::uint32_t>(fault->Value());
+    outcome.status = departure.status.value_or(outcome.status);
+    if (command.hasResult)
+        outcome.result = departure.result.value_or(outcome.result);
     return outcome;
 }
 
@@ -57,7 +50,7 @@ void TurnAway(Answered& answered, const Command& command, Status status, const s
 
 } // namespace
 
-Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const std::vector<Fault>& faults)
+Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const Departure& departure)
 {
     FieldReader header(record);
     Answered answered{.command = header.U32("command")};
@@ -77,7 +70,7 @@ Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const std:
         return answered;
     }
     answered.isCounted = true;
-    Outcome outcome = Refusal(*command, faults);
+    Outcome outcome = Refusal(*command, departure);
     FieldReader request(record.subspan(kRequestHeaderSize));
     FieldWriter body;
     if (!outcome.IsRefused())
@@ -87,62 +80,50 @@ Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const std:
     return answered;
 }
 
-Bytes ReplyBytes(Bytes payload, std::optional<std::uint32_t> sequence, const std::vector<Fault>& faults)
+Bytes ReplyBytes(Bytes payload, std::optional<std::uint32_t> sequence, const Departure& departure)
 {
-    if (const Fault* fault = Find(faults, FaultKind::Payload))
-        payload.resize(static_cast<std::size_t>(std::min<std::int64_t>(fault->Value(), kLargestPayload)));
-    for (const Fault& fault : faults)
-        if (fault.kind == FaultKind::Patch)
-            for (std::size_t i = 0; i < 4; ++i)
-                if (const auto at = static_cast<std::size_t>(fault.values[0]) + i; at < payload.size())
-                    payload[at] = static_cast<std::uint8_t>(fault.values[1] >> 8 * i);
+    payload.resize(std::min(departure.payloadSize.value_or(payload.size()), kLargestPayload));
+    for (const Departure::Patch& patch : departure.patches)
+        for (std::size_t i = 0; i < 4; ++i)
+            if (patch.offset + i < payload.size())
+                payload[patch.offset + i] = static_cast<std::uint8_t>(patch.value >> 8 * i);
     Bytes bytes;
     if (!sequence)
         bytes = std::move(payload);
     else {
-        ReplyFrame frame{.sequence = *sequence, .payload = std::move(payload)};
-        if (const Fault* fault = Find(faults, FaultKind::Sequence))
-            frame.sequence += static_cast<std::uint32_t>(fault->Value());
-        if (const Fault* fault = Find(faults, FaultKind::Command))
-            frame.commandCode = static_cast<std::uint8_t>(fault->Value());
-        if (const Fault* fault = Find(faults, FaultKind::Length))
-            frame.length = fault->Value();
-        frame.wrongCheck = Find(faults, FaultKind::Check) != nullptr;
+        ReplyFrame frame{.sequence = *sequence + departure.sequenceShift.value_or(0), .payload = std::move(payload)};
+        frame.commandCode = departure.commandCode.value_or(frame.commandCode);
+        frame.length = departure.length.value_or(frame.length);
+        frame.wrongCheck = departure.wrongCheck;
         bytes = BuildReply(frame);
     }
-    if (const Fault* fault = Find(faults, FaultKind::Truncate))
-        bytes.resize(std::min(bytes.size(), static_cast<std::size_t>(fault->Value())));
+    bytes.resize(std::min(departure.sentBytes.value_or(bytes.size()), bytes.size()));
     return bytes;
 }
 
-void AppendSteps(const Bytes& reply, const std::vector<Fault>& faults, std::vector<Step>& steps)
+void AppendSteps(const Bytes& reply, const Departure& departure, std::vector<Step>& steps)
 {
-    Step step;
-    for (const Fault& fault : faults)
-        if (fault.kind == FaultKind::Delay)
-            step.delay += std::chrono::milliseconds(fault.Value());
-    if (Find(faults, FaultKind::Silence))
+    if (departure.isSilent)
         return;
-    if (Find(faults, FaultKind::HangUp) || Find(faults, FaultKind::Unplug)) {
-        step.kind = Find(faults, FaultKind::Unplug) ? Step::Kind::Unplug : Step::Kind::HangUp;
+    Step step{.delay = departure.delay};
+    if (departure.line != Departure::Line::Stays) {
+        const bool isUnplugged = departure.line == Departure::Line::IsUnplugged;
+        step.kind = isUnplugged ? Step::Kind::Unplug : Step::Kind::HangUp;
         steps.push_back(std::move(step));
         return;
     }
-    std::size_t from = 0;
-    const Fault* split = Find(faults, FaultKind::Split);
-    std::vector<std::size_t> ends;
-    if (split)
-        for (const std::int64_t end : split->values)
-            ends.push_back(std::min(reply.size(), static_cast<std::size_t>(end)));
+    std::vector<std::size_t> ends = departure.pieceEnds;
     ends.push_back(reply.size());
+    std::size_t from = 0;
     for (const std::size_t end : ends) {
-        if (end == from)
+        const std::size_t to = std::min(end, reply.size());
+        if (to == from)
             continue;
         step.bytes.assign(reply.begin() + static_cast<std::ptrdiff_t>(from),
-                          reply.begin() + static_cast<std::ptrdiff_t>(end));
+                          reply.begin() + static_cast<std::ptrdiff_t>(to));
         steps.push_back(step);
-        from = end;
-        step.delay = split ? split->pause : std::chrono::milliseconds(0);
+        from = to;
+        step.delay = departure.pause;
     }
 }
 

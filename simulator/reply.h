@@ -2,7 +2,9 @@
 // Used by the session, for framed and for raw requests alike.
 #pragma once
 
-#include "simulator/session.h"
+#include "simulator/fault.h"
+#include "simulator/phone.h"
+#include "simulator/step.h"
 
 #include <cstdint>
 #include <optional>
@@ -22,13 +24,13 @@ struct Answered
     std::string reply{};
 };
 
-// A status or result among the faults refuses the command, which is then not carried out.
-Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const std::vector<Fault>& faults);
+// A status or result that departs refuses the command, which is then not carried out.
+Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const Departure& departure);
 
 // The bytes of the reply: framed when there is a sequence identifier to echo, bare otherwise.
-Bytes ReplyBytes(Bytes payload, std::optional<std::uint32_t> sequence, const std::vector<Fault>& faults);
+Bytes ReplyBytes(Bytes payload, std::optional<std::uint32_t> sequence, const Departure& departure);
 
 // What happens on the line: late, in pieces, not at all, or the line goes.
-void AppendSteps(const Bytes& reply, const std::vector<Fault>& faults, std::vector<Step>& steps);
+void AppendSteps(const Bytes& reply, const Departure& departure, std::vector<Step>& steps);
 
 } // namespace simulator

@@ -135,9 +135,10 @@ void Session::Answer(const Bytes& record, std::optional<std::uint32_t> sequence,
         return Reject("a request of " + std::to_string(record.size()) + " bytes");
     FieldReader header(record);
     const std::vector<Fault> faults = handset_.TakeFaults(header.U32("command"));
+    const Departure departure = DepartureOf(faults);
     Answered answered;
-    handset_.Change(0, [&](Phone& phone) { answered = CarryOut(phone, record, faults); });
-    const Bytes reply = ReplyBytes(std::move(answered.payload), sequence, faults);
+    handset_.Change(0, [&](Phone& phone) { answered = CarryOut(phone, record, departure); });
+    const Bytes reply = ReplyBytes(std::move(answered.payload), sequence, departure);
     const std::string tag =
         (sequence ? "#" + std::to_string(*sequence) : "raw") + " " + std::to_string(answered.command) + " ";
     std::string struck;
@@ -145,7 +146,7 @@ void Session::Answer(const Bytes& record, std::optional<std::uint32_t> sequence,
         struck += " [" + ToString(fault) + "]";
     Trace("< " + tag + answered.request, record);
     Trace("> " + tag + answered.reply + struck, reply);
-    AppendSteps(reply, faults, steps);
+    AppendSteps(reply, departure, steps);
     if (answered.isCounted)
         handset_.CountRequest(answered.command, record);
     else
@@ -154,15 +155,13 @@ void Session::Answer(const Bytes& record, std::optional<std::uint32_t> sequence,
 
 void Session::AnswerAt(std::string_view line, std::vector<Step>& steps)
 {
-    const std::vector<Fault> faults = handset_.TakeFaults(kAtCommands);
-    const bool isRefused =
-        std::any_of(faults.begin(), faults.end(), [](const Fault& fault) { return fault.kind == FaultKind::Error; });
+    const Departure departure = DepartureOf(handset_.TakeFaults(kAtCommands));
     const std::string echo = echo_ ? std::string(line) + "\r" : "";
-    const std::string answer = echo + "\r\n" + (isRefused ? "ERROR" : ExecuteAt(line)) + "\r\n";
-    const Bytes bytes = ReplyBytes(Bytes(answer.begin(), answer.end()), std::nullopt, faults);
+    const std::string answer = echo + "\r\n" + (departure.isAtError ? "ERROR" : ExecuteAt(line)) + "\r\n";
+    const Bytes bytes = ReplyBytes(Bytes(answer.begin(), answer.end()), std::nullopt, departure);
     Trace("< AT " + Printable(line), Bytes(line.begin(), line.end()));
     Trace("> AT " + Printable(answer), bytes);
-    AppendSteps(bytes, faults, steps);
+    AppendSteps(bytes, departure, steps);
     handset_.CountRequest(kAtCommands, Bytes(line.begin(), line.end()));
 }
 

@@ -2,10 +2,9 @@
 // Used by the transports, and directly by tests and fuzzers that need no port. A session is used by one thread.
 #pragma once
 
-#include "simulator/frame.h"
 #include "simulator/handset.h"
+#include "simulator/step.h"
 
-#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -19,20 +18,6 @@ enum class PortKind
 {
     Diagnostic, // framed requests and replies
     Modem,      // AT commands, and raw request records once the mode is 2
-};
-
-// One thing to do on the line, `delay` after the one before it.
-struct Step
-{
-    enum class Kind
-    {
-        Send,
-        HangUp,
-        Unplug,
-    };
-    Kind kind = Kind::Send;
-    std::chrono::milliseconds delay{0};
-    Bytes bytes{};
 };
 
 class Session

@@ -18,11 +18,11 @@ namespace {
 std::vector<Command> AllCommands()
 {
     std::vector<Command> commands;
-    for (auto* list : {InfoCommands, StatusCommands, WatchCommands, RadioCommands, LockCommands, ParametersCommands,
-                       ActivateCommands, ContactsCommands, EventsCommands, MessagesCommands, CallsCommands,
-                       BackupCommands, RestoreCommands, ErrorCommands, DoctorCommands})
+#define PHNCTL_ROW(noun) noun##Commands,
+    for (auto* list : {PHNCTL_NOUNS(PHNCTL_ROW)})
         for (Command& command : list())
             commands.push_back(std::move(command));
+#undef PHNCTL_ROW
     return commands;
 }
 

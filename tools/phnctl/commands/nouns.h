@@ -1,26 +1,32 @@
-// The nouns of the command line, each with its commands. One file or folder each; main.cpp puts them together.
+// The nouns of the command line, each with its commands, in the order in which the help shows them: one row here, and
+// one file or folder beside this one.
 #pragma once
 
 #include "phnctl/cli/command.h"
 
 #include <vector>
 
+#define PHNCTL_NOUNS(ROW)                                                                                              \
+    ROW(Info)                                                                                                          \
+    ROW(Status)                                                                                                        \
+    ROW(Watch)                                                                                                         \
+    ROW(Radio)                                                                                                         \
+    ROW(Lock)                                                                                                          \
+    ROW(Parameters)                                                                                                    \
+    ROW(Activate)                                                                                                      \
+    ROW(Contacts)                                                                                                      \
+    ROW(Events)                                                                                                        \
+    ROW(Messages)                                                                                                      \
+    ROW(Calls)                                                                                                         \
+    ROW(Backup)                                                                                                        \
+    ROW(Restore)                                                                                                       \
+    ROW(Error)                                                                                                         \
+    ROW(Doctor)
+
 namespace phnctl {
 
-std::vector<Command> InfoCommands();
-std::vector<Command> StatusCommands();
-std::vector<Command> WatchCommands();
-std::vector<Command> RadioCommands();
-std::vector<Command> LockCommands();
-std::vector<Command> ParametersCommands();
-std::vector<Command> ActivateCommands();
-std::vector<Command> ErrorCommands();
-std::vector<Command> ContactsCommands();
-std::vector<Command> EventsCommands();
-std::vector<Command> BackupCommands();
-std::vector<Command> RestoreCommands();
-std::vector<Command> MessagesCommands();
-std::vector<Command> CallsCommands();
-std::vector<Command> DoctorCommands();
+#define PHNCTL_ROW(noun) std::vector<Command> noun##Commands();
+PHNCTL_NOUNS(PHNCTL_ROW)
+#undef PHNCTL_ROW
 
 } // namespace phnctl
