@@ -1,5 +1,5 @@
-// What the commands of reading.cpp, writing.cpp and deleting.cpp share: arguments, help texts in the words of a kind, and
-// one entry by its index.
+// What the commands of reading.cpp, writing.cpp and deleting.cpp share: arguments, help texts in the words of a kind,
+// and one entry by its index.
 #pragma once
 
 #include "phnctl/cli/command.h"
