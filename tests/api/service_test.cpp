@@ -219,21 +219,11 @@ TEST_F(ServiceTest, NetworkErrorsHaveTheirTexts)
 {
     StartService();
     const std::tuple<int32_t, PHN_ERROR, const char*> cases[] = {
-        {1000, 0, "PHN_NETWORK_ERROR_1X_CO_NO_SERVICE, Call origination - No Service"},
         {1025, 0, "PHN_NETWORK_ERROR_1X_FADE, Fade"},
-        {1031, 0, "PHN_NETWORK_ERROR_1X_E911_GPS_FIX, Voice call terminated in favor of GPS fix"},
-        {2000, 0, "PHN_NETWORK_ERROR_WCDMA_NO_SERVICE, No service"},
-        {2005, 0, "PHN_NETWORK_ERROR_WCDMA_USER_DISCONNECTED, User ended call"},
-        {3000, 0, "PHN_NETWORK_ERROR_EVDO_CO_NO_SERVICE, Call origination - No service"},
         {3016, 0, "PHN_NETWORK_ERROR_EVDO_GPS_FIX\tEVDO call, ended in favor of GPS fix"},
         {-1, 1, ""},
         {0, 1, ""},
-        {999, 1, ""},
         {1032, 1, ""},
-        {1999, 1, ""},
-        {2006, 1, ""},
-        {2999, 1, ""},
-        {3017, 1, ""},
     };
     char buffer[128];
     Lines lines;

@@ -1,4 +1,4 @@
-// The handset's identity as the host gets it, whatever the handset stores.
+// The handset's identity as the host gets it, whatever the handset stores; and the texts of network errors.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -6,6 +6,7 @@
 #include <tuple>
 
 #include "status/device_information.h"
+#include "status/network_errors.h"
 
 namespace {
 
@@ -98,6 +99,21 @@ TEST(DeviceInformation, ValuesArriveUnderTheirNames)
     EXPECT_EQ(+host.uInfo246, 0x94000000u);
     EXPECT_EQ(+host.uInfo250, 0x95u);
     EXPECT_EQ(+host.uInfo251, 0x96u);
+}
+
+// All the texts at once, as a hash (FNV-1a), so that none of them changes unseen.
+TEST(NetworkErrors, HaveTheTextsThatHostsShow)
+{
+    uint32_t hash = 0x811C9DC5;
+    int count = 0;
+    for (int32_t code = 0; code < 4000; ++code) {
+        const std::string_view text = FindNetworkErrorText(code);
+        count += !text.empty();
+        for (size_t at = 0; !text.empty() && at <= text.size(); ++at) // with the terminator
+            hash = (hash ^ static_cast<uint8_t>(text.data()[at])) * 0x01000193;
+    }
+    EXPECT_EQ(count, 55);
+    EXPECT_EQ(hash, 0xF0EF3144U);
 }
 
 } // namespace
