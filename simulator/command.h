@@ -16,7 +16,7 @@ namespace simulator {
 
 constexpr std::size_t kRequestHeaderSize = 6; // command number, then the 16-bit value 1
 constexpr std::size_t kReplyHeaderSize = 8;
-constexpr std::size_t kLongestRequest = 8181;     // what one request frame can carry
+constexpr std::size_t kLongestRequest = 8181;    // what one request frame can carry
 constexpr std::size_t kLargestPayload = 1 << 20; // what a fault may blow a reply up to
 
 // Values of the reply header's status. 1 to 3 are this handset's own; a host takes them for a plain failure.
