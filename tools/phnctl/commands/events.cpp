@@ -4,7 +4,6 @@
 #include "phnctl/events/event.h"
 #include "phnctl/events/file.h"
 #include "phnctl/events/kind.h"
-#include "phnctl/events/rule.h"
 #include "phnctl/events/words.h"
 #include "phnctl/handset/session.h"
 #include "phnctl/plan/inventory.h"
@@ -50,11 +49,11 @@ Span SpanOf(const Invocation& invocation)
     if (const auto date = invocation.Value(kFrom)) {
         std::string digits = *date;
         std::erase(digits, '-');
-        const auto from = ParseEventTime(digits + "T000000");
-        if (!from || digits.size() != 8)
+        const auto from = ParseStatedTime(digits);
+        if (!from || from->form != StatedTime::Form::Day)
             throw Failure(kUsage,
                           fmt::format("{} '{}': allowed is a date such as 2009-03-10", kFrom, Printable(*date)));
-        span.from = *from;
+        span.from = from->time;
     }
     std::int64_t days = kDefaultDays;
     if (const auto text = invocation.Value(kDays)) {
@@ -70,16 +69,16 @@ Span SpanOf(const Invocation& invocation)
 // Those of one event that are not over before the span begins.
 void Collect(const StoredEntry& stored, const Span& span, std::vector<Occurrence>& found)
 {
-    const EventDraft event = DraftOf(stored.entry);
+    EventDraft event = DraftOf(stored.entry);
     if (!event.start || !event.end)
         return;
+    event.rule.EndInOwnTime(event.zone);
     const std::int64_t length = SecondsOf(*event.end) - SecondsOf(*event.start);
     // A day more on both sides, as the span is local time and the event's may be another.
     const EventTime first = TimeOf(SecondsOf(span.from) - length - kDay);
     const EventTime last = TimeOf(SecondsOf(span.to) + kDay);
-    const auto starts = event.rule.empty()
-                            ? std::vector<EventTime>{*event.start}
-                            : Occurrences(*event.start, RuleInOwnTime(event.rule, event.zone), first, last, kMostOfOne);
+    const auto starts = event.rule.Repeats() ? Occurrences(*event.start, event.rule, first, last, kMostOfOne)
+                                             : std::vector<EventTime>{*event.start};
     for (const EventTime& start : starts) {
         const EventTime end = TimeOf(SecondsOf(start) + length);
         const Occurrence occurrence{LocalTimeOf(start, event.zone), LocalTimeOf(end, event.zone), &stored};

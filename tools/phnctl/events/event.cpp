@@ -24,11 +24,14 @@ std::string ValueOf(const Entry& entry, const char* property)
     return value ? *value : std::string();
 }
 
+bool IsAllDay(const EventDraft& draft)
+{
+    return draft.zone.empty() && draft.start && draft.end && AreWholeDays(*draft.start, *draft.end);
+}
+
 bool IsAllDay(const Entry& entry)
 {
-    const auto start = ParseEventTime(ValueOf(entry, kStart));
-    const auto end = ParseEventTime(ValueOf(entry, kEnd));
-    return !entry.Find(kZone) && start && end && AreWholeDays(*start, *end);
+    return IsAllDay(DraftOf(entry));
 }
 
 EventDraft DraftOf(const Entry& entry)
@@ -38,13 +41,13 @@ EventDraft DraftOf(const Entry& entry)
     draft.start = ParseEventTime(ValueOf(entry, kStart));
     draft.end = ParseEventTime(ValueOf(entry, kEnd));
     draft.zone = ValueOf(entry, kZone);
-    draft.rule = ValueOf(entry, kRule);
+    draft.rule = ParseRule(ValueOf(entry, kRule));
     if (const auto alarm = ParseNumber(ValueOf(entry, kAlarm), 0x7FFFFFFF))
         draft.alarm = static_cast<std::int64_t>(*alarm);
     draft.ringer = ValueOf(entry, kRinger);
     draft.uid = ValueOf(entry, kUid);
-    draft.created = ValueOf(entry, kCreated);
-    draft.modified = ValueOf(entry, kModified);
+    draft.created = ParseEventTime(ValueOf(entry, kCreated));
+    draft.modified = ParseEventTime(ValueOf(entry, kModified));
     return draft;
 }
 

@@ -3,7 +3,7 @@
 // kind, for the handset's own text and for the calendars of files alike.
 #pragma once
 
-#include "phnctl/events/time.h"
+#include "phnctl/events/rule.h"
 #include "phnctl/plan/entry.h"
 
 #include <map>
@@ -36,14 +36,14 @@ struct EventDraft
     std::optional<EventTime> start;
     std::optional<EventTime> end;
     std::string zone;
-    std::string rule;
+    EventRule rule;
     std::vector<EventTime> exceptions; // occurrences that do not take place
     std::optional<EventTime> before;   // from then on it is another draft's
     std::optional<std::int64_t> alarm; // minutes before the start; negative: after it
     std::string ringer;
     std::string uid;
-    std::string created;
-    std::string modified;
+    std::optional<EventTime> created;
+    std::optional<EventTime> modified;
     std::vector<Note> notes; // what was lost on the way here
     std::string problem;     // not empty: it is no event that a handset could hold
     std::string problemCode = "not-an-event";
@@ -67,6 +67,7 @@ EventDraft DraftOf(const Entry& entry);
 std::string ValueOf(const Entry& entry, const char* property);
 
 // Whole days of local time.
+bool IsAllDay(const EventDraft& draft);
 bool IsAllDay(const Entry& entry);
 
 // What `wanted` leaves open is that of `replaced`: the stamp of its creation, and the ringer of its alarm.

@@ -32,9 +32,9 @@ std::vector<EventDraft> ReadOwnEvents(std::string_view text);
 // no event comes as a draft that is not meant.
 std::vector<EventDraft> ReadForeignEvents(const std::string& text);
 
-// The starts of a repeating event that fall into a span, at most so many, in the event's own time. Throws Failure
-// where the tool is built without libical.
-std::vector<EventTime> Occurrences(const EventTime& start, const std::string& rule, const EventTime& from,
+// The starts of a repeating event that fall into a span, at most so many, in the event's own time, as is the rule's
+// end. Throws Failure where the tool is built without libical.
+std::vector<EventTime> Occurrences(const EventTime& start, const EventRule& rule, const EventTime& from,
                                    const EventTime& to, std::size_t limit);
 
 } // namespace phnctl

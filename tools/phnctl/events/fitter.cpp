@@ -1,5 +1,4 @@
 #include "phnctl/events/event.h"
-#include "phnctl/events/rule.h"
 #include "phnctl/events/uid.h"
 #include "phnctl/events/words.h"
 #include "phnctl/text/number.h"
@@ -60,7 +59,7 @@ private:
             return false;
         }
         EventTime& end = *m_draft.end;
-        m_isAllDay = m_draft.zone.empty() && AreWholeDays(*m_draft.start, end);
+        m_isAllDay = IsAllDay(m_draft);
         if (m_isAllDay) // their end is always written as the last minute
             end = TimeOf(SecondsOf(end) - (end.hour == 0 ? 60 : end.second));
         const auto isInRange = [](const EventTime& time) { return time.year >= kFirstYear && time.year <= kLastYear; };
@@ -77,21 +76,17 @@ private:
 
     void TakeRule()
     {
-        EventRule rule;
-        std::string problem;
-        if (m_draft.rule.empty())
-            return;
-        const bool isRead = rule.Parse(m_draft.rule, problem);
-        const bool isHeld = isRead && (rule.frequency.empty() || rule.Lists(*m_draft.start));
-        if (!isHeld)
-            Add(kRule, OneLine(m_draft.rule)); // so that it is not taken for what happens once
-        if (!isRead)
-            return Refuse("rule", kRule, fmt::format("the handset cannot repeat an event by '{}'", problem));
-        if (!isHeld)
+        EventRule& rule = m_draft.rule;
+        const bool isListed = !rule.Repeats() || rule.Lists(*m_draft.start);
+        if (!rule.problem.empty() || !isListed)
+            Add(kRule, OneLine(rule.written)); // so that it is not taken for what happens once
+        if (!rule.problem.empty())
+            return Refuse("rule", kRule, fmt::format("the handset cannot repeat an event by '{}'", rule.problem));
+        if (!isListed)
             return Refuse("start-not-in-rule", kRule, "the start is none of the days that the rule lists");
-        if (m_isAllDay && !rule.until.empty()) { // any time of the last day means that day
+        if (m_isAllDay && rule.until) { // any time of the last day means that day
             rule.EndInOwnTime("");
-            rule.until.resize(8);
+            rule.until->form = StatedTime::Form::Day;
         }
         rule.EndInUtc(m_draft.zone);
         Add(kRule, rule.Text());
@@ -126,9 +121,8 @@ private:
         Add(kUid, held);
     }
 
-    void TakeStamp(const char* property, const std::string& stamp)
+    void TakeStamp(const char* property, const std::optional<EventTime>& time)
     {
-        const auto time = ParseEventTime(stamp);
         if (time && time->year >= kFirstYear)
             Add(property, EventTimeText(*time));
     }

@@ -82,33 +82,37 @@ private:
         else if (line.name == kStart)
             TakeStart(line, draft);
         else if (line.name == kEnd)
-            TakeEnd(line, draft);
+            draft.end = EndOf(line.value);
         else if (line.name == kRule)
-            draft.rule = line.value.find("FREQ=") == std::string::npos ? "" : line.value;
+            draft.rule = line.value.find("FREQ=") == std::string::npos ? EventRule() : ParseRule(line.value);
         else if (line.name == kUid)
             draft.uid = m_isLibrary ? WithoutBraces(line.value) : Unescaped(line.value);
         else if (line.name == kOwnUid)
             draft.uid = Unescaped(line.value);
         else if (line.name == kCreated)
-            draft.created = line.value;
+            draft.created = ParseEventTime(line.value);
         else if (line.name == kModified)
-            draft.modified = line.value;
+            draft.modified = ParseEventTime(line.value);
     }
 
     // A date is a whole day; the end of whole days is the day behind them.
-    static void TakeEnd(const ContentLine& line, EventDraft& draft)
+    static std::optional<EventTime> EndOf(const std::string& text)
     {
-        const bool isDate = line.value.size() == 8;
-        draft.end = ParseEventTime(isDate ? line.value + "T000000" : line.value);
-        if (isDate && draft.end)
-            draft.end = TimeOf(SecondsOf(*draft.end) - 60);
+        const auto end = ParseStatedTime(text);
+        if (!end)
+            return std::nullopt;
+        return end->form == StatedTime::Form::Day ? TimeOf(SecondsOf(end->time) - 60) : end->time;
     }
 
     static void TakeStart(const ContentLine& line, EventDraft& draft)
     {
-        draft.start = ParseEventTime(line.value.size() == 8 ? line.value + "T000000" : line.value);
+        const auto start = ParseStatedTime(line.value);
+        draft.start.reset();
+        if (!start)
+            return;
+        draft.start = start->time;
         const std::string zone = UpperCase(line.ParameterValue("TZID"));
-        draft.zone = HoursBehindUtc(zone) ? zone : line.value.ends_with('Z') ? kUtcZone : "";
+        draft.zone = HoursBehindUtc(zone) ? zone : start->form == StatedTime::Form::Utc ? kUtcZone : "";
     }
 
     std::vector<EventDraft> m_drafts;

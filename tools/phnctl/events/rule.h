@@ -4,11 +4,21 @@
 
 #include "phnctl/events/time.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace phnctl {
+
+enum class Frequency
+{
+    None, // the event does not repeat
+    Daily,
+    Weekly,
+    Monthly,
+    Yearly,
+};
 
 struct EventRule
 {
@@ -20,20 +30,25 @@ struct EventRule
         auto operator<=>(const Day&) const = default;
     };
 
-    std::string frequency; // "DAILY", "WEEKLY", "MONTHLY" or "YEARLY"; empty: the event does not repeat
-    unsigned count = 0;    // 0: not counted
-    // "20091231T000000Z", in UTC; without the Z in the event's own time; "20091231", that whole day. Empty: none.
-    std::string until;
+    Frequency frequency = Frequency::None;
+    unsigned count = 0;              // 0: not counted
+    std::optional<StatedTime> until; // in UTC, of the event's own clock, or the whole of its day
     unsigned interval = 1;
     std::vector<Day> days;
     std::vector<int> months;
     std::vector<int> monthDays; // -1: the last
 
-    // Takes the text of an RRULE as any program writes it. On false, `problem` says what a handset cannot hold of it.
-    bool Parse(std::string_view text, std::string& problem);
+    std::string written; // the text that it was read from
+    std::string problem; // what a handset cannot hold of it: nothing but that text counts then. Empty: it can
+
+    bool Repeats() const { return frequency != Frequency::None || !problem.empty(); }
 
     // As the library writes it of what the handset holds, and empty for an event that does not repeat.
     std::string Text() const;
+
+    // Orders what it lists as the library does. False: a handset keeps one week of a weekday from the front of the
+    // month, and one from its end.
+    bool Arrange();
 
     // Brings the end to the event's own time, and to UTC as the library keeps it.
     void EndInOwnTime(std::string_view zone);
@@ -46,7 +61,7 @@ struct EventRule
     bool MoveDays(int distance);
 };
 
-// The text of a rule whose end is a time of the event's own, as a search for occurrences needs it.
-std::string RuleInOwnTime(const std::string& text, std::string_view zone);
+// Takes the text of an RRULE as any program writes it.
+EventRule ParseRule(std::string_view text);
 
 } // namespace phnctl

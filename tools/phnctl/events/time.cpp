@@ -46,6 +46,14 @@ SYSTEMTIME ToSystem(const EventTime& time)
 
 } // namespace
 
+bool Exists(const EventTime& time)
+{
+    using namespace std::chrono;
+    return time.year >= 0 && time.year <= 9998 && time.month <= 12 && time.day <= 31 && time.hour < 24 &&
+           time.minute < 60 && time.second < 60 &&
+           year_month_day(year(time.year), month(time.month), day(time.day)).ok();
+}
+
 std::optional<EventTime> ParseEventTime(std::string_view text)
 {
     if (text.size() < 15 || text[8] != 'T')
@@ -56,20 +64,28 @@ std::optional<EventTime> ParseEventTime(std::string_view text)
                          Digits(text, 9, 2),
                          Digits(text, 11, 2),
                          Digits(text, 13, 2)};
-    const bool exists = time.year <= 9998 && time.month <= 12 && time.day <= 31 && time.hour < 24 && time.minute < 60 &&
-                        time.second < 60 &&
-                        std::chrono::year_month_day(std::chrono::year(time.year), std::chrono::month(time.month),
-                                                    std::chrono::day(time.day))
-                            .ok();
-    if (!exists)
-        return std::nullopt;
-    return time;
+    return Exists(time) ? std::optional(time) : std::nullopt;
 }
 
 std::string EventTimeText(const EventTime& time)
 {
     return fmt::format("{:04}{:02}{:02}T{:02}{:02}{:02}", time.year, time.month, time.day, time.hour, time.minute,
                        time.second);
+}
+
+std::optional<StatedTime> ParseStatedTime(std::string_view text)
+{
+    const bool isDay = text.size() == 8;
+    const auto time = isDay ? ParseEventTime(std::string(text) + "T000000") : ParseEventTime(text);
+    using enum StatedTime::Form;
+    return time ? std::optional<StatedTime>({*time, isDay ? Day : text.ends_with('Z') ? Utc : Clock}) : std::nullopt;
+}
+
+std::string StatedTimeText(const StatedTime& stated)
+{
+    const std::string text = EventTimeText(stated.time);
+    using enum StatedTime::Form;
+    return stated.form == Day ? text.substr(0, 8) : stated.form == Utc ? text + 'Z' : text;
 }
 
 std::int64_t SecondsOf(const EventTime& time)

@@ -23,9 +23,28 @@ struct EventTime
 inline constexpr int kFirstYear = 1981; // that a handset keeps
 inline constexpr int kLastYear = 2037;
 
+bool Exists(const EventTime& time);
+
 // "20090310T120000", with anything behind it. Nothing for what is no date or no time.
 std::optional<EventTime> ParseEventTime(std::string_view text);
 std::string EventTimeText(const EventTime& time);
+
+// A time as a calendar states it.
+struct StatedTime
+{
+    enum class Form
+    {
+        Day,   // "20090310", the whole of it; the time is its begin
+        Clock, // "20090310T120000", of a clock that is named elsewhere
+        Utc,   // "20090310T120000Z"
+    };
+
+    EventTime time;
+    Form form = Form::Clock;
+};
+
+std::optional<StatedTime> ParseStatedTime(std::string_view text);
+std::string StatedTimeText(const StatedTime& stated);
 
 // Seconds since 1970 of a time taken for UTC, and back.
 std::int64_t SecondsOf(const EventTime& time);

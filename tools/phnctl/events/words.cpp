@@ -15,18 +15,7 @@ constexpr const char* kDayNames[] = {"Monday", "Tuesday", "Wednesday", "Thursday
 constexpr const char* kMonthNames[] = {"January", "February", "March",     "April",   "May",      "June",
                                        "July",    "August",   "September", "October", "November", "December"};
 
-struct Frequency
-{
-    std::string_view name;
-    const char* one;  // "month"
-    const char* each; // of an interval of 1
-};
-constexpr Frequency kFrequencies[] = {
-    {"DAILY", "day", "every day"},
-    {"WEEKLY", "week", "every week"},
-    {"MONTHLY", "month", "every month"},
-    {"YEARLY", "year", "every year"},
-};
+constexpr const char* kUnits[] = {"", "day", "week", "month", "year"}; // by their Frequency
 
 std::string Ordinal(int number)
 {
@@ -71,41 +60,38 @@ bool AreWeekdays(const std::vector<EventRule::Day>& days)
 
 std::string RuleWords(const EventRule& rule)
 {
-    const auto& [frequency, count, until, interval, days, months, monthDays] = rule;
-    const auto* const unit = std::ranges::find(kFrequencies, frequency, &Frequency::name);
-    if (unit == std::end(kFrequencies))
-        return {};
-    std::string words = interval == 1 ? unit->each : fmt::format("every {} {}s", interval, unit->one);
+    const auto& [frequency, count, until, interval, days, months, monthDays, written, problem] = rule;
+    if (frequency == Frequency::None || !problem.empty())
+        return written;
+    const char* const unit = kUnits[static_cast<std::size_t>(frequency)];
+    std::string words = interval == 1 ? fmt::format("every {}", unit) : fmt::format("every {} {}s", interval, unit);
     const bool isByWeek = std::ranges::any_of(days, [](const EventRule::Day& day) { return day.week != 0; });
-    if (isByWeek && frequency == "MONTHLY" && interval == 1)
+    if (isByWeek && frequency == Frequency::Monthly && interval == 1)
         words = fmt::format("every {} of the month", DaysInWords(days));
     else if (isByWeek)
         words += fmt::format(", on the {} of the month", DaysInWords(days));
-    else if (AreWeekdays(days) && frequency == "WEEKLY" && interval == 1)
+    else if (AreWeekdays(days) && frequency == Frequency::Weekly && interval == 1)
         words = "every weekday";
     else if (!days.empty())
         words += " on " + DaysInWords(days);
     std::vector<std::string> names;
     for (const int month : months)
         names.push_back(kMonthNames[month - 1]);
-    if (frequency == "YEARLY" && months.size() == 1 && monthDays.size() == 1 && monthDays.front() > 0)
+    if (frequency == Frequency::Yearly && months.size() == 1 && monthDays.size() == 1 && monthDays.front() > 0)
         words += fmt::format(" on {} {}", monthDays.front(), names.front());
     else if (!months.empty() || !monthDays.empty())
         words += (months.empty() ? "" : " in " + Listed(names)) +
                  (monthDays.empty() ? "" : " on " + MonthDaysInWords(monthDays));
     if (count != 0)
         words += count == 1 ? ", once" : fmt::format(", {} times", count);
-    else if (!until.empty())
-        words += fmt::format(" until {}-{}-{}", until.substr(0, 4), until.substr(4, 2), until.substr(6, 2));
+    else if (until)
+        words += fmt::format(" until {:04}-{:02}-{:02}", until->time.year, until->time.month, until->time.day);
     return words;
 }
 
 std::string RuleInWords(const std::string& rule, std::string_view zone)
 {
-    EventRule parsed;
-    std::string problem;
-    if (!parsed.Parse(rule, problem) || parsed.frequency.empty())
-        return rule;
+    EventRule parsed = ParseRule(rule);
     parsed.EndInOwnTime(zone);
     return RuleWords(parsed);
 }

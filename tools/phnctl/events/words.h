@@ -11,10 +11,10 @@
 
 namespace phnctl {
 
-// "every second Tuesday of the month until 2009-12-31".
+// "every second Tuesday of the month until 2009-12-31"; as it is written if a handset does not repeat by it.
 std::string RuleWords(const EventRule& rule);
 
-// The same of a rule's text, its end in the event's own time; as it is if a handset does not repeat by it.
+// The same of a rule's text, its end in the event's own time.
 std::string RuleInWords(const std::string& rule, std::string_view zone);
 
 // "15 minutes before", "1 day before", "at the start", "5 minutes after the start".

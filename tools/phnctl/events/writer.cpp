@@ -1,5 +1,4 @@
 #include "phnctl/events/file.h"
-#include "phnctl/events/rule.h"
 #include "phnctl/events/uid.h"
 #include "phnctl/text/content_line.h"
 #include "phnctl/text/content_value.h"
@@ -23,25 +22,22 @@ std::string TimeLine(const Entry& entry, const char* property)
                        isUtc ? "Z" : "");
 }
 
-// "DTSTART;VALUE=DATE:20090310"; the end is the day behind the last.
-std::string DayLine(const Entry& event, const char* property)
+// "DTSTART;VALUE=DATE:20090310".
+std::string DayLine(const char* property, const EventTime& time)
 {
-    const EventTime time = ParseEventTime(ValueOf(event, property)).value_or(EventTime());
-    const EventTime day = property == kEnd ? TimeOf(SecondsOf(time) + 60) : time;
-    return fmt::format("{};VALUE=DATE:{}", property, EventTimeText(day).substr(0, 8));
+    return fmt::format("{};VALUE=DATE:{}", property, StatedTimeText({time, StatedTime::Form::Day}));
 }
 
-// The end is a time such as the start: a date, local, or UTC for all else.
-std::string RuleText(const Entry& event)
+// The end is a time such as the start: a date, local, or UTC for all else. Empty where other programs know no such
+// rule.
+std::string RuleText(EventRule rule, const std::string& zone, bool isAllDay)
 {
-    EventRule rule;
-    std::string problem;
-    if (!rule.Parse(ValueOf(event, kRule), problem))
+    if (!rule.problem.empty())
         return {};
-    if (!event.Find(kZone))
+    if (zone.empty())
         rule.EndInOwnTime("");
-    if (IsAllDay(event) && !rule.until.empty())
-        rule.until.resize(8);
+    if (isAllDay && rule.until)
+        rule.until->form = StatedTime::Form::Day;
     return rule.Text();
 }
 
@@ -78,6 +74,8 @@ void AppendAlarm(std::string& text, const Entry& event)
 
 void AppendEvent(std::string& text, const Entry& event, const std::string& uid)
 {
+    const EventDraft values = DraftOf(event);
+    const bool isAllDay = IsAllDay(values);
     const std::string modified = ValueOf(event, kModified);
     text += "BEGIN:VEVENT\r\n";
     AppendFolded(text, "UID:" + Escaped(uid));
@@ -87,10 +85,11 @@ void AppendEvent(std::string& text, const Entry& event, const std::string& uid)
     for (const char* stamp : {kCreated, kModified})
         if (event.Find(stamp))
             AppendFolded(text, fmt::format("{}:{}Z", stamp, ValueOf(event, stamp)));
-    for (const char* property : {kStart, kEnd})
-        AppendFolded(text, IsAllDay(event) ? DayLine(event, property) : TimeLine(event, property));
+    AppendFolded(text, isAllDay ? DayLine(kStart, *values.start) : TimeLine(event, kStart));
+    // The end of whole days is the day behind them.
+    AppendFolded(text, isAllDay ? DayLine(kEnd, TimeOf(SecondsOf(*values.end) + 60)) : TimeLine(event, kEnd));
     AppendFolded(text, "SUMMARY:" + Escaped(ValueOf(event, kText)));
-    if (const std::string rule = RuleText(event); !rule.empty())
+    if (const std::string rule = RuleText(values.rule, values.zone, isAllDay); !rule.empty())
         AppendFolded(text, "RRULE:" + rule);
     AppendAlarm(text, event);
     text += "END:VEVENT\r\n";

@@ -3,7 +3,9 @@
 #include "phnctl/plan/plan.h"
 
 #include <algorithm>
+#include <deque>
 #include <fmt/format.h>
+#include <iterator>
 #include <map>
 #include <memory>
 
@@ -18,31 +20,6 @@ struct ComponentDeleter
     void operator()(icalcomponent* component) const { icalcomponent_free(component); }
 };
 
-struct Found
-{
-    icalcomponent* component;
-    EventOutline outline;
-};
-
-// The components of one id.
-struct Family
-{
-    const Found* newest = nullptr;       // of those that are no instance
-    const Found* series = nullptr;       // that, if it repeats
-    std::vector<const Found*> instances; // by the occurrence that they take the place of
-};
-
-bool Has(icalcomponent* component, icalproperty_kind kind)
-{
-    return icalcomponent_get_first_property(component, kind);
-}
-
-std::int64_t OccurrenceOf(const Found* instance)
-{
-    return InstantOf(icalproperty_get_datetime_with_component(
-        icalcomponent_get_first_property(instance->component, ICAL_RECURRENCEID_PROPERTY), instance->component));
-}
-
 class CalendarReader
 {
 public:
@@ -55,115 +32,97 @@ public:
         }
         Find(root.get());
         Gather();
-        for (const Found& found : m_found)
-            Read(found);
+        for (const Component& component : m_components)
+            Take(component);
     }
 
-    std::vector<EventDraft> Take() { return std::move(m_drafts); }
+    std::vector<EventDraft> Drafts() { return std::move(m_drafts); }
 
 private:
     void Find(icalcomponent* component)
     {
         const icalcomponent_kind kind = icalcomponent_isa(component);
         if (kind != ICAL_XROOT_COMPONENT && kind != ICAL_VCALENDAR_COMPONENT) {
-            const std::string name = Given(icalcomponent_kind_to_string(kind));
-            const std::vector<EventOutline>& known = m_outlines[name];
-            const std::size_t number = m_next[name]++;
-            m_found.push_back({component, number < known.size() ? known[number] : EventOutline()});
+            auto& known = m_outlines[Given(icalcomponent_kind_to_string(kind))];
+            m_components.push_back(ReadComponent(component, known.empty() ? ComponentOutline() : known.front()));
+            if (!known.empty())
+                known.pop_front();
             return;
         }
-        for (icalcomponent* inner = icalcomponent_get_first_component(component, ICAL_ANY_COMPONENT); inner;
-             inner = icalcomponent_get_next_component(component, ICAL_ANY_COMPONENT))
-            Find(inner);
+        icalcompiter next = icalcomponent_begin_component(component, ICAL_ANY_COMPONENT);
+        for (; icalcompiter_deref(&next); icalcompiter_next(&next))
+            Find(icalcompiter_deref(&next));
     }
 
     void Gather()
     {
-        for (const Found& found : m_found) {
-            if (icalcomponent_isa(found.component) != ICAL_VEVENT_COMPONENT)
+        for (const Component& component : m_components) {
+            if (!component.IsEvent())
                 continue;
-            Family& family = m_families[Given(icalcomponent_get_uid(found.component))];
-            if (Has(found.component, ICAL_RECURRENCEID_PROPERTY))
-                family.instances.push_back(&found);
-            else if (!family.newest || VersionOf(found.component) >= VersionOf(family.newest->component))
-                family.newest = &found;
+            Family& family = m_families[component.uid];
+            if (component.occurrence)
+                family.instances.push_back(&component);
+            else if (!family.newest || component.version >= family.newest->version)
+                family.newest = &component;
         }
         for (auto& [uid, family] : m_families) {
-            if (family.newest && Has(family.newest->component, ICAL_RRULE_PROPERTY))
+            if (family.newest && family.newest->draft.rule.Repeats())
                 family.series = family.newest;
-            std::ranges::stable_sort(family.instances, {}, OccurrenceOf);
+            std::ranges::stable_sort(family.instances, {},
+                                     [](const Component* instance) { return InstantOf(instance->occurrence->time); });
         }
     }
 
-    void Read(const Found& found)
+    void Take(const Component& component)
     {
-        const icalcomponent_kind kind = icalcomponent_isa(found.component);
-        if (kind == ICAL_VEVENT_COMPONENT) {
-            ReadVEvent(found);
-        } else if (kind != ICAL_VTIMEZONE_COMPONENT) {
-            LeaveOut(found, "not-an-event",
-                     fmt::format("it is a {}: a handset's calendar keeps events",
-                                 Given(icalcomponent_kind_to_string(kind))));
-        }
+        if (component.IsEvent())
+            TakeEvent(component, m_families[component.uid]);
+        else if (component.kind != "VTIMEZONE")
+            LeaveOut(component, "not-an-event",
+                     fmt::format("it is a {}: a handset's calendar keeps events", component.kind));
     }
 
-    void LeaveOut(const Found& found, const char* code, std::string reason)
+    void LeaveOut(const Component& component, const char* code, std::string reason)
     {
         EventDraft& draft = m_drafts.emplace_back();
-        draft.line = found.outline.line;
-        draft.text = TextOf(found.component);
+        draft.line = component.draft.line;
+        draft.text = component.draft.text;
         draft.isMeant = false;
         draft.problemCode = code;
         draft.problem = std::move(reason);
     }
 
-    // Ids that are the same in every event of a file, their versions, too, are no ids.
-    static bool IsOlder(const Found& found, const Family& family)
+    void TakeEvent(const Component& event, const Family& family)
     {
-        return &found != family.newest && !Has(found.component, ICAL_RECURRENCEID_PROPERTY) &&
-               Has(found.component, ICAL_UID_PROPERTY) &&
-               VersionOf(found.component) < VersionOf(family.newest->component);
-    }
-
-    void ReadVEvent(const Found& found)
-    {
-        const Family& family = m_families[Given(icalcomponent_get_uid(found.component))];
-        if (family.series && IsForAllLater(found.component))
-            return; // read with its series
-        if (IsOlder(found, family))
-            return LeaveOut(found, kOlderVersion, "the file holds a newer version of it");
-        Companions companions;
-        companions.isWithSeries = family.series;
-        if (family.series == &found)
-            for (const Found* const instance : family.instances)
-                companions.instances.push_back(instance->component);
-        std::vector<EventDraft> drafts{ReadEvent(found.component, found.outline, companions)};
-        companions.series = found.component;
-        if (family.series == &found)
-            for (const Found* const instance : family.instances)
-                if (IsForAllLater(instance->component))
-                    drafts.push_back(ReadChange(*instance, companions, drafts));
+        if (family.IsChange(event))
+            return; // taken with its series
+        // Ids that are the same in every event of a file, their versions, too, are no ids.
+        if (!event.occurrence && !event.uid.empty() && event.version < family.newest->version)
+            return LeaveOut(event, kOlderVersion, "the file holds a newer version of it");
+        std::vector<EventDraft> drafts{DraftOf(event, family)};
+        if (family.series == &event)
+            for (const Component* const instance : family.instances)
+                if (instance->IsForAllLater())
+                    drafts.push_back(ChangeOf(drafts, *instance, family));
         std::ranges::move(PiecesOf(std::move(drafts)), std::back_inserter(m_drafts));
     }
 
     // What goes on with the series of the first draft.
-    static EventDraft ReadChange(const Found& change, const Companions& companions,
-                                 const std::vector<EventDraft>& drafts)
+    static EventDraft ChangeOf(const std::vector<EventDraft>& drafts, const Component& change, const Family& family)
     {
         EventDraft draft;
-        draft.line = change.outline.line;
-        draft.text = TextOf(change.component);
+        draft.line = change.draft.line;
+        draft.text = change.draft.text;
         draft.problem = drafts.front().problem;
         draft.problemCode = drafts.front().problemCode;
         draft.isMeant = drafts.front().isMeant;
         if (drafts.size() > kMostChanges)
             draft.problem = fmt::format("the series changes more than {} times", kMostChanges);
-        return draft.problem.empty() ? ReadEvent(change.component, change.outline, companions) : draft;
+        return draft.problem.empty() ? DraftOf(change, family) : draft;
     }
 
-    std::map<std::string, std::vector<EventOutline>> m_outlines;
-    std::map<std::string, std::size_t> m_next;
-    std::vector<Found> m_found; // in the file's order
+    std::map<std::string, std::deque<ComponentOutline>> m_outlines; // of what is still to be found
+    std::vector<Component> m_components;                            // in the file's order
     std::map<std::string, Family> m_families;
     std::vector<EventDraft> m_drafts;
 };
@@ -173,7 +132,7 @@ private:
 std::vector<EventDraft> ReadForeignEvents(const std::string& text)
 {
     icalerror_set_errors_are_fatal(0);
-    return CalendarReader(text).Take();
+    return CalendarReader(text).Drafts();
 }
 
 } // namespace phnctl

@@ -36,7 +36,8 @@ inline EventTime Converted(const icaltimetype& time)
 // Nothing for a date that does not exist.
 inline std::optional<EventTime> FromLibical(const icaltimetype& time)
 {
-    return ParseEventTime(EventTimeText(Converted(time)));
+    const EventTime converted = Converted(time);
+    return Exists(converted) ? std::optional(converted) : std::nullopt;
 }
 
 inline icaltimetype ToLibical(const EventTime& time)

@@ -10,8 +10,7 @@ std::vector<EventDraft> ReadForeignEvents(const std::string&)
                           "only what it or the handset library wrote");
 }
 
-std::vector<EventTime> Occurrences(const EventTime&, const std::string&, const EventTime&, const EventTime&,
-                                   std::size_t)
+std::vector<EventTime> Occurrences(const EventTime&, const EventRule&, const EventTime&, const EventTime&, std::size_t)
 {
     throw Failure(kUsage, "this phnctl is built without libical, which finds the coming occurrences; "
                           "'events list --stored' lists the events themselves");

@@ -17,13 +17,13 @@ struct IteratorDeleter
 
 } // namespace
 
-std::vector<EventTime> Occurrences(const EventTime& start, const std::string& rule, const EventTime& from,
+std::vector<EventTime> Occurrences(const EventTime& start, const EventRule& rule, const EventTime& from,
                                    const EventTime& to, std::size_t limit)
 {
     std::vector<EventTime> found;
     icalerror_set_errors_are_fatal(0);
     const std::unique_ptr<icalrecur_iterator, IteratorDeleter> iterator(
-        icalrecur_iterator_new(icalrecurrencetype_from_string(rule.c_str()), ToLibical(start)));
+        icalrecur_iterator_new(icalrecurrencetype_from_string(rule.Text().c_str()), ToLibical(start)));
     for (int step = 0; iterator && found.size() < limit && step < kMostSteps; ++step) {
         const icaltimetype next = icalrecur_iterator_next(iterator.get());
         const EventTime time = Converted(next);

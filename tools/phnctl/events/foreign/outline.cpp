@@ -4,10 +4,10 @@
 
 namespace phnctl {
 
-std::map<std::string, std::vector<EventOutline>> OutlineOf(std::string_view text)
+std::map<std::string, std::deque<ComponentOutline>> OutlineOf(std::string_view text)
 {
-    std::map<std::string, std::vector<EventOutline>> outlines;
-    EventOutline* component = nullptr;
+    std::map<std::string, std::deque<ComponentOutline>> outlines;
+    ComponentOutline* component = nullptr;
     bool isInAlarm = false;
     ContentLineReader reader(text);
     ContentLine line;

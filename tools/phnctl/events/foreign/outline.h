@@ -1,7 +1,8 @@
-// Where in a calendar's text each event and each of its properties begins, so that a note can name the line: libical
-// does not tell. Used by the reader of other programs' calendars.
+// Where in a calendar's text each component and each of its properties begins, so that a note can name the line:
+// libical does not tell. Used by the reader of other programs' calendars.
 #pragma once
 
+#include <deque>
 #include <map>
 #include <string>
 #include <string_view>
@@ -9,7 +10,7 @@
 
 namespace phnctl {
 
-struct EventOutline
+struct ComponentOutline
 {
     std::size_t line = 0;
     std::map<std::string, std::size_t> lines;               // of each property, the first
@@ -17,6 +18,6 @@ struct EventOutline
 };
 
 // In the order in which they begin: components of one name, VEVENT and others.
-std::map<std::string, std::vector<EventOutline>> OutlineOf(std::string_view text);
+std::map<std::string, std::deque<ComponentOutline>> OutlineOf(std::string_view text);
 
 } // namespace phnctl

@@ -21,10 +21,8 @@ constexpr EventTime kLast{kLastYear, 12, 31, 23, 59, 59};
 class Series
 {
 public:
-    Series(EventDraft draft, EventRule rule)
-        : m_draft(std::move(draft)),
-          m_rule(std::move(rule)),
-          m_length(SecondsOf(*m_draft.end) - SecondsOf(*m_draft.start))
+    explicit Series(EventDraft draft)
+        : m_draft(std::move(draft)), m_length(SecondsOf(*m_draft.end) - SecondsOf(*m_draft.start))
     {
     }
 
@@ -50,32 +48,32 @@ public:
 private:
     std::vector<EventTime> Find(const EventTime& from, const EventTime& to, std::size_t limit) const
     {
-        return Occurrences(*m_draft.start, m_rule.Text(), from, to, limit);
+        return Occurrences(*m_draft.start, m_draft.rule, from, to, limit);
     }
 
     // Moves the start to the first occurrence that a handset can keep, if there is one.
     void Begin()
     {
-        const bool isOften = m_rule.frequency == "DAILY" || m_rule.frequency == "WEEKLY";
+        EventRule& rule = m_draft.rule;
+        const bool isOften = rule.frequency == Frequency::Daily || rule.frequency == Frequency::Weekly;
         if (isOften && m_draft.start->year < kFirstOften)
             return;
         const auto first = Find(kFirst, kLast, 1);
         if (first.empty())
             return;
-        if (m_rule.count != 0)
-            m_rule.count -=
+        if (rule.count != 0)
+            rule.count -=
                 static_cast<unsigned>(Find(*m_draft.start, TimeOf(SecondsOf(first.front()) - 1), kAll).size());
         m_draft.Tell("start-moved", kStart,
                      fmt::format("it starts on {} instead of {}: the handset keeps dates from {} on",
                                  ShownDay(first.front()), ShownDay(*m_draft.start), kFirstYear));
-        Place(m_draft, first.front(), m_rule);
+        Place(m_draft, first.front());
     }
 
-    void Place(EventDraft& draft, const EventTime& start, const EventRule& rule) const
+    void Place(EventDraft& draft, const EventTime& start) const
     {
         draft.start = start;
         draft.end = TimeOf(SecondsOf(start) + m_length);
-        draft.rule = rule.Text();
     }
 
     // The occurrences that do not take place, in order.
@@ -105,18 +103,20 @@ private:
         const auto next = Find(TimeOf(SecondsOf(gone.back()) + 1), kLast, 1);
         if (next.empty())
             return;
-        EventRule rest = m_rule;
-        if (rest.count != 0)
-            rest.count -= static_cast<unsigned>(m_before.size());
-        Place(m_pieces.emplace_back(m_draft), next.front(), rest);
+        EventDraft& rest = m_pieces.emplace_back(m_draft);
+        Place(rest, next.front());
+        if (rest.rule.count != 0)
+            rest.rule.count -= static_cast<unsigned>(m_before.size());
     }
 
     void AddRun(const EventTime& start, unsigned count)
     {
-        EventRule rule = m_rule;
-        rule.until.clear();
-        rule.count = count;
-        Place(m_pieces.emplace_back(m_draft), start, count == 1 ? EventRule() : rule);
+        EventDraft& run = m_pieces.emplace_back(m_draft);
+        Place(run, start);
+        run.rule.until.reset();
+        run.rule.count = count;
+        if (count == 1)
+            run.rule = {};
     }
 
     // The notes are told once.
@@ -147,53 +147,48 @@ private:
     const char* Source() const { return m_draft.lines.contains("EXDATE") ? "EXDATE" : kRule; }
 
     EventDraft m_draft;
-    EventRule m_rule;
     const std::int64_t m_length;
     std::vector<EventTime> m_before; // the occurrences up to the last exception
     std::vector<EventDraft> m_pieces;
 };
 
-} // namespace
-
-std::optional<EventRule> RuleOf(const EventDraft& draft)
+// What a handset can hold, so that it is safe to search for its occurrences.
+bool IsSeries(const EventDraft& draft)
 {
-    EventRule rule;
-    std::string problem;
-    const bool isSeries = draft.start && draft.end && draft.problem.empty() && rule.Parse(draft.rule, problem) &&
-                          !rule.frequency.empty() && rule.Lists(*draft.start);
-    if (!isSeries)
-        return std::nullopt;
-    rule.EndInOwnTime(draft.zone);
-    return rule;
+    const EventRule& rule = draft.rule;
+    return draft.start && draft.end && draft.problem.empty() && rule.problem.empty() && rule.Repeats() &&
+           rule.Lists(*draft.start);
 }
+
+} // namespace
 
 std::vector<EventDraft> PiecesOf(std::vector<EventDraft> drafts)
 {
     std::vector<EventDraft> pieces;
     unsigned past = 0; // occurrences
     for (EventDraft& draft : drafts) {
-        auto rule = RuleOf(draft);
-        if (!rule) {
+        if (!IsSeries(draft)) {
             pieces.push_back(std::move(draft));
             continue;
         }
-        if (rule->count != 0 && rule->count <= past) {
+        EventRule& rule = draft.rule;
+        rule.EndInOwnTime(draft.zone);
+        if (rule.count != 0 && rule.count <= past) {
             draft.problem = "the series is over before this";
             draft.isMeant = false;
             pieces.push_back(std::move(draft));
             continue;
         }
-        rule->count -= rule->count == 0 ? 0 : past;
+        rule.count -= rule.count == 0 ? 0 : past;
         if (draft.before) {
-            rule->count = static_cast<unsigned>(
-                Occurrences(*draft.start, rule->Text(), {}, TimeOf(SecondsOf(*draft.before) - 1), kAll).size());
-            rule->until.clear();
-            past += rule->count;
-            if (rule->count == 0)
+            rule.count = static_cast<unsigned>(
+                Occurrences(*draft.start, rule, {}, TimeOf(SecondsOf(*draft.before) - 1), kAll).size());
+            rule.until.reset();
+            past += rule.count;
+            if (rule.count == 0)
                 continue;
         }
-        draft.rule = rule->Text();
-        std::ranges::move(Series(std::move(draft), std::move(*rule)).Pieces(), std::back_inserter(pieces));
+        std::ranges::move(Series(std::move(draft)).Pieces(), std::back_inserter(pieces));
     }
     // The first has the id of the series.
     for (std::size_t i = 1; i < pieces.size(); ++i)
