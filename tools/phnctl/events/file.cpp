@@ -7,23 +7,10 @@ namespace phnctl {
 
 namespace {
 
-// A program that writes calendars names itself; the library does not, and never writes a summary or a duration.
-bool IsForeign(std::string_view text)
-{
-    ContentLineReader reader(text);
-    ContentLine line;
-    bool isForeign = false;
-    while (reader.Next(line)) {
-        if (line.name == "PRODID")
-            return line.value != kCalendarProduct;
-        isForeign = isForeign || line.name == "SUMMARY" || line.name == "DURATION";
-    }
-    return isForeign;
-}
-
 std::vector<EventDraft> ReadEvents(const std::string& text)
 {
-    std::vector<EventDraft> drafts = IsForeign(text) ? ReadForeignEvents(text) : ReadOwnEvents(text);
+    auto own = ReadOwnEvents(text);
+    std::vector<EventDraft> drafts = own ? std::move(*own) : ReadForeignEvents(text);
     if (drafts.empty() && UpperCase(text).find("BEGIN:VCALENDAR") == std::string::npos)
         drafts.emplace_back().problem = "it is no calendar";
     return drafts;

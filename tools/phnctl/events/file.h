@@ -25,8 +25,8 @@ std::string FileOfEvents(std::span<const StoredEntry> events);
 Entry EventFromLibrary(std::string_view text);
 std::string EventToLibrary(const Entry& event);
 
-// The events of the library's text and of the tool's own files, in UTF-8.
-std::vector<EventDraft> ReadOwnEvents(std::string_view text);
+// The events of the library's text and of the tool's own files, in UTF-8. Nothing: it is another program's.
+std::optional<std::vector<EventDraft>> ReadOwnEvents(std::string_view text);
 
 // The events of another program's calendar, in UTF-8. Series are parted at their exceptions; what is
 // no event comes as a draft that is not meant.

@@ -34,17 +34,24 @@ public:
     {
         ContentLineReader reader(text);
         ContentLine line;
-        while (reader.Next(line))
+        while (!m_isForeign && reader.Next(line))
             Take(line);
         if (m_isInside)
             m_drafts.back().problem = "the event has no END:VEVENT";
         return std::move(m_drafts);
     }
 
+    // A program that writes calendars names itself; the library does not, and never writes a summary or a duration.
+    bool IsForeign() const { return m_isForeign || (m_isLibrary && m_hasForeignProperty); }
+
 private:
     void Take(const ContentLine& line)
     {
-        if (line.name == "BEGIN" && UpperCase(line.value) == "VEVENT") {
+        m_hasForeignProperty = m_hasForeignProperty || line.name == "SUMMARY" || line.name == "DURATION";
+        if (line.name == "PRODID" && m_isLibrary) {
+            m_isLibrary = false;
+            m_isForeign = line.value != kCalendarProduct;
+        } else if (line.name == "BEGIN" && UpperCase(line.value) == "VEVENT") {
             if (m_isInside)
                 m_drafts.back().problem = "the event has no END:VEVENT before the next one begins";
             m_drafts.emplace_back().line = line.line;
@@ -58,8 +65,6 @@ private:
             TakeAlarm(line, m_drafts.back());
         } else if (m_isInside) {
             TakeProperty(line, m_drafts.back());
-        } else if (line.name == "PRODID") {
-            m_isLibrary = false;
         }
     }
 
@@ -119,13 +124,17 @@ private:
     bool m_isInside = false;
     bool m_isAlarm = false;
     bool m_isLibrary = true; // which escapes nothing, and puts ids into braces
+    bool m_isForeign = false;
+    bool m_hasForeignProperty = false;
 };
 
 } // namespace
 
-std::vector<EventDraft> ReadOwnEvents(std::string_view text)
+std::optional<std::vector<EventDraft>> ReadOwnEvents(std::string_view text)
 {
-    return OwnEventReader().Read(text);
+    OwnEventReader reader;
+    auto drafts = reader.Read(text);
+    return reader.IsForeign() ? std::nullopt : std::optional(std::move(drafts));
 }
 
 Entry EventFromLibrary(std::string_view text)
