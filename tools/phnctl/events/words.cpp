@@ -1,5 +1,6 @@
 #include "phnctl/events/words.h"
 
+#include "phnctl/events/rule.h"
 #include "phnctl/text/number.h"
 
 #include <algorithm>
@@ -56,13 +57,24 @@ bool AreWeekdays(const std::vector<EventRule::Day>& days)
     return days.size() == 5 && std::ranges::all_of(days, [](const auto& day) { return day.week == 0 && day.day < 5; });
 }
 
+// "1 day", "2 hours", "15 minutes".
+std::string LengthInWords(std::int64_t minutes)
+{
+    const auto inUnits = [&](std::int64_t unit, const char* name) {
+        return fmt::format("{} {}{}", minutes / unit, name, minutes == unit ? "" : "s");
+    };
+    return minutes % 1440 == 0 ? inUnits(1440, "day") : minutes % 60 == 0 ? inUnits(60, "hour") : inUnits(1, "minute");
+}
+
 } // namespace
 
-std::string RuleWords(const EventRule& rule)
+std::string RuleInWords(const std::string& rule, std::string_view zone)
 {
-    const auto& [frequency, count, until, interval, days, months, monthDays, written, problem] = rule;
+    EventRule parsed = ParseRule(rule);
+    parsed.EndInOwnTime(zone);
+    const auto& [frequency, count, until, interval, days, months, monthDays, written, problem] = parsed;
     if (frequency == Frequency::None || !problem.empty())
-        return written;
+        return rule;
     const char* const unit = kUnits[static_cast<std::size_t>(frequency)];
     std::string words = interval == 1 ? fmt::format("every {}", unit) : fmt::format("every {} {}s", interval, unit);
     const bool isByWeek = std::ranges::any_of(days, [](const EventRule::Day& day) { return day.week != 0; });
@@ -87,21 +99,6 @@ std::string RuleWords(const EventRule& rule)
     else if (until)
         words += fmt::format(" until {:04}-{:02}-{:02}", until->time.year, until->time.month, until->time.day);
     return words;
-}
-
-std::string RuleInWords(const std::string& rule, std::string_view zone)
-{
-    EventRule parsed = ParseRule(rule);
-    parsed.EndInOwnTime(zone);
-    return RuleWords(parsed);
-}
-
-std::string LengthInWords(std::int64_t minutes)
-{
-    const auto inUnits = [&](std::int64_t unit, const char* name) {
-        return fmt::format("{} {}{}", minutes / unit, name, minutes == unit ? "" : "s");
-    };
-    return minutes % 1440 == 0 ? inUnits(1440, "day") : minutes % 60 == 0 ? inUnits(60, "hour") : inUnits(1, "minute");
 }
 
 std::string LeadInWords(std::int64_t minutes)

@@ -2,7 +2,6 @@
 // events and by the notes of an import. Programs never read these texts; JSON has the values.
 #pragma once
 
-#include "phnctl/events/rule.h"
 #include "phnctl/events/time.h"
 
 #include <cstdint>
@@ -11,16 +10,12 @@
 
 namespace phnctl {
 
-// "every second Tuesday of the month until 2009-12-31"; as it is written if a handset does not repeat by it.
-std::string RuleWords(const EventRule& rule);
-
-// The same of a rule's text, its end in the event's own time.
+// "every second Tuesday of the month until 2009-12-31", that day in the event's own time; the rule as it is if a
+// handset does not repeat by it.
 std::string RuleInWords(const std::string& rule, std::string_view zone);
 
 // "15 minutes before", "1 day before", "at the start", "5 minutes after the start".
 std::string LeadInWords(std::int64_t minutes);
-// "1 day", "2 hours", "15 minutes".
-std::string LengthInWords(std::int64_t minutes);
 std::string AlarmInWords(const std::string& minutes);
 
 struct ShownSpan
