@@ -61,46 +61,40 @@ std::string Show(const Candidate& candidate)
 TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
 {
     const LocalZone zone("UTC0");
-    const std::string noon = "SUMMARY:Tea\r\nDTSTART:20090310T120000\r\nDTEND:20090310T130000\r\n";
-    const std::string held = "DESCRIPTION=Tea DTSTART=20090310T120000 DTEND=20090310T130000 ";
+    const auto tea = [](const std::string& start) { return "SUMMARY:Tea\r\nDTSTART" + start + "\r\n"; };
+    const auto at = [](const std::string& start, const std::string& end) {
+        return "DESCRIPTION=Tea DTSTART=" + start + " DTEND=" + end + ' ';
+    };
+    const std::string noon = tea(":20090310T120000\r\nDTEND:20090310T130000");
+    const std::string held = at("20090310T120000", "20090310T130000");
     const auto alarm = [&](const std::string& trigger) {
         return noon + "BEGIN:VALARM\r\nACTION:AUDIO\r\n" + trigger + "\r\nEND:VALARM\r\n";
     };
+    const auto rule = [&](const std::string& text) { return noon + "RRULE:" + text + "\r\n"; };
     const struct
     {
         std::string lines, shown;
     } cases[] = {
-        {noon, held},
         {"SUM\r\n MARY:Te\r\n a\r\nDTSTART:20090310T120000\r\nDURATION:PT1H\r\n", held}, // folded
         {"SUMMARY:a\\, b\\nc\r\nDTSTART:20090310T120000Z\r\nDURATION:PT30M\r\n",
          "DESCRIPTION=a, b c DTSTART=20090310T120000 DTEND=20090310T123000 TZID=UTC "},
-        {"DESCRIPTION:only\r\nDTSTART:20090310T120000\r\n",
-         "DESCRIPTION=only DTSTART=20090310T120000 DTEND=20090310T120000 "},
+        {"DESCRIPTION:Tea\r\nDTSTART:20090310T120000\r\n", at("20090310T120000", "20090310T120000")},
         {noon + "DESCRIPTION:more\r\nLOCATION:here\r\nATTENDEE:mailto:a\r\n", held + "!dropped !dropped !dropped "},
         {"SUMMARY:" + std::string(81, 'x') + "\r\nDTSTART:20090310T120000\r\n",
          "DESCRIPTION=" + std::string(80, 'x') + " DTSTART=20090310T120000 DTEND=20090310T120000 !text-cut "},
         {"SUMMARY:\xE6\x97\xA5\r\nDTSTART:20090310T120000\r\n", "cannot hold !no-place-in-code-page "},
         // Whole days.
-        {"SUMMARY:Tea\r\nDTSTART;VALUE=DATE:20090228\r\n",
-         "DESCRIPTION=Tea DTSTART=20090228T000000 DTEND=20090228T235900 "},
-        {"SUMMARY:Tea\r\nDTSTART;VALUE=DATE:20090228\r\nDTEND;VALUE=DATE:20090302\r\n",
-         "DESCRIPTION=Tea DTSTART=20090228T000000 DTEND=20090301T235900 "},
+        {tea(";VALUE=DATE:20090228"), at("20090228T000000", "20090228T235900")},
+        {tea(";VALUE=DATE:20090228\r\nDTEND;VALUE=DATE:20090302"), at("20090228T000000", "20090301T235900")},
         // Zones: UTC, and the clock's time for what repeats.
-        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T120000\r\nDTEND;TZID=Custom:20090310T130000\r\n",
-         "DESCRIPTION=Tea DTSTART=20090310T110000 DTEND=20090310T120000 TZID=UTC "},
-        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=WEEKLY\r\n",
-         "DESCRIPTION=Tea DTSTART=20090310T110000 DTEND=20090310T120000 RRULE=FREQ=WEEKLY;INTERVAL=1 !zone-dropped "},
-        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T003000\r\nDURATION:PT1H\r\nRRULE:FREQ=WEEKLY;BYDAY=TU\r\n",
-         "DESCRIPTION=Tea DTSTART=20090309T233000 DTEND=20090310T003000 RRULE=FREQ=WEEKLY;INTERVAL=1;BYDAY=MO "
-         "!zone-dropped "},
-        {"SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T003000\r\nDURATION:PT1H\r\nRRULE:FREQ=MONTHLY\r\n",
-         "cannot hold !zone "},
-        {"SUMMARY:Tea\r\nDTSTART;TZID=Fixed:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;UNTIL="
-         "20090401T190000Z\r\n",
+        {tea(";TZID=Custom:20090310T120000"), at("20090310T110000", "20090310T110000") + "TZID=UTC "},
+        {tea(";TZID=Custom:20090310T003000\r\nRRULE:FREQ=WEEKLY;BYDAY=TU"),
+         at("20090309T233000", "20090309T233000") + "RRULE=FREQ=WEEKLY;INTERVAL=1;BYDAY=MO !zone-dropped "},
+        {tea(";TZID=Custom:20090310T003000\r\nRRULE:FREQ=MONTHLY"), "cannot hold !zone "},
+        {tea(";TZID=Fixed:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;UNTIL=20090401T190000Z"),
          held + "TZID=MST RRULE=FREQ=DAILY;UNTIL=20090401T190000Z;INTERVAL=1 "},
-        {"SUMMARY:Tea\r\nDTSTART;TZID=Here:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY\r\n",
-         held + "RRULE=FREQ=DAILY;INTERVAL=1 "},
-        {"SUMMARY:Tea\r\nDTSTART;TZID=Nowhere:20090310T120000\r\nDURATION:PT1H\r\n", held + "!unknown-zone "},
+        {tea(";TZID=Here:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY"), held + "RRULE=FREQ=DAILY;INTERVAL=1 "},
+        {tea(";TZID=Nowhere:20090310T120000\r\nDURATION:PT1H"), held + "!unknown-zone "},
         // Alarms.
         {alarm("TRIGGER:-PT15M"), held + "TRIGGER=15 "},
         {alarm("TRIGGER:-PT20M"), held + "TRIGGER=60 !alarm-moved "},
@@ -110,33 +104,29 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {alarm("TRIGGER;RELATED=END:-PT1H"), held + "TRIGGER=0 "},
         {alarm("TRIGGER;VALUE=DATE-TIME:20090310T100000Z"), held + "TRIGGER=120 "},
         // Rules.
-        {noon + "RRULE:FREQ=MONTHLY;BYDAY=TU;BYSETPOS=2;UNTIL=20091231\r\n",
+        {rule("FREQ=MONTHLY;BYDAY=TU;BYSETPOS=2;UNTIL=20091231"),
          held + "RRULE=FREQ=MONTHLY;UNTIL=20091231T235959Z;INTERVAL=1;BYDAY=2TU "},
-        {noon + "RRULE:FREQ=WEEKLY;BYDAY=TH,TU;COUNT=4;WKST=SU\r\n",
-         held + "RRULE=FREQ=WEEKLY;COUNT=4;INTERVAL=1;BYDAY=TU,TH "},
-        {noon + "RRULE:FREQ=WEEKLY;INTERVAL=2;BYDAY=SU,TU;WKST=SU\r\n", "cannot hold !rule "},
-        {noon + "RRULE:FREQ=YEARLY;BYDAY=TU;BYMONTH=3;BYSETPOS=2;UNTIL=99991231T000000Z\r\n",
+        {rule("FREQ=WEEKLY;BYDAY=TH,TU;COUNT=4;WKST=SU"), held + "RRULE=FREQ=WEEKLY;COUNT=4;INTERVAL=1;BYDAY=TU,TH "},
+        {rule("FREQ=WEEKLY;INTERVAL=2;BYDAY=SU,TU;WKST=SU"), "cannot hold !rule "},
+        {rule("FREQ=YEARLY;BYDAY=TU;BYMONTH=3;BYSETPOS=2;UNTIL=99991231T000000Z"),
          held + "RRULE=FREQ=YEARLY;INTERVAL=1;BYDAY=2TU;BYMONTH=3 "},
-        {noon + "RRULE:FREQ=YEARLY;BYDAY=2TU\r\n", "cannot hold !rule "},
-        {noon + "RRULE:FREQ=MONTHLY;BYDAY=MO,TU;BYSETPOS=1\r\n", "cannot hold !rule "},
-        {noon + "RRULE:FREQ=HOURLY\r\n", "cannot hold !rule "},
-        {noon + "RRULE:FREQ=YEARLY;BYWEEKNO=11\r\n", "cannot hold !rule "},
-        {noon + "RRULE:FREQ=MONTHLY;BYDAY=2TU,3TU\r\n", "cannot hold !rule "},
-        {noon + "RRULE:FREQ=MONTHLY;BYDAY=3TU\r\n", "cannot hold !start-not-in-rule "},
-        {noon + "RRULE:FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=10\r\n", "cannot hold !start-not-in-rule "},
+        {rule("FREQ=YEARLY;BYDAY=2TU"), "cannot hold !rule "},
+        {rule("FREQ=MONTHLY;BYDAY=MO,TU;BYSETPOS=1"), "cannot hold !rule "},
+        {rule("FREQ=HOURLY"), "cannot hold !rule "},
+        {rule("FREQ=YEARLY;BYWEEKNO=11"), "cannot hold !rule "},
+        {rule("FREQ=MONTHLY;BYDAY=2TU,3TU"), "cannot hold !rule "},
+        {rule("FREQ=MONTHLY;BYDAY=3TU"), "cannot hold !start-not-in-rule "},
+        {rule("FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=10"), "cannot hold !start-not-in-rule "},
         // What is none.
         {"SUMMARY:Tea\r\n", "cannot hold !not-an-event "},
         {noon + "STATUS:CANCELLED\r\n", "cannot hold !cancelled "},
-        {"SUMMARY:Tea\r\nDTSTART:20091171T120000\r\n", "cannot hold !no-time "},
-        {"SUMMARY:Tea\r\nDTSTART:19801231T120000\r\n", "cannot hold !date-out-of-range "},
-        {"SUMMARY:Tea\r\nDTSTART;VALUE=DATE:19600229\r\nRRULE:FREQ=YEARLY\r\n",
-         "DESCRIPTION=Tea DTSTART=19840229T000000 DTEND=19840229T235900 RRULE=FREQ=YEARLY;INTERVAL=1 !start-moved "},
-        {"SUMMARY:Tea\r\nDTSTART:19801229T120000\r\nRRULE:FREQ=DAILY;COUNT=10\r\n",
-         "DESCRIPTION=Tea DTSTART=19810101T120000 DTEND=19810101T120000 RRULE=FREQ=DAILY;COUNT=7;INTERVAL=1 "
-         "!start-moved "},
-        {"SUMMARY:Tea\r\nDTSTART:19601231T120000\r\nRRULE:FREQ=YEARLY;COUNT=3\r\n", "cannot hold !date-out-of-range "},
-        {"SUMMARY:Tea\r\nDTSTART:20380101T120000\r\n", "cannot hold !date-out-of-range "},
-        {"SUMMARY:Tea\r\nDTSTART:20090310T120000\r\nDTEND:20090310T110000\r\n", "cannot hold !ends-before-it-starts "},
+        {tea(":20091171T120000"), "cannot hold !no-time "},
+        {tea(":19801231T120000"), "cannot hold !date-out-of-range "},
+        {tea(":19801229T120000\r\nRRULE:FREQ=DAILY;COUNT=10"),
+         at("19810101T120000", "19810101T120000") + "RRULE=FREQ=DAILY;COUNT=7;INTERVAL=1 !start-moved "},
+        {tea(":19601231T120000\r\nRRULE:FREQ=YEARLY;COUNT=3"), "cannot hold !date-out-of-range "},
+        {tea(":20380101T120000"), "cannot hold !date-out-of-range "},
+        {tea(":20090310T120000\r\nDTEND:20090310T110000"), "cannot hold !ends-before-it-starts "},
     };
     for (const auto& [lines, shown] : cases) {
         const auto candidates = EventsOfFile("file", Calendar(kZone + Event(lines)));

@@ -28,8 +28,7 @@ std::string DayLine(const char* property, const EventTime& time)
     return fmt::format("{};VALUE=DATE:{}", property, StatedTimeText({time, StatedTime::Form::Day}));
 }
 
-// The end is a time such as the start: a date, local, or UTC for all else. Empty where other programs know no such
-// rule.
+// The end is a time such as the start: a date, local, or UTC for all else. Empty if a handset does not repeat by it.
 std::string RuleText(EventRule rule, const std::string& zone, bool isAllDay)
 {
     if (!rule.problem.empty())
