@@ -26,7 +26,13 @@ std::string ValueOf(const Entry& entry, const char* property)
 
 bool IsAllDay(const EventDraft& draft)
 {
-    return draft.zone.empty() && draft.start && draft.end && AreWholeDays(*draft.start, *draft.end);
+    if (!draft.zone.empty() || !draft.start || !draft.end)
+        return false;
+    const auto isMidnight = [](const EventTime& time) {
+        return time.hour == 0 && time.minute == 0 && time.second == 0;
+    };
+    const bool isLastMinute = draft.end->hour == 23 && draft.end->minute == 59;
+    return isMidnight(*draft.start) && *draft.start < *draft.end && (isLastMinute || isMidnight(*draft.end));
 }
 
 bool IsAllDay(const Entry& entry)

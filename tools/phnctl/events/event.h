@@ -66,7 +66,7 @@ EventDraft DraftOf(const Entry& entry);
 // The value of a property; empty when there is none.
 std::string ValueOf(const Entry& entry, const char* property);
 
-// Whole days of local time.
+// From the first minute of a local day to the last of it or of a later one, or to the midnight behind it.
 bool IsAllDay(const EventDraft& draft);
 bool IsAllDay(const Entry& entry);
 

@@ -156,14 +156,6 @@ EventTime LocalNow()
     return FromSystem(now);
 }
 
-bool AreWholeDays(const EventTime& start, const EventTime& end)
-{
-    const bool beginsDay = start.hour == 0 && start.minute == 0 && start.second == 0;
-    const bool isLastMinute = end.hour == 23 && end.minute == 59;
-    const bool isMidnight = end.hour == 0 && end.minute == 0 && end.second == 0;
-    return beginsDay && start < end && (isLastMinute || isMidnight);
-}
-
 std::string ShownDay(const EventTime& time)
 {
     constexpr const char* kDays[] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};

@@ -64,9 +64,6 @@ EventTime ZoneTimeOf(const EventTime& utc, std::string_view zone);
 EventTime LocalTimeOf(const EventTime& time, std::string_view zone);
 EventTime LocalNow();
 
-// From the first minute of a day to the last of it or of a later one, or to the midnight behind it.
-bool AreWholeDays(const EventTime& start, const EventTime& end);
-
 std::string Shown(const EventTime& time);    // "Tue 2009-03-10 12:00"
 std::string ShownDay(const EventTime& time); // "Tue 2009-03-10"
 
