@@ -100,13 +100,13 @@ private:
 
     void TakeNumber(const Wish& wish)
     {
-        const auto [number, notes] = NumberOf(wish.value);
+        const auto number = NumberOf(wish.value);
         if (!number)
             return Tell("number-not-dialable", wish, fmt::format("'{}' is no number that can be dialled", wish.value));
         if (number->size() > kValueUnits)
             return Tell("number-too-long", wish, fmt::format("'{}' has more than {} digits", wish.value, kValueUnits));
-        for (const Note& note : notes)
-            Tell(note.code.c_str(), wish, fmt::format("'{}': {}", wish.value, note.text));
+        if (IsRewritten(wish.value, *number))
+            Tell("number-rewritten", wish, fmt::format("'{}' is stored as '{}'", wish.value, *number));
         if (!number->empty())
             m_slots.push_back({&wish, *number, ""});
     }

@@ -4,8 +4,8 @@
 #include "phnctl/text/text.h"
 
 #include <algorithm>
-#include <fmt/format.h>
 #include <iterator>
+#include <string_view>
 
 namespace phnctl {
 
@@ -76,37 +76,25 @@ bool IsWholeNumber(const std::string& before, const std::string& behind)
 
 } // namespace
 
-ReadNumber NumberOf(const std::string& text)
+std::optional<std::string> NumberOf(const std::string& text)
 {
-    ReadNumber result;
     std::string left = WithExtensionAfterPause(text);
     if (const std::size_t trunk = left.find("(0)");
-        trunk != std::string::npos && IsInternational(left.substr(0, trunk))) {
+        trunk != std::string::npos && IsInternational(left.substr(0, trunk)))
         left.erase(trunk, 3);
-        result.notes.push_back(
-            {"trunk-zero-dropped", "", 0, "the (0) is dialled only inside the country, and not stored"});
-    }
     for (std::size_t slash = left.rfind('/'); slash != std::string::npos; slash = left.rfind('/', slash - 1)) {
-        const std::string before = left.substr(0, slash);
-        const std::string behind = left.substr(slash + 1);
-        if (IsWholeNumber(before, behind)) {
-            left = before;
-            result.notes.push_back(
-                {"second-number-dropped", "", 0, fmt::format("stored without '/{}'", OneLine(behind))});
-        }
+        if (IsWholeNumber(left.substr(0, slash), left.substr(slash + 1)))
+            left.erase(slash);
         if (slash == 0)
             break;
     }
-    result.number = Dialable(left);
-    if (result.number && result.number->find_last_of('+') + 1 > 1)
-        result.notes.push_back({"plus-inside", "", 0, "a + inside of the number is stored as it is"});
-    if (result.number && result.number->find_first_of("pw") != std::string::npos)
-        result.notes.push_back(
-            {"dialled-in-parts", "", 0,
-             fmt::format("stored as '{}'; what is behind a p is dialled after a pause, what is behind a w "
-                         "when the handset is told to go on",
-                         *result.number)});
-    return result;
+    return Dialable(left);
+}
+
+bool IsRewritten(const std::string& text, const std::string& number)
+{
+    return number != text && (Dialable(text) != number || number.find_first_of("pw") != std::string::npos ||
+                              number.find_last_of('+') + 1 > 1);
 }
 
 } // namespace phnctl
