@@ -4,7 +4,6 @@
 #include "phnctl/contacts/contact.h"
 #include "phnctl/contacts/fitter.h"
 #include "phnctl/contacts/name.h"
-#include "phnctl/contacts/origin.h"
 #include "phnctl/text/content_value.h"
 #include "phnctl/text/text.h"
 
@@ -100,7 +99,6 @@ public:
             Take(line);
         Candidate candidate = FitContact(m_wishes);
         candidate.hasLostText = m_hasLostText;
-        candidate.origin = m_origin;
         m_dropped.insert(m_dropped.end(), candidate.notes.begin(), candidate.notes.end());
         candidate.notes = std::move(m_dropped);
         candidate.file = file;
@@ -153,8 +151,6 @@ private:
 
     void Take(const ContentLine& line)
     {
-        if (line.name == "UID" && IsOrigin(line.value))
-            m_origin = line.value;
         if (&line == m_named || line.name == kName || IsIn(line.name, kSilent))
             return;
         if (line.name == "TEL")
@@ -228,7 +224,6 @@ private:
     std::map<std::string, std::string> m_labels; // by group
     std::vector<Wish> m_wishes;
     std::vector<Note> m_dropped;
-    std::string m_origin;
     bool m_hasLostText = false;
     bool m_isCharsetGuessed = false;
 };

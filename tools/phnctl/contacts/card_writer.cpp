@@ -1,7 +1,5 @@
 #include "phnctl/contacts/card_writer.h"
 #include "phnctl/contacts/contact.h"
-#include "phnctl/contacts/fitter.h"
-#include "phnctl/contacts/origin.h"
 #include "phnctl/text/content_value.h"
 #include "phnctl/text/text.h"
 
@@ -32,7 +30,6 @@ void AppendCard(std::string& text, const Entry& contact)
     }
     if (MayHaveLostText(contact))
         text += fmt::format("{}:{}\r\n", kLostText, GetACP());
-    text += fmt::format("UID:{}\r\n", OriginOf(StorableContact(contact)));
     text += "END:VCARD\r\n";
 }
 

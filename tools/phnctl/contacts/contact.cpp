@@ -25,6 +25,14 @@ bool IsNumberOrAddress(std::string_view property)
     return IsAddress(property) || NumberPosition(property) != 0;
 }
 
+std::vector<EntryField> ValuesOf(const Entry& contact)
+{
+    std::vector<EntryField> values;
+    std::ranges::copy_if(contact.fields, std::back_inserter(values),
+                         [](const EntryField& field) { return IsNumberOrAddress(field.property); });
+    return values;
+}
+
 std::size_t NumberPosition(std::string_view property)
 {
     const auto* found = std::find(std::begin(kNumberProperties), std::end(kNumberProperties), property);

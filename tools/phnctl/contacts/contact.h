@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace phnctl {
 
@@ -35,13 +36,12 @@ inline constexpr const char* kNumberProperties[] = {contact_property::kCell, con
                                                     contact_property::kWork, contact_property::kMobile2,
                                                     contact_property::kFax};
 
-// The places that a number without a type may take, in order of preference.
-inline constexpr const char* kAnyNumberPlaces[] = {contact_property::kCell, contact_property::kHome,
-                                                   contact_property::kWork, contact_property::kMobile2};
-
 bool IsId(std::string_view property); // of a group, picture or ringer
 bool IsAddress(std::string_view property);
 bool IsNumberOrAddress(std::string_view property);
+
+// Its numbers and addresses.
+std::vector<EntryField> ValuesOf(const Entry& contact);
 
 // The position of a place of numbers in these lists, from 1; 0 for any other property.
 std::size_t NumberPosition(std::string_view property);

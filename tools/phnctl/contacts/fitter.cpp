@@ -2,6 +2,7 @@
 
 #include "phnctl/contacts/contact.h"
 #include "phnctl/contacts/number.h"
+#include "phnctl/contacts/placing.h"
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
@@ -10,7 +11,6 @@
 #include <fmt/ranges.h>
 #include <iterator>
 #include <optional>
-#include <span>
 #include <string_view>
 
 namespace phnctl {
@@ -21,17 +21,6 @@ namespace {
 
 constexpr std::size_t kNameUnits = 36; // of the first word of a name, and of the rest
 constexpr std::size_t kValueUnits = 52;
-
-// Where a wish may go, in order of preference.
-struct Places
-{
-    const char* wish;
-    std::span<const char* const> others;
-};
-
-constexpr const char* kSecondMobile[] = {kMobile2};
-constexpr const char* kSecondEmail[] = {kEmail2};
-constexpr Places kPlaces[] = {{kAnyNumber, kAnyNumberPlaces}, {kCell, kSecondMobile}, {kEmail, kSecondEmail}};
 
 bool IsNumber(std::string_view property)
 {
@@ -45,24 +34,11 @@ public:
     {
         for (const Wish& wish : wishes)
             Take(wish);
-        // What names its place exactly comes before what has a choice.
-        for (Slot& slot : m_slots)
-            if (!IsTaken(slot.wish->property) && slot.wish->property != kAnyNumber)
-                slot.place = slot.wish->property;
-        for (Slot& slot : m_slots)
-            if (slot.place.empty())
-                ChoosePlace(slot);
+        PlaceValues();
         return Finish();
     }
 
 private:
-    struct Slot
-    {
-        const Wish* wish;
-        std::string value;
-        std::string place; // empty: none was left
-    };
-
     void Take(const Wish& wish)
     {
         if (wish.property == kName)
@@ -108,7 +84,7 @@ private:
         if (IsRewritten(wish.value, *number))
             Tell("number-rewritten", wish, fmt::format("'{}' is stored as '{}'", wish.value, *number));
         if (!number->empty())
-            m_slots.push_back({&wish, *number, ""});
+            Want(wish, *number);
     }
 
     void TakeAddress(const Wish& wish)
@@ -122,7 +98,7 @@ private:
             Tell("no-place-in-code-page", wish,
                  fmt::format("'{}' holds characters that have no place in the handset library's code page", address));
         else
-            m_slots.push_back({&wish, address, ""});
+            Want(wish, address);
     }
 
     void TakeId(const Wish& wish)
@@ -155,31 +131,35 @@ private:
             Tell("no-speed-dial-list", wish, fmt::format("'{}' is no list of five numbers", wish.value));
     }
 
-    bool IsTaken(std::string_view place) const
+    void Want(const Wish& wish, std::string value)
     {
-        return std::any_of(m_slots.begin(), m_slots.end(), [&](const Slot& slot) { return slot.place == place; });
+        m_wanted.push_back({wish.property, std::move(value)});
+        m_wishes.push_back(&wish);
     }
 
-    void ChoosePlace(Slot& slot)
+    // As into a contact that holds nothing yet.
+    void PlaceValues()
     {
-        for (const Places& places : kPlaces)
-            for (const char* place : places.others)
-                if (slot.wish->property == places.wish && slot.place.empty() && !IsTaken(place))
-                    slot.place = place;
-        if (slot.place.empty())
-            Tell("one-too-many", *slot.wish, fmt::format("'{}': the handset has no place for another one", slot.value));
+        const std::vector<Placed> placed = Place(m_wanted, {}).placed;
+        for (std::size_t at = 0; at < m_wanted.size(); ++at) {
+            const auto& [property, value] = m_wanted[at];
+            const std::string& place = placed[at].place;
+            if (place.empty()) {
+                Tell("one-too-many", *m_wishes[at],
+                     fmt::format("'{}': the handset has no place for another one", value));
+                continue;
+            }
+            m_result.entry.fields.push_back({place, value});
+            m_hasValue = true;
+            if (property == kAnyNumber)
+                m_result.about.fields.push_back({place, kAnyNumber});
+            if (m_wishes[at]->isPreferred && !m_preferred)
+                m_preferred = place;
+        }
     }
 
     Candidate Finish()
     {
-        for (Slot& slot : m_slots) {
-            if (slot.place.empty())
-                continue;
-            m_result.entry.fields.push_back({slot.place, slot.value, slot.wish->property == kAnyNumber});
-            m_hasValue = true;
-            if (slot.wish->isPreferred && !m_preferred)
-                m_preferred = slot.place;
-        }
         for (const char* property : {kGroup, kPicture, kRinger, kDefault, kSpeedDials})
             if (const std::string* value = Setting(property))
                 m_result.entry.fields.push_back({property, *value});
@@ -227,7 +207,8 @@ private:
     }
 
     Candidate m_result;
-    std::vector<Slot> m_slots;
+    std::vector<EntryField> m_wanted;  // numbers and addresses
+    std::vector<const Wish*> m_wishes; // which said so
     std::vector<EntryField> m_settings;
     std::optional<std::string> m_preferred;
     bool m_hasValue = false;

@@ -4,9 +4,7 @@
 #include "phnctl/contacts/card_writer.h"
 #include "phnctl/contacts/contact.h"
 #include "phnctl/contacts/fitter.h"
-#include "phnctl/contacts/merge.h"
-#include "phnctl/contacts/name_key.h"
-#include "phnctl/contacts/origin.h"
+#include "phnctl/contacts/meeting.h"
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
@@ -122,15 +120,6 @@ public:
         return name.empty() ? "(no name)" : name;
     }
 
-    // The name; what has none goes by its first number or address.
-    std::string Key(const Entry& entry) const override
-    {
-        const std::string name = ValueOf(entry, kName);
-        return !name.empty()          ? "name " + NameKey(name)
-               : entry.fields.empty() ? ""
-                                      : "value " + entry.fields.front().value;
-    }
-
     Entry Storable(const Entry& read) const override { return StorableContact(read); }
 
     Entry Complete(const Entry& wanted, const Entry* replaced) const override
@@ -140,14 +129,10 @@ public:
 
     bool CanMerge() const override { return true; }
 
-    Merged Merge(const Entry& wanted, const Entry& present, const std::string& origin) const override
+    Plan Meet(std::vector<Candidate> candidates, const Inventory& inventory, Filling filling) const override
     {
-        return MergeContacts(wanted, present, origin);
+        return MeetContacts(*this, std::move(candidates), inventory, filling);
     }
-
-    std::vector<std::string> Marks(const Entry& entry) const override { return NumbersAndAddresses(entry); }
-
-    std::string Origin(const Entry& entry) const override { return OriginOf(entry); }
 
     bool LooksGarbled(const Entry& entry) const override { return MayHaveLostText(entry); }
 
@@ -166,7 +151,7 @@ public:
                                        ValueOf(entry, kWork), first(kEmail, kEmail2)};
         const auto shown =
             std::count_if(cells.begin() + 1, cells.end(), [](const auto& cell) { return !cell.empty(); });
-        const auto more = NumbersAndAddresses(entry).size() - static_cast<std::size_t>(shown);
+        const auto more = ValuesOf(entry).size() - static_cast<std::size_t>(shown);
         cells.push_back(ValueOf(entry, kGroup));
         cells.push_back(more == 0 ? "" : fmt::format("+{}", more));
         return cells;

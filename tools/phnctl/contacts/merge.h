@@ -1,17 +1,28 @@
 // Brings what a card says and what the handset's contact of the same person holds into one contact, so that an import
-// takes nothing off the handset. Used by the contact kind.
+// takes nothing off the handset. Used where contacts meet.
 #pragma once
 
-#include "phnctl/plan/entry_form.h"
+#include "phnctl/plan/entry.h"
+
+#include <string>
+#include <vector>
 
 namespace phnctl {
 
-// What the contact holds stays, and what only the card has takes the places that are free. A number that both have
-// moves to the card's place where nothing else stays. The card's value comes instead of the contact's where the contact
-// has what the card was made of (`origin`, empty: unknown).
-Merged MergeContacts(const Entry& wanted, const Entry& present, const std::string& origin);
+struct Displaced
+{
+    EntryField wanted;
+    std::string place; // the property under which it went
+};
 
-// Its numbers and addresses.
-std::vector<std::string> NumbersAndAddresses(const Entry& contact);
+struct Merged
+{
+    Entry entry;
+    std::vector<EntryField> kept{};     // what only the handset's holds
+    std::vector<Displaced> displaced{}; // what only the card holds, in another place than it asked for
+    std::vector<EntryField> leftOut{};  // what only the card holds, and no place is left for
+};
+
+Merged MergeContacts(const Candidate& card, const Entry& present);
 
 } // namespace phnctl

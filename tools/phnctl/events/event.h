@@ -27,6 +27,13 @@ inline constexpr const char* kCreated = "CREATED";
 inline constexpr const char* kModified = "LAST-MODIFIED";
 } // namespace event_property
 
+// What a candidate tells beside its entry (Candidate::about).
+namespace event_fact {
+inline constexpr const char* kSeries = "series";       // the mark of what it is a part of
+inline constexpr const char* kVersion = "version";     // a higher one is newer
+inline constexpr const char* kCancelled = "cancelled"; // the file takes it back
+} // namespace event_fact
+
 // An event as a text states it. Everything is UTF-8 and may be of any length.
 struct EventDraft
 {

@@ -134,6 +134,12 @@ private:
             m_result.entry.fields.push_back({property, value});
     }
 
+    void AddFact(const char* fact, const std::string& value)
+    {
+        if (!value.empty())
+            m_result.about.fields.push_back({fact, value});
+    }
+
     // The reason comes last, whatever else there is to say. The first one counts.
     void Refuse(const std::string& code, const char* property, std::string text)
     {
@@ -149,9 +155,9 @@ private:
         m_result.notes = std::move(m_draft.notes);
         m_result.fits = !m_refusal;
         m_result.isMeant = m_draft.isMeant;
-        m_result.series = m_draft.series;
-        m_result.version = m_draft.version;
-        m_result.isCancelled = m_draft.isCancelled;
+        AddFact(event_fact::kSeries, m_draft.series);
+        AddFact(event_fact::kVersion, m_draft.version);
+        AddFact(event_fact::kCancelled, m_draft.isCancelled ? "yes" : "");
         if (m_refusal)
             m_result.notes.push_back(*m_refusal);
         return std::move(m_result);

@@ -2,7 +2,7 @@
 
 #include "phnctl/events/event.h"
 #include "phnctl/events/file.h"
-#include "phnctl/events/uid.h"
+#include "phnctl/events/meeting.h"
 #include "phnctl/events/words.h"
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
@@ -75,24 +75,16 @@ public:
         return text.empty() ? "(no text)" : text;
     }
 
-    // The id; what has none goes by its text and its start.
-    std::string Key(const Entry& entry) const override
+    std::string Id(const Entry& entry) const override { return EventKey(entry); }
+
+    Plan Meet(std::vector<Candidate> candidates, const Inventory& inventory, Filling) const override
     {
-        const std::string uid = ValueOf(entry, kUid);
-        return !uid.empty() ? "id " + uid : fmt::format("at {} {}", ValueOf(entry, kStart), ValueOf(entry, kText));
+        return MeetEvents(*this, std::move(candidates), inventory);
     }
 
-    bool HasUniqueKeys() const override { return true; }
-
-    EntryPart PartOf(const Entry& entry) const override
+    void DeleteStale(Plan& plan, const Inventory& inventory) const override
     {
-        const auto part = SeriesPartOf(ValueOf(entry, kUid));
-        if (!part)
-            return {};
-        const auto start = ParseEventTime(ValueOf(entry, kStart));
-        const std::string when = start ? Shown(LocalTimeOf(*start, ValueOf(entry, kZone))) : "";
-        return {part->mark, part->run.empty() ? fmt::format("an occurrence of the series, moved to {}", when)
-                                              : fmt::format("part {} of the series, from {} on", part->run, when)};
+        DeleteStaleParts(*this, plan, inventory);
     }
 
     Entry Storable(const Entry& read) const override { return CompleteEvent(FitEvent(DraftOf(read)).entry, nullptr); }

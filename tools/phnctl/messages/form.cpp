@@ -1,6 +1,6 @@
 #include "phnctl/messages/form.h"
 
-#include "phnctl/plan/plan.h"
+#include "phnctl/plan/meeting.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/json.h"
 #include "phnctl/text/number.h"
@@ -30,8 +30,6 @@ public:
         return (party ? *party : "(no number)") + (text ? ": " + *text : "");
     }
     std::string Label(const std::string& property) const override { return property; }
-    bool CanChange() const override { return false; }
-
     // A message that was restored has lost its time, and is the same all the same.
     Entry Complete(const Entry& wanted, const Entry* replaced) const override
     {
@@ -39,6 +37,14 @@ public:
         if (!replaced || !replaced->Find(kTime))
             std::erase_if(entry.fields, [](const EntryField& field) { return field.property == kTime; });
         return entry;
+    }
+
+    // The handset takes new messages only: what is not there is added.
+    Plan Meet(std::vector<Candidate> candidates, const Inventory& inventory, Filling) const override
+    {
+        const auto key = [&](const Entry& entry) { return Title(entry); };
+        const auto outcome = [](const Candidate&, const Entry&) { return std::optional<Outcome>(); };
+        return phnctl::Meet(*this, {key, outcome}, std::move(candidates), inventory.entries);
     }
 };
 
@@ -127,7 +133,7 @@ Losses LossesOf(const std::vector<StoredMessage>& messages)
     Losses losses;
     std::size_t saved = 0;
     std::size_t timed = 0;
-    for (const PlannedEntry& planned : MakePlan(MessageForm(), std::move(candidates), {}).entries) {
+    for (const PlannedEntry& planned : MessageForm().Meet(std::move(candidates), {}, Filling::Replace).entries) {
         if (planned.action != Action::Add) {
             AddLoss(losses, kNotRestored, planned.from.notes.back().text, MessageForm().Title(planned.from.entry));
             continue;

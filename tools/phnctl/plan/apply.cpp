@@ -95,7 +95,7 @@ void DeleteOthers(Writer& writer, const EntryKind& kind, Plan& plan, const StopR
 {
     Progress progress("deleting " + kind.Many(), plan.deletions.size());
     for (Deletion& deletion : plan.deletions) {
-        if (!plan.HoldsAll(deletion.series))
+        if (!plan.IsReadyFor(deletion))
             continue;
         plan.isInterrupted = stop.Came();
         if (plan.isInterrupted || !writer.Delete(deletion))

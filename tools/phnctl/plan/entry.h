@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,9 +15,8 @@ struct EntryField
 {
     std::string property;
     std::string value;
-    bool hasAnyPlace = false; // the file leaves open under which property it goes; says nothing about equality
 
-    bool operator==(const EntryField& other) const { return property == other.property && value == other.value; }
+    bool operator==(const EntryField&) const = default;
 };
 
 struct Entry
@@ -30,6 +30,14 @@ struct Entry
     std::string Text() const;
 
     bool operator==(const Entry&) const = default;
+};
+
+// An entry of the handset under the index that the library gives it. Indexes hold for one run only: the handset may
+// store an entry under another number, so across runs entries are found by what they are.
+struct StoredEntry
+{
+    std::uint32_t index = 0;
+    Entry entry;
 };
 
 // What becomes of a part of a file's entry that does not go over as it is.
@@ -51,10 +59,7 @@ struct Candidate
     bool fits = true;         // false: the handset cannot hold it; the last note says why
     bool isMeant = true;      // false: it is nothing to store (a to-do among events); the last note says why
     bool hasLostText = false; // the file says of itself that characters of it were lost to a code page
-    std::string origin{};     // what EntryForm::Origin gave for the handset's entry that it was made of; empty: unknown
-    std::string series{};     // marks the entries of earlier imports that are parts of this one (EntryForm::PartOf)
-    std::string version{};    // of such an entry in its file; a higher one is newer. Empty: unknown
-    bool isCancelled = false; // the file takes it back
+    Entry about{};            // what the file says of it beside that, in its kind's own words; never stored
 };
 
 struct Difference

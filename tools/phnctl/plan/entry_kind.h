@@ -1,6 +1,6 @@
 // What the tool has to know of one kind of entry (contacts, events) to list, export, import, delete and restore it. A
-// new kind derives from EntryKind and hands itself to EntryCommands (commands/entries); plan, apply, progress, copies
-// and reports are the same for all of them.
+// new kind derives from EntryKind and hands itself to EntryCommands (commands/entries); apply, progress, copies and
+// reports are the same for all of them, and meeting.h has what they share in making a plan.
 #pragma once
 
 #include "phnctl/cli/report.h"
@@ -30,6 +30,16 @@ public:
     virtual void Write(const Handset& handset, std::uint32_t index, const Entry& entry) const = 0;
     virtual void Delete(const Handset& handset, std::uint32_t index) const = 0;
     virtual void DeleteAll(const Handset& handset) const = 0;
+
+    // What the handset would hold if an entry that was read were written back; entries are compared in this form.
+    virtual Entry Storable(const Entry& read) const = 0;
+    // True where an import may leave on the handset what a file does not say.
+    virtual bool CanMerge() const { return false; }
+    // What tells an entry from all others; empty: nothing does, and two that are alike are no mistake.
+    virtual std::string Id(const Entry&) const { return {}; }
+    // What earlier imports left and the files no longer have is to be deleted, once it is known what of a plan the
+    // handset can hold.
+    virtual void DeleteStale(Plan&, const Inventory&) const {}
 
     // Files. Parse makes every entry of a file's text ready for the handset, or says why it cannot be; it throws
     // nothing, however broken the text is. What Format writes, Parse reads back without a loss.

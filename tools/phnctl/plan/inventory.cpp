@@ -64,6 +64,14 @@ Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const Ind
     return inventory;
 }
 
+std::vector<StoredEntry> StorableOf(const EntryKind& kind, const Inventory& inventory)
+{
+    std::vector<StoredEntry> storable;
+    for (const StoredEntry& stored : inventory.entries)
+        storable.push_back({stored.index, kind.Storable(stored.entry)});
+    return storable;
+}
+
 void TellUnread(const EntryKind& kind, const Inventory& inventory)
 {
     for (const UnreadEntry& unread : inventory.unread)

@@ -40,6 +40,9 @@ struct Inventory
 // end it; throws Refusal when the handset is lost or three exchanges in a row fail.
 Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const IndexRange& range);
 
+// Its entries in the form in which entries are compared.
+std::vector<StoredEntry> StorableOf(const EntryKind& kind, const Inventory& inventory);
+
 // On standard error: each entry that could not be read.
 void TellUnread(const EntryKind& kind, const Inventory& inventory);
 

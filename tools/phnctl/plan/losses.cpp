@@ -46,7 +46,7 @@ void AddLoss(Losses& losses, const std::string& code, const std::string& text, c
 Losses LossesOf(const EntryKind& kind, std::span<const StoredEntry> entries)
 {
     Losses losses;
-    const Plan plan = MakePlan(kind, kind.Parse("", kind.Format(entries)), {});
+    const Plan plan = kind.Meet(kind.Parse("", kind.Format(entries)), {}, Filling::Replace);
     for (std::size_t i = 0; i < std::min(entries.size(), plan.entries.size()); ++i) {
         const PlannedEntry& planned = plan.entries[i];
         const std::string title = kind.Title(entries[i].entry);

@@ -6,6 +6,15 @@
 
 namespace phnctl {
 
+namespace {
+
+bool IsDone(const PlannedEntry& planned)
+{
+    return planned.action == Action::LeftOut || planned.IsHeld();
+}
+
+} // namespace
+
 std::size_t Plan::Count(Action action) const
 {
     return static_cast<std::size_t>(std::count_if(
@@ -17,6 +26,26 @@ std::size_t Plan::Count(Action action, Result result) const
     return static_cast<std::size_t>(std::count_if(entries.begin(), entries.end(), [&](const PlannedEntry& planned) {
         return planned.action == action && planned.result == result;
     }));
+}
+
+void PlannedEntry::Become(const StoredEntry& present, Entry wanted, std::vector<Note> why)
+{
+    action = wanted == present.entry ? Action::Same : Action::Change;
+    index = present.index;
+    changes = Differences(present.entry, wanted);
+    target = std::move(wanted);
+    std::ranges::move(why, std::back_inserter(from.notes));
+}
+
+void PlannedEntry::Repeat()
+{
+    action = Action::Same;
+    Tell("repeated", "the files hold it once more, before this one");
+}
+
+void PlannedEntry::Tell(const char* code, std::string text)
+{
+    from.notes.push_back({code, "", from.line, std::move(text)});
 }
 
 std::optional<std::uint32_t> PlannedEntry::ShownIndex() const
@@ -31,18 +60,21 @@ std::size_t Plan::Deleted() const
     }));
 }
 
-bool Plan::IsHeld(const PlannedEntry& planned) const
+bool PlannedEntry::IsHeld() const
 {
-    const PlannedEntry& one = planned.into ? entries[*planned.into] : planned;
-    return one.action == Action::Same || one.result == Result::Written;
+    return action == Action::Same || result == Result::Written;
 }
 
-bool Plan::HoldsAll(const std::string& series) const
+bool Plan::HoldsAll() const
 {
-    return std::all_of(entries.begin(), entries.end(), [&](const PlannedEntry& planned) {
-        const bool isOther = !series.empty() && planned.from.series != series;
-        return isOther || planned.action == Action::LeftOut || IsHeld(planned);
-    });
+    return std::ranges::all_of(entries, IsDone);
+}
+
+bool Plan::IsReadyFor(const Deletion& deletion) const
+{
+    if (deletion.waitsFor.empty())
+        return HoldsAll();
+    return std::ranges::all_of(deletion.waitsFor, [&](std::size_t at) { return IsDone(entries[at]); });
 }
 
 bool Plan::IsWhole() const
@@ -74,20 +106,20 @@ void LimitToRoom(Plan& plan, std::size_t room)
         }
 }
 
-Plan MakePlanFor(const EntryForm& form, Candidate candidate, std::uint32_t index, const Entry* present)
+Plan MakePlanFor(const EntryKind& kind, Candidate candidate, std::uint32_t index, const Entry* present)
 {
     Plan plan;
     PlannedEntry& planned = plan.entries.emplace_back();
     planned.from = std::move(candidate);
     planned.index = index;
-    const Entry before = present ? form.Storable(*present) : Entry{};
-    planned.target = form.Complete(planned.from.entry, present ? &before : nullptr);
-    if (present)
-        planned.changes = Differences(before, planned.target);
+    if (present) {
+        const Entry before = kind.Storable(*present);
+        planned.Become({index, before}, kind.Complete(planned.from.entry, &before), {});
+    } else {
+        planned.target = kind.Complete(planned.from.entry, nullptr);
+    }
     if (!planned.from.fits)
         planned.action = Action::CannotHold;
-    else if (present)
-        planned.action = planned.target == before ? Action::Same : Action::Change;
     return plan;
 }
 

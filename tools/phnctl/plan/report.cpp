@@ -19,8 +19,6 @@ const char* Heading(const Plan& plan, const PlannedEntry& planned)
         return "left out";
     if (planned.action == Action::Same)
         return "no change";
-    if (planned.action == Action::Merged)
-        return "merged";
     const bool isNew = planned.action == Action::Add;
     if (!plan.isApplied)
         return isNew ? "add" : "change";
@@ -49,8 +47,6 @@ bool IsWorthTelling(const Plan& plan, const PlannedEntry& planned)
         return !plan.isApplied || planned.result != Result::NotTried;
     case Action::Same:
         return HasMore(planned);
-    case Action::Merged:
-        return plan.entries[*planned.into].action != Action::Same;
     case Action::CannotHold:
     case Action::LeftOut:
         return true;
@@ -116,8 +112,7 @@ std::string DeletionSummary(const EntryForm& form, const Plan& plan)
         return "";
     if (!plan.isApplied)
         return what + " to delete.\n";
-    if (std::none_of(plan.deletions.begin(), plan.deletions.end(),
-                     [&](const Deletion& deletion) { return plan.HoldsAll(deletion.series); }))
+    if (std::ranges::none_of(plan.deletions, [&](const Deletion& deletion) { return plan.IsReadyFor(deletion); }))
         return "Nothing was deleted, as not all of the files is on the handset.\n";
     return fmt::format("{} to delete, {} deleted.\n", what, plan.Deleted());
 }
@@ -157,7 +152,6 @@ std::string Summary(const EntryForm& form, const Plan& plan)
     const std::size_t all = plan.entries.size();
     std::string text = fmt::format("{} {}: ", all, all == 1 ? form.One() : form.Many());
     const std::size_t same = plan.Count(Action::Same);
-    const std::size_t merged = plan.Count(Action::Merged);
     const std::size_t unfit = plan.Count(Action::CannotHold);
     const std::size_t leftOut = plan.Count(Action::LeftOut);
     if (!plan.isApplied)
@@ -165,7 +159,6 @@ std::string Summary(const EntryForm& form, const Plan& plan)
                Sentence({{plan.Count(Action::Add), "to add"},
                          {plan.Count(Action::Change), "to change"},
                          {same, "there already"},
-                         {merged, "in one with another"},
                          {unfit, "that the handset cannot hold"},
                          {leftOut, "left out"},
                          {plan.Count(Action::NoRoom), "without a place on the handset"}}) +
@@ -176,15 +169,13 @@ std::string Summary(const EntryForm& form, const Plan& plan)
     text += Sentence({{plan.Count(Action::Add, Result::Written), "added"},
                       {plan.Count(Action::Change, Result::Written), "changed"},
                       {same, "there already"},
-                      {merged, "in one with another"},
                       {unfit, "that the handset cannot hold"},
                       {leftOut, "left out"},
                       {count(Result::Different), "stored otherwise than asked"},
                       {count(Result::Failed), "failed"},
                       {plan.Count(Action::NoRoom), "without a place on the handset"},
                       {count(Result::NotTried), "not tried"}});
-    const auto held = std::count_if(plan.entries.begin(), plan.entries.end(),
-                                    [&](const PlannedEntry& planned) { return plan.IsHeld(planned); });
+    const auto held = std::ranges::count_if(plan.entries, &PlannedEntry::IsHeld);
     text += ".\n";
     if (all == 1 && leftOut == 0)
         text += fmt::format("It is {}on the handset.\n", held == 1 ? "" : "not ");

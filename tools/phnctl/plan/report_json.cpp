@@ -14,8 +14,6 @@ const char* Word(Action action)
         return "change";
     case Action::Same:
         return "same";
-    case Action::Merged:
-        return "merged";
     case Action::CannotHold:
         return "cannot-hold";
     case Action::NoRoom:
@@ -115,7 +113,6 @@ Json PlanJson(const EntryForm& form, const Plan& plan)
                                     {"cannotHold", number(plan.Count(Action::CannotHold))},
                                     {"noRoom", number(plan.Count(Action::NoRoom))},
                                     {"leftOut", number(plan.Count(Action::LeftOut))},
-                                    {"merged", number(plan.Count(Action::Merged))},
                                     {"written", result(Result::Written)},
                                     {"different", result(Result::Different)},
                                     {"failed", result(Result::Failed)},

@@ -43,7 +43,7 @@ std::optional<Restoration> EntrySection::Prepare(const Invocation& invocation, c
     auto candidates = ReadCandidates(m_kind, {TextOf(file)}, invocation.Has(kAcceptLoss));
     const auto inventory = std::make_shared<Inventory>(TakeInventory(handset, m_kind, IndexRange()));
     TellUnread(m_kind, *inventory);
-    Restoration restoration{&m_kind, MakePlan(m_kind, std::move(candidates), *inventory), {}};
+    Restoration restoration{&m_kind, m_kind.Meet(std::move(candidates), *inventory, Filling::Replace), {}};
     std::vector<StoredEntry> others = OthersOf(restoration.plan, *inventory);
     LimitToRoom(restoration.plan, inventory->empty.size());
     if (!invocation.Has(kAcceptLoss))

@@ -91,7 +91,8 @@ SavedSection MessageSection::Save(const Invocation&, const Handset& handset, con
 std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Handset& handset,
                                                    const std::filesystem::path& file) const
 {
-    Restoration restoration{&MessageForm(), MakePlan(MessageForm(), CandidatesOf(file), MessagesOf(handset)),
+    Restoration restoration{&MessageForm(),
+                            MessageForm().Meet(CandidatesOf(file), MessagesOf(handset), Filling::Replace),
                             [&handset](Plan& plan, bool isStrict) {
                                 SaveMissing(handset, plan, isStrict);
                                 if (plan.Count(Action::Add, Result::Written) != 0)

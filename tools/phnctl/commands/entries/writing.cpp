@@ -51,13 +51,15 @@ void RequireEntries(const EntryKind& kind, const std::vector<std::string>& files
 // Under another index, where an import would change it.
 void TellIfHeldElsewhere(const Handset& handset, const EntryKind& kind, PlannedEntry& planned)
 {
-    const std::string key = kind.Key(planned.target);
-    for (const StoredEntry& stored : TakeInventory(handset, kind, IndexRange()).entries)
-        if (stored.index != planned.index && kind.Key(kind.Storable(stored.entry)) == key)
-            planned.from.notes.push_back({"held-elsewhere", "", planned.from.line,
-                                          fmt::format("the handset has this {0} at index {1} already, and then has it "
-                                                      "twice; '{2} import' changes the one that is there",
-                                                      kind.One(), stored.index, kind.Many())});
+    const std::string id = kind.Id(planned.target);
+    if (id.empty())
+        return;
+    for (const StoredEntry& stored : StorableOf(kind, TakeInventory(handset, kind, IndexRange())))
+        if (stored.index != planned.index && kind.Id(stored.entry) == id)
+            planned.Tell("held-elsewhere",
+                         fmt::format("the handset has this {0} at index {1} already, and then has it twice; '{2} "
+                                     "import' changes the one that is there",
+                                     kind.One(), stored.index, kind.Many()));
 }
 
 int Put(const Invocation& invocation, const EntryKind& kind)
@@ -82,8 +84,7 @@ int Put(const Invocation& invocation, const EntryKind& kind)
             inventory.entries.push_back({*index, std::move(*present)});
         Plan plan = MakePlanFor(kind, std::move(candidates.front()), *index,
                                 inventory.entries.empty() ? nullptr : &inventory.entries.front().entry);
-        if (kind.HasUniqueKeys())
-            TellIfHeldElsewhere(handset, kind, plan.entries.front());
+        TellIfHeldElsewhere(handset, kind, plan.entries.front());
         if (!invocation.Has(kAcceptLoss))
             SpareGarbled(kind, plan, inventory);
         status = CarryOut(invocation, handset, kind, plan, inventory);
@@ -101,12 +102,12 @@ int Import(const Invocation& invocation, const EntryKind& kind)
     WithHandset(invocation.options, [&](const Handset& handset) {
         const Inventory inventory = TakeInventory(handset, kind, range);
         TellUnread(kind, inventory);
-        Plan plan = MakePlan(kind, std::move(candidates), inventory,
-                             invocation.Has(kReplace) ? Filling::Replace : Filling::Merge);
+        Plan plan =
+            kind.Meet(std::move(candidates), inventory, invocation.Has(kReplace) ? Filling::Replace : Filling::Merge);
         LimitToRoom(plan, inventory.empty.size());
         if (!invocation.Has(kAcceptLoss))
             SpareGarbled(kind, plan, inventory);
-        DropStaleParts(kind, plan, inventory);
+        kind.DeleteStale(plan, inventory);
         std::vector<StoredEntry> stale;
         for (const Deletion& deletion : plan.deletions)
             stale.push_back(deletion.stored);
@@ -136,7 +137,6 @@ std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<s
         if (candidates.size() == before && files.size() > 1)
             fmt::print(stderr, "{} holds no {}.\n", Printable(file), kind.One());
     }
-    LeaveOutOlderVersions(kind, candidates);
     for (Candidate& candidate : candidates) {
         if (!candidate.hasLostText || acceptsLoss)
             continue;

@@ -1,6 +1,6 @@
 #include "phnctl/events/file.h"
 #include "phnctl/events/foreign/reading.h"
-#include "phnctl/plan/plan.h"
+#include "phnctl/events/meeting.h"
 
 #include <algorithm>
 #include <deque>
