@@ -65,6 +65,11 @@ bool PlannedEntry::IsHeld() const
     return action == Action::Same || result == Result::Written;
 }
 
+bool PlannedEntry::KeepsMore() const
+{
+    return std::ranges::find(from.notes, kKept, &Note::code) != from.notes.end();
+}
+
 bool Plan::HoldsAll() const
 {
     return std::ranges::all_of(entries, IsDone);

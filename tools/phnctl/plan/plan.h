@@ -49,6 +49,8 @@ struct PlannedEntry
 
     // The handset holds what the file says, as far as it can.
     bool IsHeld() const;
+    // The handset's entry has what the file's has not; a note says what.
+    bool KeepsMore() const;
     // Nothing for a new entry: its index is this run's alone, as the handset may have stored it under another number.
     std::optional<std::uint32_t> ShownIndex() const;
 };

@@ -10,6 +10,9 @@ namespace phnctl {
 // One paragraph for each entry that is written, deleted or fails, and sentences with the counts.
 std::string PlanText(const EntryForm& form, const Plan& plan);
 
+// Those sentences alone.
+std::string SummaryText(const EntryForm& form, const Plan& plan);
+
 Json PlanJson(const EntryForm& form, const Plan& plan);
 
 } // namespace phnctl
