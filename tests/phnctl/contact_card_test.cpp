@@ -83,11 +83,12 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          "FN=A|TEL;TYPE=CELL=5550100p22|TEL;TYPE=HOME=5550101p3|TEL;TYPE=WORK=5550102pp9|X-PHN-MOBILE-2=5554w22|"
          "number-rewritten@4(TEL)|number-rewritten@5(TEL)|number-rewritten@6(TEL)|"
          "number-not-dialable@8(TEL)|"},
-        {"what is not dialled from everywhere, and a second ending; area codes keep their slash",
-         Card("FN:A\r\nTEL:+49 (0)30 1234567\r\nTEL:1234567/89/90\r\nTEL:030/1234567\r\nTEL:(0)40 123\r\n"
+        {"what is not dialled from everywhere, and a second ending; area codes keep their slash, remarks go",
+         Card("FN:A\r\nTEL:+49 (0)30 1234567\r\nTEL:1234567/89/90\r\nTEL:02234/12345 (abends)\r\nTEL:(0)40 123\r\n"
               "TEL;TYPE=FAX:+4930/12345 - +6\r\n"),
-         "FN=A|TEL;TYPE=CELL=+49301234567|TEL;TYPE=HOME=1234567|TEL;TYPE=WORK=0301234567|X-PHN-MOBILE-2=040123|"
-         "TEL;TYPE=FAX=+493012345+6|number-rewritten@4(TEL)|number-rewritten@5(TEL)|number-rewritten@8(TEL)|"},
+         "FN=A|TEL;TYPE=CELL=+49301234567|TEL;TYPE=HOME=1234567|TEL;TYPE=WORK=0223412345|X-PHN-MOBILE-2=040123|"
+         "TEL;TYPE=FAX=+493012345+6|number-rewritten@4(TEL)|number-rewritten@5(TEL)|number-rewritten@6(TEL)|"
+         "number-rewritten@8(TEL)|"},
         {"the organisation is a name, too", Card("N:;;;;\r\nORG:Harbour;Crew\r\nTEL:1\r\n"),
          "FN=Harbour|TEL;TYPE=CELL=1|"},
         {"several numbers of a kind; those without a type take what is left",

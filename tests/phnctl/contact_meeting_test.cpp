@@ -71,6 +71,8 @@ TEST_F(ContactMeeting, CostsNoNumber)
          "namesake: line 1: the contact of this name on the handset has no free place for Mobile 5"},
         {"two cards of one name", "", Person("Ann Lee", {"C1", "H2"}) + Person("Ann Lee", {"C1", "W3"}), "",
          "Ann Lee: 1 2, Ann Lee: 1 3", "namesake: line 1: another contact of this name is in the files"},
+        {"a card that says less than another one", "", Person("Ann Lee", {"C1"}) + Person("Ann Lee", {"H2", "C1"}), "",
+         "Ann Lee: 2 1", "2 contacts: 1 added, 1 there already.\n"},
         {"of which one is there already, and one is said twice", Person("Ann Lee", {"C1"}),
          Person("Ann Lee", {"H3", "C1"}) + Person("Ann Lee", {"C1"}) + Person("Ann Lee", {"C1"}), "",
          "Ann Lee: 1, Ann Lee: 3 1", "3 contacts: 1 added, 2 there already.\n"},

@@ -52,6 +52,8 @@ public:
                 ++m_cards[KeyOf(card.entry)];
         const auto outcome = [&](const Candidate& card, const Entry& present) { return OutcomeOf(card, present); };
         Plan plan = phnctl::Meet(m_kind, {KeyOf, outcome}, std::move(cards), m_presents);
+        if (m_isMerge)
+            LeaveOutWhatAnotherHolds(plan);
         for (PlannedEntry& planned : plan.entries)
             if (planned.action == Action::Add)
                 ++m_additions[KeyOf(planned.from.entry)];
@@ -62,6 +64,40 @@ public:
     }
 
 private:
+    // A card of which another one of the same name leaves every value on the handset adds nothing: two accounts may
+    // hold a person with one number each. Of two with the same values the first stays.
+    static void LeaveOutWhatAnotherHolds(Plan& plan)
+    {
+        std::multimap<std::pair<std::string, std::string>, const PlannedEntry*> held; // by key and value
+        for (const PlannedEntry& planned : plan.entries)
+            for (const EntryField& field : ValuesOf(planned.target))
+                held.emplace(std::pair(KeyOf(planned.target), field.value), &planned);
+        for (PlannedEntry& planned : plan.entries) {
+            const std::vector<EntryField> values = ValuesOf(planned.target);
+            if (planned.action != Action::Add || values.empty())
+                continue;
+            const auto [first, last] = held.equal_range({KeyOf(planned.target), values.front().value});
+            const bool isHeld = std::any_of(first, last, [&](const auto& item) {
+                const PlannedEntry& other = *item.second;
+                const bool stays =
+                    other.action != Action::Add || ValuesOf(other.target).size() > values.size() || &other < &planned;
+                return &other != &planned && stays && HoldsAll(other.target, values);
+            });
+            if (isHeld) {
+                planned.action = Action::Same;
+                planned.Tell("repeated", "another card of this name holds all of it");
+            }
+        }
+    }
+
+    static bool HoldsAll(const Entry& contact, const std::vector<EntryField>& values)
+    {
+        const std::vector<EntryField> held = ValuesOf(contact);
+        return std::ranges::all_of(values, [&](const EntryField& field) {
+            return std::ranges::find(held, field.value, &EntryField::value) != held.end();
+        });
+    }
+
     bool MayBeOne(const Candidate& card, const Entry& present) const
     {
         if (HaveValueInCommon(card.entry, present))

@@ -13,6 +13,11 @@ namespace {
 
 constexpr const char* kDigits = "0123456789";
 
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
 // What a person writes into a number for the eye, the marks of text direction that address books add included.
 bool IsDecoration(std::string_view character)
 {
@@ -29,7 +34,7 @@ std::optional<std::string> Dialable(std::string_view text)
     for (std::size_t i = 0; i < text.size();) {
         const std::size_t length = CharacterLength(text.substr(i));
         const char c = text[i];
-        if ((c >= '0' && c <= '9') || c == '#' || c == '*' || c == '+')
+        if (IsDigit(c) || c == '#' || c == '*' || c == '+')
             number += c;
         else if (c == 'p' || c == 'P' || c == ',')
             number += 'p';
@@ -66,19 +71,30 @@ bool IsInternational(const std::string& text)
     return digits.starts_with('+') || digits.starts_with("00");
 }
 
+// Without a remark in brackets behind the number: "(mobile)".
+std::string WithoutRemark(const std::string& text)
+{
+    const std::size_t open = text.rfind('(');
+    const std::size_t last = text.find_last_not_of(' ');
+    const bool isRemark = open != std::string::npos && text[last] == ')' &&
+                          text.find_first_of(kDigits, open) == std::string::npos &&
+                          text.substr(0, open).find_first_of(kDigits) != std::string::npos;
+    return isRemark ? text.substr(0, open) : text;
+}
+
 // True when the digits before a slash are a whole number, and not an area code alone: with a country's code it takes
 // more of them. Nobody's number has two digits, so that those behind a slash are another ending.
 bool IsWholeNumber(const std::string& before, const std::string& behind)
 {
-    const auto count = [](const std::string& text) { return Dialable(text).value_or("").size(); };
-    return count(before) >= (IsInternational(before) ? 11u : 7u) || (count(before) >= 5 && count(behind) <= 2);
+    const auto count = [](const std::string& text) { return std::ranges::count_if(text, IsDigit); };
+    return count(before) >= (IsInternational(before) ? 11 : 7) || (count(before) >= 5 && count(behind) <= 2);
 }
 
 } // namespace
 
 std::optional<std::string> NumberOf(const std::string& text)
 {
-    std::string left = WithExtensionAfterPause(text);
+    std::string left = WithExtensionAfterPause(WithoutRemark(text));
     if (const std::size_t trunk = left.find("(0)");
         trunk != std::string::npos && IsInternational(left.substr(0, trunk)))
         left.erase(trunk, 3);
