@@ -10,6 +10,19 @@ target_compile_options(phn_options INTERFACE -Wall -Wextra -Wpedantic -Wconversi
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     target_compile_options(phn_options INTERFACE -Wthread-safety -Werror=thread-safety)
 endif()
+# Hardening of what is shipped; .ci/hardening looks at the binaries. MinGW's run-time library has no fortified calls.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    add_compile_options(-fstack-protector-strong)
+    if(NOT WIN32)
+        add_compile_options(-fstack-clash-protection)
+        add_compile_definitions(_FORTIFY_SOURCE=2)
+        add_link_options(LINKER:-z,relro LINKER:-z,now)
+        include(CheckCXXCompilerFlag)
+        check_cxx_compiler_flag(-fcf-protection PHN_HAS_CET)
+        add_compile_options($<$<BOOL:${PHN_HAS_CET}>:-fcf-protection>)
+    endif()
+endif()
+
 if(PHN_SANITIZE)
     add_compile_options(-fsanitize=${PHN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${PHN_SANITIZE})
@@ -28,3 +41,7 @@ if(WIN32)
 else()
     target_link_libraries(phn_win32 INTERFACE phnplatform)
 endif()
+
+# Where an installed program finds the library and its data, from the folder it lies in.
+file(RELATIVE_PATH PHN_LIBRARIES_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH PHN_DATA_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR})

@@ -9,6 +9,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD dwReason, LPVOID lpRes
 
 namespace {
 
+PhnModuleName moduleName{.name = "PHNNRV.dll", .next = nullptr};
+
 // A program that was linked with the library keeps it until the process ends.
 bool isLinked;
 
@@ -22,6 +24,7 @@ __attribute__((constructor)) void onLoad()
         dlclose(program);
     if (!isLinked)
         PhnWatchProcessEnd();
+    PhnModuleLoaded(&moduleName);
     DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
 }
 
@@ -29,6 +32,7 @@ __attribute__((destructor)) void onUnload()
 {
     const bool isEnding = isLinked || PhnProcessIsEnding();
     DllMain(nullptr, DLL_PROCESS_DETACH, isEnding ? &isLinked : nullptr);
+    PhnModuleUnloaded(&moduleName);
 }
 
 } // namespace

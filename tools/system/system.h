@@ -50,6 +50,9 @@ std::string WhyNotLoaded(const std::string& library);
 // Where files that belong to the program but are no code lie.
 std::filesystem::path DataDirectory();
 
+// Where what is kept for the user lies; not made, and empty where the user has no such place.
+std::filesystem::path StateDirectory();
+
 enum class PortState
 {
     Free,

@@ -1,5 +1,6 @@
 #include "system/system.h"
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdlib>
@@ -136,8 +137,16 @@ std::filesystem::path ExecutableDirectory()
 
 std::vector<std::string> LibraryCandidates()
 {
+    constexpr const char* kLibrary = "libphnnrv.so.0";
     const std::filesystem::path here = ExecutableDirectory();
-    return {(here.parent_path() / "lib" / "libphnnrv.so").string(), (here / "libphnnrv.so").string(), "libphnnrv.so"};
+    std::vector<std::string> candidates;
+    for (const char* folder : {PHN_LIBRARIES_FROM_PROGRAMS, "../lib", "."}) {
+        const std::string candidate = (here / folder / kLibrary).lexically_normal().string();
+        if (std::find(candidates.begin(), candidates.end(), candidate) == candidates.end())
+            candidates.push_back(candidate);
+    }
+    candidates.push_back(kLibrary);
+    return candidates;
 }
 
 std::string WhyNotLoaded(const std::string& library)
@@ -151,7 +160,16 @@ std::string WhyNotLoaded(const std::string& library)
 
 std::filesystem::path DataDirectory()
 {
-    return ExecutableDirectory().parent_path() / "share" / "phnnrv";
+    return (ExecutableDirectory() / PHN_DATA_FROM_PROGRAMS / "phnnrv").lexically_normal();
+}
+
+std::filesystem::path StateDirectory()
+{
+    const char* const named = std::getenv("XDG_STATE_HOME");
+    if (named && *named == '/')
+        return std::filesystem::path(named) / "phnnrv";
+    const char* const home = std::getenv("HOME");
+    return home && *home == '/' ? std::filesystem::path(home) / ".local/state/phnnrv" : std::filesystem::path();
 }
 
 } // namespace host

@@ -133,6 +133,12 @@ std::filesystem::path DataDirectory()
     return ExecutableDirectory();
 }
 
+std::filesystem::path StateDirectory()
+{
+    const wchar_t* const folder = _wgetenv(L"LOCALAPPDATA");
+    return folder && *folder ? std::filesystem::path(folder) / "phnnrv" : std::filesystem::path();
+}
+
 PortReport ExaminePort(const std::string& path)
 {
     PortReport report;

@@ -4,6 +4,6 @@
 #include <winnt.h>
 
 PHN_PLATFORM_BEGIN
-WINBASEAPI DWORD WINAPI GetLastError(void);
-WINBASEAPI void WINAPI SetLastError(DWORD dwErrCode);
+WINBASEAPI DWORD WINAPI GetLastError(void) PHN_WIN32_NAME(GetLastError);
+WINBASEAPI void WINAPI SetLastError(DWORD dwErrCode) PHN_WIN32_NAME(SetLastError);
 PHN_PLATFORM_END

@@ -14,10 +14,10 @@
 PHN_PLATFORM_BEGIN
 WINBASEAPI HANDLE WINAPI CreateFileA(LPCSTR lpFileName, DWORD dwDesiredAccess, DWORD dwShareMode,
                                      LPSECURITY_ATTRIBUTES lpSecurityAttributes, DWORD dwCreationDisposition,
-                                     DWORD dwFlagsAndAttributes, HANDLE hTemplateFile);
-WINBASEAPI BOOL WINAPI DeleteFileA(LPCSTR lpFileName);
+                                     DWORD dwFlagsAndAttributes, HANDLE hTemplateFile) PHN_WIN32_NAME(CreateFileA);
+WINBASEAPI BOOL WINAPI DeleteFileA(LPCSTR lpFileName) PHN_WIN32_NAME(DeleteFileA);
 WINBASEAPI BOOL WINAPI ReadFile(HANDLE hFile, LPVOID lpBuffer, DWORD nNumberOfBytesToRead, LPDWORD lpNumberOfBytesRead,
-                                LPOVERLAPPED lpOverlapped);
+                                LPOVERLAPPED lpOverlapped) PHN_WIN32_NAME(ReadFile);
 WINBASEAPI BOOL WINAPI WriteFile(HANDLE hFile, LPCVOID lpBuffer, DWORD nNumberOfBytesToWrite,
-                                 LPDWORD lpNumberOfBytesWritten, LPOVERLAPPED lpOverlapped);
+                                 LPDWORD lpNumberOfBytesWritten, LPOVERLAPPED lpOverlapped) PHN_WIN32_NAME(WriteFile);
 PHN_PLATFORM_END

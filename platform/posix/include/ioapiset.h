@@ -5,7 +5,7 @@
 
 PHN_PLATFORM_BEGIN
 WINBASEAPI BOOL WINAPI GetOverlappedResult(HANDLE hFile, LPOVERLAPPED lpOverlapped, LPDWORD lpNumberOfBytesTransferred,
-                                           BOOL bWait);
-WINBASEAPI BOOL WINAPI CancelIoEx(HANDLE hFile, LPOVERLAPPED lpOverlapped);
-WINBASEAPI BOOL WINAPI CancelSynchronousIo(HANDLE hThread);
+                                           BOOL bWait) PHN_WIN32_NAME(GetOverlappedResult);
+WINBASEAPI BOOL WINAPI CancelIoEx(HANDLE hFile, LPOVERLAPPED lpOverlapped) PHN_WIN32_NAME(CancelIoEx);
+WINBASEAPI BOOL WINAPI CancelSynchronousIo(HANDLE hThread) PHN_WIN32_NAME(CancelSynchronousIo);
 PHN_PLATFORM_END

@@ -16,6 +16,8 @@ typedef uint16_t WCHAR;
 #endif
 
 #define WINBASEAPI __attribute__((visibility("default")))
+// Each call is linked under a name of its own ("phn_ReadFile"): a program that has a function ReadFile keeps it.
+#define PHN_WIN32_NAME(name) __asm__("phn_" #name)
 #define DECLSPEC_NORETURN __attribute__((noreturn))
 #define WINAPI
 #define APIENTRY

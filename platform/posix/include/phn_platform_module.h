@@ -1,17 +1,27 @@
-/* What the entry code of a module (module_entry.cpp) needs from the stand-in beyond Win32: whether the process is
-   ending. DllMain then gets a reserved argument that is not null, as on Windows, and nothing is waited for. */
+/* What the entry code of a module (module_entry.cpp) exchanges with the stand-in beyond Win32: the module's Windows
+   name, and whether the process is ending. DllMain then gets a reserved argument that is not null, as on Windows, and
+   nothing is waited for. */
 #pragma once
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+#include <minwindef.h>
+
+PHN_PLATFORM_BEGIN
+
+/* A module's Windows name, by which GetModuleHandleA finds it whatever its file is called. The record lies in the
+   module itself: its address says which module is meant. */
+typedef struct PhnModuleName
+{
+    const char* name;
+    struct PhnModuleName* next; /* the stand-in's own */
+} PhnModuleName;
+
+WINBASEAPI void PhnModuleLoaded(PhnModuleName* module) PHN_WIN32_NAME(ModuleLoaded);
+WINBASEAPI void PhnModuleUnloaded(PhnModuleName* module) PHN_WIN32_NAME(ModuleUnloaded);
 
 /* To be called when a module is loaded into a running program; not for a module that the program was linked with. */
-__attribute__((visibility("default"))) void PhnWatchProcessEnd(void);
+WINBASEAPI void PhnWatchProcessEnd(void) PHN_WIN32_NAME(WatchProcessEnd);
 
 /* Not 0 once exit() has begun. Ask from a function in the module's fini section (__attribute__((destructor))). */
-__attribute__((visibility("default"))) int PhnProcessIsEnding(void);
+WINBASEAPI int PhnProcessIsEnding(void) PHN_WIN32_NAME(ProcessIsEnding);
 
-#ifdef __cplusplus
-}
-#endif
+PHN_PLATFORM_END

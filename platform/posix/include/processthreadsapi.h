@@ -8,12 +8,13 @@ typedef DWORD(WINAPI* LPTHREAD_START_ROUTINE)(LPVOID lpThreadParameter);
 PHN_PLATFORM_BEGIN
 WINBASEAPI HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES lpThreadAttributes, SIZE_T dwStackSize,
                                       LPTHREAD_START_ROUTINE lpStartAddress, LPVOID lpParameter, DWORD dwCreationFlags,
-                                      LPDWORD lpThreadId);
-WINBASEAPI DECLSPEC_NORETURN void WINAPI ExitThread(DWORD dwExitCode);
-WINBASEAPI BOOL WINAPI GetExitCodeThread(HANDLE hThread, LPDWORD lpExitCode);
-WINBASEAPI HANDLE WINAPI OpenThread(DWORD dwDesiredAccess, BOOL bInheritHandle, DWORD dwThreadId);
-WINBASEAPI HANDLE WINAPI GetCurrentProcess(void);
-WINBASEAPI DWORD WINAPI GetCurrentProcessId(void);
-WINBASEAPI HANDLE WINAPI GetCurrentThread(void);
-WINBASEAPI DWORD WINAPI GetCurrentThreadId(void);
+                                      LPDWORD lpThreadId) PHN_WIN32_NAME(CreateThread);
+WINBASEAPI DECLSPEC_NORETURN void WINAPI ExitThread(DWORD dwExitCode) PHN_WIN32_NAME(ExitThread);
+WINBASEAPI BOOL WINAPI GetExitCodeThread(HANDLE hThread, LPDWORD lpExitCode) PHN_WIN32_NAME(GetExitCodeThread);
+WINBASEAPI HANDLE WINAPI OpenThread(DWORD dwDesiredAccess, BOOL bInheritHandle, DWORD dwThreadId)
+    PHN_WIN32_NAME(OpenThread);
+WINBASEAPI HANDLE WINAPI GetCurrentProcess(void) PHN_WIN32_NAME(GetCurrentProcess);
+WINBASEAPI DWORD WINAPI GetCurrentProcessId(void) PHN_WIN32_NAME(GetCurrentProcessId);
+WINBASEAPI HANDLE WINAPI GetCurrentThread(void) PHN_WIN32_NAME(GetCurrentThread);
+WINBASEAPI DWORD WINAPI GetCurrentThreadId(void) PHN_WIN32_NAME(GetCurrentThreadId);
 PHN_PLATFORM_END

@@ -42,14 +42,18 @@ typedef struct _SP_DEVICE_INTERFACE_DETAIL_DATA_A
 #pragma pack(pop)
 
 PHN_PLATFORM_BEGIN
-WINBASEAPI HDEVINFO WINAPI SetupDiGetClassDevsA(const GUID* ClassGuid, PCSTR Enumerator, HWND hwndParent, DWORD Flags);
+WINBASEAPI HDEVINFO WINAPI SetupDiGetClassDevsA(const GUID* ClassGuid, PCSTR Enumerator, HWND hwndParent, DWORD Flags)
+    PHN_WIN32_NAME(SetupDiGetClassDevsA);
 WINBASEAPI BOOL WINAPI SetupDiEnumDeviceInterfaces(HDEVINFO DeviceInfoSet, PSP_DEVINFO_DATA DeviceInfoData,
                                                    const GUID* InterfaceClassGuid, DWORD MemberIndex,
-                                                   PSP_DEVICE_INTERFACE_DATA DeviceInterfaceData);
+                                                   PSP_DEVICE_INTERFACE_DATA DeviceInterfaceData)
+    PHN_WIN32_NAME(SetupDiEnumDeviceInterfaces);
 WINBASEAPI BOOL WINAPI SetupDiGetDeviceInterfaceDetailA(HDEVINFO DeviceInfoSet,
                                                         PSP_DEVICE_INTERFACE_DATA DeviceInterfaceData,
                                                         PSP_DEVICE_INTERFACE_DETAIL_DATA_A DeviceInterfaceDetailData,
                                                         DWORD DeviceInterfaceDetailDataSize, PDWORD RequiredSize,
-                                                        PSP_DEVINFO_DATA DeviceInfoData);
-WINBASEAPI BOOL WINAPI SetupDiDestroyDeviceInfoList(HDEVINFO DeviceInfoSet);
+                                                        PSP_DEVINFO_DATA DeviceInfoData)
+    PHN_WIN32_NAME(SetupDiGetDeviceInterfaceDetailA);
+WINBASEAPI BOOL WINAPI SetupDiDestroyDeviceInfoList(HDEVINFO DeviceInfoSet)
+    PHN_WIN32_NAME(SetupDiDestroyDeviceInfoList);
 PHN_PLATFORM_END

@@ -17,8 +17,10 @@ typedef struct _TIME_ZONE_INFORMATION
 PHN_PLATFORM_BEGIN
 // Only the system's own zone: lpTimeZoneInformation is null.
 WINBASEAPI BOOL WINAPI SystemTimeToTzSpecificLocalTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
-                                                       const SYSTEMTIME* lpUniversalTime, LPSYSTEMTIME lpLocalTime);
+                                                       const SYSTEMTIME* lpUniversalTime, LPSYSTEMTIME lpLocalTime)
+    PHN_WIN32_NAME(SystemTimeToTzSpecificLocalTime);
 // A local time that the clocks pass twice, or never, is daylight-saving time.
 WINBASEAPI BOOL WINAPI TzSpecificLocalTimeToSystemTime(const TIME_ZONE_INFORMATION* lpTimeZoneInformation,
-                                                       const SYSTEMTIME* lpLocalTime, LPSYSTEMTIME lpUniversalTime);
+                                                       const SYSTEMTIME* lpLocalTime, LPSYSTEMTIME lpUniversalTime)
+    PHN_WIN32_NAME(TzSpecificLocalTimeToSystemTime);
 PHN_PLATFORM_END

@@ -10,10 +10,10 @@
 #define MB_ERR_INVALID_CHARS 0x8u
 
 PHN_PLATFORM_BEGIN
-WINBASEAPI UINT WINAPI GetACP(void);
+WINBASEAPI UINT WINAPI GetACP(void) PHN_WIN32_NAME(GetACP);
 WINBASEAPI int WINAPI MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr, int cbMultiByte,
-                                          LPWSTR lpWideCharStr, int cchWideChar);
+                                          LPWSTR lpWideCharStr, int cchWideChar) PHN_WIN32_NAME(MultiByteToWideChar);
 WINBASEAPI int WINAPI WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharStr, int cchWideChar,
                                           LPSTR lpMultiByteStr, int cbMultiByte, LPCSTR lpDefaultChar,
-                                          LPBOOL lpUsedDefaultChar);
+                                          LPBOOL lpUsedDefaultChar) PHN_WIN32_NAME(WideCharToMultiByte);
 PHN_PLATFORM_END

@@ -8,10 +8,12 @@
 typedef LONG LSTATUS;
 
 PHN_PLATFORM_BEGIN
-WINBASEAPI LSTATUS WINAPI RegOpenKeyExA(HKEY hKey, LPCSTR lpSubKey, DWORD ulOptions, DWORD samDesired, PHKEY phkResult);
+WINBASEAPI LSTATUS WINAPI RegOpenKeyExA(HKEY hKey, LPCSTR lpSubKey, DWORD ulOptions, DWORD samDesired, PHKEY phkResult)
+    PHN_WIN32_NAME(RegOpenKeyExA);
 WINBASEAPI LSTATUS WINAPI RegQueryValueExA(HKEY hKey, LPCSTR lpValueName, LPDWORD lpReserved, LPDWORD lpType,
-                                           LPBYTE lpData, LPDWORD lpcbData);
+                                           LPBYTE lpData, LPDWORD lpcbData) PHN_WIN32_NAME(RegQueryValueExA);
 WINBASEAPI LSTATUS WINAPI RegEnumValueA(HKEY hKey, DWORD dwIndex, LPSTR lpValueName, LPDWORD lpcchValueName,
-                                        LPDWORD lpReserved, LPDWORD lpType, LPBYTE lpData, LPDWORD lpcbData);
-WINBASEAPI LSTATUS WINAPI RegCloseKey(HKEY hKey);
+                                        LPDWORD lpReserved, LPDWORD lpType, LPBYTE lpData, LPDWORD lpcbData)
+    PHN_WIN32_NAME(RegEnumValueA);
+WINBASEAPI LSTATUS WINAPI RegCloseKey(HKEY hKey) PHN_WIN32_NAME(RegCloseKey);
 PHN_PLATFORM_END

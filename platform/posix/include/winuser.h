@@ -99,34 +99,43 @@ typedef struct tagCREATESTRUCTA
 #define DEVICE_NOTIFY_WINDOW_HANDLE 0x0u
 
 PHN_PLATFORM_BEGIN
-WINBASEAPI ATOM WINAPI RegisterClassA(const WNDCLASSA* lpWndClass);
-WINBASEAPI BOOL WINAPI UnregisterClassA(LPCSTR lpClassName, HINSTANCE hInstance);
+WINBASEAPI ATOM WINAPI RegisterClassA(const WNDCLASSA* lpWndClass) PHN_WIN32_NAME(RegisterClassA);
+WINBASEAPI BOOL WINAPI UnregisterClassA(LPCSTR lpClassName, HINSTANCE hInstance) PHN_WIN32_NAME(UnregisterClassA);
 WINBASEAPI HWND WINAPI CreateWindowExA(DWORD dwExStyle, LPCSTR lpClassName, LPCSTR lpWindowName, DWORD dwStyle, int X,
                                        int Y, int nWidth, int nHeight, HWND hWndParent, HMENU hMenu,
-                                       HINSTANCE hInstance, LPVOID lpParam);
-WINBASEAPI BOOL WINAPI DestroyWindow(HWND hWnd);
-WINBASEAPI BOOL WINAPI IsWindow(HWND hWnd);
-WINBASEAPI LRESULT WINAPI DefWindowProcA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam);
-WINBASEAPI LONG_PTR WINAPI GetWindowLongPtrA(HWND hWnd, int nIndex);
-WINBASEAPI LONG_PTR WINAPI SetWindowLongPtrA(HWND hWnd, int nIndex, LONG_PTR dwNewLong);
-WINBASEAPI HWND WINAPI FindWindowExA(HWND hWndParent, HWND hWndChildAfter, LPCSTR lpszClass, LPCSTR lpszWindow);
-WINBASEAPI int WINAPI GetClassNameA(HWND hWnd, LPSTR lpClassName, int nMaxCount);
+                                       HINSTANCE hInstance, LPVOID lpParam) PHN_WIN32_NAME(CreateWindowExA);
+WINBASEAPI BOOL WINAPI DestroyWindow(HWND hWnd) PHN_WIN32_NAME(DestroyWindow);
+WINBASEAPI BOOL WINAPI IsWindow(HWND hWnd) PHN_WIN32_NAME(IsWindow);
+WINBASEAPI LRESULT WINAPI DefWindowProcA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam)
+    PHN_WIN32_NAME(DefWindowProcA);
+WINBASEAPI LONG_PTR WINAPI GetWindowLongPtrA(HWND hWnd, int nIndex) PHN_WIN32_NAME(GetWindowLongPtrA);
+WINBASEAPI LONG_PTR WINAPI SetWindowLongPtrA(HWND hWnd, int nIndex, LONG_PTR dwNewLong)
+    PHN_WIN32_NAME(SetWindowLongPtrA);
+WINBASEAPI HWND WINAPI FindWindowExA(HWND hWndParent, HWND hWndChildAfter, LPCSTR lpszClass, LPCSTR lpszWindow)
+    PHN_WIN32_NAME(FindWindowExA);
+WINBASEAPI int WINAPI GetClassNameA(HWND hWnd, LPSTR lpClassName, int nMaxCount) PHN_WIN32_NAME(GetClassNameA);
 
-WINBASEAPI BOOL WINAPI PeekMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax, UINT wRemoveMsg);
-WINBASEAPI BOOL WINAPI GetMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax);
-WINBASEAPI BOOL WINAPI TranslateMessage(const MSG* lpMsg);
-WINBASEAPI LRESULT WINAPI DispatchMessageA(const MSG* lpMsg);
-WINBASEAPI BOOL WINAPI PostMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam);
-WINBASEAPI BOOL WINAPI PostThreadMessageA(DWORD idThread, UINT Msg, WPARAM wParam, LPARAM lParam);
-WINBASEAPI void WINAPI PostQuitMessage(int nExitCode);
-WINBASEAPI LRESULT WINAPI SendMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam);
-WINBASEAPI UINT WINAPI RegisterWindowMessageA(LPCSTR lpString);
+WINBASEAPI BOOL WINAPI PeekMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax, UINT wRemoveMsg)
+    PHN_WIN32_NAME(PeekMessageA);
+WINBASEAPI BOOL WINAPI GetMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax)
+    PHN_WIN32_NAME(GetMessageA);
+WINBASEAPI BOOL WINAPI TranslateMessage(const MSG* lpMsg) PHN_WIN32_NAME(TranslateMessage);
+WINBASEAPI LRESULT WINAPI DispatchMessageA(const MSG* lpMsg) PHN_WIN32_NAME(DispatchMessageA);
+WINBASEAPI BOOL WINAPI PostMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam) PHN_WIN32_NAME(PostMessageA);
+WINBASEAPI BOOL WINAPI PostThreadMessageA(DWORD idThread, UINT Msg, WPARAM wParam, LPARAM lParam)
+    PHN_WIN32_NAME(PostThreadMessageA);
+WINBASEAPI void WINAPI PostQuitMessage(int nExitCode) PHN_WIN32_NAME(PostQuitMessage);
+WINBASEAPI LRESULT WINAPI SendMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam) PHN_WIN32_NAME(SendMessageA);
+WINBASEAPI UINT WINAPI RegisterWindowMessageA(LPCSTR lpString) PHN_WIN32_NAME(RegisterWindowMessageA);
 WINBASEAPI DWORD WINAPI MsgWaitForMultipleObjects(DWORD nCount, const HANDLE* pHandles, BOOL fWaitAll,
-                                                  DWORD dwMilliseconds, DWORD dwWakeMask);
+                                                  DWORD dwMilliseconds, DWORD dwWakeMask)
+    PHN_WIN32_NAME(MsgWaitForMultipleObjects);
 
-WINBASEAPI UINT_PTR WINAPI SetTimer(HWND hWnd, UINT_PTR nIDEvent, UINT uElapse, TIMERPROC lpTimerFunc);
-WINBASEAPI BOOL WINAPI KillTimer(HWND hWnd, UINT_PTR uIDEvent);
+WINBASEAPI UINT_PTR WINAPI SetTimer(HWND hWnd, UINT_PTR nIDEvent, UINT uElapse, TIMERPROC lpTimerFunc)
+    PHN_WIN32_NAME(SetTimer);
+WINBASEAPI BOOL WINAPI KillTimer(HWND hWnd, UINT_PTR uIDEvent) PHN_WIN32_NAME(KillTimer);
 
-WINBASEAPI HDEVNOTIFY WINAPI RegisterDeviceNotificationA(HANDLE hRecipient, LPVOID NotificationFilter, DWORD Flags);
-WINBASEAPI BOOL WINAPI UnregisterDeviceNotification(HDEVNOTIFY Handle);
+WINBASEAPI HDEVNOTIFY WINAPI RegisterDeviceNotificationA(HANDLE hRecipient, LPVOID NotificationFilter, DWORD Flags)
+    PHN_WIN32_NAME(RegisterDeviceNotificationA);
+WINBASEAPI BOOL WINAPI UnregisterDeviceNotification(HDEVNOTIFY Handle) PHN_WIN32_NAME(UnregisterDeviceNotification);
 PHN_PLATFORM_END

@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 
+#include "module_names.h"
 #include "win32_call.h"
 
 using namespace platform;
@@ -60,17 +61,21 @@ Module ModuleOf(HMODULE handle)
     return module;
 }
 
-// The file that a module's Windows name stands for.
-std::string FileOf(const char* name)
+HMODULE BaseOf(const void* address)
 {
-    return strcasecmp(name, "PHNNRV.dll") == 0 ? "libphnnrv.so" : name;
+    Dl_info info{};
+    if (!dladdr(address, &info))
+        throw Win32Error{ERROR_MOD_NOT_FOUND};
+    return static_cast<HMODULE>(info.dli_fbase);
 }
 
 HMODULE LoadedModule(const char* name)
 {
     if (!name)
         return ModuleOf(nullptr).handle;
-    const std::string file = FileOf(name);
+    if (const void* const address = AddressInModule(name))
+        return BaseOf(address);
+    const std::string file = name;
     const bool isPath = file.find('/') != file.npos;
     const Module module = FindModule([&](const Module& m) {
         return m.name == file || (!isPath && m.name.size() > file.size() && m.name.ends_with('/' + file));
@@ -89,14 +94,6 @@ std::string PathOf(const Module& module)
     return resolved ? resolved.get() : name;
 }
 
-HMODULE BaseOf(const void* address)
-{
-    Dl_info info{};
-    if (!dladdr(address, &info))
-        throw Win32Error{ERROR_MOD_NOT_FOUND};
-    return static_cast<HMODULE>(info.dli_fbase);
-}
-
 // One reference to a loaded module, as dlopen counts them.
 std::unique_ptr<void, int (*)(void*)> Reference(HMODULE handle)
 {
@@ -107,20 +104,34 @@ std::unique_ptr<void, int (*)(void*)> Reference(HMODULE handle)
     return {reference, dlclose};
 }
 
+// The file that a module's Windows name stands for.
+std::string FileOf(const char* name)
+{
+    return strcasecmp(name, "PHNNRV.dll") == 0 ? "libphnnrv.so.0" : name;
+}
+
+// The path without a name for the folder that depends on the current one; the file keeps its name, also if it is a
+// link.
+std::string AbsolutePath(const std::string& file)
+{
+    if (access(file.c_str(), F_OK))
+        ThrowErrno();
+    const size_t name = file.rfind('/') + 1;
+    const std::unique_ptr<char, void (*)(void*)> folder(realpath(file.substr(0, name).c_str(), nullptr), free);
+    if (!folder)
+        ThrowErrno();
+    return std::string(folder.get()) + '/' + file.substr(name);
+}
+
 // A library named without a path is looked for beside this one first.
 void* Open(const std::string& file)
 {
-    if (file.find('/') == file.npos) {
-        const std::string own = PathOf(ModuleOf(BaseOf(reinterpret_cast<const void*>(&GetModuleHandleA))));
-        const std::string beside = own.substr(0, own.rfind('/') + 1) + file;
-        if (access(beside.c_str(), F_OK) == 0)
-            return dlopen(beside.c_str(), RTLD_NOW | RTLD_LOCAL);
-        return dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    }
-    const std::unique_ptr<char, void (*)(void*)> path(realpath(file.c_str(), nullptr), free);
-    if (!path)
-        ThrowErrno();
-    return dlopen(path.get(), RTLD_NOW | RTLD_LOCAL);
+    if (file.find('/') != file.npos)
+        return dlopen(AbsolutePath(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string own = PathOf(ModuleOf(BaseOf(reinterpret_cast<const void*>(&GetModuleHandleA))));
+    const std::string beside = own.substr(0, own.rfind('/') + 1) + file;
+    const bool isBeside = access(beside.c_str(), F_OK) == 0;
+    return dlopen(isBeside ? beside.c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL);
 }
 
 } // namespace

@@ -11,7 +11,9 @@
 
 #include "device_directory.h"
 #include "disk_file.h"
+#include "module_names.h"
 #include "serial_port.h"
+#include "state_folder.h"
 #include "win32_call.h"
 
 namespace platform {
@@ -111,15 +113,34 @@ int DispositionFlags(DWORD disposition)
     }
 }
 
-// O_NONBLOCK keeps the opening of a FIFO from waiting for its other end, for ever if need be.
-std::shared_ptr<File> OpenDiskFile(const char* path, DWORD access, DWORD disposition, bool& existed)
+// O_NONBLOCK keeps the opening of a FIFO from waiting for its other end, for ever if need be. What is created is its
+// owner's alone, and no link leads elsewhere: the library's log would follow it.
+int OpenDescriptor(const std::string& path, int flags, bool& existed)
 {
-    const int flags = AccessFlags(access) | DispositionFlags(disposition);
     struct stat status
     {
     };
-    existed = (flags & O_CREAT) && stat(path, &status) == 0;
-    UniqueDescriptor descriptor(open(path, flags | O_NOCTTY | O_CLOEXEC | O_NONBLOCK, 0666));
+    existed = (flags & O_CREAT) && stat(path.c_str(), &status) == 0;
+    if (flags & O_CREAT)
+        flags |= O_NOFOLLOW;
+    return open(path.c_str(), flags | O_NOCTTY | O_CLOEXEC | O_NONBLOCK, 0600);
+}
+
+bool IsRefused(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS;
+}
+
+std::shared_ptr<File> OpenDiskFile(const std::string& path, DWORD access, DWORD disposition, bool& existed)
+{
+    const int flags = AccessFlags(access) | DispositionFlags(disposition);
+    UniqueDescriptor descriptor(OpenDescriptor(path, flags, existed));
+    if (!descriptor && IsRefused(errno) && (flags & O_CREAT) && IsBesideModule(path)) {
+        const std::string own = FileInStateFolder(path);
+        if (own.empty())
+            throw Win32Error{ERROR_ACCESS_DENIED};
+        descriptor = UniqueDescriptor(OpenDescriptor(own, flags, existed));
+    }
     if (!descriptor)
         ThrowErrno();
     switch (KindOf(descriptor.Get())) {

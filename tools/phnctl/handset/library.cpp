@@ -23,6 +23,13 @@ void Find(HMODULE module, const char* name, Function& function)
     std::memcpy(&function, &address, sizeof function);
 }
 
+std::string FileOf(HMODULE module)
+{
+    std::string path(32768, '\0'); // the longest that Windows has
+    path.resize(GetModuleFileNameA(module, path.data(), static_cast<DWORD>(path.size())));
+    return path;
+}
+
 bool IsFile(const std::string& path)
 {
     std::error_code error;
@@ -54,7 +61,7 @@ void Library::Load(const std::string& path)
     for (const std::string& candidate : candidates) {
         m_module = LoadLibraryA(candidate.c_str());
         if (m_module) {
-            m_path = candidate;
+            m_path = FileOf(m_module);
             return;
         }
         if (IsFile(candidate))

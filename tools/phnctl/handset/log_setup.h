@@ -12,7 +12,7 @@ class LogSetup
 {
 public:
     virtual ~LogSetup() = default;
-    // The log file that this run wrote beside the library, empty when it wrote none.
+    // The log file that this run wrote, beside the library or in the user's state folder; empty when it wrote none.
     virtual std::string LogFile(const std::string& libraryPath) const = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include "phnctl/cli/ending.h"
 #include "phnctl/text/failure.h"
+#include "system/system.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -70,20 +71,25 @@ public:
     std::string LogFile(const std::string& libraryPath) const override
     {
         const fs::path library = fs::absolute(libraryPath).lexically_normal();
-        const std::string beginning = library.filename().string();
-        std::error_code error;
         fs::directory_entry newest;
-        for (const auto& entry : fs::directory_iterator(library.parent_path(), error)) {
+        for (const fs::path& folder : {library.parent_path(), host::StateDirectory()})
+            FindNewest(folder, library.filename().string(), newest);
+        return newest.path().string();
+    }
+
+private:
+    void FindNewest(const fs::path& folder, const std::string& beginning, fs::directory_entry& newest) const
+    {
+        std::error_code error;
+        for (const auto& entry : fs::directory_iterator(folder, error)) {
             const std::string name = entry.path().filename().string();
             if (!name.starts_with(beginning) || !name.ends_with(".log") || entry.last_write_time() < m_start - kSlack)
                 continue;
             if (newest.path().empty() || entry.last_write_time() > newest.last_write_time())
                 newest = entry;
         }
-        return newest.path().string();
     }
 
-private:
     // The clock of the file system runs in ticks of some milliseconds.
     static constexpr std::chrono::milliseconds kSlack{50};
 

@@ -1,0 +1,38 @@
+# What is installed, in four components: libs (what a host program needs to run), dev (to be built), tools, python.
+include(CMakePackageConfigHelpers)
+
+if(WIN32)
+    return() # packaging/make_zip
+endif()
+
+install(TARGETS phnnrv phnplatform EXPORT phnnrv
+    LIBRARY COMPONENT libs NAMELINK_COMPONENT dev
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/ TYPE INCLUDE COMPONENT dev FILES_MATCHING PATTERN "*.h" PATTERN "*.hpp")
+# In a folder of their own, as they are named like the system's elsewhere.
+install(DIRECTORY platform/posix/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/phnnrv COMPONENT dev
+    FILES_MATCHING PATTERN "*.h" PATTERN "phn_platform_*" EXCLUDE)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/phnnrv)
+configure_package_config_file(cmake/phnnrv-config.cmake.in ${CMAKE_BINARY_DIR}/phnnrv-config.cmake
+    INSTALL_DESTINATION ${package_folder} NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/phnnrv-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(EXPORT phnnrv NAMESPACE phnnrv:: FILE phnnrv-targets.cmake DESTINATION ${package_folder} COMPONENT dev)
+install(FILES ${CMAKE_BINARY_DIR}/phnnrv-config.cmake ${CMAKE_BINARY_DIR}/phnnrv-config-version.cmake
+    DESTINATION ${package_folder} COMPONENT dev)
+
+file(RELATIVE_PATH prefix_from_pkgconfig ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+foreach(name phnnrv phnnrv-platform)
+    configure_file(packaging/${name}.pc.in ${name}.pc @ONLY)
+    install(FILES ${CMAKE_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
+endforeach()
+
+install(FILES README.md CHANGELOG.md TYPE DOC COMPONENT dev)
+install(DIRECTORY docs examples TYPE DOC COMPONENT dev PATTERN "CMakeLists.txt" EXCLUDE PATTERN "man" EXCLUDE)
+install(FILES LICENSE TYPE DOC COMPONENT libs)
+
+if(PHN_BUILD_TOOLS)
+    install(TARGETS phnctl phnsim RUNTIME COMPONENT tools)
+    install(DIRECTORY tools/phnctl/labels DESTINATION ${CMAKE_INSTALL_DATADIR}/phnnrv COMPONENT tools)
+    install(FILES platform/posix/udev/70-phnnrv.rules DESTINATION lib/udev/rules.d COMPONENT tools)
+endif()
