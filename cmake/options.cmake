@@ -45,3 +45,9 @@ endif()
 # Where an installed program finds the library and its data, from the folder it lies in.
 file(RELATIVE_PATH PHN_LIBRARIES_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH PHN_DATA_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR})
+
+# What Windows shows as the properties of a file.
+function(phn_version_resource target type file description)
+    configure_file(${CMAKE_SOURCE_DIR}/cmake/version.rc.in ${target}_version.rc @ONLY)
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc)
+endfunction()

@@ -1,7 +1,7 @@
 # The Debian packages, one for each component that cmake/install.cmake and bindings/python name. ./dev package makes them.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME phnnrv)
-set(CPACK_PACKAGE_CONTACT "The phnnrv developers <phnnrv@localhost>")
+set(CPACK_PACKAGE_CONTACT "The phnnrv developers <phnnrv@example.org>")
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_SOURCE_DIR}/build)
 set(CPACK_COMPONENTS_ALL libs dev tools python)
 set(CPACK_STRIP_FILES ON)
@@ -10,6 +10,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
@@ -25,13 +26,11 @@ endmacro()
 
 set(needs_libraries "libphnnrv0 (= ${PROJECT_VERSION}-1)")
 debian_package(libs libphnnrv0 libs "plug-in library for CDMA handsets"
-    "A host program uses one CDMA handset attached by USB or a serial port with it:\nits status, settings, contacts, events, messages and call history.")
+    "A host program uses one CDMA handset attached by USB or a serial port with\nit: its status, settings, contacts, events, messages and call history.")
 set(CPACK_DEBIAN_LIBS_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_LIBS_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_LIBS_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/triggers)
 
 debian_package(dev libphnnrv-dev libdevel "plug-in library for CDMA handsets, for development"
-    "The headers for C and C++, pkg-config and CMake files, documentation and examples.")
+    "The headers for C and C++, pkg-config and CMake files, documentation and\nexamples.")
 set(CPACK_DEBIAN_DEV_PACKAGE_DEPENDS "${needs_libraries}")
 
 debian_package(tools phnnrv-tools comm "programs for CDMA handsets"
