@@ -31,12 +31,13 @@ std::shared_ptr<const RegistryKey> SerialMap()
 }
 
 // Null if there is no such key.
-std::shared_ptr<const RegistryKey> FindKey(const std::string& path, std::shared_ptr<const RegistryTree> tree)
+std::shared_ptr<const RegistryKey> FindKey(const std::string& path, std::shared_ptr<const Registry> registry)
 {
     if (path == kSerialMap)
         return SerialMap();
-    const auto found = tree->find(path);
-    return found == tree->end() ? nullptr : std::shared_ptr<const RegistryKey>(std::move(tree), &found->second);
+    const auto found = registry->keys.find(path);
+    return found == registry->keys.end() ? nullptr
+                                         : std::shared_ptr<const RegistryKey>(std::move(registry), &found->second);
 }
 
 // Copies a value's data and type to where the caller wants them.
@@ -59,17 +60,17 @@ struct OpenKey : Object
 {
     explicit OpenKey(std::string lowerCasePath) : path(std::move(lowerCasePath))
     {
-        RenewRegistry(tree);
-        key = FindKey(path, tree);
+        RenewRegistry(registry);
+        key = FindKey(path, registry);
         if (!key)
-            throw Win32Error{ERROR_FILE_NOT_FOUND};
+            throw Win32Error{registry->missing};
     }
 
     // The key as it is now.
     const std::shared_ptr<const RegistryKey>& Look()
     {
-        if (key && (RenewRegistry(tree) || path == kSerialMap))
-            key = FindKey(path, tree);
+        if (key && (RenewRegistry(registry) || path == kSerialMap))
+            key = FindKey(path, registry);
         if (!key)
             throw Win32Error{ERROR_KEY_DELETED};
         return key;
@@ -77,7 +78,7 @@ struct OpenKey : Object
 
     const std::string path;
     std::mutex mutex; // for the rest; held while the registry's own is taken
-    std::shared_ptr<const RegistryTree> tree;
+    std::shared_ptr<const Registry> registry;
     std::shared_ptr<const RegistryKey> key; // null once it is deleted
     std::shared_ptr<const RegistryKey> enumerated;
 };

@@ -4,11 +4,15 @@
 #include <sys/inotify.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
+#include <optional>
 
+#include "registry_text.h"
 #include "unique_descriptor.h"
 
 namespace platform {
@@ -16,14 +20,23 @@ namespace {
 
 constexpr off_t kMaxSize = 1 << 20;
 
-std::string ReadWhole(const char* path)
+bool IsThere(const std::string& path)
 {
-    const UniqueDescriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status
+    {
+    };
+    return stat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+// Nothing if the file cannot be read, or is none of the sort that a registry may be.
+std::optional<std::string> ReadWhole(const std::string& path)
+{
+    const UniqueDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status
     {
     };
     if (!file || fstat(file.Get(), &status) || !S_ISREG(status.st_mode) || status.st_size > kMaxSize)
-        return {};
+        return std::nullopt;
     std::string text(static_cast<size_t>(status.st_size), '\0');
     size_t length = 0;
     while (length < text.size()) {
@@ -34,6 +47,28 @@ std::string ReadWhole(const char* path)
     }
     text.resize(length);
     return text;
+}
+
+void AddFile(const std::string& path, Registry& registry)
+{
+    if (!IsThere(path))
+        return;
+    auto bytes = ReadWhole(path);
+    if (!bytes)
+        registry.missing = ERROR_CANTREAD;
+    else if (!AddRegistry(AnsiText(std::move(*bytes)), registry.keys))
+        registry.missing = ERROR_BADDB;
+}
+
+std::vector<std::string> PartedByColons(std::string_view list)
+{
+    std::vector<std::string> parts;
+    while (!list.empty()) {
+        const size_t end = std::min(list.find(':'), list.size());
+        parts.emplace_back(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return parts;
 }
 
 // Tells whether a file may have changed. The file itself is watched for its content, its directory for its name.
@@ -98,17 +133,17 @@ private:
     int fileWatch_ = -1;
 };
 
-class RegistryFile
+class RegistryFiles
 {
 public:
-    // False if `known` is the file as it is now; otherwise that is put there.
-    bool Renew(std::shared_ptr<const RegistryTree>& known)
+    // False if `known` is what the files hold now; otherwise that is put there.
+    bool Renew(std::shared_ptr<const Registry>& known)
     {
         const std::lock_guard guard(mutex_);
         Look();
-        if (known == tree_)
+        if (known == registry_)
             return false;
-        known = tree_;
+        known = registry_;
         return true;
     }
 
@@ -119,32 +154,44 @@ private:
     void Look()
     {
         const auto now = std::chrono::steady_clock::now();
-        if (tree_ && now - looked_ < kLookIsGoodFor)
+        if (registry_ && now - looked_ < kLookIsGoodFor)
             return;
         looked_ = now;
         const char* const named = std::getenv("PHNNRV_REGISTRY");
-        const char* const path = named ? named : "/etc/phnnrv.reg";
-        if (tree_ && path_ == path && !watch_.MayHaveChanged())
+        const char* const list = named ? named : "/etc/phnnrv.reg";
+        if (registry_ && list_ == list && std::ranges::none_of(watches_, &FileWatch::MayHaveChanged))
             return;
-        tree_ = nullptr;
-        path_ = path;
-        watch_.Start(path_);
-        tree_ = std::make_shared<RegistryTree>(ParseRegistry(ReadWhole(path)));
+        registry_ = nullptr;
+        list_ = list;
+        Read();
+    }
+
+    void Read()
+    {
+        const auto paths = PartedByColons(list_);
+        auto registry = std::make_shared<Registry>();
+        registry->keys[""];
+        watches_.resize(paths.size());
+        for (size_t i = 0; i < paths.size(); i++) {
+            watches_[i].Start(paths[i]);
+            AddFile(paths[i], *registry);
+        }
+        registry_ = std::move(registry);
     }
 
     std::mutex mutex_; // a leaf
     std::chrono::steady_clock::time_point looked_{};
-    std::string path_;
-    FileWatch watch_;
-    std::shared_ptr<const RegistryTree> tree_;
+    std::string list_;
+    std::vector<FileWatch> watches_;
+    std::shared_ptr<const Registry> registry_;
 };
 
 } // namespace
 
-bool RenewRegistry(std::shared_ptr<const RegistryTree>& known)
+bool RenewRegistry(std::shared_ptr<const Registry>& known)
 {
-    static RegistryFile& file = *new RegistryFile;
-    return file.Renew(known);
+    static RegistryFiles& files = *new RegistryFiles;
+    return files.Renew(known);
 }
 
 } // namespace platform

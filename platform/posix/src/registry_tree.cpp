@@ -4,10 +4,13 @@
 #include <charconv>
 #include <optional>
 
+#include "registry_text.h"
+
 namespace platform {
 namespace {
 
-constexpr std::string_view kHeading = "REGEDIT4";
+constexpr std::string_view kHeading4 = "REGEDIT4";
+constexpr std::string_view kHeading5 = "Windows Registry Editor Version 5.00"; // strings in hex: are UTF-16 then
 constexpr std::string_view kRoot = "hkey_local_machine";
 constexpr size_t kMaxPath = 1024;
 
@@ -88,8 +91,13 @@ std::optional<std::string> HexBytes(std::string_view list)
     return bytes;
 }
 
+bool IsString(DWORD type)
+{
+    return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
+}
+
 // dword:0000000a, hex:01,02 or hex(7):61,00,00
-bool ReadTypedData(std::string_view text, RegistryValue& value)
+bool ReadTypedData(std::string_view text, bool hasWideStrings, RegistryValue& value)
 {
     const size_t colon = text.find(':');
     if (colon == text.npos)
@@ -112,11 +120,11 @@ bool ReadTypedData(std::string_view text, RegistryValue& value)
     if (!type || !bytes)
         return false;
     value.type = *type;
-    value.data = std::move(*bytes);
+    value.data = hasWideStrings && IsString(*type) ? AnsiFromUtf16(*bytes) : std::move(*bytes);
     return true;
 }
 
-bool ReadValue(std::string_view line, RegistryValue& value)
+bool ReadValue(std::string_view line, bool hasWideStrings, RegistryValue& value)
 {
     if (line.starts_with('@')) {
         line.remove_prefix(1);
@@ -135,7 +143,7 @@ bool ReadValue(std::string_view line, RegistryValue& value)
         value.data += '\0';
         return true;
     }
-    return ReadTypedData(line, value);
+    return ReadTypedData(line, hasWideStrings, value);
 }
 
 // The key of a section's line and its ancestors; null for a key that lies elsewhere or is no key.
@@ -179,22 +187,21 @@ void RegistryKey::Set(RegistryValue value)
         values_[place->second] = std::move(value);
 }
 
-RegistryTree ParseRegistry(std::string_view text)
+bool AddRegistry(std::string_view text, RegistryTree& tree)
 {
-    RegistryTree tree;
-    tree[""];
     Lines lines(text);
-    if (lines.Next() != kHeading)
-        return tree;
+    const auto heading = lines.Next();
+    if (heading != kHeading4 && heading != kHeading5)
+        return false;
     RegistryKey* key = nullptr;
     while (const auto line = lines.Next()) {
         RegistryValue value;
         if (line->starts_with('['))
             key = AddKey(*line, tree);
-        else if (key && ReadValue(*line, value))
+        else if (key && ReadValue(*line, heading == kHeading5, value))
             key->Set(std::move(value));
     }
-    return tree;
+    return true;
 }
 
 } // namespace platform

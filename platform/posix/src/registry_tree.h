@@ -1,6 +1,5 @@
 // The registry as it was in its file at one time: HKEY_LOCAL_MACHINE's keys and their values, found without regard to
-// case. Made by ParseRegistry from the text of a REGEDIT4 file; used by the registry calls, which replace it as a
-// whole.
+// case. Made by AddRegistry from the texts of .reg files; used by the registry calls, which replace it as a whole.
 #pragma once
 
 #include <map>
@@ -41,7 +40,8 @@ private:
 // By lower-case path under HKEY_LOCAL_MACHINE, whose own path is empty. Every key's ancestors are there.
 using RegistryTree = std::map<std::string, RegistryKey>;
 
-// Lines that make no sense are passed over; a text that is no REGEDIT4 file gives an empty tree.
-RegistryTree ParseRegistry(std::string_view text);
+// Puts a file's values over those that are there. Lines that make no sense are passed over. False, with the tree as it
+// was, if the first line is neither REGEDIT4 nor Windows Registry Editor Version 5.00.
+[[nodiscard]] bool AddRegistry(std::string_view text, RegistryTree& tree);
 
 } // namespace platform
