@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fstream>
 #include <grp.h>
+#include <pwd.h>
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -96,12 +97,43 @@ std::string EndCommand(const std::vector<Process>& holders)
     return command;
 }
 
-std::string PermissionCommand(const struct stat& node, const std::string& target)
+bool IsGroupOfProcess(gid_t group)
 {
+    return getegid() == group || group_member(group);
+}
+
+// By the group database, which counts from the next login on.
+bool IsGroupOfUser(gid_t group)
+{
+    const passwd* user = getpwuid(getuid());
+    if (!user)
+        return false;
+    int count = 0;
+    getgrouplist(user->pw_name, user->pw_gid, nullptr, &count);
+    std::vector<gid_t> groups(static_cast<std::size_t>(count));
+    getgrouplist(user->pw_name, user->pw_gid, groups.data(), &count);
+    return std::find(groups.begin(), groups.end(), group) != groups.end();
+}
+
+PortReport Forbidden(PortReport report, const struct stat& node)
+{
+    constexpr mode_t kGroupMay = S_IRGRP | S_IWGRP;
+    report.state = PortState::NoPermission;
     const group* owner = getgrgid(node.st_gid);
-    if (owner && owner->gr_gid != 0 && (node.st_mode & S_IRGRP) && (node.st_mode & S_IWGRP))
-        return std::string("sudo usermod -aG ") + owner->gr_name + " \"$USER\"   (then log in again)";
-    return "sudo chown \"$USER\" '" + target + "'";
+    if (!owner || owner->gr_gid == 0 || (node.st_mode & kGroupMay) != kGroupMay || IsGroupOfProcess(owner->gr_gid)) {
+        report.reason = "this user may not read and write it";
+        report.remedy = "sudo chown \"$USER\" '" + report.target + "'";
+        return report;
+    }
+    const std::string name = owner->gr_name;
+    if (IsGroupOfUser(owner->gr_gid)) {
+        report.reason = "the group " + name + " may use it, which this user belongs to from the next login on";
+        report.remedy = "log out and in again, or for this shell: newgrp " + name;
+    } else {
+        report.reason = "the group " + name + " may use it, which this user does not belong to";
+        report.remedy = "sudo usermod -aG " + name + " \"$USER\"   (then log in again)";
+    }
+    return report;
 }
 
 PortReport Unusable(PortReport report, const std::string& reason, const std::string& remedy)
@@ -129,12 +161,8 @@ PortReport ExaminePort(const std::string& path)
         return Unusable(report, std::strerror(errno), removal);
     if (!S_ISCHR(node.st_mode))
         return Unusable(report, "is no terminal", removal);
-    if (access(path.c_str(), R_OK | W_OK) != 0) {
-        report.state = PortState::NoPermission;
-        report.reason = "this user may not read and write it";
-        report.remedy = PermissionCommand(node, report.target);
-        return report;
-    }
+    if (access(path.c_str(), R_OK | W_OK) != 0)
+        return Forbidden(report, node);
     report.holders = LockHolders(node);
     if (report.holders.empty() && !IsPseudoTerminal(report.target))
         report.holders = Openers(node);

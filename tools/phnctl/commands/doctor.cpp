@@ -15,16 +15,6 @@ namespace phnctl {
 
 namespace {
 
-// One thing that was looked at. The states are part of the JSON form: ok, note, missing, busy, no permission, unusable,
-// failed.
-struct Finding
-{
-    std::string step;
-    std::string state;
-    std::string detail;
-    std::string remedy;
-};
-
 class Examination
 {
 public:
@@ -87,8 +77,9 @@ private:
         m_ports = phnctl::LookAtPorts(around.entries);
         for (const PortFinding& port : m_ports)
             Add({"port", port.state, port.detail, port.remedy});
-        for (const UnlistedTerminal& terminal : around.unlisted)
-            Add({"terminal", "note", terminal.path + " is not in the " + around.place, terminal.remedy});
+        for (const std::vector<Finding>& findings : {around.unlisted, LookAtSystem()})
+            for (const Finding& finding : findings)
+                Add(finding);
     }
 
     bool SkipHandset()
@@ -142,8 +133,9 @@ std::vector<Command> DoctorCommands()
 {
     return {{"doctor",
              "Find out why a handset is not found",
-             "Looks at the ports, who holds them and who may use them, loads the library and asks for a\n"
-             "handset. Every problem comes with the command that mends it. Status 0 when a handset answers.\n\n"
+             "Looks at the ports, who holds them and who may use them, and at what makes them, loads the\n"
+             "library and asks for a handset. Every problem comes with the command that mends it. Status 0\n"
+             "when a handset answers.\n\n"
              "Examples:\n"
              "  phnctl doctor\n"
              "  phnctl doctor --json\n",

@@ -1,5 +1,5 @@
-// Lets the library log for this run only, for --log: a private registry file that holds the user's registry and the
-// wished level. log_setup_registry.cpp has it; log_setup_none.cpp takes its place where the registry is Windows' own.
+// Lets the library log for this run only, for --log: a private registry file with the wished level, over the user's.
+// log_setup_registry.cpp has it; log_setup_none.cpp takes its place where the registry is Windows' own.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,7 @@
 #include "phnctl/handset/log_setup.h"
 
 #include "phnctl/cli/ending.h"
+#include "phnctl/handset/linux_findings.h"
 #include "phnctl/text/failure.h"
 #include "system/system.h"
 
@@ -9,35 +10,12 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <fstream>
-#include <sstream>
 
 namespace phnctl {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr const char* kVariable = "PHNNRV_REGISTRY";
-constexpr const char* kDefaultRegistry = "/etc/phnnrv.reg";
-
-std::string UsersRegistry()
-{
-    const char* named = std::getenv(kVariable);
-    std::ifstream file(named ? named : kDefaultRegistry, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-// Where a value is given twice, the later one holds. What does not begin like a registry file counts as absent.
-std::string WithLevel(std::string registry, std::uint32_t level)
-{
-    if (!registry.starts_with("REGEDIT4"))
-        registry = "REGEDIT4\r\n";
-    return registry + fmt::format("\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\r\n"
-                                  "\"Logging Level\"=dword:{:08x}\r\n",
-                                  level);
-}
 
 fs::path NewFolder()
 {
@@ -55,10 +33,12 @@ public:
         RemoveAtEnd(m_folder);
         const fs::path path = m_folder / "registry.reg";
         std::ofstream file(path, std::ios::binary);
-        file << WithLevel(UsersRegistry(), level);
+        file << fmt::format("REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n"
+                            "\"Logging Level\"=dword:{:08x}\n",
+                            level);
         if (!file.flush())
             throw Failure(kRefused, fmt::format("{} cannot be written", path.string()));
-        setenv(kVariable, path.c_str(), 1);
+        setenv("PHNNRV_REGISTRY", (UsersRegistry() + ":" + path.string()).c_str(), 1); // the later file holds
     }
     ~PrivateRegistry() override
     {

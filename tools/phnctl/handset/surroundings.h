@@ -2,6 +2,8 @@
 // interfaces and serial ports (surroundings_driver.cpp). Used by doctor, and to explain a search that found nothing.
 #pragma once
 
+#include "phnctl/handset/finding.h"
+
 #include <string>
 #include <vector>
 
@@ -14,23 +16,19 @@ struct PortEntry
     std::string kind; // "USB interface", "modem interface", "serial port"; the library leaves a "foreign ..." alone
 };
 
-// A terminal that could be a handset, but that the library does not see.
-struct UnlistedTerminal
-{
-    std::string path;
-    std::string remedy;
-};
-
 struct Surroundings
 {
     std::string place;   // "device directory /dev/phnnrv"
     std::string problem; // empty: the place is there and can be read
     std::string remedy;
     std::vector<PortEntry> entries;
-    std::vector<UnlistedTerminal> unlisted;
+    std::vector<Finding> unlisted; // terminals that could be a handset, but that the library does not see
 };
 
 Surroundings LookAround();
+
+// What else of the system decides whether a handset appears there.
+std::vector<Finding> LookAtSystem();
 
 // A line for another terminal that starts a simulated handset which this one then finds; empty where there is none.
 std::string SimulatorCommand();

@@ -1,9 +1,12 @@
+#include "phnctl/handset/linux_findings.h"
 #include "phnctl/handset/surroundings.h"
+#include "system/system.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <set>
 #include <unistd.h>
 
@@ -15,12 +18,13 @@ namespace {
 
 constexpr const char* kDiagnosticClass = "{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7a5}";
 constexpr const char* kModemClass = "{2c7089aa-2e0e-11d1-b114-00c04fc2aae4}";
+constexpr const char* kUdevDirectory = "/dev/phnnrv"; // that the udev rule fills
 constexpr const char* kHandsetTerminals[] = {"ttyUSB", "ttyACM", "rfcomm"};
 
 fs::path DeviceDirectory()
 {
     const char* named = std::getenv("PHNNRV_DEVICES");
-    return named ? named : "/dev/phnnrv";
+    return named ? named : kUdevDirectory;
 }
 
 bool IsWritable(const fs::path& folder)
@@ -34,8 +38,10 @@ std::string Quoted(const fs::path& path)
 }
 
 // Without more rights than are needed.
-std::string MakeCommand(const fs::path& directory)
+std::string HowToMake(const fs::path& directory)
 {
+    if (directory == kUdevDirectory)
+        return "plug a handset in: the udev rule makes the directory for it";
     std::error_code error;
     fs::path nearest = fs::absolute(directory, error).lexically_normal();
     while (!fs::exists(nearest, error) && nearest.has_relative_path())
@@ -70,19 +76,25 @@ std::string FreeName(const fs::path& directory)
     }
 }
 
-std::vector<UnlistedTerminal> Unlisted(const fs::path& directory, const std::vector<PortEntry>& entries)
+std::vector<Finding> Unlisted(const fs::path& directory, const std::vector<PortEntry>& entries)
 {
     std::set<fs::path> listed;
     std::error_code error;
     for (const PortEntry& entry : entries)
         listed.insert(fs::weakly_canonical(entry.path, error));
-    std::vector<UnlistedTerminal> terminals;
-    for (const auto& terminal : fs::directory_iterator("/dev", error))
-        if (IsHandsetTerminal(terminal.path().filename().string()) && !listed.contains(terminal.path()))
-            terminals.push_back({terminal.path().string(), (IsWritable(directory) ? "ln -s " : "sudo ln -s ") +
-                                                               terminal.path().string() + " " +
-                                                               Quoted(directory / FreeName(directory))});
-    return terminals;
+    std::vector<Finding> findings;
+    for (const auto& terminal : fs::directory_iterator("/dev", error)) {
+        const std::string path = terminal.path().string();
+        if (!IsHandsetTerminal(terminal.path().filename().string()) || listed.contains(terminal.path()))
+            continue;
+        findings.push_back({"terminal", "note", path + " is not in the device directory " + directory.string(),
+                            (IsWritable(directory) ? "ln -s " : "sudo ln -s ") + path + " " +
+                                Quoted(directory / FreeName(directory))});
+        const host::PortReport report = host::ExaminePort(path);
+        if (report.state == host::PortState::NoPermission)
+            findings.push_back({"terminal", "no permission", path + ": " + report.reason, report.remedy});
+    }
+    return findings;
 }
 
 } // namespace
@@ -96,7 +108,7 @@ Surroundings LookAround()
     fs::directory_iterator entry(directory, error);
     if (error) {
         found.problem = error.message();
-        found.remedy = error == std::errc::no_such_file_or_directory ? MakeCommand(directory)
+        found.remedy = error == std::errc::no_such_file_or_directory ? HowToMake(directory)
                                                                      : "sudo chmod a+rx " + Quoted(directory);
         return found;
     }
@@ -108,6 +120,16 @@ Surroundings LookAround()
               [](const PortEntry& a, const PortEntry& b) { return a.name < b.name; });
     found.unlisted = Unlisted(directory, found.entries);
     return found;
+}
+
+// Another directory than udev's is not the rule's.
+std::vector<Finding> LookAtSystem()
+{
+    std::vector<Finding> findings = FindRegistryProblem();
+    if (DeviceDirectory() == kUdevDirectory)
+        findings.push_back(FindRule("/", host::ExecutableDirectory().parent_path() / "lib/udev/rules.d"));
+    std::ranges::copy(FindDriverless("/"), std::back_inserter(findings));
+    return findings;
 }
 
 std::string SimulatorCommand()

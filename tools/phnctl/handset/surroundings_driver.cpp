@@ -73,6 +73,11 @@ Surroundings LookAround()
     return found;
 }
 
+std::vector<Finding> LookAtSystem()
+{
+    return {};
+}
+
 std::string SimulatorCommand()
 {
     return {};
