@@ -1,0 +1,144 @@
+// What doctor sees of a Linux system: a made-up tree stands for /, a pseudo terminal for a port without rights.
+#include "phnctl/handset/linux_findings.h"
+
+#include "simulator/device_directory.h"
+#include "system/system.h"
+
+#include <fstream>
+#include <grp.h>
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace phnctl_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+void Write(const fs::path& file, const std::string& text)
+{
+    fs::create_directories(file.parent_path());
+    std::ofstream(file) << text;
+}
+
+TEST(Rule, TheFirstFileOfItsNameDecides)
+{
+    const struct
+    {
+        std::vector<std::pair<const char*, const char*>> files;
+        const char* state;
+        const char* detail;
+        const char* remedy;
+    } cases[] = {
+        {{},
+         "missing",
+         "the udev rule 70-phnnrv.rules is not installed: no handset that is plugged in gets a port",
+         "sudo cp 70-phnnrv.rules /etc/udev/rules.d/ && sudo udevadm control --reload && sudo udevadm trigger"},
+        {{{"shipped", "rule"}},
+         "missing",
+         "the udev rule 70-phnnrv.rules is not installed: no handset that is plugged in gets a port",
+         "sudo cp '/shipped/70-phnnrv.rules' /etc/udev/rules.d/ && sudo udevadm control --reload && sudo udevadm "
+         "trigger"},
+        {{{"lib/udev/rules.d", "rule"}}, "ok", "/lib/udev/rules.d/70-phnnrv.rules", ""},
+        {{{"lib/udev/rules.d", "rule"}, {"etc/udev/rules.d", ""}},
+         "missing",
+         "the udev rule is switched off: /etc/udev/rules.d/70-phnnrv.rules is empty",
+         "sudo rm '/etc/udev/rules.d/70-phnnrv.rules' && sudo udevadm control --reload && sudo udevadm trigger"},
+    };
+    for (const auto& row : cases) {
+        const simulator::DeviceDirectory root;
+        for (const auto& [folder, text] : row.files)
+            Write(root.Path() / folder / "70-phnnrv.rules", text);
+        const auto WithoutRoot = [&](std::string text) {
+            const std::size_t at = text.find(root.Path().string());
+            return at == text.npos ? text : text.erase(at, root.Path().string().size());
+        };
+        const phnctl::Finding finding = phnctl::FindRule(root.Path(), root.Path() / "shipped");
+        EXPECT_EQ(finding.state, row.state);
+        EXPECT_EQ(WithoutRoot(finding.detail), row.detail);
+        EXPECT_EQ(WithoutRoot(finding.remedy), row.remedy);
+    }
+}
+
+// Devices as the kernel shows them: the bus's entries are links into the tree of devices.
+class Bus
+{
+public:
+    void Plug(const std::string& name, const std::string& vendor, const std::string& product) const
+    {
+        Write(m_devices / name / "idVendor", vendor);
+        Write(m_devices / name / "idProduct", product);
+        const fs::path bus = Root() / "sys/bus/usb/devices";
+        fs::create_directories(bus);
+        fs::create_directory_symlink(m_devices / name, bus / name);
+    }
+    void AddTerminal(const std::string& interface, const std::string& name) const
+    {
+        const fs::path terminal = Root() / "sys/class/tty" / name;
+        fs::create_directories(m_devices / interface);
+        fs::create_directories(terminal);
+        fs::create_directory_symlink(m_devices / interface, terminal / "device");
+    }
+    const fs::path& Root() const { return m_root.Path(); }
+
+private:
+    simulator::DeviceDirectory m_root;
+    fs::path m_devices = m_root.Path() / "sys/devices/usb1";
+};
+
+TEST(Drivers, OnlyAHandsetWithoutATerminalIsNamed)
+{
+    const Bus bus;
+    EXPECT_TRUE(phnctl::FindDriverless(bus.Root()).empty());
+    bus.Plug("1-1", "fffe\n", "0001\n"); // the one without
+    bus.Plug("1-10", "fffe\n", "0001\n");
+    bus.AddTerminal("1-10/1-10:1.0/ttyUSB0", "ttyUSB0");
+    bus.Plug("1-2", "fffe\n", "0002\n");
+    bus.AddTerminal("1-2/1-2:1.1", "ttyACM0");
+    bus.Plug("1-3", "1d6b\n", "0001\n");
+    bus.Plug("1-4", "fffe\n", "$(x)\n");
+    const auto findings = phnctl::FindDriverless(bus.Root());
+    ASSERT_EQ(findings.size(), 1u);
+    EXPECT_EQ(findings[0].state, "missing");
+    EXPECT_EQ(findings[0].detail, "USB device 1-1 (fffe:0001) is there, but no driver has made a terminal for it");
+    EXPECT_EQ(findings[0].remedy, "sudo modprobe option && echo fffe 0001 | "
+                                  "sudo tee /sys/bus/usb-serial/drivers/option1/new_id");
+}
+
+// Ends a child process that has become this user, with what it sees of the port.
+[[noreturn]] void ShowPort(const std::string& path, uid_t user)
+{
+    constexpr gid_t kNoGroup = 65534;
+    if (setgroups(0, nullptr) || setresgid(kNoGroup, kNoGroup, kNoGroup) || setresuid(user, user, user))
+        _exit(1);
+    const host::PortReport report = host::ExaminePort(path);
+    std::fputs((report.reason + "|" + report.remedy).c_str(), stderr);
+    _exit(report.state == host::PortState::NoPermission ? 0 : 1);
+}
+
+// The user games has a group of that name, but a process without groups got none of its rights by that.
+TEST(Rights, TheMissingGroupIsNamedAndAPendingOneToo)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can become another user";
+    const uid_t games = 5;
+    const group* const group = getgrnam("games");
+    ASSERT_NE(group, nullptr);
+    int master = -1;
+    int slave = -1;
+    char path[64] = {};
+    ASSERT_EQ(openpty(&master, &slave, path, nullptr, nullptr), 0);
+    ASSERT_EQ(chown(path, 0, group->gr_gid) | chmod(path, 0660), 0);
+    EXPECT_EXIT(ShowPort(path, games), testing::ExitedWithCode(0),
+                "from the next login on.log out and in again, or for this shell: newgrp games");
+    EXPECT_EXIT(ShowPort(path, 65534), testing::ExitedWithCode(0),
+                "group games may use it, which this user does not belong to.sudo usermod -aG games \"\\$USER\"");
+    ASSERT_EQ(chmod(path, 0600), 0);
+    EXPECT_EXIT(ShowPort(path, games), testing::ExitedWithCode(0), "this user may not read and write it.sudo chown");
+    close(slave);
+    close(master);
+}
+
+} // namespace
+} // namespace phnctl_test
