@@ -44,12 +44,12 @@ class Library:
     def __init__(self, path: str | os.PathLike[str] | None, timeout: float) -> None:
         """Loads the library. Raises OSError, or RuntimeError when this process still has it after `timeout` seconds."""
         if not _in_use.acquire(timeout=timeout):
-            raise RuntimeError("this process has another Handset that is not closed")
+            raise RuntimeError("another Handset of this process is open, or still ending")
         self._paths = candidates(path)
         self._lock = threading.Lock()
         self._calls = 0
         self._ending = False
-        self._failure: BaseException | None = None
+        self._failure: OSError | None = None
         loaded = threading.Event()
         # A daemon, so that an exit of the interpreter need not wait for a call that does not return.
         self._thread = threading.Thread(target=self._run, args=(loaded,), name="phnnrv", daemon=True)
@@ -62,7 +62,7 @@ class Library:
         try:
             try:
                 library = self._load()
-            except (OSError, AttributeError) as error:
+            except OSError as error:
                 self._failure = error
                 return
             finally:
@@ -78,9 +78,9 @@ class Library:
         library = _first_of(self._paths)
         try:
             self._bind(library)
-        except BaseException:
+        except AttributeError as error:
             _win32.unload(library)
-            raise
+            raise OSError(f"{error}: it is another library, or an older one") from None
         return library
 
     def _bind(self, library: CDLL) -> None:

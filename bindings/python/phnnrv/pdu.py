@@ -177,9 +177,11 @@ def encode(content: Content, encoding: str = "cp1252") -> bytes:
     """
     if (content.sender is None) == (content.recipient is None):
         raise ValueError("a message needs either a sender or a recipient")
+    if content.recipient is not None and not content.text:
+        raise ValueError("a message without a text cannot be sent")
     if content.recipient is not None:
         address = _item(_Parameter.DESTINATION_ADDRESS, _pack((0, 2), *_counted(_digits(content.recipient), 4)))
-        bearer_data = _bearer_data(replace(content, time=None, text=content.text or ""), _SUBMIT, 1)
+        bearer_data = _bearer_data(replace(content, time=None), _SUBMIT, 1)
     else:
         sender = (content.sender or "").encode(encoding)
         if len(sender) > _LONGEST_NUMBER:
