@@ -41,7 +41,10 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${needs_libraries}")
 debian_package(python python3-phnnrv python "plug-in library for CDMA handsets, for Python"
     "A package over the library's functions that gives plain data classes.")
 set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
-set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${needs_libraries}, python3")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "${needs_libraries}, python3 (>= 3.11)")
+# What Python compiles for itself is made with the package and goes with it.
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+    ${CMAKE_SOURCE_DIR}/packaging/debian/python/postinst ${CMAKE_SOURCE_DIR}/packaging/debian/python/prerm)
 
 file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/debian)
 configure_file(packaging/debian/copyright debian/copyright COPYONLY)

@@ -32,7 +32,7 @@ def _first_of(paths: list[str]) -> CDLL:
     reasons = []
     for path in paths:
         try:
-            return _win32.load(path)
+            return CDLL(path)
         except OSError as error:
             reasons.append(f"{path}: {error}")
     raise OSError("the handset library was not loaded. " + "; ".join(reasons))
@@ -49,7 +49,7 @@ class Library:
         self._lock = threading.Lock()
         self._calls = 0
         self._ending = False
-        self._failure: OSError | None = None
+        self._failure: Exception | None = None
         loaded = threading.Event()
         # A daemon, so that an exit of the interpreter need not wait for a call that does not return.
         self._thread = threading.Thread(target=self._run, args=(loaded,), name="phnnrv", daemon=True)
@@ -62,7 +62,7 @@ class Library:
         try:
             try:
                 library = self._load()
-            except OSError as error:
+            except Exception as error:
                 self._failure = error
                 return
             finally:

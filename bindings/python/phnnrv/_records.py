@@ -19,30 +19,26 @@ class Record(ctypes.Structure):
         super().__init__(uSize=ctypes.sizeof(self), **values)
 
 
+def _each(kind: Any, *names: str) -> list[tuple[str, Any]]:
+    return [(name, kind) for name in names]
+
+
 class PHN_CONNECTION_INFO(Record):
     _fields_ = [
-        ("uConnection0", c_uint32),
-        ("uConnection4", c_uint32),
-        ("uConnection8", c_uint32),
-        ("uConnection12", c_uint32),
-        ("uConnection16", c_uint32),
-        ("uNetworkError", c_uint32),
-        ("uConnection18", c_uint32),
+        *_each(
+            c_uint32, "uConnection0", "uConnection4", "uConnection8", "uConnection12", "uConnection16",
+            "uNetworkError", "uConnection18"
+        ),
     ]
 
 
 class PHN_NETWORK_INFO(Record):
     _fields_ = [
-        ("uNetwork0", c_uint32),
-        ("uNetwork4", c_uint32),
-        ("uNetwork5", c_uint32),
-        ("wNetwork6", c_uint16),
-        ("wNetwork8", c_uint16),
-        ("wNetwork10", c_uint16),
-        ("wNetwork12", c_uint16),
-        ("wNetwork14", c_uint16),
-        ("wNetwork16", c_uint16),
-        ("wNetwork18", c_uint16),
+        *_each(c_uint32, "uNetwork0", "uNetwork4", "uNetwork5"),
+        *_each(
+            c_uint16, "wNetwork6", "wNetwork8", "wNetwork10", "wNetwork12", "wNetwork14", "wNetwork16",
+            "wNetwork18"
+        ),
         ("uNetwork20", c_uint32),
         ("nNetwork22", c_int32),
         ("szNetwork26", c_char * 34),
@@ -60,16 +56,10 @@ class PHN_DEVICE_INFO(Record):
         ("szNumber", c_char * 22),
         ("szESN", c_char * 12),
         ("uInfo19", c_uint32),
-        ("szInfo20", c_char * 64),
-        ("szModel", c_char * 64),
-        ("szInfo148", c_char * 64),
+        *_each(c_char * 64, "szInfo20", "szModel", "szInfo148"),
         ("szInfo212", c_char * 192),
         ("szInfo216", c_char * 22),
-        ("uInfo238", c_uint32),
-        ("uInfo242", c_uint32),
-        ("uInfo246", c_uint32),
-        ("uInfo250", c_uint32),
-        ("uInfo251", c_uint32),
+        *_each(c_uint32, "uInfo238", "uInfo242", "uInfo246", "uInfo250", "uInfo251"),
         ("abyReserved468", c_uint8 * 64),
         ("szInfo253", c_char * 16),
     ]
@@ -85,17 +75,11 @@ class PHN_PARAMETERS(Record):
 
 class PHN_FIELD_SIZES(Record):
     _fields_ = [
-        ("wFieldSize1", c_uint16),
-        ("wFieldSize2", c_uint16),
-        ("wFieldSize3", c_uint16),
-        ("wFieldSize4", c_uint16),
-        ("wFieldSize5", c_uint16),
-        ("wFieldSize6", c_uint16),
-        ("wFieldSize7", c_uint16),
-        ("dwFieldSize8", c_uint32),
-        ("dwFieldSize9", c_uint32),
-        ("dwFieldSize10", c_uint32),
-        ("dwFieldSize11", c_uint32),
+        *_each(
+            c_uint16, "wFieldSize1", "wFieldSize2", "wFieldSize3", "wFieldSize4", "wFieldSize5", "wFieldSize6",
+            "wFieldSize7"
+        ),
+        *_each(c_uint32, "dwFieldSize8", "dwFieldSize9", "dwFieldSize10", "dwFieldSize11"),
     ]
 
 
@@ -129,11 +113,6 @@ class PHN_CALL_ENTRY(Record):
         ("szEntryText", c_char * 22),
         ("uEntry8", c_uint32),
         ("abyReserved30", c_uint8 * 20),
-        ("wEntry18", c_uint16),
-        ("wEntry17", c_uint16),
-        ("wEntry16", c_uint16),
-        ("wEntry12", c_uint16),
-        ("wEntry13", c_uint16),
-        ("wEntry14", c_uint16),
+        *_each(c_uint16, "wEntry18", "wEntry17", "wEntry16", "wEntry12", "wEntry13", "wEntry14"),
         ("abyReserved62", c_uint8 * 22),
     ]

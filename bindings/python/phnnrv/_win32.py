@@ -27,10 +27,6 @@ _PROTOTYPES: dict[str, tuple[Any, ...]] = {
 }
 
 
-def load(path: str) -> ctypes.CDLL:
-    return ctypes.CDLL(path)
-
-
 def unload(library: ctypes.CDLL) -> None:
     """As a foreign call, so that other threads go on in Python meanwhile: the library waits for its own threads."""
     if sys.platform == "win32":
@@ -47,7 +43,7 @@ def _find(library: ctypes.CDLL, name: str) -> Any:
             if hasattr(system, name):
                 return system[name]
     # A library's handle finds the names of what it depends on as well.
-    return library[f"phn_{name}"] if hasattr(library, f"phn_{name}") else library[name]
+    return library[f"phn_{name}"]
 
 
 class Win32:

@@ -68,7 +68,7 @@ class Handset:
             self._library.end()
             raise
         self._changes = Changes(self._api)
-        self._closing = threading.Lock()
+        self._closed = threading.Lock()  # taken for good by the first close
         self.contacts = Contacts(self._api)
         self.events = Events(self._api)
         self.messages = Messages(self._api)
@@ -96,7 +96,7 @@ class Handset:
         """Says goodbye to the handset and unloads the library, which takes about a second. Calls and handlers that are
         in progress are waited for; further ones end with PHN_ERROR_NO_SERVICE_OBJECT.
         """
-        if not self._closing.acquire(blocking=False):
+        if not self._closed.acquire(blocking=False):
             return
         atexit.unregister(self.close)
         self._library.end()
