@@ -48,9 +48,9 @@ class WithHandset(unittest.TestCase):
         self.handset.activate()
 
     def test_contacts_and_events(self) -> None:
-        for store, noun, count, text, field in (
-            (self.handset.contacts, "contacts", 44, CARD, "vcard"),
-            (self.handset.events, "events", 35, EVENT, "icalendar"),
+        for store, noun, command, count, text, field in (
+            (self.handset.contacts, "contacts", 35, 44, CARD, "vcard"),
+            (self.handset.events, "events", 30, 35, EVENT, "icalendar"),
         ):
             with self.subTest(noun):
                 self.simulated.control(f"set limits/{noun} 61")
@@ -63,6 +63,8 @@ class WithHandset(unittest.TestCase):
                 self.refused("PHN_ERROR_INVALID_PARAMETER", store.put, 60, "nothing")
                 self.assertRaises(ValueError, store.put, 60, text.format("日本"))
                 self.assertRaises(OverflowError, store.delete, 2**32)
+                self.simulated.control(f"fault status=6@{command}*1")
+                self.refused("PHN_ERROR_STATUS_6", list, store)
                 store.clear()
                 self.refused("PHN_ERROR_NOT_FOUND", store.get, 0)
         self.assertEqual(self.handset.contacts.picture_name(4), "Café au lait")
@@ -142,13 +144,16 @@ class WithoutHandset(unittest.TestCase):
 
 
 class Pdu(unittest.TestCase):
-    def test_what_is_sent(self) -> None:
+    def test_what_is_sent_and_received(self) -> None:
         content = pdu.Content(recipient="5550142", text="Hi", priority=0, report=False)
         data = bytes.fromhex("0000021002040501D5568508081100032000100801000A0100010410148D20")
         self.assertEqual(pdu.encode(content), data)
         self.assertEqual(pdu.decode(data), content)
         full = pdu.Content(recipient="5" * 36, text="x" * 249, priority=0, report=False, callback="5" * 36)
         self.assertEqual(pdu.decode(pdu.encode(full)), full)
+        for year in (1996, 2095):
+            received = pdu.Content(sender="Café", text="", time=datetime.datetime(year, 12, 31, 23, 59, 58))
+            self.assertEqual(pdu.decode(pdu.encode(received)), received)
 
     def test_what_cannot_be_carried(self) -> None:
         for wrong in (

@@ -152,8 +152,7 @@ def _bearer_data(content: Content, type: int, id: int) -> bytes:
     if content.time is not None:
         data += _item(_Subparameter.TIME_STAMP, bytes.fromhex(f"{content.time:%y%m%d%H%M%S}"))
     if content.callback is not None:
-        digits = _pack((0, 1), *_counted(_digits(content.callback), 4))
-        data += _item(_Subparameter.CALLBACK_NUMBER, digits.ljust(3, b"\0"))  # no shorter, as the library writes it
+        data += _item(_Subparameter.CALLBACK_NUMBER, _pack((0, 1), *_counted(_digits(content.callback), 4)))
     if content.text is not None:
         data += _item(_Subparameter.USER_DATA, _user_data(content.text, 253 - len(data)))
     return data
