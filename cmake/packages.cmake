@@ -11,6 +11,7 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
@@ -28,6 +29,7 @@ set(needs_libraries "libphnnrv0 (= ${PROJECT_VERSION}-1)")
 debian_package(libs libphnnrv0 libs "plug-in library for CDMA handsets"
     "A host program uses one CDMA handset attached by USB or a serial port with\nit: its status, settings, contacts, events, messages and call history.")
 set(CPACK_DEBIAN_LIBS_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_LIBS_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/debian/libs/triggers)
 
 debian_package(dev libphnnrv-dev libdevel "plug-in library for CDMA handsets, for development"
     "The headers for C and C++, pkg-config and CMake files, documentation and\nexamples.")
