@@ -1,7 +1,11 @@
 #include "phnctl/cli/command_line.h"
 
 #include "phnctl/cli/command_options.h"
+#include "phnctl/cli/command_tree.h"
+#include "phnctl/cli/completion.h"
 #include "phnctl/cli/log_level.h"
+#include "phnctl/cli/manual.h"
+#include "phnctl/cli/options.h"
 #include "phnctl/cli/spelling.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
@@ -19,14 +23,15 @@ namespace phnctl {
 namespace {
 
 constexpr const char* kDescription = "Uses a CDMA handset attached by USB or by a serial port.";
-constexpr const char* kEpilogue =
+constexpr fmt::string_view kEpilogue =
     "Exit status: 0 done; 1 not done, or not all of it: the handset or the library refused,\n"
     "there is none, or a question was answered with no; 2 the command line is wrong, or this\n"
     "build cannot do it; 130 ended by Ctrl-C.\n\n"
-    "With --json a failure is an object too: {\"error\":{\"code\":203,\"name\":...,\"text\":...,\n"
-    "\"while\":...}}; code and name where the library or the handset gave one. A value that only\n"
+    "With --json a failure is an object too: {{\"error\":{{\"code\":203,\"name\":...,\"text\":...,\n"
+    "\"while\":...}}}}; code and name where the library or the handset gave one. A value that only\n"
     "the handset's model knows is a member named like its field in phnnrv.h (uBattery1); all\n"
-    "others have names of their own (model, esn).\n\n"
+    "others have names of their own (model, esn). Label files name such a value for people;\n"
+    "README.md beside those that come with the tool describes them: {}\n\n"
     "A first session, without a handset:\n"
     "  phnctl --simulator info\n"
     "  phnctl --simulator status\n"
@@ -39,11 +44,13 @@ public:
     Line(const std::vector<Command>& commands, ParsedLine& result) : m_result(result)
     {
         m_app.name("phnctl");
-        m_app.footer(kEpilogue);
+        m_app.footer(fmt::format(kEpilogue, LabelFolder().string()));
         AddOptions(m_app, result.invocation.options, m_logLevel);
         for (const Command& command : commands)
             Add(command);
     }
+
+    const CLI::App& App() const { return m_app; }
 
     void Parse(std::vector<std::string> arguments)
     {
@@ -86,7 +93,7 @@ private:
     {
         std::size_t i = 0;
         while (i < arguments.size() && arguments[i].starts_with("--"))
-            i += TakesValue(arguments[i]) ? 2 : 1;
+            i += TakesValue(m_app, arguments[i]) ? 2 : 1;
         if (i >= arguments.size() || arguments[i] != "help")
             return;
         arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(i));
@@ -100,7 +107,7 @@ private:
         for (std::size_t i = 0; i < arguments.size() && !at->get_subcommands({}).empty(); ++i) {
             const std::string& word = arguments[i];
             if (word.starts_with("--")) {
-                i += TakesValue(word);
+                i += TakesValue(*at, word);
             } else if (const CLI::App* next = Child(*at, word)) {
                 at = next;
             } else {
@@ -119,12 +126,6 @@ private:
                           SeeHelp(at));
     }
 
-    bool TakesValue(const std::string& word) const
-    {
-        const CLI::Option* option = m_app.get_option_no_throw(word);
-        return option && option->get_expected_min() > 0;
-    }
-
     // The help that shows the option which a message of the parsing library begins with: "--wait: ...".
     const CLI::App* Owner(const std::string& message) const
     {
@@ -132,12 +133,6 @@ private:
     }
 
     static std::string SeeHelp(const CLI::App* app) { return fmt::format("See '{} --help'.", Name(app)); }
-
-    static const CLI::App* Child(const CLI::App& app, const std::string& word)
-    {
-        const auto children = app.get_subcommands([&](const CLI::App* child) { return child->get_name() == word; });
-        return children.empty() ? nullptr : children.front();
-    }
 
     static std::vector<std::string> ChildNames(const CLI::App& app)
     {
@@ -179,7 +174,13 @@ private:
 ParsedLine ParseLine(const std::vector<Command>& commands, std::vector<std::string> arguments)
 {
     ParsedLine result;
-    Line(commands, result).Parse(std::move(arguments));
+    Line line(commands, result);
+    if (!arguments.empty() && arguments.front() == "__complete")
+        result.text = Candidates(line.App(), {arguments.begin() + 1, arguments.end()});
+    else if (!arguments.empty() && arguments.front() == "__man")
+        result.text = ManualSections(line.App(), commands);
+    else
+        line.Parse(std::move(arguments));
     return result;
 }
 

@@ -1,5 +1,6 @@
-// From the arguments of the program to one command with its values. Used by main; hides the parsing library, which is
-// compiled in command_line.cpp and command_options.cpp only.
+// From the arguments of the program to one command with its values. Used by main; hides the parsing library from the
+// commands. Of two hidden words, "__complete" tells a shell what may come next, "__man" writes a part of the manual
+// page.
 #pragma once
 
 #include "phnctl/cli/command.h"
@@ -8,7 +9,7 @@ namespace phnctl {
 
 struct ParsedLine
 {
-    std::string text;                 // to print on standard output, when help or the version was asked for
+    std::string text;                 // to print on standard output, where that is all there is to do
     const Command* command = nullptr; // null then
     Invocation invocation;
 };

@@ -39,13 +39,11 @@ void AddOptions(CLI::App& app, Options& options, std::string& logLevel)
     app.add_option("--library", options.library, "The handset library (default: the one that belongs to the tool)")
         ->type_name("PATH");
     app.add_option("--labels", options.labels,
-                   "Folder of label files, which name what only a handset model knows (default: " +
-                       LabelFolder().string() + "; the README.md there describes them)")
+                   "Folder of label files, which name what only a handset model knows (default: those of the tool)")
         ->type_name("DIR")
         ->check(ExistingFolder());
-    app.add_option("--log", logLevel,
-                   "Write the library's log into a file beside the library: " + LogLevelNames() + ", or a number")
-        ->type_name("LEVEL");
+    app.add_option("--log", logLevel, "Write the library's log into a file beside the library")
+        ->type_name(fmt::format("{}|NUMBER", fmt::join(LogLevelNames(), "|")));
     app.set_version_flag("--version", "phnctl " PHN_VERSION);
 }
 

@@ -5,6 +5,7 @@
 #include "phnctl/text/text.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace phnctl {
 
@@ -29,14 +30,14 @@ std::uint32_t ParseLogLevel(const std::string& text)
     if (const auto number = ParseNumber(text, 0xFFFFFFFF))
         return static_cast<std::uint32_t>(*number);
     throw Failure(kUsage, fmt::format("--log: '{}' is not a level; allowed: {}, or a number such as 0xFFF04",
-                                      Printable(text), LogLevelNames()));
+                                      Printable(text), fmt::join(LogLevelNames(), ", ")));
 }
 
-std::string LogLevelNames()
+std::vector<std::string> LogLevelNames()
 {
-    std::string names;
+    std::vector<std::string> names;
     for (const NamedLevel& level : kLevels)
-        names += (names.empty() ? "" : ", ") + std::string(level.name);
+        names.emplace_back(level.name);
     return names;
 }
 

@@ -3,13 +3,14 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace phnctl {
 
 // Throws Failure(kUsage) that says what is allowed.
 std::uint32_t ParseLogLevel(const std::string& text);
 
-// "off, error, comment, all"
-std::string LogLevelNames();
+// off, error, comment, all
+std::vector<std::string> LogLevelNames();
 
 } // namespace phnctl

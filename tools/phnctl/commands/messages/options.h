@@ -56,7 +56,7 @@ inline std::vector<Argument> MessageArguments()
 inline std::vector<CommandOption> MessageOptions()
 {
     return {{"--callback", "NUMBER", "The number to call back"},
-            {"--priority", "0-3", "0 normal (default), 1 interactive, 2 urgent, 3 emergency"},
+            {"--priority", "0|1|2|3", "0 normal (default), 1 interactive, 2 urgent, 3 emergency"},
             {"--report", "", "Ask for an acknowledgement of the delivery"}};
 }
 

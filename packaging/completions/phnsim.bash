@@ -1,0 +1,10 @@
+_phnsim() {
+    local cur prev
+    _get_comp_words_by_ref cur prev
+    case $prev in
+    --data) _filedir ;;
+    --devices) _filedir -d ;;
+    --port | --usb | --modem | --tcp | --fault | --seed) ;;
+    *) COMPREPLY=($(compgen -W '$(_parse_help "$1")' -- "$cur")) ;;
+    esac
+} && complete -F _phnsim phnsim

@@ -1,0 +1,49 @@
+// What a shell is told for the last of some words, empty where it is "_".
+#include "phnctl/program.h"
+
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace phnctl_test {
+namespace {
+
+std::string CandidatesFor(const std::string& words)
+{
+    Program program;
+    std::vector<std::string> arguments = Split("__complete " + words);
+    if (arguments.back() == "_")
+        arguments.back().clear();
+    std::istringstream lines(program.Run(arguments).out);
+    std::string candidates;
+    for (std::string line; std::getline(lines, line);)
+        candidates += (candidates.empty() ? "" : " ") + line.substr(0, line.find('\t'));
+    return candidates;
+}
+
+TEST(Completion, OffersWhatMayStandThere)
+{
+    const std::string common = "--help --simulator --json --wait --library --labels --log --version";
+    const std::pair<const char*, std::string> cases[] = {
+        {"parameters _", "get set"},
+        {"--simulator --wait 5 --wait=5 help calls _", "list count clear"},
+        {"-", common},
+        {"messages get --", "--help --pdu" + common.substr(6)},
+        {"lock _", "on off"},
+        {"lock on _", ""},
+        {"messages mark read _", ""},
+        {"messages send --priority _", "0 1 2 3"},
+        {"info --log _", "off error comment all"},
+        {"info --log=e", "--log=off --log=error --log=comment --log=all"},
+        {"info --nothing=e", ""},
+        {"contacts put _", ":files"},
+        {"contacts put card.vcf _", ""},
+        {"contacts import a.vcf b.vcf _", ":files"},
+        {"backup _", ":folders"},
+        {"--labels _", ":folders"},
+    };
+    for (const auto& [words, candidates] : cases)
+        EXPECT_EQ(CandidatesFor(words), candidates) << words;
+}
+
+} // namespace
+} // namespace phnctl_test
