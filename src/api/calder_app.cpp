@@ -7,6 +7,7 @@
 #include "link/device_owner.h"
 #include "link/exec_command.h"
 #include "link/port_watch.h"
+#include "log/host_check.h"
 #include "log/log_file.h"
 
 bool CCalderApp::InitInstance() noexcept
@@ -19,6 +20,7 @@ bool CCalderApp::InitInstance() noexcept
         return false;
     try {
         CLogFile::Open();
+        CHostCheck::Start();
         return CreateInstance() != nullptr;
     } catch (const std::exception&) {
         return false;
@@ -27,7 +29,9 @@ bool CCalderApp::InitInstance() noexcept
 
 void CCalderApp::ExitInstance() noexcept
 {
+    CHostCheck::BeginUnload();
     DestroyInstance();
+    CHostCheck::Stop();
     CloseLog();
     DestroyWatchObjects();
     DestroyCallbackLocks();

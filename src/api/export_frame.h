@@ -12,6 +12,7 @@
 #include <windows.h>
 
 #include "api/service_descriptors.h"
+#include "log/host_check.h"
 #include "phnnrv.h"
 
 // A method as its failure line names it. The tail precedes the error code.
@@ -36,9 +37,18 @@ public:
 
     // The failed argument checks: each logs its line and returns the code.
     PHN_ERROR Null(const char* pszArgument) const;
-    PHN_ERROR TooSmall(const char* pszArgument, uint32_t uSize, const char* pszRecord, size_t nMinimum) const;
     PHN_ERROR OutOfRange(const char* pszText, int32_t eType) const;
     PHN_ERROR Fail(PHN_ERROR weError, const char* pszText) const;
+
+    // The check of a record's uSize; 0, or as above.
+    template <typename TRecord>
+    PHN_ERROR CheckSize(const char* pszArgument, const TRecord* pRecord, const char* pszRecord) const
+    {
+        CHostCheck::OnRecordSize(m_pszExport, pRecord->uSize);
+        if (pRecord->uSize < sizeof *pRecord)
+            return TooSmall(pszArgument, pRecord->uSize, pszRecord, sizeof *pRecord);
+        return PHN_ERROR_NONE;
+    }
 
     // The steps up to the open port; 0 or PHN_ERROR_NO_DEVICE.
     PHN_ERROR Device();
@@ -92,10 +102,12 @@ private:
         return PHN_ERROR_NONE;
     }
 
+    PHN_ERROR TooSmall(const char* pszArgument, uint32_t uSize, const char* pszRecord, size_t nMinimum) const;
     PHN_ERROR ServiceMissing(const char* pszMember) const;
     PHN_ERROR MethodFailed(const char* pszMember, const SMethodName& Name, PHN_ERROR weError) const;
     PHN_ERROR CountFailed(const char* pszMember, const char* pszMethod) const;
 
+    const CHostCall m_HostCall;
     const char* m_pszExport;
     CPluginInstance* m_pInstance = nullptr;
     std::shared_ptr<CDevice> m_pDevice;

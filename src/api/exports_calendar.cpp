@@ -9,8 +9,8 @@ PHN_ERROR CheckEvent(CExportFrame& Frame, const PHN_EVENT_RECORD* pRecord)
 {
     if (!pRecord)
         return Frame.Null("pRecord");
-    if (pRecord->uSize < sizeof *pRecord)
-        return Frame.TooSmall("pRecord", pRecord->uSize, "PHN_EVENT_RECORD", sizeof *pRecord);
+    if (const PHN_ERROR weError = Frame.CheckSize("pRecord", pRecord, "PHN_EVENT_RECORD"))
+        return weError;
     if (!pRecord->pCalendarData || !pRecord->uSizeofData)
         return Frame.Fail(PHN_ERROR_INVALID_PARAMETER, "pRecord->pCalendarData is NULL or pRecord->uSizeofData is 0.");
     return PHN_ERROR_NONE;

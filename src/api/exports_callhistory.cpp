@@ -29,8 +29,8 @@ PHN_ERROR PHN_GetFirstCallEntry(int32_t eType, PHN_CALL_ENTRY* pEntry) noexcept
     return Export("PHN_GetFirstCallEntry", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pEntry || !IsCallList(eType))
             return Frame.OutOfRange("pEntry is NULL or eType is out of range. eType", eType);
-        if (pEntry->uSize < sizeof *pEntry)
-            return Frame.TooSmall("pEntry", pEntry->uSize, "PHN_CALL_ENTRY", sizeof *pEntry);
+        if (const PHN_ERROR weError = Frame.CheckSize("pEntry", pEntry, "PHN_CALL_ENTRY"))
+            return weError;
         ClearFrom(pEntry, 4);
         if (const PHN_ERROR weError = Frame.Service(kCallHistory))
             return weError;
@@ -45,8 +45,8 @@ PHN_ERROR PHN_GetNextCallEntry(PHN_CALL_ENTRY* pEntry) noexcept
     return Export("PHN_GetNextCallEntry", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pEntry)
             return Frame.Null("pEntry");
-        if (pEntry->uSize < sizeof *pEntry)
-            return Frame.TooSmall("pEntry", pEntry->uSize, "PHN_CALL_ENTRY", sizeof *pEntry);
+        if (const PHN_ERROR weError = Frame.CheckSize("pEntry", pEntry, "PHN_CALL_ENTRY"))
+            return weError;
         ClearFrom(pEntry, 4);
         return Frame.Call(kCallHistory, "GetNextCallEntry", &CCallHistory::GetNextCallEntry, pEntry);
     });

@@ -9,8 +9,8 @@ PHN_ERROR CheckName(CExportFrame& Frame, PHN_PICTURE_ID* pName, const char* pszA
 {
     if (!pName)
         return Frame.Null(pszArgument);
-    if (pName->uSize < sizeof *pName)
-        return Frame.TooSmall(pszArgument, pName->uSize, pszRecord, sizeof *pName);
+    if (const PHN_ERROR weError = Frame.CheckSize(pszArgument, pName, pszRecord))
+        return weError;
     ClearFrom(pName, 8);
     return PHN_ERROR_NONE;
 }
@@ -22,8 +22,8 @@ PHN_ERROR PHN_GetFieldSizes(PHN_FIELD_SIZES* pFieldSizes) noexcept
     return Export("PHN_GetFieldSizes", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pFieldSizes)
             return Frame.Null("pFieldSizes");
-        if (pFieldSizes->uSize < sizeof *pFieldSizes)
-            return Frame.TooSmall("pFieldSizes", pFieldSizes->uSize, "PHN_FIELD_SIZES", sizeof *pFieldSizes);
+        if (const PHN_ERROR weError = Frame.CheckSize("pFieldSizes", pFieldSizes, "PHN_FIELD_SIZES"))
+            return weError;
         ClearFrom(pFieldSizes, 4);
         return Frame.Call(kPhonebook, "GetFieldSizes", &CPhonebook::GetFieldSizes, pFieldSizes);
     });
@@ -37,8 +37,8 @@ PHN_ERROR PHN_GetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord) noexcept
         if (!pRecord->pContactData || !pRecord->uSizeofData)
             return Frame.Fail(PHN_ERROR_INVALID_PARAMETER,
                               "pRecord->pContactData is NULL or pRecord->uSizeofData is 0.");
-        if (pRecord->uSize < sizeof *pRecord)
-            return Frame.TooSmall("pRecord", pRecord->uSize, "PHN_CONTACT_RECORD", sizeof *pRecord);
+        if (const PHN_ERROR weError = Frame.CheckSize("pRecord", pRecord, "PHN_CONTACT_RECORD"))
+            return weError;
         std::memset(pRecord->pContactData, 0, pRecord->uSizeofData);
         return Frame.Call(kPhonebook, "GetContact", &CPhonebook::GetContact, uIndex, pRecord);
     });
@@ -50,8 +50,8 @@ PHN_ERROR PHN_SetContact(uint32_t uIndex, PHN_CONTACT_RECORD* pRecord) noexcept
     return Export("PHN_SetContact", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pRecord)
             return Frame.Null("pRecord");
-        if (pRecord->uSize < sizeof *pRecord)
-            return Frame.TooSmall("pRecord", pRecord->uSize, "PHN_CONTACT_RECORD", sizeof *pRecord);
+        if (const PHN_ERROR weError = Frame.CheckSize("pRecord", pRecord, "PHN_CONTACT_RECORD"))
+            return weError;
         return Frame.Call(kPhonebook, "SetContact", &CPhonebook::SetContact, uIndex, pRecord);
     });
 }

@@ -16,8 +16,8 @@ PHN_ERROR PHN_GetDeviceInfo(PHN_DEVICE_INFO* pDeviceInfo) noexcept
     return Export("PHN_GetDeviceInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pDeviceInfo)
             return Frame.Null("pDeviceInfo");
-        if (pDeviceInfo->uSize < sizeof *pDeviceInfo)
-            return Frame.TooSmall("pDeviceInfo", pDeviceInfo->uSize, "PHN_DEVICE_INFO", sizeof *pDeviceInfo);
+        if (const PHN_ERROR weError = Frame.CheckSize("pDeviceInfo", pDeviceInfo, "PHN_DEVICE_INFO"))
+            return weError;
         ClearFrom(pDeviceInfo, 4);
         return Frame.Call(kSetup, "GetDeviceInfo", &CSetupInformation::GetDeviceInfo, pDeviceInfo);
     });
@@ -28,9 +28,8 @@ PHN_ERROR PHN_Activate(PHN_ACTIVATION_DATA* pActivationData) noexcept
     return Export("PHN_Activate", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pActivationData)
             return Frame.Null("pActivationData");
-        if (pActivationData->uSize < sizeof *pActivationData)
-            return Frame.TooSmall("pActivationData", pActivationData->uSize, "PHN_ACTIVATION_DATA",
-                                  sizeof *pActivationData);
+        if (const PHN_ERROR weError = Frame.CheckSize("pActivationData", pActivationData, "PHN_ACTIVATION_DATA"))
+            return weError;
         if (!pActivationData->bAutomatic)
             return Frame.Fail(PHN_ERROR_NOT_AUTOMATIC, "pActivationData->bAutomatic is false.");
         if (const PHN_ERROR weError = Frame.Call(kSetup, "Activate", &CSetupInformation::Activate, pActivationData))
@@ -76,8 +75,8 @@ PHN_ERROR PHN_GetParameters(PHN_PARAMETERS* pParameters) noexcept
     return Export("PHN_GetParameters", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pParameters)
             return Frame.Null("pParameters");
-        if (pParameters->uSize < sizeof *pParameters)
-            return Frame.TooSmall("pParameters", pParameters->uSize, "PHN_PARAMETERS", sizeof *pParameters);
+        if (const PHN_ERROR weError = Frame.CheckSize("pParameters", pParameters, "PHN_PARAMETERS"))
+            return weError;
         ClearFrom(pParameters, 4);
         return Frame.Call(kSetup, "GetParameters", &CSetupInformation::GetParameters, pParameters);
     });
@@ -88,8 +87,8 @@ PHN_ERROR PHN_SetParameters(PHN_PARAMETERS* pParameters) noexcept
     return Export("PHN_SetParameters", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pParameters)
             return Frame.Null("pParameters");
-        if (pParameters->uSize < sizeof *pParameters)
-            return Frame.TooSmall("pParameters", pParameters->uSize, "PHN_PARAMETERS", sizeof *pParameters);
+        if (const PHN_ERROR weError = Frame.CheckSize("pParameters", pParameters, "PHN_PARAMETERS"))
+            return weError;
         return Frame.Call(kSetup, "SetParameters", &CSetupInformation::SetParameters, pParameters);
     });
 }

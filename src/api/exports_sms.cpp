@@ -14,8 +14,8 @@ PHN_ERROR PrepareRead(CExportFrame& Frame, const PHN_SMS_MESSAGE* pMessage)
 {
     if (!pMessage->pIS637Data || !pMessage->uSizeofData)
         return Frame.Fail(PHN_ERROR_INVALID_PARAMETER, "pMessage->pIS637Data is NULL or pMessage->uSizeofData is 0.");
-    if (pMessage->uSize < sizeof *pMessage)
-        return Frame.TooSmall("pMessage", pMessage->uSize, "PHN_SMS_MESSAGE", sizeof *pMessage);
+    if (const PHN_ERROR weError = Frame.CheckSize("pMessage", pMessage, "PHN_SMS_MESSAGE"))
+        return weError;
     std::memset(pMessage->pIS637Data, 0, pMessage->uSizeofData);
     return PHN_ERROR_NONE;
 }
@@ -25,8 +25,8 @@ PHN_ERROR CheckWrite(CExportFrame& Frame, const PHN_SMS_MESSAGE* pMessage)
 {
     if (!pMessage)
         return Frame.Null("pMessage");
-    if (pMessage->uSize < sizeof *pMessage)
-        return Frame.TooSmall("pMessage", pMessage->uSize, "PHN_SMS_MESSAGE", sizeof *pMessage);
+    if (const PHN_ERROR weError = Frame.CheckSize("pMessage", pMessage, "PHN_SMS_MESSAGE"))
+        return weError;
     return PHN_ERROR_NONE;
 }
 

@@ -17,9 +17,8 @@ PHN_ERROR PHN_GetConnectionInfo(PHN_CONNECTION_INFO* pConnectionInfo) noexcept
     return Export("PHN_GetConnectionInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pConnectionInfo)
             return Frame.Null("pConnectionInfo");
-        if (pConnectionInfo->uSize < sizeof *pConnectionInfo)
-            return Frame.TooSmall("pConnectionInfo", pConnectionInfo->uSize, "PHN_CONNECTION_INFO",
-                                  sizeof *pConnectionInfo);
+        if (const PHN_ERROR weError = Frame.CheckSize("pConnectionInfo", pConnectionInfo, "PHN_CONNECTION_INFO"))
+            return weError;
         ClearFrom(pConnectionInfo, 4);
         return Frame.Call(kConnectionStatus, "GetConnectionInfo", &CConnectionStatus::GetConnectionInfo,
                           pConnectionInfo);
@@ -31,8 +30,8 @@ PHN_ERROR PHN_GetNetworkInfo(PHN_NETWORK_INFO* pNetworkInfo) noexcept
     return Export("PHN_GetNetworkInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pNetworkInfo)
             return Frame.Null("pNetworkInfo");
-        if (pNetworkInfo->uSize < sizeof *pNetworkInfo)
-            return Frame.TooSmall("pNetworkInfo", pNetworkInfo->uSize, "PHN_NETWORK_INFO", sizeof *pNetworkInfo);
+        if (const PHN_ERROR weError = Frame.CheckSize("pNetworkInfo", pNetworkInfo, "PHN_NETWORK_INFO"))
+            return weError;
         ClearFrom(pNetworkInfo, 4);
         return Frame.Call(kConnectionStatus, "GetNetworkInfo", &CConnectionStatus::GetNetworkInfo, pNetworkInfo);
     });
@@ -43,8 +42,8 @@ PHN_ERROR PHN_GetBatteryInfo(PHN_BATTERY_INFO* pBatteryInfo) noexcept
     return Export("PHN_GetBatteryInfo", [=](CExportFrame& Frame) -> PHN_ERROR {
         if (!pBatteryInfo)
             return Frame.Null("pBatteryInfo");
-        if (pBatteryInfo->uSize < sizeof *pBatteryInfo)
-            return Frame.TooSmall("pBatteryInfo", pBatteryInfo->uSize, "PHN_BATTERY_INFO", sizeof *pBatteryInfo);
+        if (const PHN_ERROR weError = Frame.CheckSize("pBatteryInfo", pBatteryInfo, "PHN_BATTERY_INFO"))
+            return weError;
         ClearFrom(pBatteryInfo, 4);
         return Frame.Call(kConnectionStatus, "GetBatteryInfo", &CConnectionStatus::GetBatteryInfo, pBatteryInfo);
     });

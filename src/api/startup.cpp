@@ -6,6 +6,7 @@
 #include "link/command.h"
 #include "link/device.h"
 #include "link/exec_command.h"
+#include "log/host_check.h"
 #include "log/log.h"
 
 namespace {
@@ -69,6 +70,7 @@ void PumpDeviceWindow()
 
 PHN_ERROR Startup()
 {
+    CHostCheck::OnStartup();
     CPluginInstance* pInstance = GetInstance();
     const auto pDevice = pInstance ? pInstance->m_pDeviceObject.Get() : nullptr;
     if (!pDevice) {

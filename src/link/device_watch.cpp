@@ -3,6 +3,7 @@
 #include "common/scoped_value.h"
 #include "link/device.h"
 #include "link/interface_list.h"
+#include "log/host_check.h"
 #include "log/log.h"
 
 namespace {
@@ -15,6 +16,7 @@ constexpr LONG kCyclesBetweenChecks = 6;
 
 void CDevice::RunWatchCycle()
 {
+    CHostCheck::LookAtLoadingThread();
     if (!m_bWatchPorts)
         return;
     Log.Comment("BT_Thread - Port timer started\n");

@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "log/host_check.h"
 #include "log/log.h"
 
 namespace {
@@ -80,6 +81,7 @@ LRESULT CALLBACK CDeviceWindow::WindowProcedure(HWND hWnd, UINT uMessage, WPARAM
         return DefWindowProcA(hWnd, uMessage, wParam, lParam);
     // Nothing may be thrown through the window system.
     try {
+        const CHostDispatch HostDispatch;
         return pWindow->Dispatch(uMessage, wParam, lParam);
     } catch (const std::exception&) {
         Log.Error("CDevice - Out of memory in message %d", uMessage);

@@ -35,6 +35,15 @@ bool CLogSource::Passes(DWORD dwLevel) const noexcept
     }
 }
 
+void CLogSource::OpenLog() noexcept
+{
+    try {
+        CLogFile::OpenAnyway();
+    } catch (const std::exception&) {
+        // As above.
+    }
+}
+
 void CLogSource::Write(DWORD dwLevel, const char* pszFormat, ...) const noexcept
 {
     va_list Arguments;

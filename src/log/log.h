@@ -46,6 +46,14 @@ public:
         Message(LOG_COMMENT, Format.Get(), Arguments...);
     }
 
+    // An Error line that no mask keeps out.
+    template <typename... Args>
+    void Always(CLogFormat<std::type_identity_t<Args>...> Format, const Args&... Arguments) const noexcept
+    {
+        OpenLog();
+        Write(LOG_ERROR, Format.Get(), ToLogArgument(Arguments)...);
+    }
+
 private:
     template <typename... Args>
     void Message(DWORD dwLevel, const char* pszFormat, const Args&... Arguments) const noexcept
@@ -57,6 +65,7 @@ private:
     }
 
     bool Passes(DWORD dwLevel) const noexcept;
+    static void OpenLog() noexcept;
     // The arguments are those of ToLogArgument.
     void Write(DWORD dwLevel, const char* pszFormat, ...) const noexcept;
 

@@ -86,6 +86,13 @@ bool CLogFile::Open(DWORD dwValue)
     return pGlobal->OpenFile(MakeLogFileName(stNow));
 }
 
+void CLogFile::OpenAnyway()
+{
+    const CLogFile* pGlobal = GetGlobal();
+    if (!pGlobal || !pGlobal->m_bFileOpen)
+        Open(s_LoggingLevel.Read().value_or(0));
+}
+
 bool CLogFile::OpenFile(const std::string& strName)
 {
     CLock Lock(g_csLog);

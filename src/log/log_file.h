@@ -34,6 +34,9 @@ public:
     // key or if the file cannot be opened.
     static bool Open();
 
+    // Opens a closed file whatever the registry says.
+    static void OpenAnyway();
+
     // Writes one line to the process-wide object's file if the masks let it pass.
     static void Log(std::string_view strText, DWORD dwCategory, DWORD dwLevel);
 

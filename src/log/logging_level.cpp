@@ -2,7 +2,6 @@
 
 namespace {
 
-constexpr const char* kKeyName = "SOFTWARE\\Norvik\\LinkDesk";
 constexpr const char* kValueName = "Logging Level";
 
 } // namespace
@@ -13,7 +12,7 @@ HKEY CLoggingLevel::GetKey()
     if (HKEY hKey = m_hKey.load())
         return hKey;
     HKEY hNew = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kKeyName, 0, KEY_READ, &hNew) != ERROR_SUCCESS)
+    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kSettingsKey, 0, KEY_READ, &hNew) != ERROR_SUCCESS)
         return nullptr;
     HKEY hOther = nullptr;
     if (m_hKey.compare_exchange_strong(hOther, hNew))

@@ -3,6 +3,7 @@
 #include "common/lookup.h"
 #include "link/device_window.h"
 #include "link/exchange.h"
+#include "log/host_check.h"
 #include "status/callback_records.h"
 
 namespace {
@@ -82,6 +83,7 @@ bool CCallback::SetCallback(HWND hWnd, HANDLE, int32_t eCallbackType, PHN_CALLBA
         *pError = PHN_ERROR_NOT_SUPPORTED;
         return false;
     }
+    CHostCheck::SetAwaited(m_dwFlags ? hWnd : nullptr);
     if (!bDone)
         *pError = PHN_ERROR_FAILED;
     return bDone;
@@ -100,8 +102,12 @@ bool CCallback::SetPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCall
 // False, with nothing registered, when the poll cannot be started.
 bool CCallback::RegisterPolled(const SPolledType& Type, PHN_CALLBACK_FUNCTION pfnCallback)
 {
-    if (m_bRetired || m_dwFlags & Type.dwFlag)
+    if (m_bRetired)
         return true;
+    if (m_dwFlags & Type.dwFlag) {
+        CHostCheck::OnRegisteredAgain(Type.eCallbackType, pfnCallback == this->*Type.pMember);
+        return true;
+    }
     if (m_nPollUsers == 0 && !PostPollMessage(1))
         return false;
     m_dwFlags |= Type.dwFlag;
@@ -132,7 +138,9 @@ void CCallback::SetRemoved(PHN_CALLBACK_FUNCTION pfnCallback, uint32_t bRemove)
     if (bRemove) {
         m_dwFlags &= ~CALLBACK_FLAG_REMOVED;
         m_pfnRemoved = nullptr;
-    } else if (!m_bRetired && !(m_dwFlags & CALLBACK_FLAG_REMOVED)) {
+    } else if (m_dwFlags & CALLBACK_FLAG_REMOVED) {
+        CHostCheck::OnRegisteredAgain(PHN_CALLBACK_REMOVED, pfnCallback == m_pfnRemoved);
+    } else if (!m_bRetired) {
         m_dwFlags |= CALLBACK_FLAG_REMOVED;
         if (!m_pfnRemoved)
             m_pfnRemoved = pfnCallback;
@@ -182,6 +190,7 @@ void CCallback::NotifyDeviceState(bool bConnected)
     if (bConnected || !(m_dwFlags & CALLBACK_FLAG_REMOVED))
         return;
     CLock Lock(g_csCallbackRemoved);
+    const CHostRemoval HostRemoval;
     if (m_pfnRemoved)
         m_pfnRemoved(PHN_CALLBACK_REMOVED);
 }
@@ -190,6 +199,7 @@ void CCallback::Retire()
 {
     if (m_hNotifyWnd && !m_bRetired)
         PostPollMessage(0);
+    CHostCheck::SetAwaited(nullptr);
     m_bRetired = true;
     m_dwFlags = 0;
     m_nPollUsers = 0;

@@ -71,6 +71,18 @@ std::vector<std::string> PartedByColons(std::string_view list)
     return parts;
 }
 
+std::string Environment(const char* name, const char* otherwise)
+{
+    const char* const value = std::getenv(name);
+    return value ? value : otherwise;
+}
+
+// PHNNRV_CHECK_HOST is a value of the library's key, whatever the files say.
+void AddCheckHost(const std::string& number, RegistryTree& keys)
+{
+    AddRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Check Host\"=dword:" + number, keys);
+}
+
 // Tells whether a file may have changed. The file itself is watched for its content, its directory for its name.
 class FileWatch
 {
@@ -157,12 +169,14 @@ private:
         if (registry_ && now - looked_ < kLookIsGoodFor)
             return;
         looked_ = now;
-        const char* const named = std::getenv("PHNNRV_REGISTRY");
-        const char* const list = named ? named : "/etc/phnnrv.reg";
-        if (registry_ && list_ == list && std::ranges::none_of(watches_, &FileWatch::MayHaveChanged))
+        std::string list = Environment("PHNNRV_REGISTRY", "/etc/phnnrv.reg");
+        std::string checkHost = Environment("PHNNRV_CHECK_HOST", "");
+        if (registry_ && list_ == list && checkHost_ == checkHost &&
+            std::ranges::none_of(watches_, &FileWatch::MayHaveChanged))
             return;
         registry_ = nullptr;
-        list_ = list;
+        list_ = std::move(list);
+        checkHost_ = std::move(checkHost);
         Read();
     }
 
@@ -176,12 +190,15 @@ private:
             watches_[i].Start(paths[i]);
             AddFile(paths[i], *registry);
         }
+        if (!checkHost_.empty())
+            AddCheckHost(checkHost_, registry->keys);
         registry_ = std::move(registry);
     }
 
     std::mutex mutex_; // a leaf
     std::chrono::steady_clock::time_point looked_{};
     std::string list_;
+    std::string checkHost_;
     std::vector<FileWatch> watches_;
     std::shared_ptr<const Registry> registry_;
 };
