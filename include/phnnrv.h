@@ -43,7 +43,8 @@
  *    and the beginning of the search for other handsets, 300 ms after the load, are handled there. The search then runs
  *    on threads of the library: while no handset is open, the serial ports, and behind them the first interface that
  *    nothing announces any more (it was there before the one that went, or another program held it), are tried every
- *    15 s. One handset is served at a time; one that arrives replaces an open one only if that no longer answers.
+ *    15 s. One handset is served at a time; one that arrives replaces an open one only if that no longer answers. One
+ *    that returns is opened, and nothing tells the host so: PHN_Startup waits for it.
  *    A thread that ends takes its window with it, and so callbacks, arrival and removal: keep the loading thread until
  *    the library is unloaded, and unload on it. Unloading ends reads that are in progress and waits for the library's
  *    threads; it takes about a second. Let no call be in progress then.
@@ -58,6 +59,7 @@
  *    SendMessage, no lock that is held around a call of this library): the callback runs under a lock of the library,
  *    and the other thread may need it. A removal callback should neither wait nor dispatch messages (a message box does
  *    both): until it returns, every call of another thread stands still. Set a flag or post a message, and return.
+ *    PHN_Startup inside it is lost: the service ends when it returns.
  *    A polled callback that dispatches messages is not called again inside itself: those ticks are left out.
  *    No callback is called after PHN_Shutdown has returned.
  *
@@ -71,6 +73,9 @@
  *      that gets no byte at all is bounded only by 7000 ms for each byte asked for, up to 50001 of them (four days).
  *      Removal of the handset and unloading end it at once.
  *      A removal ends every exchange in progress with PHN_ERROR_FAILED.
+ *
+ * 11. Mistakes. With the registry's value "Check Host" (on Linux also PHNNRV_CHECK_HOST=1) the library tells in its log
+ *    what a host does against conventions 4, 7 and 9. docs/hosting.md lists it, and says more about all of this.
  */
 #ifndef PHNNRV_H
 #define PHNNRV_H
@@ -373,8 +378,9 @@ typedef struct PHN_FIELD_SIZES /* 34 bytes: sizes of the handset's phonebook, as
 /* A contact as vCard text: version 3.0 framing, CR LF line ends, no folding, no escaping. Properties: BEGIN, VERSION,
  * FN, TEL;TYPE=CELL, X-PHN-MOBILE-2, TEL;TYPE=HOME, TEL;TYPE=WORK, TEL;TYPE=FAX, EMAIL, X-PHN-EMAIL-2,
  * X-PHN-GROUP-ID, X-PHN-PICTURE-ID, X-PHN-RINGER-ID, X-PHN-DEFAULT-NO (1 mobile, 2 home, 3 work, 4 second mobile,
- * 5 fax), X-PHN-SPEEDDIAL-LIST (five numbers in that order, joined by commas), END. BEGIN, VERSION, FN and END are
- * required; end every line, the last one included. The text written by the library has at most 4095 characters. */
+ * 5 fax), X-PHN-SPEEDDIAL-LIST (five numbers in that order, joined by commas), END. BEGIN, VERSION, FN, END and a
+ * number or an address are required; end every line, the last one included. The text written by the library has REV and
+ * UID beside these, and at most 4095 characters. */
 typedef struct PHN_CONTACT_RECORD /* 12 bytes (16 on a 64-bit host) */
 {
     uint32_t uSize;
@@ -392,7 +398,8 @@ typedef struct PHN_PICTURE_ID /* 72 bytes */
 typedef PHN_PICTURE_ID PHN_RINGER_ID;
 typedef PHN_PICTURE_ID PHN_GROUP;
 
-/* A calendar event as iCalendar text: one VEVENT inside a VCALENDAR, CR LF line ends. */
+/* A calendar event as iCalendar text: one VEVENT inside a VCALENDAR, CR LF line ends. VERSION, DESCRIPTION, DTSTART and
+ * DTEND are required. */
 typedef struct PHN_EVENT_RECORD /* 12 bytes (16 on a 64-bit host) */
 {
     uint32_t uSize;
@@ -417,7 +424,7 @@ typedef struct PHN_CALL_ENTRY /* 84 bytes */
     char szEntryText[22]; /* unterminated when it fills the field */
     uint32_t uEntry8;     /* the handset's value times 1000 */
     uint8_t abyReserved30[20];
-    uint16_t wEntry18; /* year */
+    uint16_t wEntry18; /* year; this and the next as the handset has them, in whatever time zone */
     uint16_t wEntry17; /* month */
     uint16_t wEntry16; /* day */
     uint16_t wEntry12; /* hour */
@@ -594,9 +601,10 @@ PHN_API PHN_ERROR PHN_CALL PHN_ClearCallEntries(int32_t eType) PHN_NOEXCEPT;
 /* ---- Callbacks --------------------------------------------------------------------------------------------------- */
 
 /* Registers (bRemove 0) or removes (any other value) the function for a callback type. A second registration does not
- * replace the first: remove it before. Registrations end with PHN_Shutdown and with the loss of the handset.
- * PHN_ERROR_INVALID_PARAMETER: null (also when removing), or a type outside 0 to 16; PHN_ERROR_NOT_SUPPORTED: a type
- * without callback; PHN_ERROR_FAILED: the poll cannot be started (the loading thread has ended), nothing is registered.
+ * replace the first and succeeds: remove it before. Registrations end with PHN_Shutdown and with the loss of the
+ * handset. PHN_ERROR_INVALID_PARAMETER: null (also when removing), or a type outside 0 to 16; PHN_ERROR_NOT_SUPPORTED:
+ * a type without callback; PHN_ERROR_FAILED: the poll cannot be started (the loading thread has ended), nothing is
+ * registered.
  */
 PHN_API PHN_ERROR PHN_CALL PHN_SetCallback(int32_t eCallbackType, PHN_CALLBACK_FUNCTION pCallbackFunction,
                                            uint32_t bRemove) PHN_NOEXCEPT;

@@ -80,7 +80,8 @@ std::string Environment(const char* name, const char* otherwise)
 // PHNNRV_CHECK_HOST is a value of the library's key, whatever the files say.
 void AddCheckHost(const std::string& number, RegistryTree& keys)
 {
-    AddRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Check Host\"=dword:" + number, keys);
+    (void)AddRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Check Host\"=dword:" + number,
+                      keys);
 }
 
 // Tells whether a file may have changed. The file itself is watched for its content, its directory for its name.
