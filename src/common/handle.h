@@ -54,6 +54,15 @@ struct CRegistryKeyTraits
 };
 using CRegistryKey = CUniqueHandle<CRegistryKeyTraits>;
 
+// The calling thread, for other threads to use; empty when the system has no handle left.
+inline CHandle OpenOwnThread() noexcept
+{
+    HANDLE hThread = nullptr;
+    DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &hThread, 0, FALSE,
+                    DUPLICATE_SAME_ACCESS);
+    return CHandle(hThread);
+}
+
 // A manual-reset event for an object that cannot do without; throws std::bad_alloc when the system has none left.
 inline CHandle MakeEvent(bool bSet = false)
 {

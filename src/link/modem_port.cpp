@@ -55,11 +55,9 @@ DWORD MP::CleanUp(HANDLE hPort) const
 
 MP::CInside::CInside(MP& Port) : m_Port(Port)
 {
-    HANDLE hThread = nullptr;
-    DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &hThread, 0, FALSE,
-                    DUPLICATE_SAME_ACCESS);
+    CHandle Thread = OpenOwnThread();
     CLock Lock(m_Port.m_csThread);
-    m_Port.m_hThread.Reset(hThread);
+    m_Port.m_hThread = std::move(Thread);
 }
 
 MP::CInside::~CInside()

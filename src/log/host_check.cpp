@@ -89,7 +89,7 @@ void CHostCheck::Start() noexcept
         bTold = false;
     s_bUnloading = false;
     s_dwLoadingThread = GetCurrentThreadId();
-    s_hLoadingThread = OpenThread(SYNCHRONIZE, FALSE, s_dwLoadingThread);
+    s_hLoadingThread = OpenOwnThread().Release();
     s_bOn = true;
 }
 
