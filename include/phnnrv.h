@@ -82,6 +82,12 @@
 
 #include <stdint.h>
 
+/* The version of the library that this header came with; 0.1.0 is 100. The build takes its own from here. */
+#define PHNNRV_VERSION_MAJOR 0
+#define PHNNRV_VERSION_MINOR 1
+#define PHNNRV_VERSION_PATCH 0
+#define PHNNRV_VERSION (PHNNRV_VERSION_MAJOR * 10000 + PHNNRV_VERSION_MINOR * 100 + PHNNRV_VERSION_PATCH)
+
 #if defined(_WIN32)
 #define PHN_CALL __cdecl
 #if defined(PHN_BUILD_LIBRARY)
