@@ -1,54 +1,85 @@
-// The smallest host in C++ that follows a handset: callbacks tell it what changed, and it fetches the new values. It
-// runs until it is interrupted. Callbacks come while the thread that loaded the library dispatches window messages.
-// README.md has the lines that compile it.
+// The smallest host in C++ that follows a handset: it prints the identity and the status, then the battery as it
+// changes; when the handset is unplugged it waits for its return and starts over. It ends by Ctrl-C, or after as many
+// seconds as its argument says. It is linked with the library, so the thread that runs main has loaded it and
+// dispatches its window messages. README.md has the lines that compile it.
 #include <windows.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <string>
 
-#include "phnnrv.h"
+#include "phnnrv.hpp"
 
 namespace {
 
-void PrintBattery()
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+int Fail(const char* what, phnnrv::Error error)
 {
-    PHN_BATTERY_INFO battery{};
-    battery.uSize = sizeof battery;
-    if (PHN_GetBatteryInfo(&battery) == PHN_ERROR_NONE)
-        std::printf("battery %u %u\n", static_cast<unsigned>(battery.uBattery1),
-                    static_cast<unsigned>(battery.uBattery2));
+    std::fprintf(stderr, "%s: error %u %s\n", what, static_cast<unsigned>(error.code),
+                 std::string(error.name()).c_str());
+    return 1;
 }
 
-// The library may be called from here. What must not happen here is waiting for another thread.
-void PHN_CALL Changed(uint32_t type)
+void PrintBattery(const phnnrv::Handset& handset)
 {
-    if (type == PHN_CALLBACK_REMOVED)
-        std::puts("handset removed");
-    else if (type == PHN_CALLBACK_BATTERY_INFO)
-        PrintBattery();
+    if (const auto battery = handset.Battery())
+        std::printf("battery %u %u\n", static_cast<unsigned>(battery->uBattery1),
+                    static_cast<unsigned>(battery->uBattery2));
     else
-        std::printf("changed: callback type %u\n", static_cast<unsigned>(type));
+        Fail("battery", battery.error());
+}
+
+void PrintIdentityAndStatus(const phnnrv::Handset& handset)
+{
+    if (const auto identity = handset.Identity())
+        std::printf("model   %s\nnumber  %s\n", phnnrv::Text(identity->szModel).c_str(), identity->szNumber);
+    else
+        Fail("identity", identity.error());
+    if (const auto network = handset.Network())
+        std::printf("network %s, %d\n", network->szNetwork26, static_cast<int>(network->nNetwork22));
+    else
+        Fail("network", network.error());
+    PrintBattery(handset);
+}
+
+// Waits a moment, and dispatches what has come.
+void DispatchMessages()
+{
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
 }
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
     std::setvbuf(stdout, nullptr, _IONBF, 0); // lines appear at once, in a pipe too
-    if (const PHN_ERROR error = PHN_Startup(); error != PHN_ERROR_NONE) {
-        std::fprintf(stderr, "PHN_Startup: error %u\n", static_cast<unsigned>(error));
-        return 1;
-    }
-    PrintBattery();
-    if (const PHN_ERROR error = PHN_SetCallback(PHN_CALLBACK_ALL, Changed, 0); error != PHN_ERROR_NONE) {
-        std::fprintf(stderr, "PHN_SetCallback: error %u\n", static_cast<unsigned>(error));
-        PHN_Shutdown();
-        return 1;
-    }
+    const auto end =
+        steady_clock::now() + (argc > 1 ? std::chrono::seconds(std::atoi(argv[1])) : std::chrono::years(1));
+    const auto left = [end] { return std::chrono::duration_cast<milliseconds>(end - steady_clock::now()); };
 
-    MSG message;
-    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageA(&message);
+    std::atomic<bool> isUnplugged = false;
+    phnnrv::Handset handset;
+    // The first may be called on a thread of the library's: it sets a flag, no more. Both outlast a restart.
+    static_cast<void>(handset.On(phnnrv::Change::Removed, [&] { isUnplugged = true; }));
+    static_cast<void>(handset.On(phnnrv::Change::Battery, [&] { PrintBattery(handset); }));
+    while (left().count() > 0) {
+        isUnplugged = false;
+        if (const auto started = handset.Wait(left()); !started)
+            return Fail("no handset", started.error());
+        PrintIdentityAndStatus(handset);
+        while (!isUnplugged && left().count() > 0)
+            DispatchMessages();
+        if (isUnplugged)
+            std::puts("unplugged; waiting for its return");
     }
-    return PHN_Shutdown() == PHN_ERROR_NONE ? 0 : 1;
+    return 0;
 }

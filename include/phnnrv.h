@@ -1,7 +1,7 @@
 /* The public interface of PHNNRV, a handset plug-in library: 51 functions with which a host program uses one CDMA
  * handset attached by USB or by a serial (Bluetooth) port. It compiles as C and as C++ and needs no other header than
  * <stdint.h>. Everything here is a binary contract with hosts that are already built: a change to a record, a code or
- * an argument list breaks them.
+ * an argument list breaks them. phnnrv.abi lists what they rely on. Hosts in C++20 may prefer phnnrv.hpp.
  *
  * CONVENTIONS
  *
