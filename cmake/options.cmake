@@ -13,6 +13,7 @@ endif()
 # Hardening of what is shipped; .ci/hardening looks at the binaries. MinGW's run-time library has no fortified calls.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
     add_compile_options(-fstack-protector-strong)
+    add_link_options(-fstack-protector-strong) # MinGW has it in a library of its own
     if(NOT WIN32)
         add_compile_options(-fstack-clash-protection)
         add_compile_definitions(_FORTIFY_SOURCE=2)
