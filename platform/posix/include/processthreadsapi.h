@@ -10,9 +10,6 @@ WINBASEAPI HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES lpThreadAttributes, 
                                       LPTHREAD_START_ROUTINE lpStartAddress, LPVOID lpParameter, DWORD dwCreationFlags,
                                       LPDWORD lpThreadId) PHN_WIN32_NAME(CreateThread);
 WINBASEAPI DECLSPEC_NORETURN void WINAPI ExitThread(DWORD dwExitCode) PHN_WIN32_NAME(ExitThread);
-WINBASEAPI BOOL WINAPI GetExitCodeThread(HANDLE hThread, LPDWORD lpExitCode) PHN_WIN32_NAME(GetExitCodeThread);
-WINBASEAPI HANDLE WINAPI OpenThread(DWORD dwDesiredAccess, BOOL bInheritHandle, DWORD dwThreadId)
-    PHN_WIN32_NAME(OpenThread);
 WINBASEAPI HANDLE WINAPI GetCurrentProcess(void) PHN_WIN32_NAME(GetCurrentProcess);
 WINBASEAPI DWORD WINAPI GetCurrentProcessId(void) PHN_WIN32_NAME(GetCurrentProcessId);
 WINBASEAPI HANDLE WINAPI GetCurrentThread(void) PHN_WIN32_NAME(GetCurrentThread);

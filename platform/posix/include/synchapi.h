@@ -18,8 +18,6 @@ WINBASEAPI void WINAPI Sleep(DWORD dwMilliseconds) PHN_WIN32_NAME(Sleep);
 WINBASEAPI void WINAPI InitializeCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
     PHN_WIN32_NAME(InitializeCriticalSection);
 WINBASEAPI void WINAPI EnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection) PHN_WIN32_NAME(EnterCriticalSection);
-WINBASEAPI BOOL WINAPI TryEnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
-    PHN_WIN32_NAME(TryEnterCriticalSection);
 WINBASEAPI void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION lpCriticalSection) PHN_WIN32_NAME(LeaveCriticalSection);
 WINBASEAPI void WINAPI DeleteCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
     PHN_WIN32_NAME(DeleteCriticalSection);

@@ -105,7 +105,6 @@ WINBASEAPI HWND WINAPI CreateWindowExA(DWORD dwExStyle, LPCSTR lpClassName, LPCS
                                        int Y, int nWidth, int nHeight, HWND hWndParent, HMENU hMenu,
                                        HINSTANCE hInstance, LPVOID lpParam) PHN_WIN32_NAME(CreateWindowExA);
 WINBASEAPI BOOL WINAPI DestroyWindow(HWND hWnd) PHN_WIN32_NAME(DestroyWindow);
-WINBASEAPI BOOL WINAPI IsWindow(HWND hWnd) PHN_WIN32_NAME(IsWindow);
 WINBASEAPI LRESULT WINAPI DefWindowProcA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam)
     PHN_WIN32_NAME(DefWindowProcA);
 WINBASEAPI LONG_PTR WINAPI GetWindowLongPtrA(HWND hWnd, int nIndex) PHN_WIN32_NAME(GetWindowLongPtrA);
@@ -113,7 +112,6 @@ WINBASEAPI LONG_PTR WINAPI SetWindowLongPtrA(HWND hWnd, int nIndex, LONG_PTR dwN
     PHN_WIN32_NAME(SetWindowLongPtrA);
 WINBASEAPI HWND WINAPI FindWindowExA(HWND hWndParent, HWND hWndChildAfter, LPCSTR lpszClass, LPCSTR lpszWindow)
     PHN_WIN32_NAME(FindWindowExA);
-WINBASEAPI int WINAPI GetClassNameA(HWND hWnd, LPSTR lpClassName, int nMaxCount) PHN_WIN32_NAME(GetClassNameA);
 
 WINBASEAPI BOOL WINAPI PeekMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax, UINT wRemoveMsg)
     PHN_WIN32_NAME(PeekMessageA);

@@ -14,14 +14,11 @@
     ROW(CreateMutexA)                                                                                                  \
     ROW(CreateThread)                                                                                                  \
     ROW(CreateWindowExA)                                                                                               \
-    ROW(DeleteFileA)                                                                                                   \
     ROW(DestroyWindow)                                                                                                 \
     ROW(DispatchMessageA)                                                                                              \
     ROW(DuplicateHandle)                                                                                               \
     ROW(FindWindowExA)                                                                                                 \
     ROW(FreeLibrary)                                                                                                   \
-    ROW(GetClassNameA)                                                                                                 \
-    ROW(GetExitCodeThread)                                                                                             \
     ROW(GetMessageA)                                                                                                   \
     ROW(GetModuleFileNameA)                                                                                            \
     ROW(GetModuleHandleA)                                                                                              \
@@ -34,7 +31,6 @@
     ROW(LoadLibraryA)                                                                                                  \
     ROW(MsgWaitForMultipleObjects)                                                                                     \
     ROW(MultiByteToWideChar)                                                                                           \
-    ROW(OpenThread)                                                                                                    \
     ROW(PeekMessageA)                                                                                                  \
     ROW(PostMessageA)                                                                                                  \
     ROW(PostThreadMessageA)                                                                                            \

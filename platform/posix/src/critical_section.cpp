@@ -29,11 +29,6 @@ void WINAPI EnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
     pthread_mutex_lock(MutexOf(lpCriticalSection));
 }
 
-BOOL WINAPI TryEnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
-{
-    return pthread_mutex_trylock(MutexOf(lpCriticalSection)) == 0;
-}
-
 void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
 {
     pthread_mutex_unlock(MutexOf(lpCriticalSection));

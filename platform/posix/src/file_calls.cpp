@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include "file.h"
 #include "win32_call.h"
 
@@ -43,17 +41,6 @@ HANDLE WINAPI CreateFileA(LPCSTR lpFileName, DWORD dwDesiredAccess, DWORD, LPSEC
             NewHandle(OpenFile(lpFileName, dwDesiredAccess, dwCreationDisposition, dwFlagsAndAttributes, existed));
         SetLastError(existed ? DWORD{ERROR_ALREADY_EXISTS} : DWORD{ERROR_SUCCESS});
         return handle;
-    });
-}
-
-BOOL WINAPI DeleteFileA(LPCSTR lpFileName)
-{
-    return Win32Call(Call::DeleteFileA, FALSE, [&] {
-        if (!lpFileName)
-            throw Win32Error{ERROR_PATH_NOT_FOUND};
-        if (unlink(lpFileName))
-            ThrowErrno();
-        return TRUE;
     });
 }
 

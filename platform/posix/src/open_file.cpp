@@ -98,16 +98,10 @@ int AccessFlags(DWORD access)
 int DispositionFlags(DWORD disposition)
 {
     switch (disposition) {
-    case CREATE_NEW:
-        return O_CREAT | O_EXCL;
-    case CREATE_ALWAYS:
-        return O_CREAT | O_TRUNC;
     case OPEN_EXISTING:
         return 0;
     case OPEN_ALWAYS:
         return O_CREAT;
-    case TRUNCATE_EXISTING:
-        return O_TRUNC;
     default:
         throw Win32Error{ERROR_INVALID_PARAMETER};
     }

@@ -25,13 +25,6 @@ struct ThreadStart
     LPVOID parameter;
 };
 
-void SetExitCode(DWORD code)
-{
-    const auto& record = CurrentThread();
-    const Lock lock = TakeBaseLock();
-    record->exitCode = code;
-}
-
 extern "C" void* RunThread(void* argument)
 {
     ThreadStart start = [argument] {
@@ -44,7 +37,7 @@ extern "C" void* RunThread(void* argument)
         CurrentThread()->started = true;
         WakeWaiters(lock);
     }
-    SetExitCode(start.routine(start.parameter));
+    start.routine(start.parameter);
     return nullptr;
 }
 
@@ -90,30 +83,9 @@ HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE
 }
 
 // Unwinds the thread's stack, so objects on it are destroyed; a catch (...) on the way must pass the unwinding on.
-void WINAPI ExitThread(DWORD dwExitCode)
+void WINAPI ExitThread(DWORD)
 {
-    SetExitCode(dwExitCode);
     pthread_exit(nullptr);
-}
-
-BOOL WINAPI GetExitCodeThread(HANDLE hThread, LPDWORD lpExitCode)
-{
-    return Win32Call(Call::GetExitCodeThread, FALSE, [&] {
-        const auto record = FromHandle<ThreadRecord>(hThread);
-        const Lock lock = TakeBaseLock();
-        *lpExitCode = record->ended ? record->exitCode : STILL_ACTIVE;
-        return TRUE;
-    });
-}
-
-HANDLE WINAPI OpenThread(DWORD, BOOL, DWORD dwThreadId)
-{
-    return Win32Call(Call::OpenThread, HANDLE{}, [&] {
-        auto record = FindThread(dwThreadId);
-        if (!record)
-            throw Win32Error{ERROR_INVALID_PARAMETER};
-        return NewHandle(std::move(record));
-    });
 }
 
 DWORD WINAPI GetCurrentThreadId()

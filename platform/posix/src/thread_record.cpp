@@ -3,8 +3,6 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include <map>
-
 #include "mutex.h"
 #include "thread_start.h"
 
@@ -21,28 +19,12 @@ struct Attachment
 
 thread_local Attachment* attachment = nullptr;
 
-struct LiveThreads
-{
-    std::mutex mutex; // a leaf
-    std::map<DWORD, std::shared_ptr<ThreadRecord>> byId;
-};
-
-LiveThreads& Live()
-{
-    static LiveThreads& live = *new LiveThreads;
-    return live;
-}
-
 void EndThread(void* pointer)
 {
     const std::unique_ptr<Attachment> ending(static_cast<Attachment*>(pointer));
     for (auto function = ending->atEnd.rbegin(); function != ending->atEnd.rend(); ++function)
         (*function)();
     ThreadRecord& record = *ending->record;
-    {
-        const std::lock_guard guard(Live().mutex);
-        Live().byId.erase(record.id);
-    }
     const Lock lock = TakeBaseLock();
     for (const auto& mutex : record.owned)
         mutex->Abandon(lock);
@@ -73,8 +55,6 @@ void AttachThread(std::shared_ptr<ThreadRecord> record)
     if (const int error = pthread_setspecific(EndKey(), attached.get()))
         throw std::system_error(error, std::generic_category());
     attachment = attached.release();
-    const std::lock_guard guard(Live().mutex);
-    Live().byId[attachment->record->id] = attachment->record;
 }
 
 const std::shared_ptr<ThreadRecord>& CurrentThread()
@@ -82,13 +62,6 @@ const std::shared_ptr<ThreadRecord>& CurrentThread()
     if (!attachment)
         AttachThread(std::make_shared<ThreadRecord>());
     return attachment->record;
-}
-
-std::shared_ptr<ThreadRecord> FindThread(DWORD id)
-{
-    const std::lock_guard guard(Live().mutex);
-    const auto found = Live().byId.find(id);
-    return found == Live().byId.end() ? nullptr : found->second;
 }
 
 void AtThreadEnd(std::function<void()> function)

@@ -1,4 +1,4 @@
-// What the stand-in knows of a thread, whoever created it: its id, its exit code, the mutexes it owns and what is to be
+// What the stand-in knows of a thread, whoever created it: its id, the mutexes it owns and what is to be
 // done when it ends. A record is made when a thread first calls in, and signalled after the thread's last code outside
 // this library has run: whoever has waited for a thread may unload the library that the thread ran in.
 #pragma once
@@ -24,16 +24,12 @@ public:
     // Under the base lock:
     bool started = false;
     bool ended = false;
-    DWORD exitCode = STILL_ACTIVE;
     std::vector<std::shared_ptr<Mutex>> owned; // abandoned when the thread ends
     SerialPort* blockedIn = nullptr;           // where a blocking read or write of the thread is pending
 };
 
 // The calling thread's record.
 const std::shared_ptr<ThreadRecord>& CurrentThread();
-
-// The record of a live thread that has called in; null if there is none.
-std::shared_ptr<ThreadRecord> FindThread(DWORD id);
 
 // Runs the function, without any lock, on the calling thread when it ends (not at the end of the process).
 void AtThreadEnd(std::function<void()> function);

@@ -30,8 +30,6 @@ DWORD ErrorFromErrno(int number)
         return ERROR_CANT_RESOLVE_FILENAME;
     case ENAMETOOLONG:
         return ERROR_FILENAME_EXCED_RANGE;
-    case EEXIST:
-        return ERROR_FILE_EXISTS;
     case EMFILE:
     case ENFILE:
         return ERROR_TOO_MANY_OPEN_FILES;

@@ -1,9 +1,6 @@
 // Making, finding and destroying windows.
 #include <strings.h>
 
-#include <algorithm>
-#include <cstring>
-
 #include "message_queue.h"
 #include "win32_call.h"
 
@@ -89,11 +86,6 @@ BOOL WINAPI DestroyWindow(HWND hWnd)
     });
 }
 
-BOOL WINAPI IsWindow(HWND hWnd)
-{
-    return ErrorOf([&] { WindowOf(TakeBaseLock(), hWnd); }) == ERROR_SUCCESS;
-}
-
 LONG_PTR WINAPI GetWindowLongPtrA(HWND hWnd, int nIndex)
 {
     return Win32Call(Call::GetWindowLongPtrA, LONG_PTR{0}, [&] {
@@ -130,21 +122,6 @@ HWND WINAPI FindWindowExA(HWND hWndParent, HWND hWndChildAfter, LPCSTR lpszClass
             started = started || window->handle == hWndChildAfter;
         }
         return nullptr;
-    });
-}
-
-int WINAPI GetClassNameA(HWND hWnd, LPSTR lpClassName, int nMaxCount)
-{
-    return Win32Call(Call::GetClassNameA, 0, [&] {
-        const Lock lock = TakeBaseLock();
-        const auto window = WindowOf(lock, hWnd);
-        if (!lpClassName || nMaxCount <= 0)
-            throw Win32Error{ERROR_INSUFFICIENT_BUFFER};
-        const std::string& name = window->windowClass->name;
-        const size_t length = std::min(name.size(), static_cast<size_t>(nMaxCount) - 1);
-        std::memcpy(lpClassName, name.data(), length);
-        lpClassName[length] = '\0';
-        return static_cast<int>(length);
     });
 }
 
