@@ -1,12 +1,7 @@
 // phnctl doctor: every trouble has its own finding, and the command that mends it.
-#include "phnctl/program.h"
-#include "simulator/simulator.h"
+#include "phnctl/handset_run.h"
 
-#include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <pty.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,115 +11,71 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A terminal of this test, entered in a device directory.
-class Terminal
+// A finding, and the command that mends it.
+std::string Mended(const std::string& finding, const std::string& command)
 {
-public:
-    explicit Terminal(const fs::path& entry)
-    {
-        char name[64] = {};
-        if (openpty(&m_master, &m_slave, name, nullptr, nullptr) != 0)
-            throw std::system_error(errno, std::generic_category(), "openpty");
-        m_path = name;
-        fs::create_symlink(m_path, entry);
-    }
-    ~Terminal()
-    {
-        close(m_slave);
-        close(m_master);
-    }
-    Terminal(const Terminal&) = delete;
-    Terminal& operator=(const Terminal&) = delete;
+    return finding + "\n" + std::string(24, ' ') + " to mend it: " + command + "\n";
+}
 
-    int Descriptor() const { return m_slave; }
-    const std::string& Path() const { return m_path; }
-
-private:
-    int m_master = -1;
-    int m_slave = -1;
-    std::string m_path;
+class Doctor : public HandsetRun
+{
+protected:
+    // The handset's terminal, also under the name of a serial port.
+    std::string Terminal(const char* name)
+    {
+        const fs::path terminal = fs::read_symlink(m_devices.Path() / simulator::UsbInterfaceName("0001"));
+        fs::create_symlink(terminal, m_devices.Path() / name);
+        return terminal.string();
+    }
 };
 
-bool HasLine(const std::string& text, const std::string& first, const std::string& second)
+TEST_F(Doctor, FindsTheHandset)
 {
-    return text.find(first + "\n" + std::string(24, ' ') + " to mend it: " + second + "\n") != std::string::npos;
+    Expect(0, "doctor",
+           {"ports     ok             device directory " + m_devices.Path().string() + ": 1 entry\n",
+            "handset   ok             answers: Fjord 40\n"});
+    Expect(0, "doctor --json", {"{\"ok\":true,\"findings\":[{\"step\":\"library\""});
 }
 
-TEST(Doctor, FindsTheHandset)
+TEST_F(Doctor, TellsEveryTroubleApart)
 {
-    const simulator::DeviceDirectory devices;
-    simulator::Simulator handset(devices.Path(), simulator::UsbInterfaceName("0001"));
-    handset.Start();
-    Program program;
-    program.Set("PHNNRV_DEVICES", devices.Path().string());
-    const Outcome outcome = program.Run({"doctor"});
-    EXPECT_EQ(outcome.status, 0) << outcome.out << outcome.err;
-    EXPECT_NE(outcome.out.find("ports     ok             device directory " + devices.Path().string() + ": 1 entry\n"),
-              std::string::npos)
-        << outcome.out;
-    EXPECT_NE(outcome.out.find("handset   ok             answers: Fjord 40\n"), std::string::npos) << outcome.out;
-    EXPECT_EQ(program.Run(Split("doctor --json")).out.rfind("{\"ok\":true,\"findings\":[{\"step\":\"library\"", 0), 0u);
-}
-
-TEST(Doctor, TellsEveryTroubleApart)
-{
-    const simulator::DeviceDirectory devices;
-    const auto entry = [&](const char* name) { return (devices.Path() / name).string(); };
-    const Terminal busy(entry("com1"));
-    ASSERT_EQ(flock(busy.Descriptor(), LOCK_EX), 0);
-    fs::create_symlink("/dev/gone", entry("com3"));
-    std::ofstream(entry("com4")) << "no terminal";
-
-    Program program;
-    program.Set("PHNNRV_DEVICES", devices.Path().string());
-    const Outcome outcome = program.Run({"doctor"});
-    EXPECT_EQ(outcome.status, 1);
+    const std::string busy = Terminal("com1");
+    const int held = open(busy.c_str(), O_RDWR | O_NOCTTY);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    const std::string gone = (m_devices.Path() / "com3").string();
+    fs::create_symlink("/dev/gone", gone);
+    const std::string file = (m_devices.Path() / "com4").string();
+    std::ofstream(file) << "no terminal";
     const std::string pid = std::to_string(getpid());
-    const std::string kill = geteuid() == 0 ? "kill " : "sudo kill ";
-    EXPECT_TRUE(HasLine(outcome.out,
-                        "port      busy           com1, serial port -> " + busy.Path() +
-                            ": another program uses it: test_phnctl (pid " + pid + ")",
-                        kill + pid))
-        << outcome.out;
-    EXPECT_TRUE(HasLine(outcome.out,
-                        "port      unusable       com3, serial port -> /dev/gone: No such file or directory",
-                        "rm '" + entry("com3") + "'"))
-        << outcome.out;
-    EXPECT_NE(outcome.out.find("com4, serial port -> " + entry("com4") + ": is no terminal\n"), std::string::npos)
-        << outcome.out;
-    EXPECT_NE(outcome.out.find("handset   missing        there is no free port to ask on\n"), std::string::npos);
+    Expect(1, "doctor",
+           {Mended("port      busy           com1, serial port -> " + busy +
+                       ": another program uses it: test_phnctl (pid " + pid + ")",
+                   (geteuid() == 0 ? "kill " : "sudo kill ") + pid),
+            Mended("port      unusable       com3, serial port -> /dev/gone: No such file or directory",
+                   "rm '" + gone + "'"),
+            "com4, serial port -> " + file + ": is no terminal\n",
+            "handset   missing        there is no free port to ask on\n"});
+    close(held);
 }
 
-TEST(Doctor, NoPermissionIsNotBusy)
+TEST_F(Doctor, NoPermissionIsNotBusy)
 {
     if (geteuid() == 0)
         GTEST_SKIP() << "root may use every port";
-    const simulator::DeviceDirectory devices;
-    const Terminal forbidden((devices.Path() / "com2").string());
-    ASSERT_EQ(chmod(forbidden.Path().c_str(), 0), 0);
-    Program program;
-    program.Set("PHNNRV_DEVICES", devices.Path().string());
-    const Outcome outcome = program.Run({"doctor"});
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_TRUE(HasLine(outcome.out,
-                        "port      no permission  com2, serial port -> " + forbidden.Path() +
-                            ": this user may not read and write it",
-                        "sudo chown \"$USER\" '" + forbidden.Path() + "'"))
-        << outcome.out;
+    const std::string forbidden = Terminal("com2");
+    ASSERT_EQ(chmod(forbidden.c_str(), 0), 0);
+    Expect(
+        1, "doctor",
+        {Mended("port      no permission  com2, serial port -> " + forbidden + ": this user may not read and write it",
+                "sudo chown \"$USER\" '" + forbidden + "'")});
 }
 
-TEST(Doctor, TellsAMissingDirectoryFromAnEmptyOne)
+TEST_F(Doctor, TellsAMissingDirectoryFromAnEmptyOne)
 {
-    const simulator::DeviceDirectory devices;
-    const std::pair<std::string, const char*> cases[] = {{devices.Path().string(), ": 0 entries\n"},
-                                                         {"/nonexistent/devices", ": No such file or directory\n"}};
-    for (const auto& [path, text] : cases) {
-        Program program;
-        program.Set("PHNNRV_DEVICES", path);
-        const Outcome outcome = program.Run({"doctor"});
-        EXPECT_EQ(outcome.status, 1);
-        EXPECT_NE(outcome.out.find(path + text), std::string::npos) << outcome.out;
-    }
+    m_program.Set("PHNNRV_DEVICES", m_folder.Path().string());
+    Expect(1, "doctor", {m_folder.Path().string() + ": 0 entries\n"});
+    m_program.Set("PHNNRV_DEVICES", "/nonexistent/devices");
+    Expect(1, "doctor", {"/nonexistent/devices: No such file or directory\n"});
 }
 
 } // namespace

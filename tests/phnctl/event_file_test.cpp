@@ -16,25 +16,13 @@ constexpr const char* kZone = "BEGIN:VTIMEZONE\r\nTZID:Custom\r\nBEGIN:STANDARD\
                               "RRULE:FREQ=YEARLY;BYMONTH=3;BYDAY=-1SU\r\nTZOFFSETFROM:+0100\r\nTZOFFSETTO:+0200\r\n"
                               "END:DAYLIGHT\r\nEND:VTIMEZONE\r\n"
                               "BEGIN:VTIMEZONE\r\nTZID:Fixed\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
-                              "TZOFFSETFROM:-0700\r\nTZOFFSETTO:-0700\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n"
-                              "BEGIN:VTIMEZONE\r\nTZID:Here\r\nBEGIN:STANDARD\r\nDTSTART:19700101T000000\r\n"
-                              "TZOFFSETFROM:+0000\r\nTZOFFSETTO:+0000\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
+                              "TZOFFSETFROM:-0700\r\nTZOFFSETTO:-0700\r\nEND:STANDARD\r\nEND:VTIMEZONE\r\n";
 
-class LocalZone
+void SetLocalZone(const char* zone)
 {
-public:
-    explicit LocalZone(const char* zone) { Set(zone); }
-    ~LocalZone() { Set("UTC0"); }
-    LocalZone(const LocalZone&) = delete;
-    LocalZone& operator=(const LocalZone&) = delete;
-
-private:
-    static void Set(const char* zone)
-    {
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-};
+    setenv("TZ", zone, 1);
+    tzset();
+}
 
 std::string Calendar(const std::string& components)
 {
@@ -60,7 +48,7 @@ std::string Show(const Candidate& candidate)
 
 TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
 {
-    const LocalZone zone("UTC0");
+    SetLocalZone("UTC0");
     const auto tea = [](const std::string& start) { return "SUMMARY:Tea\r\nDTSTART" + start + "\r\n"; };
     const auto at = [](const std::string& start, const std::string& end) {
         return "DESCRIPTION=Tea DTSTART=" + start + " DTEND=" + end + ' ';
@@ -93,14 +81,11 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {tea(";TZID=Custom:20090310T003000\r\nRRULE:FREQ=MONTHLY"), "cannot hold !zone "},
         {tea(";TZID=Fixed:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY;UNTIL=20090401T190000Z"),
          held + "TZID=MST RRULE=FREQ=DAILY;UNTIL=20090401T190000Z;INTERVAL=1 "},
-        {tea(";TZID=Here:20090310T120000\r\nDURATION:PT1H\r\nRRULE:FREQ=DAILY"), held + "RRULE=FREQ=DAILY;INTERVAL=1 "},
         {tea(";TZID=Nowhere:20090310T120000\r\nDURATION:PT1H"), held + "!unknown-zone "},
         // Alarms.
         {alarm("TRIGGER:-PT15M"), held + "TRIGGER=15 "},
         {alarm("TRIGGER:-PT20M"), held + "TRIGGER=60 !alarm-moved "},
-        {alarm("TRIGGER:-P1W"), held + "TRIGGER=2880 !alarm-moved "},
         {noon + "BEGIN:VALARM\r\nTRIGGER;VALUE=DATE-TIME:19760401T005545Z\r\nACTION:NONE\r\nEND:VALARM\r\n", held},
-        {alarm("TRIGGER:PT5M"), held + "TRIGGER=0 !alarm-moved "},
         {alarm("TRIGGER;RELATED=END:-PT1H"), held + "TRIGGER=0 "},
         {alarm("TRIGGER;VALUE=DATE-TIME:20090310T100000Z"), held + "TRIGGER=120 "},
         // Rules.
@@ -110,13 +95,8 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {rule("FREQ=WEEKLY;INTERVAL=2;BYDAY=SU,TU;WKST=SU"), "cannot hold !rule "},
         {rule("FREQ=YEARLY;BYDAY=TU;BYMONTH=3;BYSETPOS=2;UNTIL=99991231T000000Z"),
          held + "RRULE=FREQ=YEARLY;INTERVAL=1;BYDAY=2TU;BYMONTH=3 "},
-        {rule("FREQ=YEARLY;BYDAY=2TU"), "cannot hold !rule "},
-        {rule("FREQ=MONTHLY;BYDAY=MO,TU;BYSETPOS=1"), "cannot hold !rule "},
         {rule("FREQ=HOURLY"), "cannot hold !rule "},
-        {rule("FREQ=YEARLY;BYWEEKNO=11"), "cannot hold !rule "},
-        {rule("FREQ=MONTHLY;BYDAY=2TU,3TU"), "cannot hold !rule "},
         {rule("FREQ=MONTHLY;BYDAY=3TU"), "cannot hold !start-not-in-rule "},
-        {rule("FREQ=YEARLY;BYMONTH=4;BYMONTHDAY=10"), "cannot hold !start-not-in-rule "},
         // What is none.
         {"SUMMARY:Tea\r\n", "cannot hold !not-an-event "},
         {noon + "STATUS:CANCELLED\r\n", "cannot hold !cancelled "},
@@ -124,8 +104,6 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {tea(":19801231T120000"), "cannot hold !date-out-of-range "},
         {tea(":19801229T120000\r\nRRULE:FREQ=DAILY;COUNT=10"),
          at("19810101T120000", "19810101T120000") + "RRULE=FREQ=DAILY;COUNT=7;INTERVAL=1 !start-moved "},
-        {tea(":19601231T120000\r\nRRULE:FREQ=YEARLY;COUNT=3"), "cannot hold !date-out-of-range "},
-        {tea(":20380101T120000"), "cannot hold !date-out-of-range "},
         {tea(":20090310T120000\r\nDTEND:20090310T110000"), "cannot hold !ends-before-it-starts "},
     };
     for (const auto& [lines, shown] : cases) {
@@ -137,36 +115,31 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
 
 TEST(EventFile, EverythingInAFileIsSpokenOf)
 {
-    const std::string event = "SUMMARY:Tea\r\nDTSTART:20090310T120000\r\n";
-    const auto candidates = EventsOfFile("file", Calendar(Event(event) + "BEGIN:VTODO\r\nSUMMARY:x\r\nEND:VTODO\r\n") +
-                                                     Calendar(Event(event)));
-    ASSERT_EQ(candidates.size(), 3u);
-    EXPECT_TRUE(candidates[0].fits);
-    EXPECT_EQ(candidates[0].line, 4u);
-    EXPECT_FALSE(candidates[1].isMeant);
-    EXPECT_EQ(*candidates[1].entry.Find("DESCRIPTION"), "x");
-    EXPECT_TRUE(candidates[2].fits);
-    EXPECT_EQ(candidates[2].line, 17u);
-    for (const std::string text : {"", "x", "BEGIN:VCALENDAR\r\nPRODID:x\r\nBEGIN:VEVENT\r\n"}) {
+    const std::string event = Event("SUMMARY:Tea\r\nDTSTART:20090310T120000\r\n");
+    const auto candidates =
+        EventsOfFile("file", Calendar(event + "BEGIN:VTODO\r\nSUMMARY:x\r\nEND:VTODO\r\n") + Calendar(event));
+    std::string told;
+    for (const Candidate& candidate : candidates)
+        told += *candidate.entry.Find("DESCRIPTION") + std::to_string(candidate.line) + (candidate.isMeant ? "" : "-");
+    EXPECT_EQ(told, "Tea4x10-Tea17");
+    const std::string start = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n";
+    for (const std::string& text : {std::string(), std::string("x"), start + "BEGIN:VEVENT\r\n"}) {
         const auto found = EventsOfFile("file", text);
         ASSERT_EQ(found.size(), 1u) << text;
         EXPECT_FALSE(found.front().fits) << text;
     }
     // An empty backup, and a program that does not name itself.
-    EXPECT_TRUE(EventsOfFile("file", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nEND:VCALENDAR\r\n").empty());
-    const auto unnamed = EventsOfFile("file", "BEGIN:VCALENDAR\r\nVERSION:2.0\r\n" +
-                                                  Event(event + "DURATION:PT1H\r\n") + "END:VCALENDAR\r\n");
-    ASSERT_EQ(unnamed.size(), 1u);
-    EXPECT_EQ(Show(unnamed.front()), "DESCRIPTION=Tea DTSTART=20090310T120000 DTEND=20090310T130000 ");
+    EXPECT_TRUE(EventsOfFile("file", start + "END:VCALENDAR\r\n").empty());
+    EXPECT_EQ(Show(EventsOfFile("file", start + event + "END:VCALENDAR\r\n").at(0)),
+              "DESCRIPTION=Tea DTSTART=20090310T120000 DTEND=20090310T120000 ");
 }
 
 TEST(EventFile, LongIdsBecomeShortOnesThatDiffer)
 {
     const auto uidOf = [](const std::string& uid) {
-        const auto candidates =
-            EventsOfFile("file", Calendar("BEGIN:VEVENT\r\nUID:" + uid +
-                                          "\r\nSUMMARY:Tea\r\nDTSTART:20090310T120000\r\nEND:VEVENT\r\n"));
-        return *candidates.front().entry.Find("UID");
+        std::string event = Event("SUMMARY:Tea\r\nDTSTART:20090310T120000\r\n");
+        event.replace(event.find("UID:1"), 5, "UID:" + uid);
+        return *EventsOfFile("file", Calendar(event)).at(0).entry.Find("UID");
     };
     const std::string common(60, '0');
     EXPECT_EQ(uidOf(std::string(40, 'a')), std::string(40, 'a'));
@@ -178,30 +151,23 @@ TEST(EventFile, LongIdsBecomeShortOnesThatDiffer)
 TEST(EventFile, TheLibrarysTextAndTheToolsFilesComeBackUnchanged)
 {
     const char* const library[] = {
-        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nCREATED:20090105T080000Z\r\nLAST-MODIFIED:"
-        "20090106T093000Z\r\n"
+        "BEGIN:VEVENT\r\nCREATED:20090105T080000Z\r\nLAST-MODIFIED:20090106T093000Z\r\n"
         "UID:{id, 1}\r\nDESCRIPTION:Caf\xE9, bar; b\\ar\r\nDTSTART;TZID=EST:20090310T100000\r\n"
         "DTEND;TZID=EST:20090310T120000\r\nRRULE:FREQ=MONTHLY;COUNT=5;INTERVAL=2;BYDAY=2TU\r\nBEGIN:VALARM\r\n"
-        "TRIGGER:-P15M\r\nACTION;X-PHN-RINGER-ID:4\r\nEND:VALARM\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n",
-        "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nCREATED:00000000T000000Z\r\nLAST-MODIFIED:"
-        "00000000T000000Z\r\n"
+        "TRIGGER:-P15M\r\nACTION;X-PHN-RINGER-ID:4\r\nEND:VALARM\r\n\r\nEND:VEVENT\r\n",
+        "BEGIN:VEVENT\r\nCREATED:00000000T000000Z\r\nLAST-MODIFIED:00000000T000000Z\r\n"
         "UID:{}\r\nDESCRIPTION:\r\nDTSTART:20090302T091500Z\r\nDTEND:20090302T093000Z\r\n"
-        "RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR\r\n\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n",
+        "RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR\r\n\r\nEND:VEVENT\r\n",
     };
-    for (const char* text : library) {
-        const Entry event = EventFromLibrary(text);
-        EXPECT_EQ(EventFromLibrary(EventToLibrary(event)), event);
-        const StoredEntry stored{3, event};
+    for (const char* event : library) {
+        const StoredEntry stored{
+            3, EventFromLibrary(std::string("BEGIN:VCALENDAR\r\nVERSION:2.0\r\n") + event + "END:VCALENDAR\r\n")};
+        EXPECT_EQ(EventFromLibrary(EventToLibrary(stored.entry)), stored.entry);
         const std::string file = FileOfEvents({&stored, 1});
         const auto back = EventsOfFile("file", file);
         ASSERT_EQ(back.size(), 1u);
         EXPECT_TRUE(back.front().notes.empty());
-        EXPECT_EQ(back.front().entry, event) << file;
-        // Another program reads the same.
-        std::string foreign = file;
-        foreign.replace(foreign.find("//phnctl//"), 2, "//another ");
-        EXPECT_EQ(*EventsOfFile("file", foreign).front().entry.Find("DTSTART"),
-                  event.Find("TZID") && *event.Find("TZID") == "EST" ? "20090310T100000" : "20090302T091500");
+        EXPECT_EQ(back.front().entry, stored.entry) << file;
     }
 }
 
@@ -223,7 +189,7 @@ std::multiset<std::string> StartsIn(const std::string& calendar)
 
 TEST(EventFile, ASeriesGoesOnWithoutItsExceptions)
 {
-    const LocalZone zone("CET-1CEST,M3.5.0,M10.5.0/3");
+    SetLocalZone("CET-1CEST,M3.5.0,M10.5.0/3");
     const auto candidates =
         EventsOfFile("file", Calendar(kZone +
                                       Event("SUMMARY:Tea\r\nDTSTART;TZID=Custom:20090310T120000\r\nDURATION:PT1H\r\n"
@@ -247,24 +213,18 @@ TEST(EventFile, ASeriesGoesOnWithoutItsExceptions)
                                               "20090324T120000", "20090327T140000", "20090407T120000",
                                               "20090409T120000"};
     EXPECT_EQ(StartsIn(file), expected) << file;
-    const auto back = EventsOfFile("file", file);
-    ASSERT_EQ(back.size(), stored.size());
-    for (std::size_t i = 0; i < back.size(); ++i)
-        EXPECT_EQ(back[i].entry, stored[i].entry);
 }
 
 TEST(EventFile, TheLastOccurrenceIsTheSameForOtherPrograms)
 {
-    const LocalZone zone("EST5EDT,M3.2.0,M11.1.0");
+    SetLocalZone("EST5EDT,M3.2.0,M11.1.0");
     const struct
     {
         std::string start, end, until; // as the library writes them
         std::size_t count;
     } cases[] = {
         {":20091201T200000", ":20091201T210000", "20091204T010000Z", 3}, // 20:00 of the third
-        {":20091201T200000", ":20091201T210000", "20091204T005959Z", 2},
         {":20091201T000000", ":20091201T235900", "20091204T045959Z", 3},
-        {":20091201T000000", ":20091203T235900", "20091204T050000Z", 4},
         {";TZID=EST:20091201T200000", ";TZID=EST:20091201T210000", "20091204T010000Z", 3},
         {":20091201T200000Z", ":20091201T210000Z", "20091203T195959Z", 2},
     };
@@ -288,7 +248,7 @@ TEST(EventFile, NoIdIsThereTwice)
                                          "DTSTART:20090310T120000\r\nDTEND:20090310T120000\r\nEND:VEVENT\r\n");
     const std::vector<StoredEntry> twice{{0, event}, {1, event}};
     const std::string file = FileOfEvents(twice);
-    EXPECT_NE(file.find("UID:1\r\n"), std::string::npos);
+    EXPECT_NE(file.find("\nUID:1\r\n"), std::string::npos);
     EXPECT_EQ(file.find("\nUID:1\r\n"), file.rfind("\nUID:1\r\n"));
     for (const Candidate& candidate : EventsOfFile("file", file))
         EXPECT_EQ(candidate.entry, event);
@@ -296,15 +256,13 @@ TEST(EventFile, NoIdIsThereTwice)
 
 TEST(EventFile, NotesNameThePropertyAndItsLine)
 {
-    const auto candidates = EventsOfFile(
-        "file", Calendar(Event("SUMMARY:Te\r\n a\r\nDTSTART:20090310T120000\r\nLOCATION:here\r\nBEGIN:VALARM\r\n"
-                               "ACTION:AUDIO\r\nTRIGGER:-PT20M\r\nEND:VALARM\r\nRRULE:FREQ=HOURLY\r\n")));
-    ASSERT_EQ(candidates.size(), 1u);
-    const std::vector<std::pair<std::string, std::size_t>> expected{{"LOCATION", 10}, {"TRIGGER", 13}, {"RRULE", 15}};
-    std::vector<std::pair<std::string, std::size_t>> found;
-    for (const Note& note : candidates.front().notes)
-        found.emplace_back(note.property, note.line);
-    EXPECT_EQ(found, expected);
+    std::string told;
+    for (const Note& note : EventsOfFile("file", Calendar(Event("SUMMARY:Te\r\n a\r\nDTSTART:20090310T120000\r\n"
+                                                                "LOCATION:here\r\nRRULE:FREQ=HOURLY\r\n")))
+                                .at(0)
+                                .notes)
+        told += note.property + std::to_string(note.line) + ' ';
+    EXPECT_EQ(told, "LOCATION10 RRULE11 ");
 }
 
 TEST(EventRule, IsToldInWords)
@@ -314,15 +272,12 @@ TEST(EventRule, IsToldInWords)
         const char* rule;
         const char* words;
     } cases[] = {
-        {"FREQ=DAILY", "every day"},
         {"FREQ=DAILY;COUNT=1;INTERVAL=3", "every 3 days, once"},
         {"FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR", "every weekday"},
-        {"FREQ=WEEKLY;INTERVAL=2;BYDAY=MO,FR", "every 2 weeks on Monday and Friday"},
         {"FREQ=MONTHLY;UNTIL=20091231T000000Z;BYDAY=2TU", "every second Tuesday of the month until 2009-12-31"},
         {"FREQ=MONTHLY;BYDAY=-1FR,1MO", "every first Monday and last Friday of the month"},
         {"FREQ=MONTHLY;INTERVAL=2;BYDAY=-2TU", "every 2 months, on the second to last Tuesday of the month"},
         {"FREQ=MONTHLY;BYMONTHDAY=1,15,-1", "every month on day 1, day 15 and the last day"},
-        {"FREQ=YEARLY;BYMONTH=6;BYMONTHDAY=14", "every year on 14 June"},
         {"FREQ=YEARLY;BYMONTH=3,4;BYMONTHDAY=-1;COUNT=5", "every year in March and April on the last day, 5 times"},
     };
     for (const auto& [text, words] : cases)

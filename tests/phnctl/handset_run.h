@@ -1,9 +1,11 @@
-// A simulated handset that outlives the single runs of phnctl. Base of the tests that look at both sides.
+// A simulated handset that outlives the single runs of phnctl, and a folder for files. Base of the tests that look at
+// both sides.
 #pragma once
 
 #include "phnctl/program.h"
 #include "simulator/simulator.h"
 
+#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -21,9 +23,27 @@ protected:
     }
 
     simulator::Handset& Handset() { return m_simulator.Control(); }
-    Outcome Run(const std::string& words, const std::string& input = "") { return m_program.Run(Split(words), input); }
+    simulator::Phone Held() { return Handset().Snapshot(); }
+    Outcome Run(const std::string& words, const std::string& input = "") { return m_program.Run(words, input); }
+
+    // What a run must end with and say.
+    Outcome Expect(int status, const std::string& words, const std::vector<std::string>& says = {})
+    {
+        SCOPED_TRACE(words);
+        const Outcome outcome = Run(words);
+        phnctl_test::Expect(outcome, status, says);
+        return outcome;
+    }
+
+    std::string Path(const std::string& name) const { return (m_folder.Path() / name).string(); }
+    std::string File(const std::string& name, const std::string& text)
+    {
+        std::ofstream(Path(name), std::ios::binary) << text;
+        return Path(name);
+    }
 
     simulator::DeviceDirectory m_devices;
+    simulator::DeviceDirectory m_folder;
     simulator::Simulator m_simulator;
     Program m_program;
 };

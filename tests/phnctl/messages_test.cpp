@@ -1,9 +1,6 @@
 // phnctl messages and calls with a handset: what is shown, what is sent, and that nothing goes without a question.
 #include "phnctl/handset_run.h"
 
-#include <fstream>
-#include <gtest/gtest.h>
-
 namespace phnctl_test {
 namespace {
 
@@ -24,10 +21,7 @@ protected:
             phone.messages[9] = {.box = 2, .address = "5552", .hasBody = false};
         });
     }
-    auto Stored() { return Handset().Snapshot().messages; }
-    std::string Path(const char* name) { return (m_folder.Path() / name).string(); }
-
-    simulator::DeviceDirectory m_folder;
+    auto Stored() { return Held().messages; }
 };
 
 TEST_F(Messages, AreListedCountedAndShown)
@@ -38,10 +32,6 @@ TEST_F(Messages, AreListedCountedAndShown)
               "9      Drafts (1)  5552                              normal\n"
               "\n"
               "2 messages\n");
-    EXPECT_EQ(Run("messages list 4").out, "0 messages\n");
-    m_program.Set("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
-    EXPECT_NE(Run("messages list 0 --json").out.find("\"time\":\"2009-07-04T11:05:00+02:00\""), std::string::npos);
-    m_program.Set("TZ", "UTC0");
     EXPECT_EQ(Run("messages list 1 --json").out,
               "{\"messages\":[{\"box\":1,\"index\":9,\"teleservice\":4098,\"from\":\"5552\",\"to\":null,\"time\":null,"
               "\"priority\":0,\"report\":false,\"callback\":null,\"text\":null,"
@@ -57,14 +47,12 @@ TEST_F(Messages, AreListedCountedAndShown)
                                          "Report     not wanted\n"
                                          "Call back  777\n"
                                          "Text       Meet at noon!\n");
-    const Outcome absent = Run("messages get 4");
-    EXPECT_EQ(absent.status, 1);
-    EXPECT_EQ(absent.err, "phnctl: no message has the index 4\n");
+    Expect(1, "messages get 4", {"phnctl: no message has the index 4\n"});
+    m_program.Set("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
+    Expect(0, "messages list 0 --json", {"\"time\":\"2009-07-04T11:05:00+02:00\""});
     // A count of 0 may be a failure.
     Handset().AddFault("status=7@15*1");
-    const Outcome failed = Run("messages count 0");
-    EXPECT_EQ(failed.status, 1);
-    EXPECT_EQ(failed.err.rfind("phnctl: the messages of box 0 could not be counted\n", 0), 0u) << failed.err;
+    Expect(1, "messages count 0", {"phnctl: the messages of box 0 could not be counted\n"});
 }
 
 TEST_F(Messages, AreSentAndSaved)
@@ -81,64 +69,48 @@ TEST_F(Messages, AreSentAndSaved)
     EXPECT_EQ(message.box, 1u); // of the handset: sent
     EXPECT_EQ(Run("messages save 42 Later --json").out, "{\"index\":11}\n");
     EXPECT_EQ(Stored().at(11).box, 2u); // drafts
-    for (const char* wrong : {"messages send +1 x", "messages send 1 \xC3\xA9", "messages send 1 x --priority 4",
-                              "messages encode 1 x --time 2009-01-01T00:00:00"})
-        EXPECT_EQ(Run(wrong).status, 2) << wrong;
-    EXPECT_NE(Run("messages send +1 x").err.find("instead of '+' the prefix"), std::string::npos);
-    const Outcome tooLong = Run("messages send 1 " + std::string(161, 'x'));
-    EXPECT_EQ(tooLong.status, 1);
-    EXPECT_NE(tooLong.err.find("has 161 characters, and the handset may hold fewer"), std::string::npos) << tooLong.err;
+    Expect(2, "messages send +1 x", {"instead of '+' the prefix"});
+    Expect(2, "messages send 1 x --priority 4");
+    Expect(2, "messages encode 1 x --time 2009-01-01T00:00:00");
+    Expect(1, "messages send 1 " + std::string(161, 'x'), {"has 161 characters, and the handset may hold fewer"});
     EXPECT_EQ(Stored().size(), 4u);
 }
 
 TEST_F(Messages, GoOnlyWhenAskedForAndLeaveACopy)
 {
-    const Outcome unasked = Run("messages delete 3");
-    EXPECT_EQ(unasked.status, 2);
-    EXPECT_NE(unasked.err.find("Meet at noon!"), std::string::npos) << unasked.err;
-    EXPECT_EQ(Run("messages clear").status, 2);
-    EXPECT_EQ(Run("messages delete 3 4 --yes").status, 1); // one of them is not there
+    Expect(2, "messages delete 3", {"Meet at noon!"});
+    Expect(1, "messages delete 3 4 --yes"); // one of them is not there
     EXPECT_EQ(Stored().size(), 2u);
-
-    const Outcome marked = Run("messages mark unread 3 9");
-    EXPECT_EQ(marked.out.find("2 messages marked as unread. "), 0u) << marked.err;
+    Expect(0, "messages mark unread 3 9", {"2 messages marked as unread. "});
     EXPECT_EQ(Stored().at(9).status, 2u);
 
     const std::string listed = Run("messages list 0 --json").out;
-    const Outcome deleted = Run("messages delete 3 3 --yes --copy " + Path("copy.json"));
-    EXPECT_EQ(deleted.out, "1 message deleted.\n") << deleted.err;
-    std::ifstream copy(Path("copy.json"));
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(copy), {}), listed);
+    Expect(0, "messages delete 3 3 --yes --copy " + Path("copy.json"), {"1 message deleted.\n"});
+    EXPECT_EQ(ReadAll(Path("copy.json")), listed);
     EXPECT_EQ(Run("messages clear 0 --yes --json --no-copy").out, "{\"deleted\":0}\n");
     EXPECT_EQ(Stored().size(), 1u);
-    EXPECT_EQ(Run("messages clear --yes --no-copy").out, "1 message deleted.\n");
+    Expect(0, "messages clear --yes --no-copy", {"1 message deleted.\n"});
     EXPECT_TRUE(Stored().empty());
-    EXPECT_EQ(Run("messages clear").out, "There are no messages to delete.\n");
 }
 
 TEST_F(Messages, PdusAreExplainedWithoutAHandset)
 {
     m_program.Set("PHNNRV_DEVICES", m_folder.Path().string());
-    const Outcome text = Run("messages decode 00 00 02 10 02 02 06 D0 21 A9 A9 A9 90 080E00031000200801400A01000A0100");
-    EXPECT_EQ(text.status, 0) << text.err;
-    EXPECT_EQ(text.out, "Byte  Length  Field                        Meaning\n"
-                        "0     1       Message type                 0, point-to-point\n"
-                        "1     4       Teleservice Identifier (00)  4098, cellular messaging\n"
-                        "5     8       Originating Address (02)     5552 (4 characters of 8 bits, address type 2)\n"
-                        "13    16      Bearer Data (08)             14 bytes\n"
-                        "15    5         Message Identifier (00)    type 1, deliver; message id 2\n"
-                        "20    3         Priority Indicator (08)    1, interactive\n"
-                        "23    3         Reply Option (0A)          no delivery acknowledgement\n"
-                        "26    3         Reply Option (0A)          no delivery acknowledgement\n");
-    const Outcome cut = Run("messages decode 0008 --json");
-    EXPECT_EQ(cut.status, 1);
-    EXPECT_NE(cut.out.find("\"problems\":[\"the Bearer Data at byte 1 ends before its length\"]"), std::string::npos);
-    EXPECT_NE(Run("messages decode 00").err.find("no address"), std::string::npos);
-    const Outcome empty = m_program.Run({"messages", "decode", ""});
-    EXPECT_EQ(empty.out + empty.err, "phnctl: there are no bytes.\n");
+    EXPECT_EQ(Run("messages decode 00 00 02 10 02 02 06 D0 21 A9 A9 A9 90 080E00031000200801400A01000A0100").out,
+              "Byte  Length  Field                        Meaning\n"
+              "0     1       Message type                 0, point-to-point\n"
+              "1     4       Teleservice Identifier (00)  4098, cellular messaging\n"
+              "5     8       Originating Address (02)     5552 (4 characters of 8 bits, address type 2)\n"
+              "13    16      Bearer Data (08)             14 bytes\n"
+              "15    5         Message Identifier (00)    type 1, deliver; message id 2\n"
+              "20    3         Priority Indicator (08)    1, interactive\n"
+              "23    3         Reply Option (0A)          no delivery acknowledgement\n"
+              "26    3         Reply Option (0A)          no delivery acknowledgement\n");
+    Expect(1, "messages decode 0008 --json", {"\"problems\":[\"the Bearer Data at byte 1 ends before its length\"]"});
+    phnctl_test::Expect(m_program.Run({"messages", "decode", ""}), 1, {"phnctl: there are no bytes.\n"});
     const std::string encoded = Run("messages encode 12 A").out;
-    EXPECT_EQ(Run("messages decode -", encoded).status, 0);
     EXPECT_EQ(encoded, "00000210020403008480081000032000100801000A01000103100C10\n");
+    EXPECT_EQ(Run("messages decode -", encoded).status, 0);
 }
 
 TEST_F(Messages, CallsAreListedCountedAndCleared)
@@ -158,15 +130,12 @@ TEST_F(Messages, CallsAreListedCountedAndCleared)
               "75000}]}\n");
     EXPECT_EQ(Run("calls count --json").out,
               "{\"lists\":[{\"list\":0,\"calls\":0},{\"list\":1,\"calls\":2},{\"list\":2,\"calls\":0}]}\n");
-    EXPECT_NE(Run("calls clear").err.find("\"Delete all 2 calls of all lists?\""), std::string::npos);
-    EXPECT_EQ(Handset().Snapshot().calls.size(), 2u);
-    const Outcome cleared = Run("calls clear 1 --yes --copy " + Path("calls.json"));
-    EXPECT_EQ(cleared.out, "2 calls deleted.\n");
-    EXPECT_EQ(cleared.err, "A copy would not bring all of it back:\n"
-                           "  2 calls would not come back, as no call list can be written\n"
-                           "A copy of 2 calls is in " +
-                               Path("calls.json") + ".\n");
-    EXPECT_TRUE(Handset().Snapshot().calls.empty());
+    Expect(2, "calls clear", {"\"Delete all 2 calls of all lists?\""});
+    Expect(0, "calls clear 1 --yes --copy " + Path("calls.json"),
+           {"2 calls deleted.\n", "A copy would not bring all of it back:\n  2 calls would not come back, as no call "
+                                  "list can be written\nA copy of 2 calls is in " +
+                                      Path("calls.json") + ".\n"});
+    EXPECT_TRUE(Held().calls.empty());
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "phnctl/messages/pdu.h"
 
 #include "phnctl/text/failure.h"
-#include "simulator/handset.h"
 #include "sms/pdu_decoder.h"
 #include "sms/pdu_encoder.h"
 
@@ -66,60 +65,6 @@ TEST(ToolPdu, DeliveredMessagesAreTheLibrarysToTheByte)
     }
 }
 
-TEST(ToolPdu, TheLibraryTakesWhatIsToBeSent)
-{
-    for (size_t length = 1; length <= 36; ++length) {
-        PduContent content{.to = std::string("1234567890*#1234567890*#1234567890*#").substr(0, length)};
-        content.callback = content.to;
-        content.priority = static_cast<unsigned>(length % 4);
-        content.report = length % 2 != 0;
-        content.text = std::string(6 * length, '~');
-        PduBytes bytes = WriteOutgoing(content);
-        PHN_SMS_MESSAGE host{sizeof host, bytes.data(), static_cast<uint32_t>(bytes.size()), 0, 0};
-        SMS_MESSAGE message;
-        PHN_ERROR error = PHN_ERROR_NONE;
-        ASSERT_TRUE(IS637ToText(&host, &message, &error)) << length;
-        EXPECT_EQ(message.rcRecord.szAddress.GetText(), content.to);
-        EXPECT_EQ(message.rcRecord.szCallbackNumber.GetText(), content.callback);
-        EXPECT_EQ(+message.rcRecord.dwPriority, content.priority);
-        EXPECT_EQ(+message.rcRecord.dwReplyOption, length % 2);
-        EXPECT_EQ(message.strBody, ToWide(*content.text) + u'\0');
-        content.teleservice = 4098;
-        EXPECT_EQ(ReadPdu(bytes).content, content);
-    }
-}
-
-TEST(ToolPdu, SaysWhatCannotBeCarried)
-{
-    const auto problem = [](const PduContent& content) -> std::string {
-        try {
-            WriteOutgoing(content);
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.ExitStatus(), kUsage);
-            return failure.what();
-        }
-        return "";
-    };
-    const std::string full(36, '5');
-    EXPECT_EQ(problem({.to = full, .callback = full, .text = std::string(240, 'x')}), "");
-    EXPECT_EQ(problem({.to = full, .priority = 0, .report = false, .callback = full, .text = std::string(249, 'x')}),
-              "");
-    EXPECT_NE(problem({.to = full, .priority = 0, .report = false, .callback = full, .text = std::string(250, 'x')}),
-              "");
-    EXPECT_EQ(problem({.to = "1", .text = std::string(255, 'x')}), "");
-    EXPECT_EQ(problem({.to = "1", .text = std::string(256, 'x')}),
-              "the text is too long: it has 256 characters, and 255 fit in this message");
-    EXPECT_EQ(problem({.to = "1", .text = "na\xC3\xAFve"}), "the text cannot be carried: its character 3, '\xC3\xAF', "
-                                                            "is none of the printable ones of 7-bit ASCII");
-    EXPECT_EQ(problem({.to = "1", .text = ""}), "a message without a text cannot be sent");
-    EXPECT_EQ(problem({.to = "", .text = "x"}), "'' has 0 digits; allowed are 1 to 36");
-    EXPECT_EQ(problem({.to = full + "5", .text = "x"}), "'" + full + "5' has 37 digits; allowed are 1 to 36");
-    EXPECT_EQ(problem({.to = "+1", .text = "x"}), "'+1' cannot be a number here: allowed are the digits, * and #");
-    EXPECT_THROW(FromHex("0"), Failure);
-    EXPECT_THROW(FromHex("0g"), Failure);
-    EXPECT_EQ(FromHex("00 aF 1234"), (PduBytes{0x00, 0xAF, 0x12, 0x34}));
-}
-
 // What the library takes of a PDU, in the reader's words; nothing when it fails.
 std::optional<PduContent> TakenByLibrary(PduBytes bytes)
 {
@@ -138,6 +83,52 @@ std::optional<PduContent> TakenByLibrary(PduBytes bytes)
     return content;
 }
 
+TEST(ToolPdu, TheLibraryTakesWhatIsToBeSent)
+{
+    for (size_t length = 1; length <= 36; ++length) {
+        PduContent content{.to = std::string("1234567890*#1234567890*#1234567890*#").substr(0, length)};
+        content.callback = content.to;
+        content.priority = static_cast<unsigned>(length % 4);
+        content.report = length % 2 != 0;
+        content.text = std::string(6 * length, '~');
+        const PduBytes bytes = WriteOutgoing(content);
+        EXPECT_EQ(TakenByLibrary(bytes), content) << length;
+        content.teleservice = 4098;
+        EXPECT_EQ(ReadPdu(bytes).content, content);
+    }
+}
+
+TEST(ToolPdu, SaysWhatCannotBeCarried)
+{
+    const auto problem = [](const PduContent& content) -> std::string {
+        try {
+            WriteOutgoing(content);
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.ExitStatus(), kUsage);
+            return failure.what();
+        }
+        return "";
+    };
+    const std::string full(36, '5');
+    const auto crowded = [&](size_t length) {
+        return PduContent{
+            .to = full, .priority = 0, .report = false, .callback = full, .text = std::string(length, 'x')};
+    };
+    EXPECT_EQ(problem(crowded(249)), "");
+    EXPECT_NE(problem(crowded(250)), "");
+    EXPECT_EQ(problem({.to = "1", .text = std::string(255, 'x')}), "");
+    EXPECT_EQ(problem({.to = "1", .text = std::string(256, 'x')}),
+              "the text is too long: it has 256 characters, and 255 fit in this message");
+    EXPECT_EQ(problem({.to = "1", .text = "na\xC3\xAFve"}), "the text cannot be carried: its character 3, '\xC3\xAF', "
+                                                            "is none of the printable ones of 7-bit ASCII");
+    EXPECT_EQ(problem({.to = "1", .text = ""}), "a message without a text cannot be sent");
+    EXPECT_EQ(problem({.to = full + "5", .text = "x"}), "'" + full + "5' has 37 digits; allowed are 1 to 36");
+    EXPECT_EQ(problem({.to = "+1", .text = "x"}), "'+1' cannot be a number here: allowed are the digits, * and #");
+    EXPECT_THROW(FromHex("0"), Failure);
+    EXPECT_THROW(FromHex("0g"), Failure);
+    EXPECT_EQ(FromHex("00 aF 1234"), (PduBytes{0x00, 0xAF, 0x12, 0x34}));
+}
+
 void ExpectAgreement(const PduBytes& bytes)
 {
     const Pdu read = ReadPdu(bytes);
@@ -145,32 +136,25 @@ void ExpectAgreement(const PduBytes& bytes)
     EXPECT_TRUE(taken || !read.problems.empty()) << ToHex(bytes);
     if (!taken)
         return;
-    EXPECT_EQ(read.content.to, taken->to) << ToHex(bytes);
-    EXPECT_EQ(read.content.callback, taken->callback) << ToHex(bytes);
-    EXPECT_EQ(read.content.text, taken->text) << ToHex(bytes);
-    EXPECT_EQ(read.content.priority.value_or(0), taken->priority) << ToHex(bytes);
-    EXPECT_EQ(read.content.report.value_or(false), taken->report) << ToHex(bytes);
+    PduContent content = read.content;
+    content.teleservice.reset();
+    content.priority = content.priority.value_or(0);
+    content.report = content.report.value_or(false);
+    EXPECT_EQ(content, taken) << ToHex(bytes);
 }
 
 // Also where an item runs past the Bearer Data's end, or comes twice.
 TEST(ToolPdu, ReadsWhatTheLibraryReads)
 {
-    for (const auto& [index, stored] : simulator::Handset().Snapshot().messages) {
-        if (stored.body.empty())
-            continue;
-        PduContent content{.to = stored.address, .priority = stored.priority, .text = stored.body};
-        content.report = stored.replyOption != 0;
-        if (!stored.callback.empty())
-            content.callback = stored.callback;
-        const PduBytes whole = WriteOutgoing(content);
-        const size_t lengthAt = 5 + 2 + whole[6] + 1; // of the Bearer Data
-        for (size_t length = 1; length <= whole.size(); ++length)
-            ExpectAgreement({whole.begin(), whole.begin() + static_cast<long>(length)});
-        for (unsigned length = 0; length < whole[lengthAt]; ++length) {
-            PduBytes shorter = whole;
-            shorter[lengthAt] = static_cast<std::uint8_t>(length);
-            ExpectAgreement(shorter);
-        }
+    const PduBytes whole =
+        WriteOutgoing({.to = "5551234", .priority = 2, .report = true, .callback = "12*", .text = "Meet at noon!"});
+    const size_t lengthAt = 5 + 2 + whole[6] + 1; // of the Bearer Data
+    for (size_t length = 1; length <= whole.size(); ++length)
+        ExpectAgreement({whole.begin(), whole.begin() + static_cast<long>(length)});
+    for (unsigned length = 0; length < whole[lengthAt]; ++length) {
+        PduBytes shorter = whole;
+        shorter[lengthAt] = static_cast<std::uint8_t>(length);
+        ExpectAgreement(shorter);
     }
     ExpectAgreement(FromHex("00 0402 0044 080E 0003200010 080140 0A0140 080180 0803 0801C0"));
     const Pdu past = ReadPdu(FromHex("00 0402 0044 0806 0003200010 080140"));
@@ -197,14 +181,10 @@ TEST(ToolPdu, ReadsAnything)
             EXPECT_LE(ReadPdu(changed).items.size(), whole.size());
         }
     }
-    const Pdu odd = ReadPdu(FromHex("00 04 01 00 08 0B 03 06 09 1A 01 00 00 00 07 01 FF 99 00"));
-    EXPECT_EQ(odd.problems,
-              (std::vector<std::string>{
-                  "the Destination Address at byte 1 cannot be read: it is too short, or holds no such value",
-                  "the Message Center Time Stamp at byte 6 cannot be read: it is too short, or holds no such "
-                  "value"}));
-    ASSERT_EQ(odd.items.size(), 5u);
-    EXPECT_EQ(odd.items[3].name, "Deferred Delivery Time, Relative");
+    const Pdu odd = ReadPdu(FromHex("00 04 01 00 08 07 03 06 09 1A 01 00 00"));
+    EXPECT_EQ(odd.problems.size(), 2u);
+    EXPECT_EQ(odd.problems.front(),
+              "the Destination Address at byte 1 cannot be read: it is too short, or holds no such value");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <fstream>
+#include <gtest/gtest.h>
 #include <iterator>
 #include <spawn.h>
 #include <sstream>
@@ -12,12 +13,6 @@
 namespace phnctl_test {
 
 namespace {
-
-std::string ReadAll(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 std::vector<char*> Pointers(std::vector<std::string>& texts)
 {
@@ -29,6 +24,31 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
 }
 
 } // namespace
+
+std::vector<std::string> Split(const std::string& words)
+{
+    std::istringstream stream(words);
+    return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
+}
+
+std::string ReadAll(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+bool Has(const std::string& text, const std::string& part)
+{
+    return text.find(part) != std::string::npos;
+}
+
+void Expect(const Outcome& outcome, int status, const std::vector<std::string>& says)
+{
+    const std::string said = outcome.out + outcome.err;
+    EXPECT_EQ(outcome.status, status) << said;
+    for (const std::string& part : says)
+        EXPECT_TRUE(Has(said, part)) << part << "\n---\n" << said;
+}
 
 Program::Program()
 {
@@ -46,7 +66,17 @@ Outcome Program::Run(const std::vector<std::string>& arguments, const std::strin
     return Finish(Start(arguments, input));
 }
 
-pid_t Program::Start(const std::vector<std::string>& arguments, const std::string& input)
+Outcome Program::Run(const std::string& words, const std::string& input)
+{
+    return Run(Split(words), input);
+}
+
+pid_t Program::Start(const std::string& words)
+{
+    return Start(Split(words), "");
+}
+
+pid_t Program::Start(std::vector<std::string> arguments, const std::string& input)
 {
     std::ofstream(m_streams.Path() / "in") << input;
     posix_spawn_file_actions_t actions;
@@ -56,14 +86,13 @@ pid_t Program::Start(const std::vector<std::string>& arguments, const std::strin
     posix_spawn_file_actions_addopen(&actions, 1, m_output.c_str(), kWrite, 0600);
     posix_spawn_file_actions_addopen(&actions, 2, (m_streams.Path() / "err").c_str(), kWrite, 0600);
 
-    std::vector<std::string> words{PHNCTL};
-    words.insert(words.end(), arguments.begin(), arguments.end());
+    arguments.insert(arguments.begin(), PHNCTL);
     std::vector<std::string> variables;
     for (const auto& [name, value] : m_environment)
         variables.push_back(name + "=" + value);
     pid_t process = 0;
     const int error =
-        posix_spawn(&process, PHNCTL, &actions, nullptr, Pointers(words).data(), Pointers(variables).data());
+        posix_spawn(&process, PHNCTL, &actions, nullptr, Pointers(arguments).data(), Pointers(variables).data());
     posix_spawn_file_actions_destroy(&actions);
     if (error)
         throw std::system_error(error, std::generic_category(), PHNCTL);
@@ -77,12 +106,6 @@ Outcome Program::Finish(pid_t process)
         continue;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 256 + WTERMSIG(status), ReadAll(m_streams.Path() / "out"),
             ReadAll(m_streams.Path() / "err")};
-}
-
-std::vector<std::string> Split(const std::string& words)
-{
-    std::istringstream stream(words);
-    return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
 }
 
 } // namespace phnctl_test

@@ -18,6 +18,9 @@ struct Outcome
     std::string err;
 };
 
+// Expects this status, and that each of these parts was said.
+void Expect(const Outcome& outcome, int status, const std::vector<std::string>& says = {});
+
 class Program
 {
 public:
@@ -30,12 +33,15 @@ public:
     void SendOutputTo(const std::string& file) { m_output = file; }
 
     Outcome Run(const std::vector<std::string>& arguments, const std::string& input = "");
+    Outcome Run(const std::string& words, const std::string& input = "");
 
     // The two halves of Run, for a test that does something in between.
-    pid_t Start(const std::vector<std::string>& arguments, const std::string& input = "");
+    pid_t Start(const std::string& words);
     Outcome Finish(pid_t process);
 
 private:
+    pid_t Start(std::vector<std::string> arguments, const std::string& input);
+
     simulator::DeviceDirectory m_temporary;
     simulator::DeviceDirectory m_streams; // what the program reads and writes
     std::map<std::string, std::string> m_environment;
@@ -43,5 +49,7 @@ private:
 };
 
 std::vector<std::string> Split(const std::string& words);
+std::string ReadAll(const std::filesystem::path& path);
+bool Has(const std::string& text, const std::string& part);
 
 } // namespace phnctl_test

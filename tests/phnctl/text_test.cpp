@@ -15,19 +15,14 @@ TEST(Printable, ShowsOnlyWhatATerminalMayGet)
         {"gr\xC3\xBC\xC3\x9F \xE6\x97\xA5 \xF0\x9F\x93\xB1", "gr\xC3\xBC\xC3\x9F \xE6\x97\xA5 \xF0\x9F\x93\xB1"},
         {"\x1B[2J\x07\n\x7F", "\\x1B[2J\\x07\\x0A\\x7F"},
         {std::string("a\0b", 3), "a\\x00b"},
-        {"\xC2\x9B", "\\x9B"}, // the 8-bit form of ESC [
-        {"\xE2\x80\xAE"
-         "abc",
-         "\\u{202E}abc"},                             // text from right to left
+        {"\xC2\x9B", "\\x9B"},                        // the 8-bit form of ESC [
+        {"\xE2\x80\xAEx", "\\u{202E}x"},              // text from right to left
         {"\xC0\xAF", "\\xC0\\xAF"},                   // an overlong '/'
         {"\xE0\x80\x9B", "\\xE0\\x80\\x9B"},          // an overlong ESC [
         {"\xED\xA0\x80", "\\xED\\xA0\\x80"},          // half of a surrogate pair
         {"\xF4\x90\x80\x80", "\\xF4\\x90\\x80\\x80"}, // beyond U+10FFFF
         {"\xE6\x97", "\\xE6\\x97"},                   // cut
-        {"\xE6"
-         "a",
-         "\\xE6"
-         "a"},
+        {"\xE6x", "\\xE6x"},
         {"\x80\xFF", "\\x80\\xFF"},
     };
     for (const auto& [text, shown] : cases)
@@ -73,11 +68,6 @@ TEST(Report, LetsFieldsWithoutALabelShareLinesOnATerminal)
                                   "  Signal  85\n"
                                   "  wA 1       wBig 1000\n"
                                   "  wC 3\n");
-    EXPECT_EQ(ToText(report, 5), "Network\n"
-                                 "  Signal  85\n"
-                                 "  wA 1\n"
-                                 "  wBig 1000\n"
-                                 "  wC 3\n");
     EXPECT_EQ(ToText(report, 0), "Network\n"
                                  "  wA      1\n"
                                  "  Signal  85\n"

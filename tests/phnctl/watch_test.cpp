@@ -1,13 +1,11 @@
 // phnctl watch over everything that happens to a handset: news, a silence, a cable that is pulled and put back, Ctrl-C.
-#include "phnctl/program.h"
-#include "simulator/simulator.h"
+#include "phnctl/handset_run.h"
 
 #include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <regex>
 #include <sys/stat.h>
 
@@ -21,22 +19,17 @@ constexpr std::uint32_t kBattery = 5;
 constexpr std::uint32_t kMessageCount = 15; // five in the end of a connection's first reading
 constexpr std::uint32_t kPoll = 49;
 
-class Watch : public testing::Test
+class Watch : public HandsetRun
 {
 protected:
-    Watch() : m_simulator(m_devices.Path(), simulator::UsbInterfaceName("0001"))
-    {
-        m_simulator.Start();
-        m_program.Set("PHNNRV_DEVICES", m_devices.Path().string());
-        m_program.Set("PHNNRV_TIME_SCALE", "0.05");
-    }
+    Watch() { m_program.Set("PHNNRV_TIME_SCALE", "0.05"); }
 
     void Await(std::uint32_t command, std::uint64_t count)
     {
-        ASSERT_TRUE(m_simulator.Control().WaitForRequests(command, count, 30s)) << command;
+        ASSERT_TRUE(Handset().WaitForRequests(command, count, 30s)) << command;
     }
     // The reply to all that came before the next poll has been read.
-    void AwaitPoll() { Await(kPoll, m_simulator.Control().Requests(kPoll) + 1); }
+    void AwaitPoll() { Await(kPoll, Handset().Requests(kPoll) + 1); }
     void AwaitConnection(unsigned number)
     {
         Await(kMessageCount, number * 5);
@@ -45,18 +38,18 @@ protected:
 
     void ChangeBattery(std::uint8_t percent)
     {
-        const auto next = m_simulator.Control().Requests(kBattery) + 1;
-        m_simulator.Control().SetBattery({1, percent});
+        const auto next = Handset().Requests(kBattery) + 1;
+        Handset().SetBattery({1, percent});
         Await(kBattery, next);
         AwaitPoll();
     }
 
     Outcome Follow(const char* words)
     {
-        const pid_t process = m_program.Start(Split(words));
+        const pid_t process = m_program.Start(words);
         AwaitConnection(1);
         ChangeBattery(41);
-        m_simulator.Control().AddFault("silence@5*1");
+        Handset().AddFault("silence@5*1");
         ChangeBattery(42);
         ChangeBattery(43);
         m_simulator.Unplug();
@@ -74,10 +67,6 @@ protected:
             found.push_back((*match)[1]);
         return found;
     }
-
-    simulator::DeviceDirectory m_devices;
-    simulator::Simulator m_simulator;
-    Program m_program;
 };
 
 const Words kEvents{"waiting", "connected",    "battery", "silent",   "battery",
@@ -91,7 +80,7 @@ const Words kLines{"waiting",   "connected", "battery", "network",    "connectio
 TEST_F(Watch, GivesProgramsAnObjectPerEvent)
 {
     const Outcome outcome = Follow("watch --json");
-    EXPECT_EQ(outcome.status, 0);
+    phnctl_test::Expect(outcome, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(Find(outcome.out, "(?:^|\n)\\{\"event\":\"(\\w+)\",\"time\":\"[-0-9]{10}T[:0-9]{8}[+]00:00\"[^\n]*\\}"),
               kEvents)
@@ -106,12 +95,10 @@ TEST_F(Watch, GivesProgramsAnObjectPerEvent)
 TEST_F(Watch, GivesPeopleALineOfWhatChanged)
 {
     const Outcome outcome = Follow("watch");
-    EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(Find(outcome.out, "(?:^|\n)[:0-9]{8}  (\\w+) [^\n]*"), kLines) << outcome.out;
-    EXPECT_NE(outcome.out.find("  messages      Inbox 6, Drafts 5, Sent 6, Archive 5, Templates 5\n"),
-              std::string::npos)
-        << outcome.out;
-    EXPECT_NE(outcome.out.find("  battery       Charge [####......] 41 %\n"), std::string::npos) << outcome.out;
+    phnctl_test::Expect(outcome, 0,
+                        {"  messages      Inbox 6, Drafts 5, Sent 6, Archive 5, Templates 5\n",
+                         "  battery       Charge [####......] 41 %\n"});
 }
 
 // The first has the handset; it goes on when that is free.
@@ -119,14 +106,13 @@ TEST_F(Watch, NamesWhoHasTheHandset)
 {
     Program first;
     first.Set("PHNNRV_DEVICES", m_devices.Path().string());
-    const pid_t holder = first.Start({"watch"});
+    const pid_t holder = first.Start("watch");
     AwaitConnection(1);
-    const simulator::DeviceDirectory folder;
-    const std::string pipe = (folder.Path() / "pipe").string();
+    const std::string pipe = Path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
     m_program.SendOutputTo(pipe);
-    const pid_t process = m_program.Start({"watch", "--json"});
+    const pid_t process = m_program.Start("watch --json");
     fcntl(reader, F_SETFL, 0);
     std::FILE* const output = fdopen(reader, "r");
     char line[500]{};
