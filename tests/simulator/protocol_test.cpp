@@ -48,29 +48,22 @@ TEST(SimulatorProtocol, AnswersGoldenRequestsWithGoldenReplies)
 TEST(SimulatorProtocol, TurnsBrokenFramesAwayAndAnswersTheNext)
 {
     const Bytes good = host::Frame(1, host::Record(1, {}));
-    const auto with = [&](std::size_t at, std::uint8_t value) {
-        Bytes bytes = good;
-        bytes[at] = value;
-        return bytes;
-    };
+    Bytes wrong = good;
+    wrong[8] = 0x02;
+    Bytes endless(kLongestRequestFrame, 0x4B);
+    endless.push_back(kFlag);
     Bytes header(good.begin(), good.end() - 3);
     header[2] = 0x14;
     FieldWriter wrongHeader;
     wrongHeader.Append(header);
     wrongHeader.U16("check", CheckValue(header));
     const std::tuple<Bytes, const char*> cases[] = {
-        {with(14, 0x00), "a wrong check value"},
-        {with(8, 0x02), "a wrong check value"},
+        {wrong, "a wrong check value"},
         {Stuff(wrongHeader.Written()), "a wrong frame header"},
         {{0x4B, 0x00, 0x7E}, "a frame of 2 bytes"},
         {{0x4B, 0x7D, 0x7E}, "an escape right before the flag"},
         {host::Frame(1, Bytes(5)), "a request of 5 bytes"},
-        {[] {
-             Bytes endless(kLongestRequestFrame, 0x4B);
-             endless.push_back(kFlag);
-             return endless;
-         }(),
-         "a frame of more than 8193 bytes"},
+        {endless, "a frame of more than 8193 bytes"},
     };
     Handset handset;
     Session session(handset, PortKind::Diagnostic);
@@ -114,30 +107,17 @@ TEST(SimulatorProtocol, HoldsEveryCommandToItsRequestSize)
     Handset handset;
     Session session(handset, PortKind::Diagnostic);
     EXPECT_EQ(Answer(session, host::Frame(1, host::Record(7, {})))[19], kUnknownCommand);
-}
-
-TEST(SimulatorProtocol, WillNotTakeMoreItemsThanTheRequestHolds)
-{
-    Handset handset;
-    Session session(handset, PortKind::Diagnostic);
-    for (const std::uint32_t count : {1u, 0xFFFFFFFFu}) {
-        FieldWriter contact = host::Record(36);
-        contact.Zeros(460);
-        contact.U32("entries", count);
-        EXPECT_EQ(Answer(session, host::Frame(1, contact.Written()))[19], kMalformedRequest);
-    }
+    FieldWriter contact = host::Record(36);
+    contact.Zeros(460);
+    contact.U32("entries", 0xFFFFFFFF); // more than the request holds
+    EXPECT_EQ(Answer(session, host::Frame(1, contact.Written()))[19], kMalformedRequest);
 }
 
 TEST(SimulatorProtocol, SpeaksAtAndThenRawRecordsOnTheModemPort)
 {
-    struct Case
-    {
-        std::string sent;
-        std::string answer;
-    };
     const std::string startup("\x01\x00\x00\x00\x01\x00", 6);
     const std::string started("\x01\x00\x00\x00\x01\x00\x00\x00", 8);
-    const Case cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {startup, ""}, // not before the mode is set
         {"AT\r", "AT\r\r\nOK\r\n"},
         {"AT+MODE=7\r", "AT+MODE=7\r\r\nERROR\r\n"},
@@ -156,9 +136,9 @@ TEST(SimulatorProtocol, SpeaksAtAndThenRawRecordsOnTheModemPort)
     };
     Handset handset;
     Session session(handset, PortKind::Modem);
-    for (const Case& one : cases) {
-        const Bytes answer = Answer(session, Bytes(one.sent.begin(), one.sent.end()));
-        EXPECT_EQ(std::string(answer.begin(), answer.end()), one.answer) << one.sent;
+    for (const auto& [sent, expected] : cases) {
+        const Bytes answer = Answer(session, Bytes(sent.begin(), sent.end()));
+        EXPECT_EQ(std::string(answer.begin(), answer.end()), expected) << sent;
     }
 }
 
