@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "phnnrv.h"
+
 namespace {
 
 constexpr const char* kStatus = "m_pConnectionStatusObject";
@@ -21,6 +23,29 @@ template <typename Record>
 Record* As(void* record)
 {
     return static_cast<Record*>(record);
+}
+
+// What follows from an export's name, and where it does not.
+void Complete(ExportRow& row)
+{
+    const std::string& name = row.name;
+    row.returnsCount = name.ends_with("Count");
+    row.method = name == "PHN_SetRadioPower"     ? "SetRadio"
+                 : name == "PHN_DeleteAllEvents" ? "DeleteAllEvent"
+                                                 : name.substr(4);
+    row.nullLine = name == "PHN_GetFirstMessage"     ? "pMessage is NULL or eType is out of range. eType = 4(0x4)."
+                   : name == "PHN_GetFirstCallEntry" ? "pEntry is NULL or eType is out of range. eType = 2(0x2)."
+                                                     : std::string(row.argument ? row.argument : "") + " is NULL.";
+    row.failure = PHN_ERROR_STATUS_12;
+    if (row.data == Data::Kept) // what is there to send is no contact, event or message
+        row.failure =
+            row.member == kSms ? uint32_t{PHN_ERROR_PDU_NOT_DECODABLE} : uint32_t{PHN_ERROR_INVALID_PARAMETER};
+    if (name.starts_with("PHN_GetNext")) // nothing is listed
+        row.failure = row.member == kSms ? PHN_ERROR_NO_MORE_MESSAGES : PHN_ERROR_NO_MORE_ENTRIES;
+    char code[40];
+    std::snprintf(code, sizeof code, "weError = %u(0x%X).", row.failure, row.failure);
+    row.failureLine = "pInstance->" + row.member + "->" + row.method + " returned false" +
+                      (row.returnsCount ? "." : (name == "PHN_ClearCallEntries" ? "" : " with ") + std::string(code));
 }
 
 } // namespace
@@ -75,35 +100,7 @@ std::vector<ExportRow> ExportTable(const FindExport& find)
         PLAIN(PHN_SetCallback, kCallback, (16, Ignore, 0)),
     };
     // clang-format on
-    for (ExportRow& row : rows) {
-        const std::string name = row.name;
-        row.returnsCount = name.ends_with("Count");
-        if (row.argument)
-            row.nullLine = std::string(row.argument) + " is NULL.";
-        if (name == "PHN_GetFirstMessage")
-            row.nullLine = "pMessage is NULL or eType is out of range. eType = 4(0x4).";
-        if (name == "PHN_GetFirstCallEntry")
-            row.nullLine = "pEntry is NULL or eType is out of range. eType = 2(0x2).";
-
-        std::string method = name.substr(4);
-        if (name == "PHN_SetRadioPower")
-            method = "SetRadio";
-        if (name == "PHN_DeleteAllEvents")
-            method = "DeleteAllEvent";
-        if (row.data == Data::Kept) // what is there to send is no contact, event or message
-            row.failure =
-                row.member == kSms ? PHN_ERROR{PHN_ERROR_PDU_NOT_DECODABLE} : PHN_ERROR{PHN_ERROR_INVALID_PARAMETER};
-        if (name == "PHN_GetNextMessage")
-            row.failure = PHN_ERROR_NO_MORE_MESSAGES; // nothing is listed
-        if (name == "PHN_GetNextCallEntry")
-            row.failure = PHN_ERROR_NO_MORE_ENTRIES;
-        char code[40];
-        std::snprintf(code, sizeof code, "weError = %u(0x%X).", row.failure, row.failure);
-        row.failureLine = std::string("pInstance->") + row.member + "->" + method + " returned false";
-        if (row.returnsCount)
-            row.failureLine += ".";
-        else
-            row.failureLine += (name == "PHN_ClearCallEntries" ? "" : " with ") + std::string(code);
-    }
+    for (ExportRow& row : rows)
+        Complete(row);
     return rows;
 }

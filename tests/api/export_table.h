@@ -2,13 +2,10 @@
 // which service object it needs. The guard tests walk the table; a new export is a new row.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "phnnrv.h"
 
 enum class Data
 {
@@ -19,8 +16,8 @@ enum class Data
 
 struct ExportRow
 {
-    const char* name;
-    const char* member;     // the service object as log lines name it
+    std::string name;
+    std::string member;     // the service object as log lines name it
     const char* argument;   // the record argument as log lines name it; null when there is none
     const char* recordName; // the record as log lines name it
     size_t size;            // of the record
@@ -28,9 +25,10 @@ struct ExportRow
     Data data;
     std::function<uint32_t(void* record)> call;
     bool returnsCount = false;
-    std::string nullLine{};                  // the text after the name when there is no record
-    PHN_ERROR failure = PHN_ERROR_STATUS_12; // how it ends when the handset answers every request with status 12
-    std::string failureLine{};               // the text after the name then
+    std::string method{};      // of the service object
+    std::string nullLine{};    // the text after the name when there is no record
+    uint32_t failure = 0;      // how it ends when the handset answers every request with status 12
+    std::string failureLine{}; // the text after the name then
 };
 
 // Finds an export's address by its name.
