@@ -1,6 +1,7 @@
 #include "link/at_commands.h"
 
 #include <optional>
+#include <tuple>
 
 #include "link/scripted_port.h"
 
@@ -15,15 +16,8 @@ Bytes BytesOf(std::string_view text)
 
 TEST_F(ExchangeTest, AnAnswersValueStandsBehindItsColon)
 {
-    struct Case
-    {
-        std::string answer;
-        DWORD size;
-        std::optional<std::string> value;
-        Lines lines;
-    };
     const std::string error = "readwrite Error GetATCmdStr::";
-    const Case cases[] = {
+    const std::tuple<std::string, DWORD, std::optional<std::string>, Lines> cases[] = {
         {"+MODE: 2", 100, "2", {}},
         {"OK\r\n", 100, "OK\r\n", {}},
         {"", 1, "", {}},
@@ -36,17 +30,14 @@ TEST_F(ExchangeTest, AnAnswersValueStandsBehindItsColon)
         {"\r\nErRoR\r\n", 100, {}, {error + "ERROR found in returned string"}},
         {std::string("OK\0ERROR", 8), 100, std::string("OK\0ERROR", 8), {}}, // the search ends at a zero
     };
-    for (const Case& c : cases) {
-        port_->answers = {{BytesOf(c.answer)}};
-        std::vector<char> answer(c.size);
+    for (const auto& [sent, size, value, lines] : cases) {
+        port_->answers = {{BytesOf(sent)}};
+        std::vector<char> answer(size);
         DWORD length = 0;
         DWORD errorCode = 0;
-        const bool done = GetATCmdStr(Device(), "AT+MODE?\r", 9, answer.data(), c.size, &length, &errorCode);
-        EXPECT_EQ(done, c.value.has_value()) << c.answer;
-        if (done) {
-            EXPECT_EQ(std::string(answer.data(), length), c.value) << c.answer;
-        }
-        EXPECT_EQ(log_.TakeLines(), c.lines) << c.answer;
+        const bool done = GetATCmdStr(Device(), "AT+MODE?\r", 9, answer.data(), size, &length, &errorCode);
+        EXPECT_EQ(done ? std::optional(std::string(answer.data(), length)) : std::nullopt, value) << sent;
+        EXPECT_EQ(log_.TakeLines(), lines) << sent;
         EXPECT_EQ(port_->requests.back(), BytesOf("AT+MODE?\r"));
         EXPECT_EQ(port_->lastSize, 50001u);
         EXPECT_EQ(port_->lastTimeout, 15000u);
@@ -55,14 +46,8 @@ TEST_F(ExchangeTest, AnAnswersValueStandsBehindItsColon)
 
 TEST_F(ExchangeTest, AModeIsSetUnlessTheAnswerIsAnError)
 {
-    struct Case
-    {
-        Answer answer;
-        bool set;
-        Lines lines;
-    };
     const std::string began = "readwrite Comment SetPhoneMode::Initializing the mode";
-    const Case cases[] = {
+    const std::tuple<Answer, bool, Lines> cases[] = {
         {{}, true, {began}},
         {{BytesOf("\r\nOK\r\n")}, true, {began}},
         {{BytesOf("+CME error: 3")}, false, {began, "readwrite Error SetPhoneMode::ERROR found in returned string"}},
@@ -72,10 +57,10 @@ TEST_F(ExchangeTest, AModeIsSetUnlessTheAnswerIsAnError)
           "readwrite Error ExecCmd - Reading from the device failed",
           "readwrite Error SetPhoneMode::ERROR setting AT mode"}},
     };
-    for (const Case& c : cases) {
-        port_->answers = {c.answer};
-        EXPECT_EQ(SetPhoneMode(Device(), 2), c.set);
+    for (const auto& [answer, isSet, lines] : cases) {
+        port_->answers = {answer};
+        EXPECT_EQ(SetPhoneMode(Device(), 2), isSet);
         EXPECT_EQ(port_->requests.back(), BytesOf("AT+MODE=2\r"));
-        EXPECT_EQ(log_.TakeLines(), c.lines);
+        EXPECT_EQ(log_.TakeLines(), lines);
     }
 }

@@ -1,6 +1,7 @@
 #include "link/exchange.h"
 
 #include <cstring>
+#include <tuple>
 
 #include "link/exec_command.h"
 #include "link/scripted_port.h"
@@ -26,32 +27,19 @@ Bytes Reply(uint16_t status, uint32_t result, size_t length)
 
 TEST_F(ExchangeTest, TheFirstCheckThatFailsGivesTheLineAndTheCode)
 {
-    struct Case
-    {
-        const ExchangeSpec& spec;
-        Answer answer;
-        PHN_ERROR error;
-        Lines lines;
-    };
-    const Case cases[] = {
+    const std::string read = "readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.";
+    const std::string write =
+        "readwrite Error WriteDevice - pInstance->m_pDeviceObject->GetPort()->Write returned false.";
+    const std::string exec = "readwrite Error ExecCmd - ";
+    const std::string failed = "CPhonebook Error Delete - ExecCmd failed with dwErrSts = ";
+    const std::tuple<ExchangeSpec, Answer, PHN_ERROR, Lines> cases[] = {
         {kDelete, {Reply(0, 0, 16)}, 0, {}},
-        {kDelete,
-         {{}, 121},
-         104,
-         {"readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
-          "readwrite Error ExecCmd - Reading from the device failed",
-          "CPhonebook Error Delete - ExecCmd failed with dwErrSts = 121(0x79)."}},
-        {kDelete,
-         {{}, 5, 0, true},
-         104,
-         {"readwrite Error WriteDevice - pInstance->m_pDeviceObject->GetPort()->Write returned false.",
-          "readwrite Error ExecCmd - Writing to the device failed",
-          "CPhonebook Error Delete - ExecCmd failed with dwErrSts = 5(0x5)."}},
+        {kDelete, {{}, 121}, 104, {read, exec + "Reading from the device failed", failed + "121(0x79)."}},
+        {kDelete, {{}, 5, 0, true}, 104, {write, exec + "Writing to the device failed", failed + "5(0x5)."}},
         {kDelete,
          {Bytes(8193), 0, 1},
          104,
-         {"readwrite Error ExecCmd - Returned data(8194) is longer than allocated buffer(8193)",
-          "CPhonebook Error Delete - ExecCmd failed with dwErrSts = 0(0x0)."}},
+         {exec + "Returned data(8194) is longer than allocated buffer(8193)", failed + "0(0x0)."}},
         {kDelete,
          {Reply(7, 1, 15)},
          104,
@@ -63,13 +51,12 @@ TEST_F(ExchangeTest, TheFirstCheckThatFailsGivesTheLineAndTheCode)
         {kRadio, {Reply(10, 0, 16)}, 203, {"CPhonebook Error SetRadio - rcRxHeader.wStatus = 10(0xA)."}},
         {kRadio, {{}}, 0, {}}, // no minimum: an empty reply is a header of zeros
     };
-    for (const Case& c : cases) {
-        port_->answers = {c.answer};
-        CExchange exchange(Log, c.spec);
+    for (const auto& [spec, answer, code, lines] : cases) {
+        port_->answers = {answer};
         PHN_ERROR error = 0;
-        EXPECT_EQ(exchange.Run(Device(), {}, &error), c.error == 0);
-        EXPECT_EQ(error, c.error);
-        EXPECT_EQ(log_.TakeLines(), c.lines);
+        EXPECT_EQ(CExchange(Log, spec).Run(Device(), {}, &error), code == 0);
+        EXPECT_EQ(error, code);
+        EXPECT_EQ(log_.TakeLines(), lines);
     }
 }
 
@@ -90,53 +77,37 @@ TEST_F(ExchangeTest, ARequestIsCommandOneAndParameters)
 
 TEST_F(ExchangeTest, SizesHandlesAndPortsAreCheckedInOrder)
 {
-    const HANDLE bad = INVALID_HANDLE_VALUE;
+    const HANDLE good = Device(), bad = INVALID_HANDLE_VALUE;
     Bytes buffer(50002);
-    struct Case
-    {
-        HANDLE device;
-        const void* request;
-        DWORD requestLength;
-        void* reply;
-        DWORD replySize;
-        Lines lines; // without the category, and without ExecCmd's own
+    uint8_t* const some = buffer.data();
+    // The line without the category, and without ExecCmd's own.
+    const std::tuple<HANDLE, const void*, DWORD, void*, DWORD, std::string> cases[] = {
+        {good, some, 8193, some, 50001, ""},
+        {nullptr, some, 0, some, 1, ""}, // a zero handle reaches the port
+        {bad, nullptr, 8194, nullptr, 0, "WriteDevice - One of the input pointer is NULL."},
+        {bad, some, 8194, nullptr, 0, "WriteDevice - Buffer length exceeds maximum limit."},
+        {bad, some, 1, nullptr, 0, "WriteDevice - Handle is NULL."},
+        {good, some, 1, nullptr, 50002, "ReadDevice - One of the input pointer is NULL."},
+        {good, some, 1, some, 0, "ReadDevice - One of the input pointer is NULL."},
+        {good, some, 1, some, 50002, "ReadDevice - Buffer length exceeds maximum limit."},
     };
-    const HANDLE good = Device();
-    const Case cases[] = {
-        {good, buffer.data(), 8193, buffer.data(), 50001, {}},
-        {nullptr, buffer.data(), 0, buffer.data(), 1, {}}, // a zero handle reaches the port
-        {bad, nullptr, 8194, nullptr, 0, {"WriteDevice - One of the input pointer is NULL."}},
-        {bad, buffer.data(), 8194, nullptr, 0, {"WriteDevice - Buffer length exceeds maximum limit."}},
-        {bad, buffer.data(), 1, nullptr, 0, {"WriteDevice - Handle is NULL."}},
-        {good, buffer.data(), 1, nullptr, 50002, {"ReadDevice - One of the input pointer is NULL."}},
-        {good, buffer.data(), 1, buffer.data(), 0, {"ReadDevice - One of the input pointer is NULL."}},
-        {good, buffer.data(), 1, buffer.data(), 50002, {"ReadDevice - Buffer length exceeds maximum limit."}},
-    };
-    for (const Case& c : cases) {
+    DWORD length = 0;
+    DWORD error = 77;
+    for (const auto& [device, request, requestLength, reply, replySize, line] : cases) {
         port_->answers = {{}};
-        DWORD length = 77;
-        DWORD error = 77;
-        const bool done =
-            ExecCmd(c.device, c.request, c.requestLength, c.reply, c.replySize, &length, &error, 3000, nullptr);
-        EXPECT_EQ(done, c.lines.empty());
+        EXPECT_EQ(ExecCmd(device, request, requestLength, reply, replySize, &length, &error, 3000, nullptr),
+                  line.empty());
         EXPECT_EQ(error, 0u);
-        Lines expected;
-        for (const std::string& line : c.lines) {
-            const bool writing = line.starts_with("Write");
-            expected.push_back("readwrite Error " + line);
-            expected.push_back(std::string("readwrite Error ExecCmd - ") + (writing ? "Writing to" : "Reading from") +
-                               " the device failed");
-        }
-        EXPECT_EQ(log_.TakeLines(), expected);
+        const std::string tail =
+            line.starts_with("Write") ? "Writing to the device failed" : "Reading from the device failed";
+        EXPECT_EQ(log_.TakeLines(),
+                  line.empty() ? Lines{} : (Lines{"readwrite Error " + line, "readwrite Error ExecCmd - " + tail}));
     }
 
     DropPort();
-    DWORD length = 0;
-    DWORD error = 0;
-    EXPECT_FALSE(ReadDevice(good, buffer.data(), 1, &length, 3000, &error, nullptr));
-    EXPECT_FALSE(WriteDevice(good, buffer.data(), 1, &error, nullptr));
-    EXPECT_EQ(log_.TakeLines(), (Lines{"readwrite Error ReadDevice - pInstance, pInstance->m_pDeviceObject or "
-                                       "pInstance->m_pDeviceObject->GetPort() is NULL.",
-                                       "readwrite Error WriteDevice - pInstance, pInstance->m_pDeviceObject or "
-                                       "pInstance->m_pDeviceObject->GetPort() is NULL."}));
+    EXPECT_FALSE(ReadDevice(good, some, 1, &length, 3000, &error, nullptr));
+    EXPECT_FALSE(WriteDevice(good, some, 1, &error, nullptr));
+    const std::string none =
+        " - pInstance, pInstance->m_pDeviceObject or pInstance->m_pDeviceObject->GetPort() is NULL.";
+    EXPECT_EQ(log_.TakeLines(), (Lines{"readwrite Error ReadDevice" + none, "readwrite Error WriteDevice" + none}));
 }

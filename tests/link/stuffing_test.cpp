@@ -31,7 +31,7 @@ Bytes MakeData(size_t length, unsigned rarity, std::mt19937& random)
     return data;
 }
 
-// Unstuffs in pieces that are cut at every `step` bytes.
+// Unstuffs in pieces of `step` bytes.
 Bytes Unstuffed(const Bytes& stuffed, size_t step)
 {
     Bytes raw(stuffed.size());
