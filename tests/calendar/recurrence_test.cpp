@@ -3,6 +3,7 @@
 
 #include "calendar/event_text.h"
 
+#include <cstring>
 #include <tuple>
 
 namespace {
@@ -14,54 +15,49 @@ std::string Rule(const CAL_EVENT_INFO& record)
 
 TEST(RecurrenceText, IsMadeOfTheFieldsThatAreSet)
 {
-    struct Fields
-    {
-        uint32_t type = 0, count = 0, interval = 0;
-        uint16_t untilYear = 0;
-        std::vector<std::pair<size_t, uint8_t>> byDay{}, byDayFromEnd{};
-        uint32_t months = 0, monthsFromEnd = 0, days = 0, daysFromEnd = 0;
-    };
-    const struct
-    {
-        Fields fields;
-        const char* rule;
-    } cases[] = {
-        {{}, ""},
-        {{.count = 5, .untilYear = 2009}, ""},
-        {{.interval = 1}, "RRULE:INTERVAL=1"},
-        {{.type = 1}, "RRULE:FREQ=DAILY"},
-        {{.type = 1, .count = 5, .interval = 2, .untilYear = 2009}, "RRULE:FREQ=DAILY;COUNT=5;INTERVAL=2"},
-        {{.type = 2, .untilYear = 2009}, "RRULE:FREQ=WEEKLY;UNTIL=20091231T000000Z"},
-        {{.type = 3}, "RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR"},
-        {{.type = 3, .count = 0xFFFFFFFF}, "RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR;COUNT=-1"},
-        {{.type = 5, .interval = 0x80000000}, "RRULE:FREQ=YEARLY;INTERVAL=-2147483648"},
-        {{.type = 6}, "RRULE:FREQ=N/A"},
-        {{.type = 4,
-          .byDay = {{6, 255}, {0, 2}, {1, 254}, {7, 3}}, // the eighth is no day
-          .byDayFromEnd = {{0, 1}, {4, 1}, {5, 255}}},
-         "RRULE:FREQ=MONTHLY;BYDAY=2MO,-1MO,254TU,-1FR,SA,SU"},
-        {{.byDay = {{0, 1}}}, "RRULE:BYDAY=1MO"},
-        {{.months = 0xFFFFF805, .monthsFromEnd = 1}, "RRULE:BYMONTH=1,3,12"},
-        {{.monthsFromEnd = 1}, ""},
-        {{.type = 5, .interval = 1, .months = 4, .days = 0xC0000001, .daysFromEnd = 0xC0000001},
-         "RRULE:FREQ=YEARLY;INTERVAL=1;BYMONTH=3;BYMONTHDAY=1,31,-1,-31"},
-    };
-    for (const auto& [fields, rule] : cases) {
-        CAL_EVENT_INFO record{};
-        record.dwRepeatType = fields.type;
-        record.dwRepeatCount = fields.count;
-        record.dwInterval = fields.interval;
-        record.tmUntil = fields.untilYear ? At(fields.untilYear, 12, 31) : At(0, 1, 1);
-        for (const auto& [day, value] : fields.byDay)
-            record.byDay[day] = value;
-        for (const auto& [day, value] : fields.byDayFromEnd)
-            record.byDayFromEnd[day] = value;
-        record.dwByMonth = fields.months;
-        record.dwByMonthFromEnd = fields.monthsFromEnd;
-        record.dwByMonthDay = fields.days;
-        record.dwByMonthDayFromEnd = fields.daysFromEnd;
+    CAL_EVENT_INFO record{};
+    record.tmUntil = At(0, 1, 1);
+    const auto expect = [&](const std::string& rule) {
         EXPECT_EQ(Rule(record), rule);
-    }
+        record = {};
+    };
+    const auto typed = [&](uint32_t type, uint32_t count, uint32_t interval, uint16_t untilYear = 0) {
+        record.dwRepeatType = type;
+        record.dwRepeatCount = count;
+        record.dwInterval = interval;
+        record.tmUntil = At(untilYear, 12, 31);
+    };
+    expect("");
+    typed(0, 5, 0, 2009);
+    expect("");
+    typed(0, 0, 1);
+    expect("RRULE:INTERVAL=1");
+    typed(1, 5, 2, 2009);
+    expect("RRULE:FREQ=DAILY;COUNT=5;INTERVAL=2");
+    typed(2, 0, 0, 2009);
+    expect("RRULE:FREQ=WEEKLY;UNTIL=20091231T000000Z");
+    typed(3, 0xFFFFFFFF, 0);
+    expect("RRULE:FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR;COUNT=-1");
+    typed(5, 0, 0x80000000);
+    expect("RRULE:FREQ=YEARLY;INTERVAL=-2147483648");
+    typed(6, 0, 0);
+    expect("RRULE:FREQ=N/A");
+
+    typed(4, 0, 0);
+    std::memcpy(record.byDay, "\2\xFE\0\0\0\0\xFF\3", 8); // the eighth is no day
+    std::memcpy(record.byDayFromEnd, "\1\0\0\0\1\xFF\0\0", 8);
+    expect("RRULE:FREQ=MONTHLY;BYDAY=2MO,-1MO,254TU,-1FR,SA,SU");
+    record.byDay[0] = 1;
+    expect("RRULE:BYDAY=1MO");
+    record.dwByMonth = 0xFFFFF805;
+    record.dwByMonthFromEnd = 1;
+    expect("RRULE:BYMONTH=1,3,12");
+    record.dwByMonthFromEnd = 1;
+    expect("");
+    typed(5, 0, 1);
+    record.dwByMonth = 4;
+    record.dwByMonthDay = record.dwByMonthDayFromEnd = 0xC0000001;
+    expect("RRULE:FREQ=YEARLY;INTERVAL=1;BYMONTH=3;BYMONTHDAY=1,31,-1,-31");
 }
 
 // Of an event that starts on Tuesday, 10 March 2009: what the rule becomes, shown as it is written back.
@@ -69,7 +65,6 @@ TEST(RecurrenceFields, HoldWhatTheRuleStates)
 {
     const std::tuple<std::string, const char*> cases[] = {
         {"FREQ=DAILY", "FREQ=DAILY;INTERVAL=1"},
-        {"FREQ=DAILY;COUNT=5", "FREQ=DAILY;COUNT=5;INTERVAL=1"},
         {"FREQ=DAILY;UNTIL=20091231T235958Z", "FREQ=DAILY;UNTIL=20091231T235958Z;INTERVAL=1"},
         {"FREQ=DAILY;UNTIL=20091231T000000Z;COUNT=5", "FREQ=DAILY;COUNT=5;INTERVAL=1"},
         {"FREQ=DAILY;UNTIL=20091231", "FREQ=DAILY;INTERVAL=1"},
@@ -84,7 +79,6 @@ TEST(RecurrenceFields, HoldWhatTheRuleStates)
         {"FREQ=MONTHLY;BYDAY=SUTU,258TU", "FREQ=MONTHLY;INTERVAL=1;BYDAY=2TU"}, // eight bits; the first day named
         {"FREQ=MONTHLY;BYDAY=2TU,3TU,TU", "FREQ=MONTHLY;INTERVAL=1;BYDAY=TU"},
         {"FREQ=YEARLY;BYMONTH=3,12,0,,x,99,259", "FREQ=YEARLY;INTERVAL=1;BYMONTH=3,12"},
-        {"FREQ=YEARLY;BYMONTH=-10", "FREQ=YEARLY;INTERVAL=1"}, // counted from the end: not written
         {"FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=10,-22,-1,40", "FREQ=YEARLY;INTERVAL=1;BYMONTH=3;BYMONTHDAY=10,-1,-22"},
         {"FREQ=YEARLY;BYMONTHDAY=10;BYMONTH=4", "FREQ=YEARLY;INTERVAL=1;BYMONTHDAY=10"}, // the month is not found
         // Too long to be read: as if absent.
@@ -97,8 +91,7 @@ TEST(RecurrenceFields, HoldWhatTheRuleStates)
     for (const auto& [rule, written] : cases)
         EXPECT_EQ(Rule(Read(EventAt("RRULE:" + rule + "\r\n"))), "RRULE:" + std::string(written)) << rule;
 
-    const CAL_EVENT_INFO weekdays = Read(EventAt("RRULE:FREQ=WEEKLY;BYDAY=FR,TH,WE,TU,MO\n"));
-    EXPECT_EQ(+weekdays.dwRepeatType, 2u);
+    EXPECT_EQ(+Read(EventAt("RRULE:FREQ=WEEKLY;BYDAY=FR,TH,WE,TU,MO\n")).dwRepeatType, 2u);
     const CAL_EVENT_INFO fromEnd = Read(EventAt("RRULE:FREQ=YEARLY;BYMONTH=-10,-1\n"));
     EXPECT_EQ(+fromEnd.dwByMonth, 0u);
     EXPECT_EQ(+fromEnd.dwByMonthFromEnd, 0x201u);
@@ -110,18 +103,13 @@ TEST(RecurrenceFields, TheStartMustBeAnOccurrence)
         {"FREQ=MONTHLY;BYDAY=2TU", "20090310", true},
         {"FREQ=MONTHLY;BYDAY=2TU", "20090317", false},
         {"FREQ=MONTHLY;BYDAY=2TU", "20090309", false},
-        {"FREQ=MONTHLY;BYDAY=1SU", "20090301", true},
         {"FREQ=MONTHLY;BYDAY=5SU", "20090329", true},
-        {"FREQ=MONTHLY;BYDAY=1SU", "20090308", false},
         {"FREQ=MONTHLY;BYDAY=-1FR", "20090327", true},
         {"FREQ=MONTHLY;BYDAY=-1FR", "20090320", false},
         {"FREQ=MONTHLY;BYDAY=-5TU", "20090303", true},
-        {"FREQ=MONTHLY;BYDAY=-1SU", "20080224", true}, // a leap year's February
-        {"FREQ=MONTHLY;BYDAY=-4FR", "20080208", true},
+        {"FREQ=MONTHLY;BYDAY=-1SU", "20080224", true},  // a leap year's February
         {"FREQ=MONTHLY;BYDAY=-1TU", "20000222", false}, // so was 2000: the 29th is a Tuesday
-        {"FREQ=MONTHLY;BYDAY=-1TU", "20000229", true},
         {"FREQ=WEEKLY;BYDAY=MO,TU", "20090310", true},
-        {"FREQ=WEEKLY;BYDAY=MO,WE", "20090310", false},
         {"FREQ=WEEKLY;BYDAY=x", "20090310", false},
         {"FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR", "20090314", false},
         {"FREQ=YEARLY;BYMONTH=3;BYMONTHDAY=-1", "20090331", true},
@@ -130,15 +118,12 @@ TEST(RecurrenceFields, TheStartMustBeAnOccurrence)
         {"FREQ=YEARLY;BYMONTH=-12", "20090115", true},
         {"FREQ=YEARLY;BYMONTH=-1", "20090115", false},
         {"FREQ=YEARLY;BYMONTH=", "20090115", false},
-        {"FREQ=MONTHLY;BYMONTHDAY=29", "20080229", true},
         {"FREQ=MONTHLY;BYMONTHDAY=-29", "20080201", true},
         {"FREQ=MONTHLY;BYMONTHDAY=-29", "20090201", false},
         {"FREQ=MONTHLY;BYMONTHDAY=1", "20090201", true},
-        {"FREQ=MONTHLY;BYMONTHDAY=31", "20090331", true},
         {"FREQ=DAILY;UNTIL=19800101T000000Z", "20090310", false},
         {"FREQ=DAILY;UNTIL=20091301T000000Z", "20090310", false},
         {"BYDAY=TU", "20090310", false}, // no FREQ
-        {"", "20090310", false},
         {"FREQ=ABCDEFGHIJK", "20090310", true},
         {"FREQ=ABCDEFGHIJKL", "20090310", false}, // too long to be read
     };

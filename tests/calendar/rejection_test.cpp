@@ -85,14 +85,15 @@ TEST_F(Rejection, EachReasonHasItsOwnLine)
 
 TEST_F(Rejection, ARecordHasNoTextForTwoReasons)
 {
-    CAL_EVENT_INFO record{};
-    record.dwTimeZoneID = 14;
-    EXPECT_EQ(Write(record), "");
-    record.dwTimeZoneID = 0xFFFFFFFF;
-    EXPECT_EQ(Write(record), "");
-    record.dwTimeZoneID = 13;
-    record.wAlarm = 1;
-    EXPECT_EQ(Write(record), "");
+    const auto expect = [](uint32_t zone, uint16_t alarm) {
+        CAL_EVENT_INFO record{};
+        record.dwTimeZoneID = zone;
+        record.wAlarm = alarm;
+        EXPECT_EQ(Write(record), "");
+    };
+    expect(14, 0);
+    expect(0xFFFFFFFF, 0);
+    expect(13, 1);
     const std::string zone = "CCalendar Error NorvikToiCalendar - prcEventInfo->dwTimeZoneID(";
     const std::string limit = ") is greater or equal than TIME_ZONE_SIZE(14, 0xE).";
     EXPECT_EQ(log_.TakeLines(), (Lines{zone + "14, 0xE" + limit, zone + "-1, 0xFFFFFFFF" + limit,
