@@ -40,6 +40,18 @@ Bytes Pdu(const Bytes& address, const std::vector<Bytes>& items)
     return Join({kHead, address, Group(8, items)});
 }
 
+Bytes Address(const std::string& digits)
+{
+    return Item(2, Bits(0b11010, 5) + Bits(static_cast<unsigned>(digits.size()), 8) + Characters(digits, 8));
+}
+
+// With a byte more where the text ends at a byte boundary.
+Bytes UserData(const std::string& text)
+{
+    return Item(1, Bits(2, 5) + Bits(static_cast<unsigned>(text.size()), 8) + Characters(text, 7),
+                (13 + 7 * text.size()) / 8 + 1);
+}
+
 std::u16string Body(const std::string& text)
 {
     return Widen(text) + u'\0';
@@ -50,42 +62,28 @@ TEST(PduEncoder, WritesAWholePduToTheByte)
     const Bytes expected{0x00, 0x00, 0x02, 0x10, 0x02, 0x02, 0x09, 0xD0, 0x39, 0xA9, 0xA9, 0xA9,
                          0x89, 0x91, 0x99, 0xA0, 0x08, 0x11, 0x00, 0x03, 0x10, 0x00, 0x20, 0x08,
                          0x01, 0x00, 0x0A, 0x01, 0x00, 0x01, 0x04, 0x10, 0x14, 0x8D, 0x20};
-    EXPECT_EQ(Encode({.address = u"5551234", .body = Body("Hi")}), expected);
-    EXPECT_EQ(Encode({.address = u"5551234", .body = Body("Hi")}, 35), expected);
-    EXPECT_EQ(Encode({.address = u"5551234", .body = Body("Hi")}, 34), Bytes());
-    EXPECT_EQ(Encode({.address = u"5551234", .body = Body("Hi")}, 1), Bytes());
+    for (const size_t room : {500u, 35u, 34u, 1u})
+        EXPECT_EQ(Encode({.address = u"5551234", .body = Body("Hi")}, room), room >= 35 ? expected : Bytes());
 }
 
 TEST(PduEncoder, PacksBodiesAtEveryAlignment)
 {
-    constexpr size_t kLengths[] = {2, 3, 4, 5, 6, 7, 7, 8, 9, 10, 11, 12, 13, 14, 14, 15, 16};
-    for (size_t count = 0; count < std::size(kLengths); ++count) {
+    for (const size_t count : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 157}) { // 5 and 157 end on a byte boundary
         std::string text(count, ' ');
         for (size_t i = 0; i < count; ++i)
             text[i] = static_cast<char>(0x7F - 37 * i % 0x7F);
-        const std::string bits = Bits(2, 5) + Bits(static_cast<unsigned>(count), 8) + Characters(text, 7);
-        EXPECT_EQ(Encode({.body = Body(text)}),
-                  Pdu(kNoAddress, {kIdentifier, kNoPriority, Item(1, bits, kLengths[count])}))
-            << count;
+        EXPECT_EQ(Encode({.body = Body(text)}), Pdu(kNoAddress, {kIdentifier, kNoPriority, UserData(text)})) << count;
     }
-    // One of the lengths that end on a byte boundary, far from the begin.
-    const std::string text(157, '*');
-    EXPECT_EQ(
-        Encode({.body = Body(text)}),
-        Pdu(kNoAddress, {kIdentifier, kNoPriority, Item(1, Bits(2, 5) + Bits(157, 8) + Characters(text, 7), 140)}));
 }
 
 TEST(PduEncoder, PacksCallbackNumbersAtEveryAlignment)
 {
     constexpr size_t kLengths[] = {0, 3, 3, 3, 4, 4, 5, 5, 6};
-    const std::string digits = "01*#9?\x0f\xff"; // every kind of character
+    const std::u16string digits = u"01*#9?\x0f\xff"; // every kind of character
     const std::string codes = std::string("\x0a\x01\x0b\x0c\x09\x0f\x0f\x0f");
     for (size_t count = 1; count < std::size(kLengths); ++count) {
-        std::u16string callback;
-        for (const char digit : digits.substr(0, count))
-            callback += static_cast<uint8_t>(digit);
         const std::string bits = "0" + Bits(static_cast<unsigned>(count), 8) + Characters(codes.substr(0, count), 4);
-        EXPECT_EQ(Encode({.callback = callback}),
+        EXPECT_EQ(Encode({.callback = digits.substr(0, count)}),
                   Pdu(kNoAddress, {kIdentifier, kNoPriority, Item(0x0E, bits, kLengths[count])}))
             << count;
     }
@@ -96,74 +94,56 @@ TEST(PduEncoder, WritesTheFlags)
 {
     const auto expect = [](uint32_t priority, uint32_t reply, uint8_t priorityByte, uint8_t replyByte) {
         EXPECT_EQ(Encode({.replyOption = reply, .address = u"0", .priority = priority}),
-                  Pdu(Item(2, Bits(0b11010, 5) + Bits(1, 8) + Characters("0", 8)),
-                      {kIdentifier, {8, 1, priorityByte}, {0x0A, 1, replyByte}}));
+                  Pdu(Address("0"), {kIdentifier, {8, 1, priorityByte}, {0x0A, 1, replyByte}}));
         EXPECT_EQ(Encode({.replyOption = reply, .priority = priority}),
                   Pdu(kNoAddress, {kIdentifier, {8, 1, priorityByte}}));
     };
     expect(0, 1, 0, 0x40);
     expect(1, 0, 0x40, 0);
-    expect(3, 5, 0xC0, 0x40);
     expect(0xFFFFFFFE, 0x80000003, 0x80, 0xC0);
 }
 
 // A text ends at its first zero unit, at its field's end, or at the end of the body, whichever comes first.
 TEST(PduEncoder, TextsEndWhereTheyEnd)
 {
-    const std::string full = "123456789012345678901234567890123456";
-    const Bytes address = Item(2, Bits(0b11010, 5) + Bits(36, 8) + Characters(full, 8));
-    const Bytes reply{0x0A, 1, 0};
-    const Bytes none = Item(1, Bits(2, 5) + Bits(0, 8));
-    const Bytes two = Item(1, Bits(2, 5) + Bits(2, 8) + Characters("Hi", 7));
-    std::string codes = full;
-    for (char& code : codes)
-        code = code == '0' ? '\x0a' : static_cast<char>(code - '0');
-    const Bytes callback = Item(0x0E, "0" + Bits(36, 8) + Characters(codes, 4));
-    const auto items = [&](const Bytes& more) { return Pdu(address, {kIdentifier, kNoPriority, reply, more}); };
-    EXPECT_EQ(Encode({.address = Widen(full), .callback = Widen(full)}), items(callback));
-    EXPECT_EQ(Encode({.address = Widen(full), .body = u"Hi"}), items(two));
-    EXPECT_EQ(Encode({.address = Widen(full), .body = std::u16string(u"Hi\0\0x", 5)}), items(two));
-    EXPECT_EQ(Encode({.address = Widen(full), .body = std::u16string(1, u'\0')}), items(none));
+    const std::string full(36, '5');
+    const auto expect = [&](const std::u16string& callback, const std::u16string& body, const Bytes& item) {
+        EXPECT_EQ(Encode({.address = Widen(full), .callback = callback, .body = body}),
+                  Pdu(Address(full), {kIdentifier, kNoPriority, {0x0A, 1, 0}, item}));
+    };
+    expect(Widen(full), u"", Number(0x0E, "0", full));
+    expect(u"", u"Hi", UserData("Hi"));
+    expect(u"", std::u16string(u"Hi\0\0x", 5), UserData("Hi"));
+    expect(u"", std::u16string(1, u'\0'), UserData(""));
     // Characters beyond 7 bits keep their low bits and harm no neighbour.
-    EXPECT_EQ(
-        Encode({.body = u"\u00FF\u00FF!"}),
-        Pdu(kNoAddress, {kIdentifier, kNoPriority, Item(1, Bits(2, 5) + Bits(3, 8) + Characters("\x7F\x7F!", 7))}));
+    expect(u"", u"\u00FF\u00FF!", UserData("\x7F\x7F!"));
 }
 
 TEST(PduEncoder, CutsABodyToWhatTheLengthBytesCanSay)
 {
-    const std::string number(36, '5');
-    const std::string codes(36, '\x05');
-    const auto body = [](size_t count) {
-        return Item(1, Bits(2, 5) + Bits(static_cast<unsigned>(count), 8) + Characters(std::string(count, 'x'), 7),
-                    (13 + 7 * count) / 8 + 1);
+    const std::string full(36, '5');
+    const auto encode = [&](size_t digits) {
+        return Encode({.year = 2009,
+                       .month = 14,
+                       .day = 1,
+                       .address = Widen(full),
+                       .callback = Widen(full.substr(0, digits)),
+                       .body = Body(std::string(255, 'x'))});
     };
     for (const size_t length : {255u, 256u, 4000u})
         EXPECT_EQ(Encode({.body = Body(std::string(length, 'x'))}),
-                  Pdu(kNoAddress, {kIdentifier, kNoPriority, body(255)}));
+                  Pdu(kNoAddress, {kIdentifier, kNoPriority, UserData(std::string(255, 'x'))}));
     // With every other item at its longest, 240 characters fill the Bearer Data to its last byte.
-    const Bytes pdu = Encode({.year = 2009,
-                              .month = 14,
-                              .day = 1,
-                              .address = Widen(number),
-                              .callback = Widen(number),
-                              .body = Body(std::string(255, 'x'))});
-    EXPECT_EQ(pdu, Pdu(Item(2, Bits(0b11010, 5) + Bits(36, 8) + Characters(number, 8)),
-                       {kIdentifier,
-                        kNoPriority,
-                        {0x0A, 1, 0},
-                        {3, 6, 9, 0x14, 1, 0, 0, 0},
-                        Item(0x0E, "0" + Bits(36, 8) + Characters(codes, 4)),
-                        body(240)}));
+    const Bytes pdu = encode(36);
+    const Bytes time{3, 6, 9, 0x14, 1, 0, 0, 0};
+    EXPECT_EQ(
+        pdu,
+        Pdu(Address(full),
+            {kIdentifier, kNoPriority, {0x0A, 1, 0}, time, Number(0x0E, "0", full), UserData(std::string(240, 'x'))}));
     EXPECT_EQ(pdu[kHead.size() + 2 + 38 + 1], 255);
     // 245 would end on a byte boundary and need one byte more than there is.
-    const Bytes tight = Encode({.year = 2009,
-                                .month = 14,
-                                .day = 1,
-                                .address = Widen(number),
-                                .callback = Widen(number.substr(0, 29)),
-                                .body = Body(std::string(255, 'x'))});
-    EXPECT_EQ(Bytes(tight.end() - 218, tight.end()), body(244));
+    const Bytes tight = encode(29);
+    EXPECT_EQ(Bytes(tight.end() - 218, tight.end()), UserData(std::string(244, 'x')));
 }
 
 } // namespace

@@ -18,22 +18,16 @@ TEST(PduTime, IsTheLocalTimeOfTheHandsetsUtc)
 {
     constexpr const char* kNewYork = "EST5EDT,M3.2.0,M11.1.0";
     const std::tuple<const char*, Record, Bytes> cases[] = {
-        {"UTC0", {.year = 2009, .month = 3, .day = 15, .hour = 12}, {3, 6, 0x09, 0x03, 0x15, 0x12, 0, 0}},
-        {kNewYork,
-         {.year = 2009, .month = 7, .day = 4, .hour = 14, .minute = 5, .second = 3},
-         {3, 6, 0x09, 0x07, 0x04, 0x10, 0x05, 0x03}},
         {kNewYork,
          {.year = 2009, .month = 1, .day = 1, .hour = 4, .minute = 59, .second = 59},
          {3, 6, 0x08, 0x12, 0x31, 0x23, 0x59, 0x59}},
         {"<+1245>-12:45", {.year = 2099, .month = 12, .day = 31, .hour = 23}, {3, 6, 0, 1, 1, 0x11, 0x45, 0}},
-        {"UTC0", {}, {}},
         {"UTC0", {.month = 3, .day = 15, .hour = 12}, {}},
         {"UTC0", {.year = 2009, .day = 15, .hour = 12}, {}},
         {"UTC0", {.year = 2009, .month = 3, .hour = 12}, {}},
         {"UTC0",
          {.year = 2009, .month = 13, .day = 45, .hour = 27, .minute = 61, .second = 59},
          {3, 6, 0x09, 0x13, 0x45, 0x27, 0x61, 0x59}},
-        {"UTC0", {.year = 1999, .month = 13, .day = 1}, {3, 6, 0x19, 0x13, 0x01, 0, 0, 0}},
         {"UTC0",
          {.year = 65535, .month = 255, .day = 255, .hour = 255, .minute = 255, .second = 65499},
          {3, 6, 0x35, 0x55, 0x55, 0x55, 0x55, 0x19}},
@@ -71,9 +65,7 @@ TEST(PduLines, EachReasonHasItsOwnAndItsCode)
     const char* const badCallback = "IS637ToText - Unable to decode Call Back Number subparameter.";
     const std::tuple<Bytes, PHN_ERROR, std::vector<std::string_view>> cases[] = {
         {{1}, kDecodable, {"IS637ToText - This PDU is not a point-to-poind SMS data"}},
-        {{1, 4, 2, 0x00, 0x44}, kDecodable, {"IS637ToText - This PDU is not a point-to-poind SMS data"}},
         {{0}, PHN_ERROR_PDU_NO_DESTINATION, {"IS637ToText - Destination Address parameter not found"}},
-        {{0, 8, 0}, PHN_ERROR_PDU_NO_DESTINATION, {"IS637ToText - Destination Address parameter not found"}},
         {{0, 4, 2, 0x40, 0x44}, kNumber, {otherAddress, noAddress}}, // data network
         {{0, 4, 2, 0x80, 0x40}, kNumber, {otherAddress, noAddress}}, // 8-bit
         {{0, 4, 2, 0x00, 0x00}, kNumber, {address, noAddress}},
@@ -83,7 +75,6 @@ TEST(PduLines, EachReasonHasItsOwnAndItsCode)
         {known, 0, {address, "IS637ToText - Bearer data parameter not found."}},
         {bearer({0, 3, 0x10, 0, 0x20}), 0, {address}},
         {bearer({1, 3, 0x08, 0x08, 0}), kDecodable, {address, otherBody, noBody}},
-        {bearer({1, 3, 0x18, 0x0A, 0x08}), kDecodable, {address, otherBody, noBody}},
         {bearer({1, 2, 0x10, 0x00}), kDecodable, {address, body, noBody}},
         {bearer({1, 2, 0x10, 0x08}),
          kDecodable,
@@ -96,6 +87,7 @@ TEST(PduLines, EachReasonHasItsOwnAndItsCode)
         {bearer({0x0E, 2, 0x01, 0x08}), kNumber, {address, callback, badCallback}},
         {bearer(Number(0x0E, "0", std::string(37, '\x01'))), kNumber, {address, callback, badCallback}},
         {bearer({0x0E, 2, 0x00, 0x88}), 0, {address, callback}},
+        {Join({known, {8, 3}}), kDecodable, {address, "IS637ToText - Item 8(0x8) runs past the end of the PDU."}},
         {Bytes(), PHN_ERROR_INVALID_PARAMETER, {}}, // the caller's line is the only one
     };
     for (auto [pdu, code, texts] : cases) {

@@ -30,15 +30,8 @@ protected:
     }
 
     // One listing step; the codes, and the index that came.
-    PHN_ERROR First(int32_t box, uint32_t room = kRoom)
-    {
-        return Step(room,
-                    [&](auto* message, auto* error) { return sms_.GetFirstMessage(Device(), box, message, error); });
-    }
-    PHN_ERROR Next(uint32_t room = kRoom)
-    {
-        return Step(room, [&](auto* message, auto* error) { return sms_.GetNextMessage(Device(), message, error); });
-    }
+    PHN_ERROR First(int32_t box, uint32_t room = kRoom) { return Step(room, &CSMS::GetFirstMessage, box); }
+    PHN_ERROR Next(uint32_t room = kRoom) { return Step(room, &CSMS::GetNextMessage); }
 
     // A listing of box 0 that has returned message 7.
     void Begin()
@@ -57,14 +50,13 @@ protected:
     PHN_SMS_MESSAGE last_{};
 
 private:
-    template <typename Call>
-    PHN_ERROR Step(uint32_t room, Call call)
+    template <typename... Arguments>
+    PHN_ERROR Step(uint32_t room, Arguments... arguments)
     {
         buffer_.assign(room, 0);
         last_ = Message(room);
-        PHN_ERROR error = PHN_ERROR_NONE;
-        const bool done = call(&last_, &error);
-        EXPECT_EQ(done, error == PHN_ERROR_NONE);
+        const PHN_ERROR error = Run(sms_, arguments..., &last_);
+        const bool done = error == PHN_ERROR_NONE;
         EXPECT_EQ(+last_.uSize, done ? sizeof last_ : 0);
         EXPECT_EQ(+last_.uIndexValid, done ? 1u : 0u);
         return error;
@@ -74,16 +66,15 @@ private:
 TEST_F(MessageTest, CountsInTheHandsetsBoxes)
 {
     constexpr uint32_t kBoxes[] = {0, 2, 1, 3, 4};
+    uint32_t count = 9;
     for (int32_t type = 0; type < 5; ++type) {
         Answer({0, 0x12345678});
-        uint32_t count = 9;
         EXPECT_TRUE(sms_.GetMessageCount(Device(), type, &count));
         EXPECT_EQ(count, 0x12345678u);
-        EXPECT_EQ(LastRequest(), Request(15, {kBoxes[type]}));
+        EXPECT_EQ(TakeRequest(), Request(15, {kBoxes[type]}));
     }
     EXPECT_EQ(port_->lastTimeout, 15000u);
     log_.TakeLines();
-    uint32_t count = 9;
     Answer({1, 5});
     EXPECT_FALSE(sms_.GetMessageCount(Device(), 0, &count));
     EXPECT_EQ(count, 0u);
@@ -93,41 +84,34 @@ TEST_F(MessageTest, CountsInTheHandsetsBoxes)
 
 TEST_F(MessageTest, SendsAndSavesTheRecordOfThePdu)
 {
-    PHN_ERROR error = PHN_ERROR_NONE;
-    const Bytes record = ToBytes({.address = u"2", .body = std::u16string(u"A\0", 2)});
-    for (const bool saved : {false, true}) {
+    Bytes record = ToBytes({.address = u"2", .body = std::u16string(u"A\0", 2)});
+    std::fill_n(record.begin() + 4, 4, uint8_t{0}); // the handset's own field
+    const std::pair<decltype(&CSMS::SendMessage), uint32_t> cases[] = {{&CSMS::SendMessage, 16},
+                                                                       {&CSMS::SaveMessage, 19}};
+    for (const auto& [method, command] : cases) {
         PHN_SMS_MESSAGE message = Outgoing();
         Answer({0, 0x1ABCD});
-        EXPECT_TRUE(saved ? sms_.SaveMessage(Device(), &message, &error)
-                          : sms_.SendMessage(Device(), &message, &error));
+        EXPECT_EQ(Run(sms_, method, &message), PHN_ERROR_NONE);
         EXPECT_EQ(+message.uSize, sizeof message);
         EXPECT_EQ(+message.uIndexValid, 1u);
         EXPECT_EQ(+message.wIndex, 0xABCD);
-        Bytes expected = Join({Request(saved ? 19 : 16), record});
-        std::fill_n(expected.begin() + 10, 4, uint8_t{0}); // the handset's own field
-        EXPECT_EQ(LastRequest(), expected);
+        EXPECT_EQ(TakeRequest(), Request(command, {}, record));
     }
     // Without Bearer Data the record travels alone.
     PHN_SMS_MESSAGE message = Outgoing(kPdu, 5);
     Answer({0, 1});
-    EXPECT_TRUE(sms_.SendMessage(Device(), &message, &error));
-    EXPECT_EQ(LastRequest().size(), 178u);
+    EXPECT_EQ(Run(sms_, &CSMS::SendMessage, &message), PHN_ERROR_NONE);
+    EXPECT_EQ(TakeRequest().size(), 178u);
 }
 
 TEST_F(MessageTest, APduThatIsRejectedIsNotSent)
 {
     const auto expect = [&](PHN_SMS_MESSAGE message, PHN_ERROR code) {
-        for (const bool saved : {false, true}) {
-            PHN_ERROR error = PHN_ERROR_NONE;
-            log_.TakeLines();
-            EXPECT_FALSE(saved ? sms_.SaveMessage(Device(), &message, &error)
-                               : sms_.SendMessage(Device(), &message, &error));
-            EXPECT_EQ(error, code);
-            EXPECT_EQ(log_.TakeLines().back(), saved ? "CSMS Error SaveMessage - Unable to decode SMS PDU"
-                                                     : "CSMS Error SendMessage - Unable to decode SMS PDU.");
-        }
-        EXPECT_EQ(+message.uSize, 0u);
-        EXPECT_EQ(+message.uIndexValid, 0u);
+        EXPECT_EQ(Run(sms_, &CSMS::SendMessage, &message), code);
+        EXPECT_EQ(log_.TakeLines().back(), "CSMS Error SendMessage - Unable to decode SMS PDU.");
+        EXPECT_EQ(Run(sms_, &CSMS::SaveMessage, &message), code);
+        EXPECT_EQ(log_.TakeLines().back(), "CSMS Error SaveMessage - Unable to decode SMS PDU");
+        EXPECT_EQ(message.uSize + message.uIndexValid, 0u);
     };
     PHN_SMS_MESSAGE null{};
     null.uSizeofData = 5;
@@ -139,19 +123,16 @@ TEST_F(MessageTest, APduThatIsRejectedIsNotSent)
 
 TEST_F(MessageTest, DeletesAndMarks)
 {
-    const auto expect = [&](const std::function<bool(PHN_ERROR*)>& call, const Bytes& request, DWORD timeout) {
-        PHN_ERROR error = PHN_ERROR_NONE;
+    const auto expect = [&](const Bytes& request, DWORD timeout, auto method, auto... arguments) {
         Answer({0, 0});
-        EXPECT_TRUE(call(&error));
-        EXPECT_EQ(LastRequest(), request);
+        EXPECT_EQ(Run(sms_, method, arguments...), PHN_ERROR_NONE);
+        EXPECT_EQ(TakeRequest(), request);
         EXPECT_EQ(port_->lastTimeout, timeout);
     };
-    expect([&](PHN_ERROR* error) { return sms_.DeleteMessage(Device(), 0x12345, error); }, Request(20, {0x2345}),
-           15000);
-    expect([&](PHN_ERROR* error) { return sms_.DeleteAllMessages(Device(), 2, error); }, Request(21, {1}), 301000);
-    expect([&](PHN_ERROR* error) { return sms_.SetMessageStatus(Device(), 0x1FFFF, 5, error); },
-           Request(22, {0xFFFF, 1}), 15000);
-    expect([&](PHN_ERROR* error) { return sms_.SetMessageStatus(Device(), 3, 0, error); }, Request(22, {3, 2}), 15000);
+    expect(Request(20, {0x2345}), 15000, &CSMS::DeleteMessage, 0x12345);
+    expect(Request(21, {1}), 301000, &CSMS::DeleteAllMessages, 2);
+    expect(Request(22, {0xFFFF, 1}), 15000, &CSMS::SetMessageStatus, 0x1FFFF, 5);
+    expect(Request(22, {3, 2}), 15000, &CSMS::SetMessageStatus, 3, 0);
 }
 
 TEST_F(MessageTest, EachCheckOfAReplyHasItsLineAndItsCode)
@@ -201,21 +182,21 @@ TEST_F(MessageTest, NoOtherOperationLeavesAListingOpen)
 {
     PHN_SMS_MESSAGE message{};
     uint32_t count = 0;
-    PHN_ERROR error = PHN_ERROR_NONE;
     const std::function<void()> others[] = {
-        [&] { sms_.GetMessageCount(Device(), 0, &count); },    [&] { sms_.SendMessage(Device(), &message, &error); },
-        [&] { sms_.SaveMessage(Device(), &message, &error); }, [&] { sms_.DeleteMessage(Device(), 0, &error); },
-        [&] { sms_.DeleteAllMessages(Device(), 0, &error); },  [&] { sms_.SetMessageStatus(Device(), 0, 0, &error); },
+        [&] { sms_.GetMessageCount(Device(), 0, &count); }, [&] { Run(sms_, &CSMS::SendMessage, &message); },
+        [&] { Run(sms_, &CSMS::SaveMessage, &message); },   [&] { Run(sms_, &CSMS::DeleteMessage, 0); },
+        [&] { Run(sms_, &CSMS::DeleteAllMessages, 0); },    [&] { Run(sms_, &CSMS::SetMessageStatus, 0, 0); },
     };
     for (const auto& other : others) {
         Begin();
-        other(); // fails, as no answer is there
+        AnswerFailure();
+        other();
         port_->requests.clear();
+        port_->answers.clear();
         log_.TakeLines();
         EXPECT_EQ(Next(), PHN_ERROR_NO_MORE_MESSAGES);
         EXPECT_TRUE(port_->requests.empty());
-        EXPECT_EQ(log_.TakeLines(), (Lines{"CSMS Comment GetNextMessage being executed.",
-                                           "CSMS Error GetNextMessage - GetFirstMessage was not called."}));
+        EXPECT_EQ(log_.TakeLines().back(), "CSMS Error GetNextMessage - GetFirstMessage was not called.");
     }
 }
 
@@ -239,7 +220,6 @@ TEST_F(MessageTest, AFailedBeginChangesNoMoreThanTheBox)
     EXPECT_EQ(LastRequest(), Request(18, {2, 7}));
 }
 
-// A buffer that is too small costs no message, at the begin of a listing and within it.
 TEST_F(MessageTest, TooSmallABufferCostsNoMessage)
 {
     const auto expectRefused = [&](PHN_ERROR error) {
