@@ -1,5 +1,5 @@
-// Host functions that dispatch messages, as a message box does: what arrives inside them is handled then and there, and
-// the handling that called them goes on afterwards.
+// Losses, and host functions that dispatch messages as a message box does: what arrives inside them is handled then and
+// there, and the handling that called them goes on afterwards.
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
 #include "phn_platform_test.h"
@@ -50,13 +50,14 @@ protected:
         EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
     }
 
-    void SendWhileProbesFail(const std::function<void()>& send)
+    // Lets the time of a probe pass while messages are dispatched until the condition holds.
+    void PumpWhileAProbeFails(const std::function<bool()>& condition)
     {
         std::thread clock([] {
             EXPECT_TRUE(AwaitBlocked(kProbe));
             AdvanceClock(kProbe);
         });
-        send();
+        EXPECT_TRUE(PumpUntil(condition));
         clock.join();
     }
 };
@@ -81,7 +82,7 @@ TEST_F(NestedTest, AHandsetThatArrivesWhileTheLossOfADeadOneIsToldStays)
     PlugInWhenTold(next);
     bench_.Handset().AddFault("silence@1"); // to the greeting that is the probe, and to nothing else
     late.Start();
-    SendWhileProbesFail([&] { ASSERT_TRUE(PumpUntil([&] { return IsOpenUnserved(); })); });
+    PumpWhileAProbeFails([&] { return IsOpenUnserved(); });
     ExpectServedBy(next);
 }
 
@@ -106,7 +107,7 @@ TEST_F(NestedTest, AnArrivalThatCannotBeOpenedInPlaceOfADeadHandsetLeavesTheSear
     ASSERT_TRUE(AwaitBlocked(kCycle));
     bench_.Handset().AddFault("silence@1"); // to the greeting that is the probe, and to nothing else
     std::filesystem::create_symlink("nowhere", Devices() / UsbInterfaceName("0002"));
-    SendWhileProbesFail([&] { ASSERT_TRUE(PumpUntil([&] { return Battery() == PHN_ERROR_NO_DEVICE; })); });
+    PumpWhileAProbeFails([&] { return Battery() == PHN_ERROR_NO_DEVICE; });
     simulator::Simulator serial(Devices(), "com5");
     serial.Start();
     AdvanceClock(kCycle);
@@ -135,4 +136,37 @@ TEST_F(NestedTest, ATickInAFunctionThatDispatchesMessagesWaitsForTheNextOne)
     SetAction({});
     RunFor(kPoll + 50);
     EXPECT_FALSE(TakeTypes().empty()) << "what the function saw reported is told by a later tick";
+}
+
+// The thread that finds the loss of a handset on a plain serial port tells it.
+TEST_F(NestedTest, TheWatchThreadTellsTheLossAtItsSeventhCycleBeforeTheServicesGo)
+{
+    simulator::Simulator serial(Devices(), "com5");
+    serial.Start();
+    Load();
+    AdvanceClock(300);
+    ASSERT_TRUE(PumpUntil([&] { return serial.Control().Requests(1) == 1; })) << "no scan";
+    ASSERT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    ASSERT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_REMOVED, Tell, 0), PHN_ERROR_NONE);
+    PHN_ERROR inside = PHN_ERROR_NONE;
+    SetAction([&](uint32_t) { inside = CALL(PHN_GetNetworkErrorString)(0, std::string(40, ' ').data(), 40); });
+    serial.Control().AddFault("silence");
+    for (int cycle = 1; cycle <= 7; ++cycle) {
+        ASSERT_TRUE(AwaitBlocked(kCycle));
+        ASSERT_TRUE(TakeTypes().empty()) << cycle;
+        AdvanceClock(kCycle);
+    }
+    ASSERT_TRUE(AwaitBlocked(kProbe));
+    AdvanceClock(kProbe);
+
+    // The same thread then scans, and finds the port as silent as before.
+    ASSERT_TRUE(AwaitBlocked(kProbe));
+    AdvanceClock(kProbe);
+    const std::vector<Told> told = TakeTold();
+    ASSERT_EQ(told.size(), 1u);
+    EXPECT_EQ(told[0].type, uint32_t{PHN_CALLBACK_REMOVED});
+    EXPECT_NE(told[0].thread, GetCurrentThreadId());
+    EXPECT_EQ(inside, PHN_ERROR_INVALID_PARAMETER) << "the service object was there, the code has no text";
+    SetAction({});
+    EXPECT_EQ(CALL(PHN_Shutdown)(), PHN_ERROR_NO_DEVICE);
 }

@@ -16,13 +16,6 @@ using Posts = std::vector<LPARAM>;
 
 constexpr char kClass[] = "registration test";
 
-std::string Hex(DWORD error)
-{
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%lX", static_cast<unsigned long>(error));
-    return text;
-}
-
 class RegistrationTest : public ExchangeTest
 {
 protected:
@@ -89,44 +82,36 @@ protected:
 
 TEST_F(RegistrationTest, PollingRunsFromTheFirstPolledRegistrationToTheLastRemoval)
 {
-    const struct
-    {
-        int32_t type;
-        uint32_t remove;
-        Posts posts;
-    } steps[] = {
-        {PHN_CALLBACK_NETWORK_INFO, 1, {}},                                      // was never registered
-        {PHN_CALLBACK_REMOVED, 0, {}},                                           // is not polled
-        {PHN_CALLBACK_NETWORK_INFO, 0, {1}}, {PHN_CALLBACK_NETWORK_INFO, 0, {}}, // counts once
-        {PHN_CALLBACK_SMS, 0, {}},           {PHN_CALLBACK_NETWORK_INFO, 2, {}}, {PHN_CALLBACK_NETWORK_INFO, 2, {}},
-        {PHN_CALLBACK_SMS, 1, {0}},          {PHN_CALLBACK_REMOVED, 1, {}},      {PHN_CALLBACK_ALL, 0, {1}},
-        {PHN_CALLBACK_BATTERY_INFO, 1, {}},  {PHN_CALLBACK_ALL, 1, {0}},
+    // Neither the removal of what was never registered nor the loss is polled; a type counts once.
+    const std::tuple<int32_t, uint32_t, Posts> steps[] = {
+        {PHN_CALLBACK_NETWORK_INFO, 1, {}}, {PHN_CALLBACK_REMOVED, 0, {}},      {PHN_CALLBACK_NETWORK_INFO, 0, {1}},
+        {PHN_CALLBACK_NETWORK_INFO, 0, {}}, {PHN_CALLBACK_SMS, 0, {}},          {PHN_CALLBACK_NETWORK_INFO, 2, {}},
+        {PHN_CALLBACK_NETWORK_INFO, 2, {}}, {PHN_CALLBACK_SMS, 1, {0}},         {PHN_CALLBACK_REMOVED, 1, {}},
+        {PHN_CALLBACK_ALL, 0, {1}},         {PHN_CALLBACK_BATTERY_INFO, 1, {}}, {PHN_CALLBACK_ALL, 1, {0}},
     };
-    for (const auto& step : steps) {
-        EXPECT_EQ(Set(step.type, step.remove), PHN_ERROR_NONE);
-        EXPECT_EQ(TakePosts(), step.posts) << &step - steps;
+    for (const auto& [type, remove, posts] : steps) {
+        EXPECT_EQ(Set(type, remove), PHN_ERROR_NONE);
+        EXPECT_EQ(TakePosts(), posts) << type << ' ' << remove;
     }
 }
 
 TEST_F(RegistrationTest, WhatCannotBePolledIsRegisteredWhenItCan)
 {
-    const HWND window = window_;
-    const std::tuple<const char*, DWORD, HWND> rows[] = {{"PostMessageA", ERROR_NOT_ENOUGH_QUOTA, window},
-                                                         {nullptr, ERROR_INVALID_WINDOW_HANDLE, nullptr}};
     for (const int32_t type : {PHN_CALLBACK_SMS, PHN_CALLBACK_ALL}) {
-        for (const auto& [call, error, target] : rows) {
-            if (call)
-                platform_test::FailCall(call, error);
-            window_ = target;
+        const auto expectFailure = [&](HWND window, const std::string& error) {
+            HWND other = std::exchange(window_, window);
             log_.TakeLines();
             EXPECT_EQ(Set(type), PHN_ERROR_FAILED);
             EXPECT_EQ(log_.TakeLines().back(),
-                      "CCallback Error CCallback - Unable to post the poll message. Last error " + Hex(error));
-            window_ = window;
+                      "CCallback Error CCallback - Unable to post the poll message. Last error " + error);
+            window_ = other;
             EXPECT_EQ(Tick(0x01FF), Types{});
             callback_->NotifyDeviceState(false);
             EXPECT_EQ(TakeTypes(), Types{});
-        }
+        };
+        platform_test::FailCall("PostMessageA", ERROR_NOT_ENOUGH_QUOTA);
+        expectFailure(window_, "0x718");
+        expectFailure(nullptr, "0x578");
         EXPECT_EQ(Set(type), PHN_ERROR_NONE);
         EXPECT_EQ(TakePosts(), Posts{1});
         Set(type, 1);
@@ -202,7 +187,7 @@ TEST_F(RegistrationTest, ATickCallsWhatIsRegisteredAndHasChanged)
     EXPECT_EQ(port_->requests.size(), asked);
 }
 
-TEST_F(RegistrationTest, EachCallIsLoggedWithItsFunction)
+TEST_F(RegistrationTest, EachCallIsLoggedWithItsFunctionAndAReplyThatCannotBeReadTellsNothing)
 {
     Set(PHN_CALLBACK_BATTERY_INFO);
     log_.TakeLines();
@@ -213,28 +198,12 @@ TEST_F(RegistrationTest, EachCallIsLoggedWithItsFunction)
                   "m_pfnGetBatteryInfo = 0x%X",
                   static_cast<unsigned>(reinterpret_cast<uintptr_t>(&Tell)));
     EXPECT_EQ(log_.TakeLines(), (Lines{"CCallback Comment GetPhoneVariance being executed.", line}));
-}
 
-TEST_F(RegistrationTest, AReplyThatCannotBeReadTellsNothing)
-{
-    const Bytes full{0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 1};
-    const Bytes refused{0, 0, 0, 0, 0, 0, 4, 0, 0xFF, 1};
-    const std::tuple<Answer, const char*> rows[] = {
-        {{full, 7}, "CCallback Error GetPhoneVariance - ExecCmd failed with dwErrSts = 7(0x7)."},
-        {{Bytes(full.begin(), full.end() - 1)},
-         "CCallback Error GetPhoneVariance - dwRetBufferLen(9, 0x9) is less than CB_RET_FLAGS_RES(10, 0xA)."},
-        {{refused}, "CCallback Error GetPhoneVariance - rcRxHeader.wStatus = 4(0x4)."},
-    };
-    Set(PHN_CALLBACK_ALL);
-    for (const auto& [answer, line] : rows) {
-        port_->answers = {answer};
-        log_.TakeLines();
-        callback_->CallbackTimerFunction(window_, Device());
-        const Lines lines = log_.TakeLines();
-        EXPECT_EQ(lines.front(), "CCallback Comment GetPhoneVariance being executed.");
-        EXPECT_EQ(lines.back(), line);
-        EXPECT_EQ(TakeTypes(), Types{});
-    }
+    port_->answers = {{{0, 0, 0, 0, 0, 0, 0, 0, 0xFF}}};
+    callback_->CallbackTimerFunction(window_, Device());
+    EXPECT_EQ(log_.TakeLines().back(),
+              "CCallback Error GetPhoneVariance - dwRetBufferLen(9, 0x9) is less than CB_RET_FLAGS_RES(10, 0xA).");
+    EXPECT_EQ(TakeTypes(), Types{});
 }
 
 TEST_F(RegistrationTest, AReleasedObjectStopsThePollOnceAndRegistersNothingMore)
