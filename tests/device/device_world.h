@@ -56,8 +56,10 @@ protected:
     // Waits until the watch thread has finished a cycle, and begins the next one.
     void NextCycle();
 
-    // Dispatches this thread's messages until the condition holds; false if it does not within ten seconds.
-    bool PumpUntil(const std::function<bool()>& condition);
+    // Dispatch this thread's messages: those that wait, or until the condition holds; false if it does not within ten
+    // seconds.
+    static void DispatchPending();
+    static bool PumpUntil(const std::function<bool()>& condition);
     // Sends the window a device message as the system does.
     LRESULT Broadcast(WPARAM event, const GUID& interfaceClass, const std::string& name);
     LRESULT Send(UINT message, WPARAM wParam, LPARAM lParam = 0);
@@ -69,6 +71,7 @@ protected:
     bool HasLine(const std::string& text);
 
     CDevice& Device() { return *device_; }
+    bool IsOpen() { return device_->GetMDMHandle() != nullptr; }
 
     LogCapture log_{kDeviceLines};
     RecordingOwner owner_;

@@ -2,8 +2,6 @@
 // seven seconds of silence, which no clock shortens; this program runs at a twentieth of every stated time.
 #include <dbt.h>
 
-#include <tuple>
-
 #include "device/device_world.h"
 #include "link/command.h"
 #include "link/exec_command.h"
@@ -27,14 +25,10 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
 {
     simulator::Simulator& modem = Attach(simulator::ModemInterfaceName("0001"), simulator::PortKind::Modem);
     Create();
-    const std::tuple<const char*, const char*> rows[] = {
-        {"error@at*1", "CDevice::OpenModemPort - ERROR sending the AT command"},
-        {"hangup@at*1", "CDevice::OpenModemPort - ERROR sending the AT command"},
-    };
-    for (const auto& [fault, line] : rows) {
+    for (const char* fault : {"error@at*1", "hangup@at*1"}) {
         modem.Control().AddFault(fault);
         EXPECT_EQ(Arrive(), FALSE) << fault;
-        EXPECT_TRUE(HasLine(line));
+        EXPECT_TRUE(HasLine("CDevice::OpenModemPort - ERROR sending the AT command"));
         EXPECT_FALSE(Device().GetPort());
         EXPECT_TRUE(PumpUntil([&] { return modem.IsPlugged(); })); // the line that dropped is offered anew
     }

@@ -12,46 +12,30 @@ namespace {
 constexpr std::uint32_t kStartup = 1;
 constexpr DWORD kProbe = 3000;
 
-class PortWatchTest : public DeviceTest
-{
-protected:
-    // Creates the device object and lets it find the one handset there is, on com5.
-    simulator::Simulator& FindHandset()
-    {
-        simulator::Simulator& handset = Attach("com5");
-        Create();
-        StartWatch();
-        EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
-        EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
-        return handset;
-    }
-};
+using PortWatchTest = DeviceTest;
 
 } // namespace
 
 TEST_F(PortWatchTest, ProbesOfBothHalvesTakeTurnsAndTheFirstHandsetWins)
 {
+    // com1 and com3 are one half, com2 and com4 the other. Each silent port costs its own three seconds.
     simulator::Simulator* const silent[] = {&Attach("com1"), &Attach("com2"), &Attach("com3")};
     simulator::Simulator& handset = Attach("com4");
     for (simulator::Simulator* port : silent)
         port->Control().AddFault("silence");
-    const auto silentProbes = [&] {
-        std::uint64_t sum = 0;
-        for (simulator::Simulator* port : silent)
-            sum += port->Control().Requests(kStartup);
-        return sum;
+    const auto probes = [&] {
+        return silent[0]->Control().Requests(kStartup) + silent[1]->Control().Requests(kStartup) +
+               silent[2]->Control().Requests(kStartup);
     };
     Create();
     StartWatch();
-    // com1 and com3 are one half, com2 and com4 the other. Each silent port costs its own three seconds.
     std::uint64_t turns = 0;
-    const auto isFound = [this] { return Device().GetMDMHandle() != nullptr; };
-    while (PumpUntil([&] { return isFound() || silentProbes() > turns; }) && !isFound()) {
+    while (PumpUntil([&] { return IsOpen() || probes() > turns; }) && !IsOpen()) {
         ASSERT_TRUE(AwaitBlocked(kProbe));
-        EXPECT_EQ(silentProbes(), ++turns) << "two probes at a time";
+        EXPECT_EQ(probes(), ++turns) << "two probes at a time";
         AdvanceClock(kProbe);
     }
-    ASSERT_TRUE(isFound());
+    ASSERT_TRUE(IsOpen());
     EXPECT_GE(turns, 2u);
     EXPECT_EQ(Device().GetPort()->GetPath(), "\\\\?\\com4");
     EXPECT_EQ(handset.Control().Requests(kStartup), 1u);
@@ -59,26 +43,24 @@ TEST_F(PortWatchTest, ProbesOfBothHalvesTakeTurnsAndTheFirstHandsetWins)
 
 TEST_F(PortWatchTest, AsksTheOpenPortEverySeventhCycleAndDropsItWhenItNoLongerAnswers)
 {
-    simulator::Simulator& handset = FindHandset();
-    for (int cycle = 1; cycle <= 7; ++cycle) {
+    simulator::Simulator& handset = Attach("com5");
+    Create();
+    StartWatch();
+    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
+    for (int cycle = 1; cycle <= 14; ++cycle) {
+        EXPECT_TRUE(IsOpen()) << cycle;
         NextCycle();
         ASSERT_TRUE(AwaitBlocked(15000));
-        EXPECT_EQ(handset.Control().Requests(kStartup), cycle < 7 ? 1u : 2u) << "cycle " << cycle;
+        EXPECT_EQ(handset.Control().Requests(kStartup), cycle < 7 ? 1u : 2u) << cycle;
+        if (cycle == 7)
+            handset.Unplug();
     }
-    EXPECT_EQ(owner_.TakeEvents(), Events{});
-
-    handset.Unplug();
-    for (int cycle = 1; cycle <= 7; ++cycle) {
-        EXPECT_TRUE(Device().GetMDMHandle());
-        NextCycle();
-        ASSERT_TRUE(AwaitBlocked(15000));
-    }
-    EXPECT_FALSE(Device().GetMDMHandle());
-    EXPECT_EQ(owner_.TakeEvents(), (Events{"lost", "released"}));
+    EXPECT_FALSE(IsOpen());
+    EXPECT_EQ(owner_.TakeEvents(), (Events{"opened", "lost", "released"}));
 
     handset.Replug();
     NextCycle();
-    EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
     EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
 }
 
@@ -99,7 +81,7 @@ TEST_F(PortWatchTest, APortOfTheMakersUsbDeviceEndsItsHalfOfTheScan)
     EXPECT_EQ(usb.Control().Requests(), 0u);
     EXPECT_EQ(behind.Control().Requests(), 0u);
     EXPECT_EQ(other.Control().Requests(kStartup), 1u);
-    EXPECT_FALSE(Device().GetMDMHandle());
+    EXPECT_FALSE(IsOpen());
 }
 
 TEST_F(PortWatchTest, AUsbHandsetThatNothingAnnouncesAnyMoreIsFoundByTheNextCycle)
@@ -109,9 +91,9 @@ TEST_F(PortWatchTest, AUsbHandsetThatNothingAnnouncesAnyMoreIsFoundByTheNextCycl
     Create();
     StartWatch();
     first.Unplug();
-    ASSERT_TRUE(PumpUntil([this] { return !Device().GetMDMHandle(); }));
+    ASSERT_TRUE(PumpUntil([this] { return !IsOpen(); }));
     NextCycle();
-    EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
     EXPECT_EQ(Device().GetPort()->GetPath(), "\\\\?\\" + simulator::UsbInterfaceName("0002"));
     EXPECT_EQ(owner_.TakeEvents(), (Events{"opened", "lost", "released", "opened"}));
 }
@@ -147,6 +129,6 @@ TEST_F(PortWatchTest, AThreadThatCannotBeMadeLeavesTheDeviceWorking)
     EXPECT_TRUE(PumpUntil([] { return platform_test::PendingFailures("CreateThread") == 0; }));
     EXPECT_TRUE(HasLine("CDevice::OnTimer - Unable to start the port watch. Last error 0x8"));
     simulator::Simulator& usb = Attach(simulator::UsbInterfaceName("0001"));
-    EXPECT_TRUE(PumpUntil([this] { return Device().GetMDMHandle() != nullptr; }));
+    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
     EXPECT_EQ(usb.Control().Rejected(), 0u);
 }
