@@ -3,6 +3,8 @@
 
 #include "link/service_fixture.h"
 
+#include <tuple>
+
 namespace {
 
 Bytes EntryBytes(uint32_t id, std::u16string_view text = u"", uint32_t value = 0)
@@ -25,7 +27,6 @@ protected:
     CallTest() : ServiceTest("CCallHistory") { tail_ = 0; }
 
     void AnswerEntry(uint32_t id) { Answer({0, 1}, EntryBytes(id)); }
-    void AnswerEnd() { Answer({5, 0}); }
 
     bool Count(int32_t type, uint32_t* count) { return calls_.GetCallEntryCount(Device(), type, count); }
     PHN_ERROR First(int32_t type) { return Run(calls_, &CCallHistory::GetFirstCallEntry, type, &entry_); }
@@ -49,42 +50,34 @@ protected:
 
 TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
 {
-    // All 22 bytes are expected.
-    const struct
-    {
-        std::u16string_view text;
-        std::string expected;
-        const char* codePage = "1252";
-    } cases[] = {
-        {u"", std::string(22, '\0')},
-        {u"Anna", std::string("Anna") + std::string(18, '\0')},
-        {u"\u00E9\u4E2D!", std::string("\xE9?!") + std::string(19, '\0')},
-        {u"123456789012345678901", "123456789012345678901" + std::string(1, '\0')},
-        {u"1234567890123456789012", "1234567890123456789012"},
-        {u"1234567890123456789012345678901234567890123456789012", "1234567890123456789012"},
-        {u"123456789012345678901\u65E5", "123456789012345678901" + std::string(1, '\0'), "932"}, // no half character
+    // All 22 bytes of the text are expected; of the last, half a character would fit.
+    const std::tuple<const char*, std::u16string, std::string> cases[] = {
+        {"1252", u"", ""},
+        {"1252", u"\u00E9\u4E2D!", "\xE9?!"},
+        {"1252", std::u16string(52, u'1'), std::string(22, '1')},
+        {"932", u"123456789012345678901\u65E5", "123456789012345678901"},
     };
-    for (const auto& [text, expected, codePage] : cases) {
+    for (const auto& [codePage, text, expected] : cases) {
         setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
         Bytes two = EntryBytes(9, text, 75);
         Append(two, EntryBytes(10));
         Answer({0, 2}, two);
         entry_ = {};
         ASSERT_EQ(First(0), PHN_ERROR_NONE);
-        EXPECT_EQ(std::string(entry_.szEntryText, sizeof entry_.szEntryText), expected);
-        EXPECT_EQ(+entry_.uSize, 84u);
-        EXPECT_EQ(+entry_.uEntry8, 75000u);
-        EXPECT_EQ(+entry_.wEntry18, 2009);
-        EXPECT_EQ(+entry_.wEntry17, 12);
-        EXPECT_EQ(+entry_.wEntry16, 255);
-        EXPECT_EQ(+entry_.wEntry12, 0x17);
-        EXPECT_EQ(+entry_.wEntry13, 0x3B);
-        EXPECT_EQ(+entry_.wEntry14, 0x1234);
-        const Bytes zeros(22);
-        EXPECT_EQ(Bytes(entry_.abyReserved30, entry_.abyReserved30 + 20), Bytes(20));
-        EXPECT_EQ(Bytes(entry_.abyReserved62, entry_.abyReserved62 + 22), zeros);
+        EXPECT_EQ(std::string(entry_.szEntryText, sizeof entry_.szEntryText),
+                  expected + std::string(22 - expected.size(), '\0'));
     }
     unsetenv("PHNNRV_ANSI_CODE_PAGE");
+    EXPECT_EQ(+entry_.uSize, 84u);
+    EXPECT_EQ(+entry_.uEntry8, 75000u);
+    EXPECT_EQ(+entry_.wEntry18, 2009);
+    EXPECT_EQ(+entry_.wEntry17, 12);
+    EXPECT_EQ(+entry_.wEntry16, 255);
+    EXPECT_EQ(+entry_.wEntry12, 0x17);
+    EXPECT_EQ(+entry_.wEntry13, 0x3B);
+    EXPECT_EQ(+entry_.wEntry14, 0x1234);
+    EXPECT_EQ(Bytes(entry_.abyReserved30, entry_.abyReserved30 + 20), Bytes(20));
+    EXPECT_EQ(Bytes(entry_.abyReserved62, entry_.abyReserved62 + 22), Bytes(22));
     ExpectRequests(Requests(std::size(cases), {26, 4}));
     // The entry behind the first one is asked for by the first one's id.
     AnswerEntry(10);
@@ -117,50 +110,39 @@ TEST_F(CallTest, CountsAreTheSumOfJoinedLists)
 
 TEST_F(CallTest, ReadsJoinedListsAsOne)
 {
-    const auto expect = [&](PHN_ERROR outcome, PHN_ERROR expected, const Requests& requests) {
-        EXPECT_EQ(outcome, expected);
+    constexpr PHN_ERROR kEnd = PHN_ERROR_NO_MORE_ENTRIES;
+    constexpr int32_t kNext = -1;
+    // The list that is begun, the ids that the handset answers with (0: the list has ended), and what is asked.
+    const auto expect = [&](int32_t type, const std::vector<uint32_t>& ids, PHN_ERROR expected,
+                            const Requests& requests) {
+        for (const uint32_t id : ids)
+            id ? AnswerEntry(id) : Answer({5, 0});
+        EXPECT_EQ(type == kNext ? Next() : First(type), expected);
         ExpectRequests(requests);
     };
-    constexpr PHN_ERROR kEnd = PHN_ERROR_NO_MORE_ENTRIES;
-    AnswerEntry(11);
-    expect(First(1), 0, {{26, 2}});
-    AnswerEntry(12);
-    expect(Next(), 0, {{27, 2, 11}});
-    AnswerEnd();
-    AnswerEntry(3);
-    expect(Next(), 0, {{27, 2, 12}, {26, 3}});
-    AnswerEntry(4);
-    expect(Next(), 0, {{27, 3, 3}});
-    AnswerEnd();
-    expect(Next(), kEnd, {{27, 3, 4}});
-
+    expect(1, {11}, 0, {{26, 2}});
+    expect(kNext, {12}, 0, {{27, 2, 11}});
+    expect(kNext, {0, 3}, 0, {{27, 2, 12}, {26, 3}});
+    expect(kNext, {4}, 0, {{27, 3, 3}});
+    expect(kNext, {0}, kEnd, {{27, 3, 4}});
     // The first list is empty; no reply says so more than one with no entries.
     Answer({0, 0});
-    AnswerEntry(5);
-    expect(First(1), 0, {{26, 2}, {26, 3}});
-    AnswerEnd();
-    expect(Next(), kEnd, {{27, 3, 5}});
-
+    expect(1, {5}, 0, {{26, 2}, {26, 3}});
+    expect(kNext, {0}, kEnd, {{27, 3, 5}});
     // Both are empty. The place that was read before is still there.
-    AnswerEnd();
-    AnswerEnd();
-    expect(First(1), kEnd, {{26, 2}, {26, 3}});
-    AnswerEnd();
-    expect(Next(), kEnd, {{27, 3, 5}});
-
+    expect(1, {0, 0}, kEnd, {{26, 2}, {26, 3}});
+    expect(kNext, {0}, kEnd, {{27, 3, 5}});
     // Any other failure ends the step.
     Answer({1, 0});
-    expect(First(1), PHN_ERROR_NOT_FOUND, {{26, 2}});
-    AnswerEntry(6);
-    expect(First(1), 0, {{26, 2}});
+    expect(1, {}, PHN_ERROR_NOT_FOUND, {{26, 2}});
+    expect(1, {6}, 0, {{26, 2}});
     Answer({0, 1}, {}, 7);
-    expect(Next(), PHN_ERROR_STATUS_7, {{27, 2, 6}});
-    AnswerEnd();
+    expect(kNext, {}, PHN_ERROR_STATUS_7, {{27, 2, 6}});
+    Answer({5, 0});
     Answer({3, 1});
-    expect(Next(), PHN_ERROR_COMMUNICATION, {{27, 2, 6}, {26, 3}});
+    expect(kNext, {}, PHN_ERROR_COMMUNICATION, {{27, 2, 6}, {26, 3}});
     // The end of any other list is the end.
-    AnswerEnd();
-    expect(First(2), kEnd, {{26, 1}});
+    expect(2, {0}, kEnd, {{26, 1}});
 }
 
 TEST_F(CallTest, ACountEndsAReading)
@@ -217,23 +199,22 @@ TEST_F(CallTest, EachCheckOfAReplyHasItsLineAndItsCode)
 
 TEST_F(CallTest, RepliesThatHoldLessThanTheySayFail)
 {
-    const auto expect = [&](PHN_ERROR code, const std::string& line) {
-        log_.TakeLines();
-        EXPECT_EQ(First(0), code);
+    const auto expect = [&](const std::string& line) {
+        EXPECT_EQ(First(0), PHN_ERROR_NO_MORE_ENTRIES);
         EXPECT_EQ(log_.TakeLines().back(), "CCallHistory Error GetEntry - " + line);
         EXPECT_EQ(+entry_.uSize, 0u);
     };
     Answer({5, 1});
-    expect(PHN_ERROR_NO_MORE_ENTRIES, "rcCHEntry.dwResult = 5(0x5).");
+    expect("rcCHEntry.dwResult = 5(0x5).");
     Answer({0, 0});
-    expect(PHN_ERROR_NO_MORE_ENTRIES, "rcCHEntry.dwNumOfEntries is less than or equal to 0.");
+    expect("rcCHEntry.dwNumOfEntries is less than or equal to 0.");
     Answer({0, 2}, Bytes(300));
-    expect(PHN_ERROR_NO_MORE_ENTRIES, "dwPtr(300) is less than data to copy(408).");
+    expect("dwPtr(300) is less than data to copy(408).");
     Answer({0, 1}, Bytes(203));
-    expect(PHN_ERROR_NO_MORE_ENTRIES, "dwPtr(203) is less than data to copy(204).");
+    expect("dwPtr(203) is less than data to copy(204).");
     // As many entries as make their bytes a small number, if that were counted in 32 bits.
     Answer({0, 0x40000001}, Bytes(8000));
-    expect(PHN_ERROR_NO_MORE_ENTRIES, "dwPtr(8000) is less than data to copy(204).");
+    expect("dwPtr(8000) is less than data to copy(204).");
     uint32_t count = 1;
     Answer({6, 1});
     EXPECT_FALSE(Count(0, &count));

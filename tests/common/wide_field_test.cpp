@@ -41,10 +41,9 @@ TEST(WideField, EndsAtTheFirstZeroUnitNotAtAZeroByte)
 
 TEST(Text, ConvertsBothWaysWithoutATerminator)
 {
-    EXPECT_EQ(ToWide(std::string_view("caf\xE9 \x80", 6)), u"caf\u00E9 \u20AC");
+    EXPECT_EQ(ToWide(std::string_view("caf\xE9 \x80!", 6)), u"caf\u00E9 \u20AC");
     EXPECT_EQ(ToAnsi(u"caf\u00E9 \u20AC"), "caf\xE9 \x80");
     EXPECT_EQ(ToAnsi(u"\u4E2D"), "?"); // not in the code page
     EXPECT_EQ(ToWide(""), u"");
     EXPECT_EQ(ToAnsi(u""), "");
-    EXPECT_EQ(ToWide(std::string_view("ab").substr(0, 1)), u"a");
 }

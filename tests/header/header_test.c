@@ -18,7 +18,7 @@ static void PHN_CALL ignore(uint32_t type)
     (void)type;
 }
 
-static void checkCalls(void)
+int main(void)
 {
     PHN_BATTERY_INFO battery;
     PHN_CONTACT_RECORD contact;
@@ -37,10 +37,5 @@ static void checkCalls(void)
     expect("a lock code", PHN_SetLock(1, "12345"), PHN_ERROR_INVALID_LOCK_CODE);
     expect("not implemented", PHN_Upgrade(), PHN_ERROR_NOT_SUPPORTED);
     expect("shutdown", PHN_Shutdown(), PHN_ERROR_NO_DEVICE);
-}
-
-int main(void)
-{
-    checkCalls();
     return failures == 0 ? 0 : 1;
 }

@@ -79,7 +79,6 @@ TEST(Log, MasksDecideWhatIsWritten)
         {std::nullopt, {}},
         {0, {}},
         {0x000FFF02, {"CDevice Comment c", "CPort Comment c"}},
-        {0x00000404, {"CDevice Error e"}},
         {0x00000704, {"CDevice Error e", "Unknown Error u"}},
         {0xFFF80011, {"CSMS Debug d", "CSMS Reserved r"}},
         {0xFFF00000, {"an empty file"}}, // not off, but nothing passes
