@@ -1,6 +1,4 @@
-// A host process for tests: the library loaded at run time as a host does, a simulated handset that it can find, the
-// log file and the registry value that rules it. What differs between systems stands behind TestBench, one .cpp per
-// system.
+// A host's process for tests. What differs between systems stands behind TestBench, one .cpp per system.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -61,8 +59,7 @@ protected:
     // How the service fares: the code of a request that every handset answers.
     PHN_ERROR Battery() const;
 
-    // Dispatch this thread's messages: until the condition holds (false if it does not within ten seconds), or for that
-    // long by the timers' clock.
+    // Dispatch this thread's messages: until the condition holds, ten seconds at most, or for that long by the clock.
     static bool PumpUntil(const std::function<bool()>& condition);
     static void RunFor(DWORD milliseconds);
 

@@ -1,5 +1,4 @@
-// Contacts, events, messages and calls through the exports, against a simulated handset: what a host writes arrives,
-// and what it reads is what the handset holds.
+// Contacts, events, messages and calls through the exports, against a simulated handset that keeps them.
 #include <algorithm>
 #include <set>
 

@@ -131,8 +131,7 @@ TEST(ICalendarReader, DatesHaveOneShapeWithOptionalSeparators)
     }
 }
 
-// An event with a million bytes in it that make the reader look as often as it can. The bound is a hundred times what a
-// linear reader needs.
+// A million bytes that make the reader look as often as it can. The bound is a hundred times what a linear one needs.
 TEST(ICalendarReader, TimeIsLinearInTheText)
 {
     const std::string tail = EventAt("");

@@ -1,5 +1,4 @@
-// The system's zone in the conversion: what is stored of local times around changes of the clocks, and up to 2038. The
-// zone is the process's TZ; offsets are added in elapsed time, so that a change in between shows.
+// What is stored of local times around changes of the clocks, and up to 2038, in the zone of the process's TZ.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// Callbacks as a host gets them: when the poll runs, on which thread, what the loss of the handset and the end of the
-// service do to them, and that a function is never called once its removal has returned.
+// Callbacks as a host gets them: when, on which thread, and what a loss, the end of the service and a removal do to
+// them.
 #include <atomic>
 #include <thread>
 

@@ -1,5 +1,4 @@
-// The functions that a test registers as a host does, and what they were told. Functions of a C interface carry no
-// context, so the record is the program's.
+// The functions that a test registers as a host does, and what they were told, in a record of the program.
 #pragma once
 
 #include <windows.h>

@@ -1,5 +1,4 @@
-// Losses, and host functions that dispatch messages as a message box does: what arrives inside them is handled then and
-// there, and the handling that called them goes on afterwards.
+// Losses, and host functions that dispatch messages: what arrives inside them is handled before they return.
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
 #include "phn_platform_test.h"
@@ -38,8 +37,7 @@ protected:
         });
     }
 
-    // What holds after every loss in which another handset was plugged in: it is there, it can be lost, and it was told
-    // once.
+    // After a loss in which another handset was plugged in: it was told once, and the other is there and can be lost.
     void ExpectServedBy(simulator::Simulator& next)
     {
         EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_REMOVED});

@@ -1,5 +1,4 @@
-// The callback object alone: which registrations post the poll message, what a registration keeps, what a reply must
-// look like, and what is left when the object is released.
+// The callback object alone: what its registrations post and keep, and what is left when it is released.
 #include <optional>
 #include <tuple>
 

@@ -1,5 +1,4 @@
-// A device object as the library makes it, in a world of its own: an empty device directory, an empty registry, a log
-// that can be read, and an owner that writes down what it is told. The test's thread is the window's thread.
+// A device object as the library makes it, on the test's thread, with an owner that writes down what it is told.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,14 +16,14 @@
 #include "simulator/device_directory.h"
 #include "simulator/simulator.h"
 
-// What the device object tells its owner, in order: "opened", "lost", "released", "poll".
+// What the device object tells its owner, in order: "opened", "lost" or "released".
 class RecordingOwner final : public CDeviceOwner
 {
 public:
     std::shared_ptr<COpenPort> GetCurrentPort() override;
     void NotifyDeviceState(bool connected) override { Record(connected ? "opened" : "lost"); }
     void DestroyObjects() override PHN_REQUIRES(g_csCallbackPoll, g_csCallbackRemoved) { Record("released"); }
-    void PollCallbacks(HWND, HANDLE) override { Record("poll"); }
+    void PollCallbacks(HWND, HANDLE) override {}
 
     std::vector<std::string> TakeEvents();
     void SetDevice(CDevice* device) { device_ = device; }
@@ -56,8 +55,7 @@ protected:
     // Waits until the watch thread has finished a cycle, and begins the next one.
     void NextCycle();
 
-    // Dispatch this thread's messages: those that wait, or until the condition holds; false if it does not within ten
-    // seconds.
+    // Dispatch this thread's messages: those that wait, or until the condition holds, ten seconds at most.
     static void DispatchPending();
     static bool PumpUntil(const std::function<bool()>& condition);
     // Sends the window a device message as the system does.

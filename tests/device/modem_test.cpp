@@ -1,5 +1,4 @@
-// A handset that offers a modem port only: the AT dialogue, and what its failure leaves. A modem port's read ends after
-// seven seconds of silence, which no clock shortens; this program runs at a twentieth of every stated time.
+// A handset with a modem port only. Its reads end after seconds that no clock shortens: all times run at a twentieth.
 #include <dbt.h>
 
 #include "device/device_world.h"

@@ -162,20 +162,6 @@ TEST_F(NotificationTest, WhatTheWindowSystemRefusesIsSaidOnce)
     EXPECT_TRUE(HasLine("CDevice - Unable to start timer 1. Last error 0x8"));
 }
 
-TEST_F(NotificationTest, ThePollTimerRunsBetweenItsTwoMessages)
-{
-    Create();
-    const UINT poll = RegisterWindowMessageA("WM_CALLBACK_POLL_MSG");
-    Send(poll, 0, 1);
-    Send(poll, 0, 1);
-    AdvanceClock(2000);
-    EXPECT_TRUE(PumpUntil([this] { return !owner_.TakeEvents().empty(); }));
-    Send(poll, 0, 0);
-    AdvanceClock(2000);
-    DispatchPending();
-    EXPECT_EQ(owner_.TakeEvents(), Events{});
-}
-
 TEST(InterfaceListTest, LeadsFromAPathToTheKeyOfItsUsbDevice)
 {
     const std::string before = "SYSTEM\\CurrentControlSet\\Enum\\USB\\";

@@ -21,20 +21,12 @@ static void PHN_CALL ignore(uint32_t type)
 int main(void)
 {
     PHN_BATTERY_INFO battery;
-    PHN_CONTACT_RECORD contact;
-    char text[64];
     battery.uSize = sizeof battery - 1;
     expect("a small record", PHN_GetBatteryInfo(&battery), PHN_ERROR_BUFFER_TOO_SMALL);
     battery.uSize = sizeof battery;
     expect("no handset", PHN_GetBatteryInfo(&battery), PHN_ERROR_NO_DEVICE);
-    contact.uSize = sizeof contact;
-    contact.pContactData = text;
-    contact.uSizeofData = sizeof text;
-    expect("a contact", PHN_GetContact(0, &contact), PHN_ERROR_NO_DEVICE);
     expect("a count", PHN_GetMessageCount(PHN_MESSAGE_BOX_LAST), 0);
     expect("a callback", PHN_SetCallback(PHN_CALLBACK_ALL, ignore, 0), PHN_ERROR_NO_DEVICE);
-    expect("no callback", PHN_SetCallback(PHN_CALLBACK_ALL, NULL, 0), PHN_ERROR_INVALID_PARAMETER);
-    expect("a lock code", PHN_SetLock(1, "12345"), PHN_ERROR_INVALID_LOCK_CODE);
     expect("not implemented", PHN_Upgrade(), PHN_ERROR_NOT_SUPPORTED);
     expect("shutdown", PHN_Shutdown(), PHN_ERROR_NO_DEVICE);
     return failures == 0 ? 0 : 1;

@@ -1,5 +1,4 @@
-// The beginning and the end of the service, as a host sees them: waiting for a port, the greeting, the models that are
-// refused, what is left after a failure, and a handset that goes while it is served.
+// The beginning and the end of the service as a host sees them, and what is left after a failure.
 #include <algorithm>
 #include <atomic>
 #include <functional>
@@ -108,17 +107,6 @@ TEST_F(StartupTest, WithoutAHandsetItWaitsFifteenSecondsAndSaysSo)
     EXPECT_EQ(bench_.TakeLog().back(), "CCalderApp Error PHN_Shutdown - hDevice is NULL.");
 }
 
-TEST_F(StartupTest, AHandsetThatArrivesDuringTheWaitIsServed)
-{
-    Load();
-    std::thread person([this] {
-        EXPECT_TRUE(AwaitBlocked(50));
-        bench_.Plug();
-    });
-    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
-    person.join();
-}
-
 TEST_F(StartupTest, AGreetingWithoutAnswerStartsNothing)
 {
     bench_.Plug();
@@ -129,18 +117,6 @@ TEST_F(StartupTest, AGreetingWithoutAnswerStartsNothing)
     EXPECT_EQ(bench_.TakeLog().size(), 2u);
     EXPECT_EQ(bench_.Handset().Requests(6), 0u);
     EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
-}
-
-TEST_F(StartupTest, AHandsetThatGoesTakesTheServiceWithIt)
-{
-    StartService();
-    bench_.Handset().AddFault("unplug@5*1");
-    EXPECT_EQ(Battery(), PHN_ERROR_FAILED);
-    EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
-    bench_.Plug();
-    EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_SERVICE_OBJECT; }));
-    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
-    EXPECT_EQ(Battery(), PHN_ERROR_NONE);
 }
 
 TEST_F(StartupTest, AServiceObjectThatIsBeingUsedOutlivesItsShutdown)

@@ -1,5 +1,4 @@
-// The library's hidden window beside the host's own: what a host that ends, a system that closes windows, and a second
-// copy of the library do to it.
+// The library's hidden window: a host that ends, a system that closes windows, a second copy of the library.
 #include <chrono>
 #include <thread>
 

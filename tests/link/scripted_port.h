@@ -1,5 +1,4 @@
-// The current port of the exchanges under test: a port in memory that answers from a script, or fails as told, under an
-// owner that hands it out. The log is on for everything.
+// A port in memory that answers from a script or fails as told, and an owner that hands it out. Everything is logged.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
-// A service on a port in memory: the replies that it is given, the requests that it sends, and the checks of a reply
-// that all operations share. The services' tests derive from it.
+// A service on a port in memory: its replies, its requests, and the checks of a reply that all operations share.
 #pragma once
 
 #include <functional>

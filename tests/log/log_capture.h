@@ -1,5 +1,4 @@
-// The log of this process in a folder of its own, with the registry file that switches it. One at a time: it stands for
-// the load and the unload of the library's log.
+// The log of this process, in a folder of its own with the registry file that switches it. One at a time.
 #pragma once
 
 #include <filesystem>

@@ -135,8 +135,7 @@ TEST(PduDecoder, RejectsShortFields)
     expect(UserData("Hello"), true, 1105);
 }
 
-// A PDU that ends early, but not between two items, is rejected for the item that is not whole, and nothing is read
-// beyond the end.
+// A PDU that ends early, but not between two items, is rejected for the item that is not whole.
 TEST(PduDecoder, RejectsPdusThatEndInsideAnItem)
 {
     const Bytes address = Address("\x01\x02\x03");
@@ -163,8 +162,7 @@ TEST(PduDecoder, RejectsPdusThatEndInsideAnItem)
     }
 }
 
-// The Bearer Data says where its items begin. One that runs past it is whole if the PDU holds it, from its length byte
-// on; one that begins behind it is none of its own.
+// The Bearer Data says where its items begin; one that runs past it is whole if the PDU holds it.
 TEST(PduDecoder, ItemsMayRunPastTheBearerData)
 {
     const Bytes address = Address("\x01\x02\x03");

@@ -12,8 +12,7 @@
 
 namespace {
 
-// The local time of the handset's UTC, two digits of each number; a time that does not exist is written as it is, a
-// date that is not full not at all.
+// A time that does not exist is written as it is, a date that is not full not at all.
 TEST(PduTime, IsTheLocalTimeOfTheHandsetsUtc)
 {
     constexpr const char* kNewYork = "EST5EDT,M3.2.0,M11.1.0";

@@ -1,5 +1,4 @@
-// The library's PDUs, decoded by a dissector that knows nothing of it: tshark's for IS-637. Skipped where tshark is not
-// installed (./dev setup check brings it).
+// The library's PDUs, decoded by tshark, which knows nothing of it. Skipped where that is not installed.
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>

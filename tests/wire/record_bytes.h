@@ -1,5 +1,4 @@
 // Records of the handset, built field by field in little-endian byte order, independently of the library's own records.
-// Used by the tests of the services.
 #pragma once
 
 #include <cstddef>
