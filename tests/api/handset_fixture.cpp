@@ -1,18 +1,6 @@
 #include "api/handset_fixture.h"
 
-#include <chrono>
 #include <stdexcept>
-
-namespace {
-
-void DispatchPending()
-{
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-        DispatchMessageA(&message);
-}
-
-} // namespace
 
 HandsetTest::~HandsetTest()
 {
@@ -41,18 +29,6 @@ PHN_ERROR HandsetTest::Battery() const
     PHN_BATTERY_INFO info{};
     info.uSize = sizeof info;
     return CALL(PHN_GetBatteryInfo)(&info);
-}
-
-bool HandsetTest::PumpUntil(const std::function<bool()>& condition)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-        DispatchPending();
-    }
-    return true;
 }
 
 void HandsetTest::RunFor(DWORD milliseconds)

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,6 +13,7 @@
 #include "log/log_reader.h"
 #include "phnnrv.h"
 #include "simulator/handset.h"
+#include "support/messages.h"
 
 // The surroundings of one library: a place of its own in the file system, logging on, no handset until Plug.
 class TestBench
@@ -59,8 +59,7 @@ protected:
     // How the service fares: the code of a request that every handset answers.
     PHN_ERROR Battery() const;
 
-    // Dispatch this thread's messages: until the condition holds, ten seconds at most, or for that long by the clock.
-    static bool PumpUntil(const std::function<bool()>& condition);
+    // Dispatches this thread's messages for that long by the timers' clock.
     static void RunFor(DWORD milliseconds);
 
     template <typename Function>

@@ -3,7 +3,6 @@
 #include <dbt.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <utility>
 
@@ -82,25 +81,6 @@ void DeviceTest::NextCycle()
 {
     ASSERT_TRUE(AwaitBlocked(15000));
     AdvanceClock(15000);
-}
-
-void DeviceTest::DispatchPending()
-{
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-        DispatchMessageA(&message);
-}
-
-bool DeviceTest::PumpUntil(const std::function<bool()>& condition)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-        DispatchPending();
-    }
-    return true;
 }
 
 LRESULT DeviceTest::Broadcast(WPARAM event, const GUID& interfaceClass, const std::string& name)

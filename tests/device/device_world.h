@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -15,6 +14,7 @@
 #include "log/log_capture.h"
 #include "simulator/device_directory.h"
 #include "simulator/simulator.h"
+#include "support/messages.h"
 
 // What the device object tells its owner, in order: "opened", "lost" or "released".
 class RecordingOwner final : public CDeviceOwner
@@ -55,9 +55,6 @@ protected:
     // Waits until the watch thread has finished a cycle, and begins the next one.
     void NextCycle();
 
-    // Dispatch this thread's messages: those that wait, or until the condition holds, ten seconds at most.
-    static void DispatchPending();
-    static bool PumpUntil(const std::function<bool()>& condition);
     // Sends the window a device message as the system does.
     LRESULT Broadcast(WPARAM event, const GUID& interfaceClass, const std::string& name);
     LRESULT Send(UINT message, WPARAM wParam, LPARAM lParam = 0);

@@ -2,16 +2,16 @@
 #include <poll.h>
 #include <windows.h>
 
+#include "support/messages.h"
+
 int main(int count, char** arguments)
 {
     if (count != 2 || !LoadLibraryA(arguments[1]))
         return 1;
     pollfd input{0, POLLIN, 0};
     while (poll(&input, 1, 0) == 0) {
-        MSG message;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
-        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageA(&message);
+        DispatchPending();
     }
     return 0;
 }

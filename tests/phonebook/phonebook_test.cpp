@@ -116,14 +116,13 @@ TEST_F(Phonebook, NothingIsTakenOnAHostileReplysWord)
     std::fill(entries.begin() + 460, entries.end(), uint8_t{0xFF});
     Bytes wrapping = ToBytes({}); // times 116 its count is 4 in 32 bits
     wrapping[460] = 0x35, wrapping[461] = 0xC2, wrapping[462] = 0x72, wrapping[463] = 0x0F;
-    const std::string notWhole = "records is not whole.";
+    const std::string notWhole = "The first of 1(0x1) records is not whole.";
     const std::tuple<uint32_t, Bytes, PHN_ERROR, std::string> cases[] = {
         {0, {}, 304, "prcPBRetInfo->dwNumOfRecs = 0(0x0)."},
-        {1, {}, 104, "The first of 1(0x1) " + notWhole},
-        {0xFFFFFFFF, {}, 104, "The first of -1(0xFFFFFFFF) " + notWhole},
-        {1, cut, 104, "The first of 1(0x1) " + notWhole},
-        {1, entries, 104, "The first of 1(0x1) " + notWhole},
-        {1, wrapping, 104, "The first of 1(0x1) " + notWhole},
+        {0xFFFFFFFF, {}, 104, "The first of -1(0xFFFFFFFF) records is not whole."},
+        {1, cut, 104, notWhole},
+        {1, entries, 104, notWhole},
+        {1, wrapping, 104, notWhole},
     };
     for (const auto& [count, records, error, line] : cases) {
         Answer({0, 0, count}, records);

@@ -55,7 +55,6 @@ inline const std::string kBell = "420065006C006C00" + std::string(2 * 64, '0'); 
 inline const std::vector<GoldenFrame> kReplies = {
     // A reply that is a header alone.
     {"startup", 1, Hex("01000000 0100 0000"), Hex("4B 00000000 0F000000 01000000 01000000 0100 0000 DDC7 7E")},
-    {"writeParameters", 2, Hex("0D000000 0100 0000"), Hex("4B 00000000 0F000000 02000000 0D000000 0100 0000 517B 7E")},
     // Status 10: the lock code was wrong.
     {"setLock", 3, Hex("09000000 0100 0A00"), Hex("4B 00000000 0F000000 03000000 09000000 0100 0A00 AA15 7E")},
     // Special bytes in the sequence identifier and in the record.
