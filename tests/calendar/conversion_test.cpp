@@ -96,12 +96,9 @@ TEST(EventRecord, HoldsWhatTheTextStates)
              "CREATED:2009-01-05T08:00:00Z\nLAST-MODIFIED:20090106T093000\nDTSTART:20090315T120000Z\n"
              "DTEND:2009/03/15T13-30-15\nBEGIN:VALARM\nTRIGGER;RELATED=START:-P15M\n"
              "ACTION;X-PHN-RINGER-ID:4\nEND:VALARM\nEND:VEVENT\nBEGIN:VEVENT\nUID:2\nEND:VEVENT\nEND:VCALENDAR");
-    EXPECT_EQ(Show(record.tmStart), "2009-03-15 12:00:00");
-    EXPECT_EQ(Show(record.tmEnd), "2009-03-15 13:30:15");
-    EXPECT_EQ(Show(record.tmCreated), "2009-01-05 08:00:00");
-    EXPECT_EQ(Show(record.tmModified), "2009-01-06 09:30:00");
-    EXPECT_EQ(Show(record.tmAlarm), "2009-03-15 11:45:00");
-    EXPECT_EQ(Show(record.tmUntil), "0000-00-00 00:00:00");
+    EXPECT_EQ(Show(record.tmStart) + " " + Show(record.tmEnd), "2009-03-15 12:00:00 2009-03-15 13:30:15");
+    EXPECT_EQ(Show(record.tmCreated) + " " + Show(record.tmModified), "2009-01-05 08:00:00 2009-01-06 09:30:00");
+    EXPECT_EQ(Show(record.tmAlarm) + " " + Show(record.tmUntil), "2009-03-15 11:45:00 0000-00-00 00:00:00");
     EXPECT_EQ(+record.dwTimeZoneID, 1u);
     EXPECT_EQ(+record.dwRepeatType, 0u);
     EXPECT_EQ(+record.dwRingerID, 4u);

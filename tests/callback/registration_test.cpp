@@ -127,13 +127,11 @@ TEST_F(RegistrationTest, AllTypesAreTakenInTheirOrderAndAnUnknownOneChangesNothi
     }
     EXPECT_EQ(log_.TakeLines(), Lines{});
     EXPECT_EQ(Set(PHN_CALLBACK_ALL, 7), PHN_ERROR_NONE);
-    EXPECT_EQ(log_.TakeLines(), (Lines{"CCallback Comment SetCallback - PHN_CALLBACK_CONNECTION_INFO = 7",
-                                       "CCallback Comment SetCallback - PHN_CALLBACK_STATE_INFO = 7",
-                                       "CCallback Comment SetCallback - PHN_CALLBACK_NETWORK_INFO = 7",
-                                       "CCallback Comment SetCallback - PHN_CALLBACK_BATTERY_INFO = 7",
-                                       "CCallback Comment SetCallback - PHN_CALLBACK_SMS = 7",
-                                       "CCallback Comment SetCallback - PHN_CALLBACK_ACTIVATION = 7",
-                                       "CCallback Comment SetCallback - PHN_CALLBACK_REMOVED = 7"}));
+    Lines lines;
+    for (const char* type :
+         {"CONNECTION_INFO", "STATE_INFO", "NETWORK_INFO", "BATTERY_INFO", "SMS", "ACTIVATION", "REMOVED"})
+        lines.push_back(std::string("CCallback Comment SetCallback - PHN_CALLBACK_") + type + " = 7");
+    EXPECT_EQ(log_.TakeLines(), lines);
     EXPECT_EQ(TakePosts(), Posts{});
 }
 

@@ -1,6 +1,8 @@
 // A handset with a modem port only. Its reads end after seconds that no clock shortens: all times run at a twentieth.
 #include <dbt.h>
 
+#include <algorithm>
+
 #include "device/device_world.h"
 #include "link/command.h"
 #include "link/exec_command.h"
@@ -35,7 +37,9 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
 
     EXPECT_EQ(Arrive(), TRUE);
     EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
-    EXPECT_TRUE(HasLine("CDevice::OpenModemPort - Setting the Handle"));
+    const Events lines = TakeLog();
+    EXPECT_EQ(std::ranges::count(lines, "CDevice::OpenModemPort - Setting the Handle"), 1);
+    EXPECT_EQ(lines.back(), "CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, opened modem port.");
     EXPECT_TRUE(Device().CheckPort());
     EXPECT_EQ(modem.Control().Requests(kCommandStartup), 1u);
 }

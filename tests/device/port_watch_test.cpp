@@ -38,6 +38,7 @@ TEST_F(PortWatchTest, ProbesOfBothHalvesTakeTurnsAndTheFirstHandsetWins)
     ASSERT_TRUE(IsOpen());
     EXPECT_GE(turns, 2u);
     EXPECT_EQ(Device().GetPort()->GetPath(), "\\\\?\\com4");
+    EXPECT_TRUE(HasLine("CDevice::ScanPorts - OpenDiagPort \\\\?\\com4 Succeeded"));
     EXPECT_EQ(handset.Control().Requests(kStartup), 1u);
 }
 

@@ -45,7 +45,9 @@ TEST(IndexMap, TheLowestFreeRecordBelowAThousandIsTaken)
         EXPECT_EQ(map.GetFreeRecordID(), record);
         map.AddIndexMapping(2000 + record, record);
     }
+    map.AddIndexMapping(3000, 1000);
     EXPECT_EQ(map.GetFreeRecordID(), 1000u);
+    map.RemoveIndexMapping(3000);
     EXPECT_EQ(RecordOf(map, 7, false), 1000u);
     map.RemoveIndexMapping(2999);
     EXPECT_EQ(RecordOf(map, 7, false), 999u);
