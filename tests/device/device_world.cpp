@@ -12,21 +12,10 @@
 using platform_test::AdvanceClock;
 using platform_test::AwaitBlocked;
 
-std::shared_ptr<COpenPort> RecordingOwner::GetCurrentPort()
-{
-    return device_ ? device_->GetPort() : nullptr;
-}
-
 std::vector<std::string> RecordingOwner::TakeEvents()
 {
     const std::scoped_lock lock(mutex_);
     return std::exchange(events_, {});
-}
-
-void RecordingOwner::Record(const char* event)
-{
-    const std::scoped_lock lock(mutex_);
-    events_.emplace_back(event);
 }
 
 DeviceTest::DeviceTest()

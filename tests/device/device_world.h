@@ -20,7 +20,7 @@
 class RecordingOwner final : public CDeviceOwner
 {
 public:
-    std::shared_ptr<COpenPort> GetCurrentPort() override;
+    std::shared_ptr<COpenPort> GetCurrentPort() override { return device_ ? device_->GetPort() : nullptr; }
     void NotifyDeviceState(bool connected) override { Record(connected ? "opened" : "lost"); }
     void DestroyObjects() override PHN_REQUIRES(g_csCallbackPoll, g_csCallbackRemoved) { Record("released"); }
     void PollCallbacks(HWND, HANDLE) override {}
@@ -29,7 +29,11 @@ public:
     void SetDevice(CDevice* device) { device_ = device; }
 
 private:
-    void Record(const char* event);
+    void Record(const char* event)
+    {
+        const std::scoped_lock lock(mutex_);
+        events_.emplace_back(event);
+    }
 
     std::mutex mutex_;
     std::vector<std::string> events_;

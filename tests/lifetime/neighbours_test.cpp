@@ -19,34 +19,18 @@ namespace {
 
 std::atomic<int> calls = 0;
 
-int CountCall()
-{
-    return ++calls;
-}
-
 } // namespace
 
-#define HOSTS_OWN extern "C" __attribute__((visibility("default"))) int
-HOSTS_OWN CreateFileA()
-{
-    return CountCall();
-}
-HOSTS_OWN ReadFile()
-{
-    return CountCall();
-}
-HOSTS_OWN SetEvent()
-{
-    return CountCall();
-}
-HOSTS_OWN Sleep()
-{
-    return CountCall();
-}
-HOSTS_OWN WriteFile()
-{
-    return CountCall();
-}
+#define HOSTS_OWN(name)                                                                                                \
+    extern "C" __attribute__((visibility("default"))) int name()                                                       \
+    {                                                                                                                  \
+        return ++calls;                                                                                                \
+    }
+HOSTS_OWN(CreateFileA)
+HOSTS_OWN(ReadFile)
+HOSTS_OWN(SetEvent)
+HOSTS_OWN(Sleep)
+HOSTS_OWN(WriteFile)
 
 namespace {
 
