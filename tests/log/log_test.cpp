@@ -96,14 +96,15 @@ TEST(Log, ALineIsTimeCategoryLevelAndTextUnchanged)
     constexpr CLogSource kPort{LOG_CPORT};
     LogMessage("ends itself\n", LOG_CCALDERAPP, LOG_ERROR);
     const std::string text(3000, 'x');
-    kPort.Comment("%s|%d|0x%X|%03d%08d|%c|%d", text, -1, -1, 159, 1193046, 'c', uint64_t{0x100000002});
+    const char* const none = nullptr;
+    kPort.Comment("%s|%d|0x%X|%03d%08d|%c|%d|%s", text, -1, -1, 159, 1193046, 'c', uint64_t{0x100000002}, none);
     const std::string lines = capture.Text();
     const std::string time = "99/99/99 99:99:99\t";
     const size_t second = lines.find("ends itself") + 14;
     ASSERT_LT(second, lines.size());
     EXPECT_EQ(Digitless(lines.substr(0, second)), time + "CCalderApp\tError\tends itself\n\r\n");
     EXPECT_EQ(Digitless(lines.substr(second, 18)), time);
-    EXPECT_EQ(lines.substr(second + 18), "CPort\tComment\t" + text + "|-1|0xFFFFFFFF|15901193046|c|2\r\n");
+    EXPECT_EQ(lines.substr(second + 18), "CPort\tComment\t" + text + "|-1|0xFFFFFFFF|15901193046|c|2|(null)\r\n");
 
     ASSERT_EQ(capture.Files().size(), 1u);
     EXPECT_EQ(Digitless(capture.Files().front()), "9999_99_99_99_99_.log");
