@@ -40,7 +40,11 @@ if(PHN_BUILD_TOOLS)
         install(CODE "execute_process(COMMAND ${gzip} -9nc ${page} OUTPUT_FILE ${CMAKE_BINARY_DIR}/${name}.gz COMMAND_ERROR_IS_FATAL ANY)" COMPONENT tools)
         install(FILES ${CMAKE_BINARY_DIR}/${name}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
     endforeach()
-    foreach(shell bash-completion/completions:phnctl.bash:phnsim.bash zsh/vendor-completions:_phnctl:_phnsim
+    set(zsh_folder site-functions)
+    if(PHN_PACKAGES)
+        set(zsh_folder vendor-completions) # Debian's
+    endif()
+    foreach(shell bash-completion/completions:phnctl.bash:phnsim.bash zsh/${zsh_folder}:_phnctl:_phnsim
             fish/vendor_completions.d:phnctl.fish:phnsim.fish)
         string(REPLACE ":" ";" files ${shell})
         list(POP_FRONT files folder)

@@ -16,7 +16,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
 endif()
 # Hardening of what is shipped; .ci/hardening looks at the binaries. MinGW's run-time library has no fortified calls.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
-    add_compile_options(-fstack-protector-strong)
+    add_compile_options(-fstack-protector-strong -ffile-prefix-map=${CMAKE_SOURCE_DIR}=.)
     add_link_options(-fstack-protector-strong) # MinGW has it in a library of its own
     if(NOT WIN32)
         add_compile_options(-fstack-clash-protection)

@@ -333,18 +333,23 @@ private:
         std::mutex mutex; // never held while anything is called
         std::array<Function, PHN_CALLBACK_LAST + 1> ofType;
     };
-    inline static Functions functions_;
+    // Never destroyed: the library may tell a loss while the program ends.
+    static Functions& All()
+    {
+        static Functions& functions = *new Functions;
+        return functions;
+    }
 
     static Function Find(std::uint32_t type)
     {
-        const std::scoped_lock lock(functions_.mutex);
-        return functions_.ofType[type];
+        const std::scoped_lock lock(All().mutex);
+        return All().ofType[type];
     }
 
     static Function Exchange(std::uint32_t type, Function function)
     {
-        const std::scoped_lock lock(functions_.mutex);
-        return std::exchange(functions_.ofType[type], std::move(function));
+        const std::scoped_lock lock(All().mutex);
+        return std::exchange(All().ofType[type], std::move(function));
     }
 
     static void PHN_CALL Call(std::uint32_t type) noexcept

@@ -9,7 +9,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD dwReason, LPVOID lpRes
 
 namespace {
 
-PhnModuleName moduleName{.name = "PHNNRV.dll", .next = nullptr};
+PhnModuleName moduleName{.name = "PHNNRV.dll", .module = nullptr, .file = nullptr, .next = nullptr};
 
 // A program that was linked with the library keeps it until the process ends.
 bool isLinked;

@@ -64,6 +64,18 @@ TEST_F(LoadTest, FiftyCyclesSomeDuringAScanLeaveNothingBehind)
     EXPECT_LT(last.memory, warm.memory + 16384);
 }
 
+// The thread that the unload waits for tries it once more: its last line finds the log closed.
+TEST_F(LoadTest, ALogThatCannotBeOpenedDoesNotHoldUpTheUnload)
+{
+    const fs::path longest = fs::path(bench_.LibraryPath()).replace_filename(std::string(240, 'x'));
+    fs::copy_file(bench_.LibraryPath(), longest);
+    const HMODULE library = LoadLibraryA(longest.c_str());
+    ASSERT_TRUE(library);
+    ASSERT_TRUE(PumpUntil([&] { return silent_.Control().Requests(1) > 0; })) << "no scan";
+    EXPECT_TRUE(FreeLibrary(library));
+    EXPECT_TRUE(bench_.TakeLog().empty());
+}
+
 TEST_F(LoadTest, AHostThatEndsWithoutUnloadingEndsAtOnce)
 {
     setenv("TSAN_OPTIONS", "atexit_sleep_ms=0", 1); // ThreadSanitizer would add a second of its own

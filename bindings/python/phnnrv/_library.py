@@ -48,13 +48,17 @@ class Library:
         self._paths = candidates(path)
         self._lock = threading.Lock()
         self._calls = 0
-        self._ending = False
+        self._ending = self._loaded = False
         self._failure: Exception | None = None
         loaded = threading.Event()
-        # A daemon, so that an exit of the interpreter need not wait for a call that does not return.
+        # A daemon, so that an exit of the interpreter need not wait for a call that does not return (Handset's _leave).
         self._thread = threading.Thread(target=self._run, args=(loaded,), name="phnnrv", daemon=True)
         self._thread.start()
-        loaded.wait()
+        try:
+            loaded.wait()
+        except BaseException:  # Ctrl-C
+            self.end()
+            raise
         if self._failure:
             raise self._failure
 
@@ -67,6 +71,9 @@ class Library:
                 return
             finally:
                 loaded.set()
+            with self._lock:
+                self._loaded = True
+                self._unload_if_idle()
             self.win32.dispatch_until(self._idle)
             self._functions["PHN_Shutdown"]()
             _win32.unload(library)
@@ -112,7 +119,7 @@ class Library:
                 self._unload_if_idle()
 
     def _unload_if_idle(self) -> None:
-        if self._ending and self._calls == 0:
+        if self._ending and self._loaded and self._calls == 0:
             self.win32.set_event(self._idle)
 
     def end(self) -> None:
@@ -121,6 +128,6 @@ class Library:
             self._ending = True
             self._unload_if_idle()
 
-    def join(self) -> None:
-        """Waits until the library is unloaded."""
-        self._thread.join()
+    def join(self, timeout: float | None = None) -> None:
+        """Waits until the library is unloaded, or for so many seconds."""
+        self._thread.join(timeout)

@@ -55,7 +55,7 @@ class Changes:
             for handler in tuple(self._handlers.get(Change(change), ())):
                 try:
                     handler(Change(change))
-                except Exception:
+                except BaseException:  # sys.exit too: the thread serves the other handlers
                     threading.excepthook(threading.ExceptHookArgs((*sys.exc_info(), self._thread)))
 
     def end(self) -> None:

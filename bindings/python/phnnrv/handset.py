@@ -73,7 +73,7 @@ class Handset:
         self.events = Events(self._api)
         self.messages = Messages(self._api)
         self.calls = Calls(self._api)
-        atexit.register(self.close)
+        atexit.register(self._leave)
 
     def _greet(self, timeout: float) -> None:
         search = _Search(self._library)
@@ -98,10 +98,16 @@ class Handset:
         """
         if not self._closed.acquire(blocking=False):
             return
-        atexit.unregister(self.close)
+        atexit.unregister(self._leave)
         self._library.end()
         self._library.join()
         self._changes.end()
+
+    def _leave(self) -> None:
+        """At the interpreter's exit. A call that a daemon thread is in does not hold it up for long."""
+        if self._closed.acquire(blocking=False):
+            self._library.end()
+            self._library.join(timeout=3)
 
     def reconnect(self, timeout: float = 40.0) -> None:
         """After a loss: waits for a handset as the constructor does. Handlers stay. Raises Error, as there."""

@@ -8,11 +8,13 @@
 PHN_PLATFORM_BEGIN
 
 /* A module's Windows name, by which GetModuleHandleA finds it whatever its file is called. The record lies in the
-   module itself: its address says which module is meant. */
+   module itself: its address says which module is meant. All but the name is the stand-in's own. */
 typedef struct PhnModuleName
 {
     const char* name;
-    struct PhnModuleName* next; /* the stand-in's own */
+    HMODULE module;
+    const char* file;
+    struct PhnModuleName* next;
 } PhnModuleName;
 
 WINBASEAPI void PhnModuleLoaded(PhnModuleName* module) PHN_WIN32_NAME(ModuleLoaded);

@@ -73,8 +73,8 @@ HMODULE LoadedModule(const char* name)
 {
     if (!name)
         return ModuleOf(nullptr).handle;
-    if (const void* const address = AddressInModule(name))
-        return BaseOf(address);
+    if (const HMODULE module = NamedModule(name))
+        return module;
     const std::string file = name;
     const bool isPath = file.find('/') != file.npos;
     const Module module = FindModule([&](const Module& m) {

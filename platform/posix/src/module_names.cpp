@@ -21,6 +21,11 @@ std::string FolderOf(const std::string& path)
 
 void PhnModuleLoaded(PhnModuleName* module)
 {
+    Dl_info info{};
+    if (!dladdr(module, &info))
+        return;
+    module->module = static_cast<HMODULE>(info.dli_fbase);
+    module->file = info.dli_fname;
     const std::lock_guard guard(namesMutex);
     PhnModuleName** last = &firstName;
     while (*last)
@@ -40,12 +45,12 @@ void PhnModuleUnloaded(PhnModuleName* module)
 
 namespace platform {
 
-const void* AddressInModule(const char* name)
+HMODULE NamedModule(const char* name)
 {
     const std::lock_guard guard(namesMutex);
     for (const PhnModuleName* module = firstName; module; module = module->next) {
         if (strcasecmp(module->name, name) == 0)
-            return module;
+            return module->module;
     }
     return nullptr;
 }
@@ -54,8 +59,7 @@ bool IsBesideModule(const std::string& path)
 {
     const std::lock_guard guard(namesMutex);
     for (const PhnModuleName* module = firstName; module; module = module->next) {
-        Dl_info info{};
-        if (dladdr(module, &info) && FolderOf(info.dli_fname) == FolderOf(path))
+        if (FolderOf(module->file) == FolderOf(path))
             return true;
     }
     return false;

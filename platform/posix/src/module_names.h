@@ -1,12 +1,15 @@
-// The Windows names of the loaded modules that have told theirs (phn_platform_module.h).
+// The Windows names of the loaded modules that have told theirs (phn_platform_module.h). Asking for one takes no lock
+// of the dynamic linker's: a thread asks while another, which waits for it, is unloading the module.
 #pragma once
 
 #include <string>
 
+#include <windows.h>
+
 namespace platform {
 
-// An address in the module of this name, found without regard to case; null if none is loaded. Of two, the first.
-const void* AddressInModule(const char* name);
+// The module of this name, found without regard to case; null if none is loaded. Of two, the first.
+HMODULE NamedModule(const char* name);
 
 // Whether this file lies in the folder of such a module.
 bool IsBesideModule(const std::string& path);

@@ -20,12 +20,13 @@ namespace {
 
 constexpr off_t kMaxSize = 1 << 20;
 
+// /dev/null is no file either.
 bool IsThere(const std::string& path)
 {
     struct stat status
     {
     };
-    return stat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+    return stat(path.c_str(), &status) == 0 ? !S_ISCHR(status.st_mode) : errno != ENOENT && errno != ENOTDIR;
 }
 
 // Nothing if the file cannot be read, or is none of the sort that a registry may be.
