@@ -18,7 +18,7 @@ TEST(Run, BringsAHandsetOfItsOwn)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"--simulator radio OFF", "The radio is off.\n"},
-        {"error 3016 --json",
+        {"error 3016 --library /nonexistent --json",
          "{\"code\":3016,\"name\":\"PHN_NETWORK_ERROR_EVDO_GPS_FIX\",\"text\":\"EVDO call, ended in favor of GPS "
          "fix\"}\n"},
         {"error phn_network_error_wcdma_no_service", "2000 PHN_NETWORK_ERROR_WCDMA_NO_SERVICE, No service\n"},

@@ -1,5 +1,6 @@
 #include "phnctl/commands/status_report.h"
 
+#include "phnctl/text/error_names.h"
 #include "phnctl/text/text.h"
 
 #include <fmt/format.h>
@@ -45,7 +46,8 @@ Section ReadConnection(const Handset& handset, const Labels& labels)
 {
     const auto info = handset.Read(handset.Api().GetConnectionInfo, "reading the connection");
     const PHN_ERROR error = info.uNetworkError;
-    const std::string text = error ? handset.NetworkErrorText(error) : "";
+    const auto known = NetworkError(error);
+    const std::string text = known ? known->name + known->joint + known->meaning : "";
     Field lastEnd("uNetworkError", "Last call ended", error);
     lastEnd.shown = error ? fmt::format("{} {}", error, text) : "no reason reported";
     return {"connection",

@@ -5,7 +5,6 @@
 #include "phnctl/handset/library.h"
 #include "phnctl/text/failure.h"
 
-#include <optional>
 #include <string>
 
 namespace phnctl {
@@ -29,11 +28,6 @@ public:
         Check(call(&record), doing);
         return record;
     }
-
-    // "PHN_NETWORK_ERROR_1X_FADE, Fade"; empty for a code that has no text.
-    std::string NetworkErrorText(PHN_ERROR code) const;
-    // The same in its parts; nothing for a code that has no text.
-    std::optional<ErrorText> NetworkError(PHN_ERROR code) const;
 
 private:
     const Library& m_library;

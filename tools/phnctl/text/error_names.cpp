@@ -1,6 +1,7 @@
 #include "phnctl/text/error_names.h"
 
 #include "phnnrv.hpp"
+#include "texts/network_errors.h"
 
 #include <fmt/format.h>
 #include <string_view>
@@ -40,6 +41,18 @@ std::string_view MeaningOf(PHN_ERROR code)
     return "the handset refused, for a reason that only it knows";
 }
 
+struct NetworkText
+{
+    PHN_ERROR code;
+    const char* name;
+    std::string_view joint; // of name and text
+    const char* text;
+};
+
+#define PHNCTL_ROW(code, joint, text) {code, #code, joint, text},
+constexpr NetworkText kNetworkTexts[] = {PHN_NETWORK_ERROR_TEXTS(PHNCTL_ROW)};
+#undef PHNCTL_ROW
+
 } // namespace
 
 std::string ToString(const ErrorText& error)
@@ -49,10 +62,10 @@ std::string ToString(const ErrorText& error)
 
 std::optional<ErrorText> OwnError(PHN_ERROR code)
 {
+    if (auto found = NetworkError(code))
+        return found;
     const std::string name(phnnrv::Error{code}.name());
-    if (!name.starts_with("PHN_ERROR_"))
-        return std::nullopt;
-    return ErrorText{code, name, std::string(MeaningOf(code))};
+    return name.empty() ? std::nullopt : std::optional(ErrorText{code, name, std::string(MeaningOf(code))});
 }
 
 std::optional<ErrorText> OwnError(const std::string& name)
@@ -60,6 +73,17 @@ std::optional<ErrorText> OwnError(const std::string& name)
     for (const auto& [code, known] : phnnrv::kErrorNames)
         if (name == known)
             return OwnError(code);
+    for (const NetworkText& known : kNetworkTexts)
+        if (name == known.name)
+            return NetworkError(known.code);
+    return std::nullopt;
+}
+
+std::optional<ErrorText> NetworkError(PHN_ERROR code)
+{
+    for (const NetworkText& known : kNetworkTexts)
+        if (known.code == code)
+            return ErrorText{code, known.name, known.text, known.joint == "\t" ? " " : std::string(known.joint)};
     return std::nullopt;
 }
 

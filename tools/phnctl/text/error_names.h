@@ -1,5 +1,5 @@
-// The library's own codes with their names and what they mean to a person. Used for every refusal that is shown; the
-// texts of the network errors (1000 and up) are the library's, see Handset::NetworkError.
+// The library's codes with their names and what they mean to a person. Used for every refusal that is shown, and for
+// the network errors (1000 and up) that tell why a call ended, whose texts the library has from the same source.
 #pragma once
 
 #include "phnctl/text/failure.h"
@@ -12,6 +12,9 @@ namespace phnctl {
 // Nothing for a code, or a name, that is none of the library's own.
 std::optional<ErrorText> OwnError(PHN_ERROR code);
 std::optional<ErrorText> OwnError(const std::string& name);
+
+// The same for network errors alone.
+std::optional<ErrorText> NetworkError(PHN_ERROR code);
 
 // For every code: one that is none of the library's own is a code without a name.
 ErrorText ErrorOf(PHN_ERROR code);
