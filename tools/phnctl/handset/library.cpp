@@ -41,15 +41,10 @@ bool IsFile(const std::string& path)
 Library::Library(const std::string& path)
 {
     Load(path);
-    try {
-        Bind();
-    } catch (...) {
-        FreeLibrary(m_module);
-        throw;
-    }
+    Bind();
 }
 
-Library::~Library()
+void Library::Unload()
 {
     FreeLibrary(m_module);
 }
@@ -82,7 +77,6 @@ void Library::Bind()
     Find(m_module, "PHN_GetConnectionInfo", GetConnectionInfo);
     Find(m_module, "PHN_GetNetworkInfo", GetNetworkInfo);
     Find(m_module, "PHN_GetBatteryInfo", GetBatteryInfo);
-    Find(m_module, "PHN_GetNetworkErrorString", GetNetworkErrorString);
     Find(m_module, "PHN_GetDeviceInfo", GetDeviceInfo);
     Find(m_module, "PHN_Activate", Activate);
     Find(m_module, "PHN_SetRadioPower", SetRadioPower);

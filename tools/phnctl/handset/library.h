@@ -1,5 +1,6 @@
 // The handset library, loaded at run time: phnctl links nothing of it and knows only its public header. Load and unload
-// it on the thread that dispatches window messages, while no call is in progress.
+// it on the thread that dispatches window messages, while no call is in progress. An unload waits a second for the
+// library's threads, and the end of the process waits for nothing, so only who goes on without the library unloads it.
 #pragma once
 
 #include "phnnrv.h"
@@ -14,9 +15,11 @@ class Library
 public:
     // An empty path means the usual places. Throws Failure that says where was looked and what went wrong.
     explicit Library(const std::string& path);
-    ~Library();
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
+
+    // Nothing can be called afterwards.
+    void Unload();
 
     const std::string& Path() const { return m_path; }
 
@@ -25,7 +28,6 @@ public:
     decltype(&PHN_GetConnectionInfo) GetConnectionInfo;
     decltype(&PHN_GetNetworkInfo) GetNetworkInfo;
     decltype(&PHN_GetBatteryInfo) GetBatteryInfo;
-    decltype(&PHN_GetNetworkErrorString) GetNetworkErrorString;
     decltype(&PHN_GetDeviceInfo) GetDeviceInfo;
     decltype(&PHN_Activate) Activate;
     decltype(&PHN_SetRadioPower) SetRadioPower;

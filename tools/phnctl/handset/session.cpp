@@ -121,11 +121,8 @@ Session::Session(const Options& options) : m_options(options)
 
 Session::~Session()
 {
-    const std::string path = m_library->Path();
-    if (!m_abandoned)
-        m_library.reset();
     if (m_log && m_options.logLevel != 0u) {
-        const std::string file = m_log->LogFile(path);
+        const std::string file = m_log->LogFile(m_library->Path());
         fmt::print(stderr, "{}\n",
                    file.empty() ? "log: none was written; is the library's folder writable?" : "log: " + file);
     }
@@ -136,7 +133,7 @@ PHN_ERROR Session::Find()
     const auto search = std::make_shared<Search>();
     search->library = m_library;
     const SearchNotice notice(m_options.waitSeconds);
-    m_abandoned = !RunDispatching([search] { search->Run(); }, std::chrono::seconds(m_options.waitSeconds));
+    RunDispatching([search] { search->Run(); }, std::chrono::seconds(m_options.waitSeconds));
     search->over = true;
     return search->answer;
 }
@@ -152,7 +149,7 @@ void Session::Run(const std::function<void(const Handset&)>& work)
 
 void Session::RunUntil(HANDLE stop, std::function<void(std::shared_ptr<Library>)> work)
 {
-    m_abandoned = !RunDispatching([library = m_library, run = std::move(work)] { run(library); }, std::nullopt, stop);
+    RunDispatching([library = m_library, run = std::move(work)] { run(library); }, std::nullopt, stop);
 }
 
 int WithHandset(const Options& options, const std::function<void(const Handset&)>& work)

@@ -1,5 +1,5 @@
-// One use of the library: set up, load, find a handset, work with it, say goodbye, unload. Commands use WithHandset;
-// doctor takes the steps one by one. The thread that makes a Session dispatches window messages; work runs on another.
+// One use of the library: set up, load, find a handset, work with it, say goodbye. Commands use WithHandset; doctor
+// takes the steps one by one. The thread that makes a Session dispatches window messages; work runs on another.
 #pragma once
 
 #include "phnctl/cli/options.h"
@@ -34,12 +34,14 @@ public:
     // It then uses the library until the process ends.
     void RunUntil(HANDLE stop, std::function<void(std::shared_ptr<Library>)> work);
 
+    // Once all work has ended, for another session in the same process. Otherwise the library stays loaded.
+    void Unload() { m_library->Unload(); }
+
 private:
     const Options& m_options;
     std::unique_ptr<EmbeddedHandset> m_embedded;
     std::unique_ptr<LogSetup> m_log;
-    std::shared_ptr<Library> m_library;
-    bool m_abandoned = false; // the search still runs in the library
+    std::shared_ptr<Library> m_library; // shared with a search that was given up and still runs
 };
 
 // Ends the service when the work with a handset is over.

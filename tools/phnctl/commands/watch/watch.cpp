@@ -222,7 +222,9 @@ int Follow(const Invocation& invocation)
             Session session(invocation.options);
             session.RunUntil(stop, [watch](const std::shared_ptr<Library>& library) { watch->Run(*library); });
             goesOn = watch->isFreed && !watch->changes.IsStopped();
-            if (!goesOn)
+            if (goesOn)
+                session.Unload();
+            else
                 watch->view->Close();
         }
     }
