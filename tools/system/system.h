@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -75,6 +76,13 @@ struct PortReport
     std::vector<Process> holders; // of a busy port
     std::string remedy;           // the command that mends it; empty when nothing needs mending
 };
+
+// This process's lock on the folder where ports appear, as long as the pointer lives; null while another process has
+// it. What is no folder has no lock that anybody could have. Release it on the thread that took it.
+std::shared_ptr<void> LockPortFolder(const std::filesystem::path& folder);
+
+// Who has it, as far as that can be seen.
+std::vector<Process> PortFolderHolders(const std::filesystem::path& folder);
 
 // Looks at a serial port without opening it. The calling process does not count as a holder.
 PortReport ExaminePort(const std::string& path);

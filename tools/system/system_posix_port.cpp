@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <fcntl.h>
 #include <fstream>
 #include <grp.h>
 #include <pwd.h>
 #include <sstream>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
@@ -144,7 +146,32 @@ PortReport Unusable(PortReport report, const std::string& reason, const std::str
     return report;
 }
 
+struct FolderLock
+{
+    explicit FolderLock(int opened) : descriptor(opened) {}
+    ~FolderLock() { close(descriptor); }
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+    const int descriptor;
+};
+
 } // namespace
+
+std::shared_ptr<void> LockPortFolder(const fs::path& folder)
+{
+    const auto lock = std::make_shared<FolderLock>(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const bool isTaken = flock(lock->descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return isTaken ? nullptr : lock;
+}
+
+std::vector<Process> PortFolderHolders(const fs::path& folder)
+{
+    struct stat node
+    {
+    };
+    return stat(folder.c_str(), &node) == 0 ? LockHolders(node) : std::vector<Process>();
+}
 
 PortReport ExaminePort(const std::string& path)
 {

@@ -5,6 +5,8 @@
 #include <system_error>
 #include <windows.h>
 
+#include <tlhelp32.h>
+
 namespace host {
 
 namespace {
@@ -26,10 +28,33 @@ std::string Utf8(const wchar_t* text)
     return result;
 }
 
+std::filesystem::path ExecutablePath()
+{
+    wchar_t path[32768] = {};
+    GetModuleFileNameW(nullptr, path, 32767);
+    return path;
+}
+
 std::optional<std::string> ReadLine()
 {
     std::string line;
     return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
+}
+
+// The other processes of the same program.
+std::vector<Process> OthersOfThisProgram()
+{
+    const std::wstring name = ExecutablePath().filename().wstring();
+    std::vector<Process> others;
+    const HANDLE processes = CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0);
+    PROCESSENTRY32W process{};
+    process.dwSize = sizeof process;
+    for (BOOL goesOn = Process32FirstW(processes, &process); goesOn; goesOn = Process32NextW(processes, &process))
+        if (process.th32ProcessID != GetCurrentProcessId() && _wcsicmp(process.szExeFile, name.c_str()) == 0)
+            others.push_back({static_cast<long>(process.th32ProcessID), Utf8(process.szExeFile)});
+    if (processes != INVALID_HANDLE_VALUE)
+        CloseHandle(processes);
+    return others;
 }
 
 } // namespace
@@ -109,9 +134,7 @@ void OnInterrupt(std::function<void()> action)
 
 std::filesystem::path ExecutableDirectory()
 {
-    wchar_t path[32768] = {};
-    GetModuleFileNameW(nullptr, path, 32767);
-    return std::filesystem::path(path).parent_path();
+    return ExecutablePath().parent_path();
 }
 
 std::vector<std::string> LibraryCandidates()
@@ -139,6 +162,26 @@ std::filesystem::path StateDirectory()
     return folder && *folder ? std::filesystem::path(folder) / "phnnrv" : std::filesystem::path();
 }
 
+// There is one place for all ports, so the name stands for it.
+std::shared_ptr<void> LockPortFolder(const std::filesystem::path&)
+{
+    const HANDLE mutex = CreateMutexA(nullptr, FALSE, "Local\\phnctl-search");
+    const DWORD answer = mutex ? WaitForSingleObject(mutex, 0) : WAIT_FAILED;
+    if (answer == WAIT_OBJECT_0 || answer == WAIT_ABANDONED)
+        return {mutex, [](HANDLE taken) {
+                    ReleaseMutex(taken);
+                    CloseHandle(taken);
+                }};
+    if (mutex)
+        CloseHandle(mutex);
+    return nullptr;
+}
+
+std::vector<Process> PortFolderHolders(const std::filesystem::path&)
+{
+    return OthersOfThisProgram();
+}
+
 PortReport ExaminePort(const std::string& path)
 {
     PortReport report;
@@ -154,6 +197,9 @@ PortReport ExaminePort(const std::string& path)
         error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION ? PortState::Busy : PortState::Unusable;
     report.reason = report.state == PortState::Busy ? "another program uses it"
                                                     : "does not open, system error " + std::to_string(error);
+    // Windows does not tell who has a port open; this program would be one who may.
+    if (report.state == PortState::Busy)
+        report.holders = OthersOfThisProgram();
     report.remedy = report.state == PortState::Busy ? "close the program that uses it (resmon shows which)"
                                                     : "unplug the handset and plug it in again";
     return report;

@@ -9,6 +9,7 @@
 #include "phnctl/text/json.h"
 #include "phnctl/text/text.h"
 
+#include <chrono>
 #include <fmt/format.h>
 
 namespace phnctl {
@@ -92,7 +93,7 @@ private:
 
     bool AskHandset(Session& session)
     {
-        const PHN_ERROR answer = session.Find();
+        const PHN_ERROR answer = session.Find(std::chrono::seconds(m_options.waitSeconds));
         if (answer != PHN_ERROR_NONE) {
             AddUnserved(answer);
             return false;
@@ -104,13 +105,21 @@ private:
         return true;
     }
 
+    // A port that was in use when the search began, or is now, may have been the handset's.
+    std::string UnansweredRemedy() const
+    {
+        const std::string before = InUse(m_ports);
+        const std::string inUse = before.empty() ? InUse(phnctl::LookAtPorts(LookAround().entries)) : before;
+        return inUse.empty() ? kUnansweredRemedy : inUse + ": look again when that has ended";
+    }
+
     void AddUnserved(PHN_ERROR answer)
     {
         const bool isUnanswered = answer == PHN_ERROR_NO_DEVICE || answer == PHN_ERROR_COMMUNICATION;
         Add({"handset", "failed",
              fmt::format("{} (asked for {} s)", isUnanswered ? Unanswered(m_ports) : Explain(answer),
                          m_options.waitSeconds),
-             isUnanswered ? kUnansweredRemedy : ""});
+             isUnanswered ? UnansweredRemedy() : ""});
     }
 
     const Options& m_options;

@@ -11,18 +11,9 @@ const char* const kUnansweredRemedy = "switch the handset off and on, or raise -
 
 namespace {
 
-std::string Holders(const std::vector<host::Process>& holders)
-{
-    std::string text;
-    for (const host::Process& holder : holders)
-        text += fmt::format("{}{} (pid {})", text.empty() ? "" : ", ", holder.name.empty() ? "a program" : holder.name,
-                            holder.id);
-    return text;
-}
-
 bool IsThisTool(const host::Process& process)
 {
-    return process.name == "phnctl";
+    return process.name == "phnctl" || process.name == "phnctl.exe";
 }
 
 const char* StateName(host::PortState state)
@@ -43,13 +34,16 @@ const char* StateName(host::PortState state)
 PortFinding LookAtPort(const PortEntry& entry)
 {
     const host::PortReport report = host::ExaminePort(entry.path);
+    const bool isLookedAt = !entry.kind.starts_with("foreign");
     PortFinding finding{entry.name,
                         StateName(report.state),
                         entry.name + ", " + entry.kind,
                         report.remedy,
-                        Holders(report.holders),
-                        report.state == host::PortState::Free && !entry.kind.starts_with("foreign")};
-    if (std::any_of(report.holders.begin(), report.holders.end(), IsThisTool))
+                        Names(report.holders),
+                        isLookedAt && report.state == host::PortState::Free,
+                        isLookedAt && report.state == host::PortState::Busy,
+                        std::any_of(report.holders.begin(), report.holders.end(), IsThisTool)};
+    if (finding.isThisTools)
         finding.remedy =
             "wait until it ends, or end it with Ctrl-C where it runs; do not kill it, as it may be writing";
     if (!report.target.empty())
@@ -70,12 +64,21 @@ std::vector<PortFinding> LookAtPorts(const std::vector<PortEntry>& entries)
     return findings;
 }
 
+std::string Names(const std::vector<host::Process>& processes)
+{
+    std::vector<std::string> texts;
+    for (const host::Process& process : processes)
+        texts.push_back(fmt::format("{} (pid {})", process.name.empty() ? "a program" : process.name, process.id));
+    return fmt::format("{}", fmt::join(texts, ", "));
+}
+
 std::string InUse(const std::vector<PortFinding>& ports)
 {
     std::vector<std::string> texts;
     for (const PortFinding& port : ports)
-        if (!port.holders.empty())
-            texts.push_back(fmt::format("{} is in use by {}", port.name, port.holders));
+        if (port.isBusy)
+            texts.push_back(
+                fmt::format("{} is in use by {}", port.name, port.holders.empty() ? "another program" : port.holders));
     return fmt::format("{}", fmt::join(texts, "; "));
 }
 

@@ -2,6 +2,7 @@
 
 #include "phnctl/handset/dispatch.h"
 #include "phnctl/handset/port_finding.h"
+#include "phnctl/handset/port_turn.h"
 #include "phnctl/text/error_names.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
@@ -21,28 +22,41 @@ namespace {
 
 constexpr DWORD kPauseAfterSilence = 500;
 
-// Tells a person at a terminal what takes so long and for how long, and wipes the line when it is over.
+// While a search goes on: `onDelay` when it does not come to its end soon, and for a person at a terminal what takes so
+// long and for how long, a line that is wiped when it is over.
 class SearchNotice
 {
 public:
-    explicit SearchNotice(unsigned waitSeconds)
+    SearchNotice(std::chrono::milliseconds wait, std::function<void()> onDelay)
+        : m_wait(std::chrono::ceil<std::chrono::seconds>(wait).count()),
+          m_onDelay(std::move(onDelay)),
+          m_thread([this](const std::stop_token& over) { Count(over); })
     {
-        if (host::TerminalWidth(stderr) != 0)
-            m_thread = std::jthread([this, waitSeconds](const std::stop_token& over) { Count(over, waitSeconds); });
     }
 
 private:
-    void Count(const std::stop_token& over, unsigned waitSeconds)
+    void Count(const std::stop_token& over)
     {
+        const bool isShown = host::TerminalWidth(stderr) != 0;
         std::unique_lock lock(m_mutex);
         for (unsigned seconds = 0; !over.stop_requested(); ++seconds) {
-            fmt::print(stderr, "\rlooking for a handset: {} of {} s (a serial port is asked every 15 s)", seconds,
-                       waitSeconds);
+            if (seconds == kDelay && m_onDelay) {
+                fmt::print(stderr, "{}", isShown ? kWipe : "");
+                m_onDelay();
+            }
+            if (isShown)
+                fmt::print(stderr, "\rlooking for a handset: {} of {} s (a serial port is asked every 15 s)", seconds,
+                           m_wait);
             m_ended.wait_for(lock, over, std::chrono::seconds(1), [] { return false; });
         }
-        fmt::print(stderr, "\r\033[K");
+        fmt::print(stderr, "{}", isShown ? kWipe : "");
     }
 
+    static constexpr unsigned kDelay = 2; // seconds
+    static constexpr const char* kWipe = "\r\033[K";
+
+    const std::int64_t m_wait; // seconds
+    const std::function<void()> m_onDelay;
     std::mutex m_mutex;
     std::condition_variable_any m_ended;
     std::jthread m_thread; // the last member, so that it ends first
@@ -77,15 +91,20 @@ std::string HowToSimulate()
     return text;
 }
 
-// Why a search found nothing, as far as the ports tell, and what to do.
-std::string NoHandsetAdvice(const Options& options)
+// Why a search found nothing, as far as the ports tell, and what to do. With rivals, a port that is free now need not
+// have been free while it was searched.
+std::string NoHandsetAdvice(const Options& options, const std::string& rivals)
 {
     const std::vector<PortFinding> ports = LookAtPorts(LookAround().entries);
     std::string text = fmt::format("No handset answered within {} s.\n", options.waitSeconds);
     for (const PortFinding& port : ports)
         if (!port.remedy.empty())
             text += fmt::format("{}\n  to mend it: {}\n", Printable(port.detail), Printable(port.remedy));
-    if (const std::string silent = Unanswered(ports); !silent.empty())
+    const std::string inUse = InUse(ports);
+    const std::string silent = Unanswered(ports);
+    if (!rivals.empty() && rivals != inUse)
+        text += fmt::format("Seen meanwhile: {}. Run the command again.\n", Printable(rivals));
+    else if (inUse.empty() && !silent.empty())
         text += fmt::format("{}: {}.\n", Printable(silent), kUnansweredRemedy);
     return text + (ports.empty() ? HowToSimulate() : "") + "'phnctl doctor' shows what was looked for.";
 }
@@ -128,12 +147,12 @@ Session::~Session()
     }
 }
 
-PHN_ERROR Session::Find()
+PHN_ERROR Session::Find(std::chrono::milliseconds wait, const std::function<void()>& onDelay)
 {
     const auto search = std::make_shared<Search>();
     search->library = m_library;
-    const SearchNotice notice(m_options.waitSeconds);
-    RunDispatching([search] { search->Run(); }, std::chrono::seconds(m_options.waitSeconds));
+    const SearchNotice notice(wait, onDelay);
+    RunDispatching([search] { search->Run(); }, wait);
     search->over = true;
     return search->answer;
 }
@@ -154,12 +173,16 @@ void Session::RunUntil(HANDLE stop, std::function<void(std::shared_ptr<Library>)
 
 int WithHandset(const Options& options, const std::function<void(const Handset&)>& work)
 {
+    PortTurn turn(options);
+    if (!turn.HasCome())
+        throw Refusal(ErrorOf(PHN_ERROR_NO_DEVICE), "", NoHandsetAdvice(options, turn.Rivals()));
     Session session(options);
-    const PHN_ERROR answer = session.Find();
+    const PHN_ERROR answer = session.Find(turn.Left(), [&turn] { turn.TellBusy(); });
     if (answer == PHN_ERROR_NO_DEVICE || answer == PHN_ERROR_COMMUNICATION)
-        throw Refusal(ErrorOf(answer), "", NoHandsetAdvice(options));
+        throw Refusal(ErrorOf(answer), "", NoHandsetAdvice(options, turn.Rivals()));
     if (answer != PHN_ERROR_NONE)
         throw Refusal(ErrorOf(answer), "", NotServedAdvice(answer));
+    turn.End();
     try {
         session.Run(work);
     } catch (const Refusal& refusal) {

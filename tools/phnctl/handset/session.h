@@ -8,6 +8,7 @@
 #include "phnctl/handset/library.h"
 #include "phnctl/handset/log_setup.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -25,7 +26,8 @@ public:
     const Library& Loaded() const { return *m_library; }
 
     // Asks for a handset until the wait is over, or until one is refused for good. Returns the library's last answer.
-    PHN_ERROR Find();
+    // When it does not come soon, `onDelay` is called on another thread.
+    PHN_ERROR Find(std::chrono::milliseconds wait, const std::function<void()>& onDelay = {});
 
     // Does the work with the handset that Find has found.
     void Run(const std::function<void(const Handset&)>& work);

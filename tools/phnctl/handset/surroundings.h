@@ -4,6 +4,7 @@
 
 #include "phnctl/handset/finding.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,9 @@ struct PortEntry
 
 struct Surroundings
 {
-    std::string place;   // "device directory /dev/phnnrv"
-    std::string problem; // empty: the place is there and can be read
+    std::string place;            // "device directory /dev/phnnrv"
+    std::filesystem::path folder; // the same as a path; empty where it is none
+    std::string problem;          // empty: the place is there and can be read
     std::string remedy;
     std::vector<PortEntry> entries;
     std::vector<Finding> unlisted; // terminals that could be a handset, but that the library does not see

@@ -104,6 +104,7 @@ Surroundings LookAround()
     const fs::path directory = DeviceDirectory();
     Surroundings found;
     found.place = "device directory " + directory.string();
+    found.folder = directory;
     std::error_code error;
     fs::directory_iterator entry(directory, error);
     if (error) {
