@@ -129,7 +129,7 @@ int ListOccurrences(const Invocation& invocation)
     const Span span = SpanOf(invocation);
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
-        const Inventory inventory = TakeInventory(handset, EventKind(), range);
+        const Inventory inventory = Search(invocation, handset, EventKind(), range);
         TellUnread(EventKind(), inventory);
         TellGarbled(EventKind(), inventory.entries);
         status = inventory.unread.empty() ? kDone : kRefused;

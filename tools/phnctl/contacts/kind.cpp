@@ -5,6 +5,7 @@
 #include "phnctl/contacts/contact.h"
 #include "phnctl/contacts/fitter.h"
 #include "phnctl/contacts/meeting.h"
+#include "phnctl/handset/labels.h"
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
@@ -105,6 +106,23 @@ public:
     void DeleteAll(const Handset& handset) const override
     {
         handset.Check(handset.Api().DeleteAllContacts(), "deleting all contacts");
+    }
+
+    // A handset that does not tell its sizes has its contacts listed all the same.
+    std::optional<std::uint32_t> Counted(const Handset& handset, const Options& options) const override
+    {
+        PHN_FIELD_SIZES sizes{};
+        sizes.uSize = sizeof sizes;
+        if (handset.Api().GetFieldSizes(&sizes) != PHN_ERROR_NONE)
+            return std::nullopt;
+        const Labels labels = LabelsOf(options, handset);
+        for (const auto& [name, value] : {std::pair<const char*, std::uint32_t>{"dwFieldSize8", sizes.dwFieldSize8},
+                                          {"dwFieldSize9", sizes.dwFieldSize9},
+                                          {"dwFieldSize10", sizes.dwFieldSize10},
+                                          {"dwFieldSize11", sizes.dwFieldSize11}})
+            if (labels.Counts(name, Many()))
+                return value;
+        return std::nullopt;
     }
 
     std::vector<Candidate> Parse(const std::string& file, const std::string& text) const override

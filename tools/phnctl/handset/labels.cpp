@@ -125,6 +125,13 @@ std::string Labels::DurationUnit(const std::string& name) const
     return *duration->Text() == "ms" ? "Ms" : "S";
 }
 
+bool Labels::Counts(const std::string& name, const std::string& many) const
+{
+    const Json* entry = m_fields.Find(name);
+    const Json* counted = entry ? entry->Find("counts") : nullptr;
+    return counted && counted->Text() && *counted->Text() == many;
+}
+
 void Labels::Apply(Field& field) const
 {
     const Json* entry = m_fields.Find(field.key);

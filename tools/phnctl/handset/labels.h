@@ -33,6 +33,9 @@ public:
     // "Ms" or "S" when the label file calls the field a duration, as the end of a name that says so; empty otherwise.
     std::string DurationUnit(const std::string& name) const;
 
+    // True when the label file says that the field tells how many of these the handset holds: "contacts".
+    bool Counts(const std::string& name, const std::string& many) const;
+
 private:
     void Apply(Field& field) const;
 

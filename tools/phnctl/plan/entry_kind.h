@@ -3,6 +3,7 @@
 // reports are the same for all of them, and meeting.h has what they share in making a plan.
 #pragma once
 
+#include "phnctl/cli/options.h"
 #include "phnctl/cli/report.h"
 #include "phnctl/handset/handset.h"
 #include "phnctl/plan/entry_form.h"
@@ -30,6 +31,8 @@ public:
     virtual void Write(const Handset& handset, std::uint32_t index, const Entry& entry) const = 0;
     virtual void Delete(const Handset& handset, std::uint32_t index) const = 0;
     virtual void DeleteAll(const Handset& handset) const = 0;
+    // How many of them the handset says that it has; nothing where that cannot be known.
+    virtual std::optional<std::uint32_t> Counted(const Handset&, const Options&) const { return std::nullopt; }
 
     // What the handset would hold if an entry that was read were written back; entries are compared in this form.
     virtual Entry Storable(const Entry& read) const = 0;

@@ -1,6 +1,7 @@
 #include "phnctl/plan/inventory.h"
 
 #include "phnctl/cli/progress.h"
+#include "phnctl/plan/likely_end.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
@@ -15,13 +16,49 @@ namespace phnctl {
 namespace {
 
 constexpr const char* kRangeOption = "--range";
+constexpr const char* kAllOption = "--all";
 constexpr std::uint64_t kLargestIndex = 0xFFFFFFFF;
+
+// Until the range is over or the end is reached.
+Inventory Ask(const Handset& handset, const EntryKind& kind, const IndexRange& range, LikelyEnd& end)
+{
+    Inventory inventory;
+    LossWatch losses;
+    Progress progress("reading " + kind.Many(), range.isGiven ? std::size_t{range.last} - range.first + 1 : 0);
+    for (std::uint64_t at = range.first; at <= range.last && !end.IsReached(); ++at) {
+        const auto index = static_cast<std::uint32_t>(at);
+        try {
+            if (auto entry = kind.Read(handset, index)) {
+                inventory.entries.push_back({index, std::move(*entry)});
+                end.Found();
+            } else {
+                inventory.empty.push_back(index);
+                end.Empty();
+            }
+            losses.Succeeded();
+        } catch (const Refusal& refusal) {
+            if (refusal.Code() == PHN_ERROR_INVALID_PARAMETER)
+                break;
+            if (losses.IsOver(refusal))
+                throw;
+            inventory.unread.push_back({index, refusal.what()});
+            end.NotRead();
+        }
+        progress.Step();
+    }
+    return inventory;
+}
 
 } // namespace
 
 CommandOption RangeOption()
 {
     return {kRangeOption, "A-B", "Only the indexes A to B (default: from 0 to where the handset's end, at most 1000)"};
+}
+
+std::vector<CommandOption> SearchOptions()
+{
+    return {RangeOption(), {kAllOption, "", "Ask every index, also where no further entry is likely"}};
 }
 
 IndexRange RangeOf(const Invocation& invocation)
@@ -41,26 +78,18 @@ IndexRange RangeOf(const Invocation& invocation)
 
 Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const IndexRange& range)
 {
-    Inventory inventory;
-    LossWatch losses;
-    Progress progress("reading " + kind.Many(), range.isGiven ? std::size_t{range.last} - range.first + 1 : 0);
-    for (std::uint64_t at = range.first; at <= range.last; ++at) {
-        const auto index = static_cast<std::uint32_t>(at);
-        try {
-            if (auto entry = kind.Read(handset, index))
-                inventory.entries.push_back({index, std::move(*entry)});
-            else
-                inventory.empty.push_back(index);
-            losses.Succeeded();
-        } catch (const Refusal& refusal) {
-            if (refusal.Code() == PHN_ERROR_INVALID_PARAMETER)
-                break;
-            if (losses.IsOver(refusal))
-                throw;
-            inventory.unread.push_back({index, refusal.what()});
-        }
-        progress.Step();
-    }
+    LikelyEnd never = LikelyEnd::Never();
+    return Ask(handset, kind, range, never);
+}
+
+Inventory Search(const Invocation& invocation, const Handset& handset, const EntryKind& kind, const IndexRange& range)
+{
+    if (range.isGiven || invocation.Has(kAllOption))
+        return TakeInventory(handset, kind, range);
+    LikelyEnd end(kind.Counted(handset, invocation.options));
+    Inventory inventory = Ask(handset, kind, range, end);
+    if (end.IsReached())
+        fmt::print(stderr, "phnctl: {}; {} asks every index.\n", end.Why(kind.One(), kind.Many()), kAllOption);
     return inventory;
 }
 

@@ -23,6 +23,9 @@ struct IndexRange
 CommandOption RangeOption();
 IndexRange RangeOf(const Invocation& invocation);
 
+// The options of a search for entries to show: the range, and --all.
+std::vector<CommandOption> SearchOptions();
+
 struct UnreadEntry
 {
     std::uint32_t index = 0;
@@ -39,6 +42,10 @@ struct Inventory
 // Asks until the range is over or the handset says that there is no such index. One entry that cannot be read does not
 // end it; throws Refusal when the handset is lost or three exchanges in a row fail.
 Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const IndexRange& range);
+
+// The same to show entries: without a given range it ends where no further entry is likely, unless --all was given.
+// Then it says so on standard error.
+Inventory Search(const Invocation& invocation, const Handset& handset, const EntryKind& kind, const IndexRange& range);
 
 // Its entries in the form in which entries are compared.
 std::vector<StoredEntry> StorableOf(const EntryKind& kind, const Inventory& inventory);

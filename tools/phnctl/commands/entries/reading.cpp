@@ -44,7 +44,7 @@ int List(const Invocation& invocation, const EntryKind& kind)
     const IndexRange range = RangeOf(invocation);
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
-        const Inventory inventory = TakeInventory(handset, kind, range);
+        const Inventory inventory = Search(invocation, handset, kind, range);
         TellUnread(kind, inventory);
         TellGarbled(kind, inventory.entries);
         status = StatusOf(inventory);
@@ -168,7 +168,7 @@ std::vector<Command> ReadingCommands(const EntryKind& kind)
          help("Example:\n  phnctl {many} list\n  phnctl {many} list --range 0-49 --json\n"),
          {},
          Bind(List, kind),
-         {RangeOption()}},
+         SearchOptions()},
         {many + " get",
          help("Show one {one}"),
          help("Example:\n  phnctl {many} get 4\n  phnctl {many} get 4 --text > one{ext}\n"),
