@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <system_error>
 
 #include <poll.h>
-#include <sys/eventfd.h>
 #include <unistd.h>
 
 namespace simulator {
@@ -18,22 +16,6 @@ bool IsTransient(int error)
 }
 
 } // namespace
-
-void Descriptor::Reset(int number)
-{
-    if (number_ >= 0)
-        close(number_);
-    number_ = number;
-}
-
-int Checked(int result, const std::string& what)
-{
-    if (result == -1)
-        throw std::system_error(errno, std::generic_category(), what);
-    return result;
-}
-
-DescriptorLine::DescriptorLine() : interrupted_(Checked(eventfd(0, EFD_CLOEXEC), "eventfd")) {}
 
 bool DescriptorLine::WaitFor(int descriptor, short events)
 {
@@ -48,8 +30,12 @@ std::size_t DescriptorLine::Read(std::span<std::uint8_t> buffer)
 {
     while (WaitFor(open_.Get(), POLLIN)) {
         const ssize_t size = read(open_.Get(), buffer.data(), buffer.size());
-        if (size >= 0 || !IsTransient(errno))
-            return size > 0 ? static_cast<std::size_t>(size) : 0;
+        if (size > 0) {
+            HostHasSent();
+            return static_cast<std::size_t>(size);
+        }
+        if ((size == 0 || !IsTransient(errno)) && !Continues())
+            return 0;
     }
     return 0;
 }
@@ -60,10 +46,16 @@ bool DescriptorLine::Write(std::span<const std::uint8_t> bytes)
         const ssize_t size = write(open_.Get(), bytes.data(), bytes.size());
         if (size >= 0)
             bytes = bytes.subspan(static_cast<std::size_t>(size));
-        else if (!IsTransient(errno) || !WaitFor(open_.Get(), POLLOUT))
+        else if (IsTransient(errno) ? !WaitFor(open_.Get(), POLLOUT) : !Continues())
             return false;
     }
     return true;
+}
+
+bool DescriptorLine::Continues()
+{
+    hostClosed_();
+    return HostHasGone();
 }
 
 bool DescriptorLine::Pause(std::chrono::milliseconds time)
@@ -82,9 +74,7 @@ bool DescriptorLine::Pause(std::chrono::milliseconds time)
 
 void DescriptorLine::Interrupt()
 {
-    // Adding one to an eventfd cannot block here, and fails only once it is beyond counting.
-    const std::uint64_t one = 1;
-    Checked(static_cast<int>(write(interrupted_.Get(), &one, sizeof one)), "eventfd");
+    interrupted_.Raise();
 }
 
 } // namespace simulator

@@ -2,28 +2,10 @@
 // write.
 #pragma once
 
+#include "simulator/descriptor.h"
 #include "simulator/line.h"
 
 namespace simulator {
-
-// Closes its descriptor; -1 is none.
-class Descriptor
-{
-public:
-    explicit Descriptor(int number = -1) : number_(number) {}
-    ~Descriptor() { Reset(-1); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    int Get() const { return number_; }
-    void Reset(int number);
-
-private:
-    int number_;
-};
-
-// `result` unless it is -1; then throws std::system_error with errno and `what`.
-int Checked(int result, const std::string& what);
 
 class DescriptorLine : public Line
 {
@@ -34,15 +16,18 @@ public:
     void Interrupt() override;
 
 protected:
-    DescriptorLine();
-
+    // What a line does when its host has sent something, and when it has gone; false ends the line.
+    virtual void HostHasSent() {}
+    virtual bool HostHasGone() { return false; }
     // Waits until `events` hold for the descriptor; false when interrupted.
     bool WaitFor(int descriptor, short events);
 
     Descriptor open_; // non-blocking
 
 private:
-    Descriptor interrupted_; // readable once the line has ended
+    bool Continues(); // once the host has gone
+
+    Wakeup interrupted_;
 };
 
 } // namespace simulator

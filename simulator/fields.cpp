@@ -4,13 +4,14 @@
 #include "simulator/utf.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace simulator {
 namespace {
 
-void Describe(std::string& description, std::string_view name, const std::string& value)
+void Add(Fields& fields, std::string_view name, std::string value, Field::Kind kind = Field::Kind::Number)
 {
-    description.append(" ").append(name).append("=").append(value);
+    fields.push_back({std::string(name), std::move(value), kind});
 }
 
 std::string Quoted(std::string_view text)
@@ -22,6 +23,18 @@ std::string Quoted(std::string_view text)
 }
 
 } // namespace
+
+std::string ToString(const Fields& fields)
+{
+    std::string line;
+    for (const Field& field : fields) {
+        const bool isText = field.kind == Field::Kind::Text || field.kind == Field::Kind::CutText;
+        line.append(line.empty() ? "" : " ").append(field.name).append("=");
+        line.append(isText ? Quoted(field.value) : field.value);
+        line.append(field.kind == Field::Kind::CutText ? " (cut)" : "");
+    }
+    return line;
+}
 
 std::uint32_t FieldReader::Number(std::size_t size)
 {
@@ -36,21 +49,21 @@ std::uint32_t FieldReader::Number(std::size_t size)
 std::uint8_t FieldReader::U8(std::string_view name)
 {
     const auto value = static_cast<std::uint8_t>(Number(1));
-    Describe(description_, name, std::to_string(value));
+    Add(fields_, name, std::to_string(value));
     return value;
 }
 
 std::uint16_t FieldReader::U16(std::string_view name)
 {
     const auto value = static_cast<std::uint16_t>(Number(2));
-    Describe(description_, name, std::to_string(value));
+    Add(fields_, name, std::to_string(value));
     return value;
 }
 
 std::uint32_t FieldReader::U32(std::string_view name)
 {
     const std::uint32_t value = Number(4);
-    Describe(description_, name, std::to_string(value));
+    Add(fields_, name, std::to_string(value));
     return value;
 }
 
@@ -62,7 +75,7 @@ std::string FieldReader::Text(std::string_view name, std::size_t units)
     Skip(2 * units);
     text.resize(std::min(text.find(u'\0'), text.size()));
     std::string value = ToUtf8(text);
-    Describe(description_, name, Quoted(value));
+    Add(fields_, name, value, Field::Kind::Text);
     return value;
 }
 
@@ -71,7 +84,7 @@ std::string FieldReader::Characters(std::string_view name, std::size_t size)
     const std::size_t present = std::min(size, bytes_.size());
     std::string value = ToUtf8(std::u16string(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(present)));
     Skip(size);
-    Describe(description_, name, Quoted(value));
+    Add(fields_, name, value, Field::Kind::Text);
     return value;
 }
 
@@ -84,7 +97,7 @@ DateTime FieldReader::Time(std::string_view name)
     time.day = static_cast<std::uint8_t>(Number(1));
     time.month = static_cast<std::uint8_t>(Number(1));
     time.year = static_cast<std::uint16_t>(Number(2));
-    Describe(description_, name, ToString(time));
+    Add(fields_, name, ToString(time), Field::Kind::Time);
     return time;
 }
 
@@ -102,31 +115,31 @@ void FieldWriter::Number(std::uint32_t value, std::size_t size)
 void FieldWriter::U8(std::string_view name, std::uint8_t value)
 {
     Number(value, 1);
-    Describe(description_, name, std::to_string(value));
+    Add(fields_, name, std::to_string(value));
 }
 
 void FieldWriter::U16(std::string_view name, std::uint16_t value)
 {
     Number(value, 2);
-    Describe(description_, name, std::to_string(value));
+    Add(fields_, name, std::to_string(value));
 }
 
 void FieldWriter::U32(std::string_view name, std::uint32_t value)
 {
     Number(value, 4);
-    Describe(description_, name, std::to_string(value));
+    Add(fields_, name, std::to_string(value));
 }
 
 void FieldWriter::I32(std::string_view name, std::int32_t value)
 {
     Number(static_cast<std::uint32_t>(value), 4);
-    Describe(description_, name, std::to_string(value));
+    Add(fields_, name, std::to_string(value));
 }
 
 void FieldWriter::Text(std::string_view name, std::string_view text, std::size_t units)
 {
     std::u16string field = ToUtf16(text);
-    Describe(description_, name, Quoted(text) + (field.size() > units ? " (cut)" : ""));
+    Add(fields_, name, std::string(text), field.size() > units ? Field::Kind::CutText : Field::Kind::Text);
     field.resize(units);
     for (const char16_t unit : field)
         Number(unit, 2);
@@ -135,7 +148,7 @@ void FieldWriter::Text(std::string_view name, std::string_view text, std::size_t
 void FieldWriter::Characters(std::string_view name, std::string_view text, std::size_t size)
 {
     std::u16string field = ToUtf16(text);
-    Describe(description_, name, Quoted(text) + (field.size() > size ? " (cut)" : ""));
+    Add(fields_, name, std::string(text), field.size() > size ? Field::Kind::CutText : Field::Kind::Text);
     field.resize(size);
     for (const char16_t unit : field)
         Number(unit < 0x100 ? unit : '?', 1);
@@ -149,7 +162,7 @@ void FieldWriter::Time(std::string_view name, const DateTime& time)
     Number(time.day, 1);
     Number(time.month, 1);
     Number(time.year, 2);
-    Describe(description_, name, ToString(time));
+    Add(fields_, name, ToString(time), Field::Kind::Time);
 }
 
 void FieldWriter::Zeros(std::size_t count)
@@ -160,6 +173,12 @@ void FieldWriter::Zeros(std::size_t count)
 void FieldWriter::Append(std::span<const std::uint8_t> bytes)
 {
     bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+}
+
+void FieldWriter::Append(const FieldWriter& other)
+{
+    Append(other.bytes_);
+    fields_.insert(fields_.end(), other.fields_.begin(), other.fields_.end());
 }
 
 } // namespace simulator

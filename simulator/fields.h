@@ -1,5 +1,5 @@
 // Fields of a record, read and written one by one in the order in which they lie there, little-endian.
-// Each field is named, and what was read or written adds up to one readable line for the trace.
+// Each field is named, and what was read or written is kept for whoever follows the exchange.
 // A reader gives zeros beyond its end: the session has checked the record's length before.
 #pragma once
 
@@ -13,6 +13,25 @@
 #include <vector>
 
 namespace simulator {
+
+struct Field
+{
+    enum class Kind
+    {
+        Number,
+        Time,
+        Text,
+        CutText, // longer than its field, which holds its beginning
+    };
+    std::string name;
+    std::string value;
+    Kind kind = Kind::Number;
+};
+
+using Fields = std::vector<Field>;
+
+// One readable line: name=value, parted by spaces, texts in quotes.
+std::string ToString(const Fields& fields);
 
 class FieldReader
 {
@@ -29,13 +48,13 @@ public:
     DateTime Time(std::string_view name);
     void Skip(std::size_t size);
 
-    const std::string& Description() const { return description_; }
+    const Fields& Read() const { return fields_; }
 
 private:
     std::uint32_t Number(std::size_t size);
 
     std::span<const std::uint8_t> bytes_;
-    std::string description_;
+    Fields fields_;
 };
 
 class FieldWriter
@@ -51,15 +70,16 @@ public:
     void Time(std::string_view name, const DateTime& time);
     void Zeros(std::size_t count);
     void Append(std::span<const std::uint8_t> bytes);
+    void Append(const FieldWriter& other); // with its fields
 
     const std::vector<std::uint8_t>& Written() const { return bytes_; }
-    const std::string& Description() const { return description_; }
+    const Fields& Named() const { return fields_; }
 
 private:
     void Number(std::uint32_t value, std::size_t size);
 
     std::vector<std::uint8_t> bytes_;
-    std::string description_;
+    Fields fields_;
 };
 
 } // namespace simulator

@@ -241,4 +241,19 @@ std::pair<Handset::TraceSink, TraceDetail> Handset::Trace() const
     return {trace_, traceDetail_};
 }
 
+void Handset::SetWatcher(Watcher watcher)
+{
+    const std::scoped_lock lock(mutex_);
+    watcher_ = std::move(watcher);
+}
+
+void Handset::Tell(const Exchange& exchange) const
+{
+    std::unique_lock lock(mutex_);
+    const Watcher watcher = watcher_;
+    lock.unlock();
+    if (watcher)
+        watcher(exchange);
+}
+
 } // namespace simulator

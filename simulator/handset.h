@@ -1,8 +1,9 @@
 // The simulated handset: its memory, its faults and its counters, safe to drive from any thread while it serves.
 // Tests, phnctl and phnsim change and watch it here; a Session speaks its protocol, whatever carries the bytes.
-// Everything behind one mutex; the trace sink is called outside it, on the serving thread.
+// Everything behind one mutex; the trace sink and the watcher are called outside it, on the serving thread.
 #pragma once
 
+#include "simulator/exchange.h"
 #include "simulator/fault.h"
 #include "simulator/phone.h"
 
@@ -74,6 +75,12 @@ public:
     using TraceSink = std::function<void(std::string_view line)>;
     void SetTrace(TraceSink sink, TraceDetail detail = TraceDetail::Decoded);
 
+    // Every exchange, decoded, before its reply is sent. Called on the serving thread, which waits for it: what is
+    // changed here is in place when the host reads the reply. An empty watcher sees nothing.
+    using Watcher = std::function<void(const Exchange&)>;
+    void SetWatcher(Watcher watcher);
+    void Tell(const Exchange& exchange) const;
+
 private:
     friend class Session;
 
@@ -93,6 +100,7 @@ private:
     std::uint64_t rejected_ = 0;
     std::string lastRejection_;
     TraceSink trace_;
+    Watcher watcher_;
     TraceDetail traceDetail_ = TraceDetail::Decoded;
 };
 

@@ -10,6 +10,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 
 namespace simulator {
 
@@ -23,8 +24,13 @@ public:
     // Both false when the line has ended.
     virtual bool Write(std::span<const std::uint8_t> bytes) = 0;
     virtual bool Pause(std::chrono::milliseconds time) = 0;
+    // Calls `told`, on the thread that reads or writes, each time that a host which has sent something closes the port.
+    void WhenHostCloses(std::function<void()> told) { hostClosed_ = std::move(told); }
     // Ends the line: what waits in it returns at once, and so does everything later.
     virtual void Interrupt() = 0;
+
+protected:
+    std::function<void()> hostClosed_ = [] {};
 };
 
 // Opens the next line; throws std::system_error when it cannot be offered.

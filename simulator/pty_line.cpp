@@ -70,6 +70,15 @@ public:
     }
 
 private:
+    // The terminal tells that nobody has it open any more, so nobody here may while a host has.
+    void HostHasSent() override { held_.Reset(-1); }
+
+    bool HostHasGone() override
+    {
+        held_.Reset(open(terminal_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+        return held_.Get() >= 0;
+    }
+
     void OpenTerminal()
     {
         open_.Reset(Checked(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK), "posix_openpt"));
@@ -87,7 +96,7 @@ private:
     }
 
     Descriptor claim_;
-    Descriptor held_; // the host's side, so that a host that closes it does not end the line
+    Descriptor held_; // the host's side, between two hosts: the line ends with none of them
     std::filesystem::path terminal_;
     std::filesystem::path link_;
 };

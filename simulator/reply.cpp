@@ -19,32 +19,25 @@ Outcome Refusal(const Command& command, const Departure& departure)
 // The reply header, the result where there is one, what the handler wrote; a refusal is filled up with zeros.
 void Compose(Answered& answered, const Command& command, const Outcome& outcome, const FieldWriter& body)
 {
+    FieldWriter header;
+    header.U32("command", command.number);
+    header.U16("one", 1);
     FieldWriter reply;
-    reply.U32("command", command.number);
-    reply.U16("one", 1);
     reply.U16("status", outcome.status);
     if (command.hasResult)
         reply.U32("result", outcome.result);
     if (!outcome.IsRefused())
-        reply.Append(body.Written());
-    const std::size_t written = reply.Written().size();
-    reply.Zeros(command.replySize - std::min(command.replySize, written));
-    answered.payload = reply.Written();
-    answered.reply = std::string(command.name) + ": status=" + std::to_string(outcome.status);
-    if (command.hasResult)
-        answered.reply += " result=" + std::to_string(outcome.result);
-    if (!outcome.IsRefused())
-        answered.reply += body.Description();
-}
-
-std::string InTrace(const std::string& description)
-{
-    return description.empty() ? "" : ":" + description;
+        reply.Append(body);
+    header.Append(reply);
+    header.Zeros(command.replySize - std::min(command.replySize, header.Written().size()));
+    answered.payload = header.Written();
+    answered.exchange.reply = reply.Named();
 }
 
 void TurnAway(Answered& answered, const Command& command, Status status, const std::string& why)
 {
-    answered.request = command.name + (" (" + why + ")");
+    answered.exchange.name = command.name;
+    answered.exchange.rejection = why;
     Compose(answered, command, status, FieldWriter());
 }
 
@@ -53,12 +46,12 @@ void TurnAway(Answered& answered, const Command& command, Status status, const s
 Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const Departure& departure)
 {
     FieldReader header(record);
-    Answered answered{.command = header.U32("command")};
+    Answered answered{.exchange = {.command = header.U32("command")}};
     const std::uint16_t one = header.U16("one");
-    const Command* command = FindCommand(answered.command);
+    const Command* command = FindCommand(answered.exchange.command);
     if (!command) {
-        const Command unknown{answered.command, "unknown command", kRequestHeaderSize, kReplyHeaderSize, false,
-                              nullptr};
+        const Command unknown{
+            answered.exchange.command, "unknown command", kRequestHeaderSize, kReplyHeaderSize, false, nullptr};
         TurnAway(answered, unknown, kUnknownCommand, "refused");
         return answered;
     }
@@ -69,13 +62,13 @@ Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const Depa
                  one != 1 ? "bytes 4 and 5 are not 1" : std::to_string(record.size()) + " bytes instead of " + size);
         return answered;
     }
-    answered.isCounted = true;
     Outcome outcome = Refusal(*command, departure);
     FieldReader request(record.subspan(kRequestHeaderSize));
     FieldWriter body;
     if (!outcome.IsRefused())
         outcome = command->handle(phone, request, body);
-    answered.request = command->name + InTrace(request.Description());
+    answered.exchange.name = command->name;
+    answered.exchange.request = request.Read();
     Compose(answered, *command, outcome, body);
     return answered;
 }

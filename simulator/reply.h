@@ -2,6 +2,7 @@
 // Used by the session, for framed and for raw requests alike.
 #pragma once
 
+#include "simulator/exchange.h"
 #include "simulator/fault.h"
 #include "simulator/phone.h"
 #include "simulator/step.h"
@@ -9,19 +10,15 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 namespace simulator {
 
-// What carrying out a request came to: the reply's payload, and both sides in words for the trace.
+// The exchange without what only the session knows (sequence, faults), and the reply's payload.
 struct Answered
 {
-    std::uint32_t command = 0;
-    bool isCounted = false; // a well-formed request of a known command
+    Exchange exchange{};
     Bytes payload{};
-    std::string request{};
-    std::string reply{};
 };
 
 // A status or result that departs refuses the command, which is then not carried out.

@@ -36,6 +36,13 @@ std::string Printable(std::string_view text)
     return printable;
 }
 
+std::string RequestLine(const Exchange& exchange)
+{
+    if (!exchange.rejection.empty())
+        return exchange.name + " (" + exchange.rejection + ")";
+    return exchange.request.empty() ? exchange.name : exchange.name + ": " + ToString(exchange.request);
+}
+
 bool IsAt(const Bytes& received)
 {
     const auto is = [&](std::size_t i, char letter) {
@@ -139,23 +146,33 @@ void Session::Answer(const Bytes& record, std::optional<std::uint32_t> sequence,
     Answered answered;
     handset_.Change(0, [&](Phone& phone) { answered = CarryOut(phone, record, departure); });
     const Bytes reply = ReplyBytes(std::move(answered.payload), sequence, departure);
-    const std::string tag =
-        (sequence ? "#" + std::to_string(*sequence) : "raw") + " " + std::to_string(answered.command) + " ";
-    std::string struck;
-    for (const Fault& fault : faults)
-        struck += " [" + ToString(fault) + "]";
-    Trace("< " + tag + answered.request, record);
-    Trace("> " + tag + answered.reply + struck, reply);
     AppendSteps(reply, departure, steps);
-    if (answered.isCounted)
-        handset_.CountRequest(answered.command, record);
+    Exchange& exchange = answered.exchange;
+    exchange.sequence = sequence;
+    exchange.faults = faults;
+    TraceAnswer(exchange, record, reply);
+    if (exchange.rejection.empty())
+        handset_.CountRequest(exchange.command, record);
     else
-        handset_.CountRejection(answered.request);
+        handset_.CountRejection(RequestLine(exchange));
+    handset_.Tell(exchange);
+}
+
+void Session::TraceAnswer(const Exchange& exchange, const Bytes& record, const Bytes& reply)
+{
+    const std::string tag = (exchange.sequence ? "#" + std::to_string(*exchange.sequence) : "raw") + " " +
+                            std::to_string(exchange.command) + " ";
+    std::string struck;
+    for (const Fault& fault : exchange.faults)
+        struck += " [" + ToString(fault) + "]";
+    Trace("< " + tag + RequestLine(exchange), record);
+    Trace("> " + tag + exchange.name + ": " + ToString(exchange.reply) + struck, reply);
 }
 
 void Session::AnswerAt(std::string_view line, std::vector<Step>& steps)
 {
-    const Departure departure = DepartureOf(handset_.TakeFaults(kAtCommands));
+    const std::vector<Fault> faults = handset_.TakeFaults(kAtCommands);
+    const Departure departure = DepartureOf(faults);
     const std::string echo = echo_ ? std::string(line) + "\r" : "";
     const std::string answer = echo + "\r\n" + (departure.isAtError ? "ERROR" : ExecuteAt(line)) + "\r\n";
     const Bytes bytes = ReplyBytes(Bytes(answer.begin(), answer.end()), std::nullopt, departure);
@@ -163,6 +180,11 @@ void Session::AnswerAt(std::string_view line, std::vector<Step>& steps)
     Trace("> AT " + Printable(answer), bytes);
     AppendSteps(bytes, departure, steps);
     handset_.CountRequest(kAtCommands, Bytes(line.begin(), line.end()));
+    handset_.Tell({.command = kAtCommands,
+                   .name = "at",
+                   .request = {{"line", Printable(line), Field::Kind::Text}},
+                   .reply = {{"answer", Printable(answer), Field::Kind::Text}},
+                   .faults = faults});
 }
 
 std::string Session::ExecuteAt(std::string_view line)
@@ -185,6 +207,7 @@ void Session::Reject(const std::string& reason)
 {
     handset_.CountRejection(reason);
     Trace("< rejected: " + reason, {});
+    handset_.Tell({.name = "rejected", .rejection = reason});
 }
 
 void Session::Trace(const std::string& line, std::span<const std::uint8_t> bytes)

@@ -33,6 +33,7 @@ private:
     bool TakeAtLine(std::vector<Step>& steps);
     bool TakeRawRecord(std::vector<Step>& steps);
     void Answer(const Bytes& record, std::optional<std::uint32_t> sequence, std::vector<Step>& steps);
+    void TraceAnswer(const Exchange& exchange, const Bytes& record, const Bytes& reply);
     void AnswerAt(std::string_view line, std::vector<Step>& steps);
     std::string ExecuteAt(std::string_view line);
     void Reject(const std::string& reason);

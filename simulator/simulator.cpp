@@ -33,6 +33,8 @@ void Simulator::Want(Wanted wanted)
     if (wanted != Wanted::Plugged && line_)
         line_->Interrupt();
     changed_.notify_all();
+    if (std::this_thread::get_id() == thread_.get_id())
+        return;
     const Presence presence = wanted == Wanted::Plugged ? Presence::There : Presence::Gone;
     changed_.wait(lock, [&] { return failure_ || wanted_ != wanted || presence_ == presence; });
     if (failure_)
@@ -59,6 +61,8 @@ void Simulator::HangUp()
         return;
     const std::uint64_t before = opened_;
     line_->Interrupt();
+    if (std::this_thread::get_id() == thread_.get_id())
+        return;
     changed_.wait(lock, [&] { return failure_ || opened_ != before || wanted_ != Wanted::Plugged; });
     if (failure_)
         std::rethrow_exception(std::exchange(failure_, nullptr));
@@ -96,6 +100,7 @@ std::unique_ptr<Line> Simulator::Open()
     std::exception_ptr failure;
     try {
         line = opener_();
+        line->WhenHostCloses([this] { handset_.Tell({.command = kPortClosed, .name = "close"}); });
     } catch (...) {
         failure = std::current_exception();
     }

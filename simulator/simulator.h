@@ -1,6 +1,7 @@
 // A simulated handset at work: it offers a line, usually a pseudo terminal in a device directory under the name that a
 // real handset would have, and serves whoever opens it. Used by tests, by phnctl and by phnsim. It serves on a thread
-// of its own, and everything here may be called from any other thread.
+// of its own, and everything here may be called from any other thread. The handset's watcher, on the serving thread,
+// may call Unplug, Replug and HangUp: there they do not wait, and take effect once the reply is sent.
 #pragma once
 
 #include "simulator/handset.h"
