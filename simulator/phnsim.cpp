@@ -1,7 +1,8 @@
-// phnsim: a simulated handset on a serial port, driven by control lines on standard input.
+// phnsim: a simulated handset on a serial port, driven by control lines in a script and on standard input.
 #include "simulator/command.h"
-#include "simulator/descriptor_line.h"
-#include "simulator/phnsim_control.h"
+#include "simulator/descriptor.h"
+#include "simulator/json_lines.h"
+#include "simulator/phnsim_loop.h"
 #include "simulator/phnsim_options.h"
 
 #include <array>
@@ -11,9 +12,9 @@
 #include <ctime>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
-#include <poll.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -30,13 +31,13 @@ void ListCommands()
         std::printf("%3u  %s\n", command.number, command.name);
 }
 
-void Print(std::string_view line)
+void Print(std::FILE* stream, std::string_view line)
 {
-    std::printf("%.*s\n", static_cast<int>(line.size()), line.data());
-    std::fflush(stdout);
+    std::fprintf(stream, "%.*s\n", static_cast<int>(line.size()), line.data());
+    std::fflush(stream);
 }
 
-void PrintTrace(std::string_view line)
+std::string WithTime(std::string_view line)
 {
     const auto now = std::chrono::system_clock::now();
     const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
@@ -46,9 +47,9 @@ void PrintTrace(std::string_view line)
     localtime_r(&seconds, &local);
     std::array<char, 16> time{};
     std::strftime(time.data(), time.size(), "%H:%M:%S", &local);
-    std::printf("%s.%03d %.*s\n", time.data(), static_cast<int>(milliseconds), static_cast<int>(line.size()),
-                line.data());
-    std::fflush(stdout);
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%s.%03d ", time.data(), static_cast<int>(milliseconds));
+    return text.data() + std::string(line);
 }
 
 // Blocked before any thread starts, so that every thread leaves them to this descriptor.
@@ -62,47 +63,15 @@ int BlockEndSignals()
     return Checked(signalfd(-1, &signals, SFD_CLOEXEC), "signalfd");
 }
 
-// Takes what standard input offers and carries out every whole line; false at its end.
-bool TakeInput(Control& control, std::string& pending)
+void Prepare(Handset& handset, const PhnsimOptions& options, const Handset::TraceSink& trace)
 {
-    std::array<char, 4096> buffer;
-    const ssize_t size = read(STDIN_FILENO, buffer.data(), buffer.size());
-    if (size <= 0)
-        return false;
-    pending.append(buffer.data(), static_cast<std::size_t>(size));
-    std::size_t end = 0;
-    while (!control.isOver && (end = pending.find('\n')) != std::string::npos) {
-        ExecuteControlLine(control, std::string_view(pending).substr(0, end));
-        pending.erase(0, end + 1);
-    }
-    return true;
-}
-
-// Until a signal or "quit". The end of standard input is no reason to end.
-void RunControl(Control& control, int signals)
-{
-    std::string pending;
-    std::array<pollfd, 2> waits{pollfd{signals, POLLIN, 0}, pollfd{STDIN_FILENO, POLLIN, 0}};
-    while (!control.isOver) {
-        if (poll(waits.data(), waits.size(), -1) < 0)
-            continue;
-        if (waits[0].revents != 0)
-            return;
-        if (waits[1].revents != 0 && !TakeInput(control, pending))
-            waits[1].fd = -1;
-    }
-}
-
-void Prepare(Simulator& simulator, const PhnsimOptions& options)
-{
-    Handset& handset = simulator.Control();
     if (!options.data.empty() && std::filesystem::exists(options.data))
         handset.Load(options.data);
     handset.Seed(options.seed);
     for (const std::string& fault : options.faults)
         handset.AddFault(fault);
     if (options.trace)
-        handset.SetTrace(PrintTrace, options.hex ? TraceDetail::Hex : TraceDetail::Decoded);
+        handset.SetTrace(trace, options.hex ? TraceDetail::Hex : TraceDetail::Decoded);
 }
 
 // What a newcomer meets first: the usual directory is root's to make.
@@ -117,24 +86,88 @@ void CheckDevices(const std::string& devices)
         "it:\n  export PHNNRV_DEVICES=/tmp/handsets; mkdir -p $PHNNRV_DEVICES");
 }
 
+// Called for each exchange; throws nothing, so that a full disk is told at the end, by Check().
+class ExchangeLog
+{
+public:
+    explicit ExchangeLog(const std::string& file) : file_(file)
+    {
+        if (!file.empty())
+            stream_.open(file);
+        Check();
+    }
+
+    void Write(const Exchange& exchange)
+    {
+        if (!file_.empty())
+            stream_ << ToJsonLine(exchange, std::chrono::system_clock::now()) << std::endl;
+    }
+
+    void Check() const
+    {
+        if (!stream_)
+            throw std::runtime_error(file_ + " cannot be written");
+    }
+
+private:
+    const std::string file_;
+    std::ofstream stream_;
+};
+
+// Stops the serving thread before what it uses goes.
+struct StopAtEnd
+{
+    ~StopAtEnd() { simulator.Stop(); }
+    Simulator& simulator;
+};
+
+// Offers the port and works until the end.
+void Serve(const PhnsimOptions& options, Control& control, int signals)
+{
+    const StopAtEnd stop{control.simulator};
+    PhnsimLoop loop(control, signals, options.strict, options.once);
+    if (!options.script.empty())
+        loop.Script().AddFile(options.script);
+    if (control.isOver) // a line cannot be read
+        return;
+    control.simulator.Start();
+    loop.Script().Advance();
+    const std::string model = control.simulator.Control().Snapshot().identity.model;
+    const std::string port =
+        options.tcpPort ? "127.0.0.1:" + std::to_string(*options.tcpPort) : options.devices + "/" + options.name;
+    if (options.ready)
+        Print(stdout, ReadyJsonLine(model, port));
+    else
+        control.print("serving " + model + " on " + port);
+    loop.Run();
+}
+
 int Run(const PhnsimOptions& options)
 {
     if (!options.tcpPort)
         CheckDevices(options.devices);
     std::signal(SIGPIPE, SIG_IGN); // a TCP peer or a reader of the trace that goes is no reason to die
     const Descriptor signals(BlockEndSignals());
+    // Standard output is for programs once they have asked for the ready line.
+    const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
+    const auto trace = [&](std::string_view line) { print(WithTime(line)); };
+    ExchangeLog log(options.log);
+    History history;
     Simulator simulator(options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name),
                         options.kind);
-    Prepare(simulator, options);
-    simulator.Start();
-    const std::string place =
-        options.tcpPort ? "127.0.0.1:" + std::to_string(*options.tcpPort) : options.devices + "/" + options.name;
-    Print("serving " + simulator.Control().Snapshot().identity.model + " on " + place);
-    Control control{.simulator = simulator, .dataFile = options.data, .print = Print, .trace = PrintTrace};
-    RunControl(control, signals.Get());
-    simulator.Stop();
+    Prepare(simulator.Control(), options, trace);
+    simulator.Control().SetWatcher([&](const Exchange& exchange) {
+        log.Write(exchange);
+        history.Add(exchange);
+    });
+    Control control{
+        .simulator = simulator, .history = history, .dataFile = options.data, .print = print, .trace = trace};
+    Serve(options, control, signals.Get());
     if (!options.data.empty())
         simulator.Control().Save(options.data);
+    log.Check();
+    if (control.failure)
+        throw std::runtime_error(*control.failure);
     return 0;
 }
 

@@ -11,6 +11,7 @@ constexpr int kUsageError = 2;
 
 constexpr const char* kFooter = R"(
 Control lines on standard input change the handset while it runs: "help" lists them.
+Those of a script may also wait for the host and expect something of it (docs/simulator.md).
 With --data the state is loaded from FILE if it exists, and saved there at the end.
 docs/protocol.md says what the values of the state mean.
 Ctrl-C or the control line "quit" ends the simulator and removes its link; the end of
@@ -56,6 +57,13 @@ std::variant<PhnsimOptions, int> ParsePhnsimOptions(int argumentCount, char** ar
     app.add_option("--seed", options.seed, "for faults that strike by chance")->capture_default_str();
     app.add_flag("--trace", options.trace, "print each frame, decoded, on one line");
     app.add_flag("--hex", options.hex, "with the bytes as well");
+    app.add_option("--script", options.script, "control lines to carry out from the start; what is wrong ends it")
+        ->type_name("FILE");
+    app.add_flag("--strict", options.strict, "what is wrong on standard input ends it as well");
+    app.add_flag("--ready", options.ready,
+                 "print one JSON line when the port is there, everything else on standard error");
+    app.add_option("--log", options.log, "write every exchange as a JSON line")->type_name("FILE");
+    app.add_flag("--once", options.once, "end when the host has closed the port");
     app.add_flag_callback(
         "--list-commands",
         [&] {

@@ -23,6 +23,11 @@ struct PhnsimOptions
     std::uint32_t seed = 1;
     bool trace = false;
     bool hex = false;
+    std::string script;
+    std::string log;
+    bool strict = false;
+    bool ready = false;
+    bool once = false;
     bool listCommands = false;
 };
 
