@@ -1,0 +1,110 @@
+// Scripts of phnsim against a host that starts up, asks for the battery twice and closes the port: which exit status,
+// and which sentence.
+#include "simulator/device_directory.h"
+#include "simulator/host_side.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <poll.h>
+#include <string>
+#include <sys/wait.h>
+#include <tuple>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kMet = 0;
+constexpr int kUnmet = 1;
+
+void PlayHost(const std::filesystem::path& port)
+{
+    const int descriptor = open(port.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    for (const std::uint32_t command : {1, 5, 5}) {
+        const host::Bytes request = host::Frame(1, host::Record(command, {}));
+        ASSERT_EQ(write(descriptor, request.data(), request.size()), static_cast<ssize_t>(request.size()));
+        std::uint8_t last = 0;
+        pollfd wait{descriptor, POLLIN, 0};
+        while (last != simulator::kFlag && poll(&wait, 1, 10'000) > 0 && read(descriptor, &last, 1) == 1)
+            ;
+    }
+    close(descriptor);
+}
+
+class Script : public testing::Test
+{
+protected:
+    // The exit status; `told` is what stands on standard error.
+    int Run(const std::string& lines, const std::string& options)
+    {
+        const std::string folder = devices.Path().string();
+        std::ofstream(folder + "/script") << lines;
+        const std::string command = "cd " + folder +
+                                    "; exec timeout 30 " PHNSIM " --devices . --port com5 --once --ready " + options +
+                                    " --log log 2>told";
+        std::FILE* const phnsim = popen(command.c_str(), "r");
+        std::array<char, 256> ready{};
+        if (std::fgets(ready.data(), ready.size(), phnsim))
+            PlayHost(devices.Path() / "com5");
+        const int status = pclose(phnsim);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    std::string File(const char* name) const
+    {
+        std::ifstream file(devices.Path() / name);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    const simulator::DeviceDirectory devices;
+};
+
+TEST_F(Script, EndsAsItsExpectationsAreMet)
+{
+    const std::string script = "--script script </dev/null", input = "--strict <script";
+    const std::string battery = "battery-information status=0 battery1=1 battery2=41\n";
+    const std::string set = "set battery/battery2 41\n", answer = "battery/battery2 = 41\n";
+    const std::tuple<std::string, std::string, int, std::string> cases[] = {
+        {"after 1 battery-information do " + set +
+             "wait-for close\nexpect startup 1\nexpect 5 1 battery2=80\nexpect 5 1 battery2=41 status=0\n"
+             "expect-none shutdown\nexpect-none rejected\n",
+         script, kMet, answer},
+        {set + "# counted\n\nwait-for close\nexpect battery-information 1\n", script, kUnmet,
+         answer + "phnsim: script:5: battery-information was expected once, but came 2 times; the last was " + battery},
+        {set + "wait-for close\nexpect \"battery information\" battery2=40\n", script, kUnmet,
+         answer +
+             "phnsim: script:3: battery-information battery2=40 was expected at least once, but never came; the last "
+             "was " +
+             battery},
+        {"wait-for close\nexpect-none startup\n", input, kUnmet,
+         "phnsim: standard input:2: startup was expected never, but came once; the last was startup status=0\n"},
+        {"wait-for startup 2\nend\n", script, kUnmet,
+         "phnsim: script:1: wait-for startup 2 waits in vain: the host has closed the port, and it came once; the last "
+         "was "
+         "startup status=0\n"},
+        {"wait 10\nafter 1 startup do every 5 plug\n", script, kUnmet,
+         "phnsim: script:2: wait, wait-for, after and every stand on lines of their own\n"},
+        {"every 1 show battery/battery2\nwait-for close\nwait 20\nend\nwait-for startup 2\n", script, kMet, "80\n80\n"},
+    };
+    for (const auto& [lines, options, status, sentence] : cases) {
+        SCOPED_TRACE(lines);
+        EXPECT_EQ(Run(lines, options), status);
+        EXPECT_EQ(File("told").substr(0, sentence.size()), sentence);
+    }
+}
+
+TEST_F(Script, LeavesALogOfWhatCame)
+{
+    ASSERT_EQ(Run("fault status=10@5*1\nwait-for close\n", "--script script </dev/null"), kMet);
+    const std::string log = File("log");
+    for (const char* part : {R"("name":"startup","command":1,"sequence":1,"reply":{"status":0}})",
+                             R"("sequence":1,"reply":{"status":10},"faults":["status=10@5*1"]})",
+                             R"("reply":{"status":0,"battery1":1,"battery2":80}})", R"("name":"close"})"})
+        EXPECT_NE(log.find(part), std::string::npos) << part << " in\n" << log;
+}
+
+} // namespace
