@@ -120,15 +120,17 @@ std::string History::WhatCame(std::uint32_t kind, const FieldValues& values) con
            (last.empty() ? ", and nothing else did" : "; the last was " + last);
 }
 
-// Of this kind, or of all when there is none; empty when there is none at all.
+// Of this kind, or of all that was sent when there is none; empty when there is none at all.
 std::string History::Last(std::uint32_t kind) const
 {
     const std::scoped_lock lock(mutex_);
-    const auto last = std::find_if(exchanges_.rbegin(), exchanges_.rend(),
-                                   [&](const Exchange& exchange) { return exchange.Kind() == kind; });
-    if (last != exchanges_.rend())
-        return Describe(*last);
-    return exchanges_.empty() ? "" : Describe(exchanges_.back());
+    const auto find = [&](const auto& isMeant) {
+        return std::find_if(exchanges_.rbegin(), exchanges_.rend(), isMeant);
+    };
+    auto last = find([&](const Exchange& exchange) { return exchange.Kind() == kind; });
+    if (last == exchanges_.rend())
+        last = find([](const Exchange& exchange) { return exchange.Kind() != kPortClosed; });
+    return last == exchanges_.rend() ? "" : Describe(*last);
 }
 
 void History::When(std::uint32_t kind, std::uint64_t count, std::function<void()> action)

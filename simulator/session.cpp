@@ -182,8 +182,8 @@ void Session::AnswerAt(std::string_view line, std::vector<Step>& steps)
     handset_.CountRequest(kAtCommands, Bytes(line.begin(), line.end()));
     handset_.Tell({.command = kAtCommands,
                    .name = "at",
-                   .request = {{"line", Printable(line), Field::Kind::Text}},
-                   .reply = {{"answer", Printable(answer), Field::Kind::Text}},
+                   .request = {{"line", std::string(line), Field::Kind::Text}},
+                   .reply = {{"answer", answer, Field::Kind::Text}},
                    .faults = faults});
 }
 
