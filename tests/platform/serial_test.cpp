@@ -27,24 +27,12 @@ struct Reading
     }
 };
 
-std::string ReadNow(HANDLE port, DWORD size)
-{
-    std::array<char, 16> buffer{};
-    DWORD got = 99;
-    EXPECT_TRUE(ReadFile(port, buffer.data(), size, &got, nullptr));
-    return {buffer.data(), got};
-}
-
 TEST_F(PortTest, AnOverlappedReadEndsBySilenceAfterItsLastByte)
 {
     const HANDLE port = Open(FILE_FLAG_OVERLAPPED, kDiagnostic);
     Reading reading;
     ASSERT_EQ(reading.Start(port), DWORD{ERROR_IO_PENDING});
-    DWORD got = 0;
-    EXPECT_FALSE(GetOverlappedResult(port, &reading.operation.record, &got, FALSE));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_IO_INCOMPLETE});
     EXPECT_EQ(WaitForSingleObject(reading.operation.record.hEvent, 20), WAIT_TIMEOUT);
-
     const std::string reply(9000, '\x7E'); // more than a terminal holds at once
     for (std::size_t at = 0; at < reply.size(); at += 4000)
         Send(reply.substr(at, 4000));
@@ -55,18 +43,15 @@ TEST_F(PortTest, AnOverlappedReadEndsBySilenceAfterItsLastByte)
 
 TEST_F(PortTest, ABlockingReadEndsByAFullBufferOrItsTotal)
 {
-    HANDLE port = Open(0, kNone);
-    Send("OK\r\nREST");
-    EXPECT_EQ(ReadNow(port, 4), "OK\r\n");
-    COMMTIMEOUTS whatIsThere{MAXDWORD, 0, 0, 0, 0};
-    EXPECT_TRUE(SetCommTimeouts(port, &whatIsThere));
-    EXPECT_EQ(ReadNow(port, 16), "REST");
-    EXPECT_EQ(ReadNow(port, 16), "");
-
-    COMMTIMEOUTS total{0, 1, 20, 0, 0};
-    EXPECT_TRUE(SetCommTimeouts(port, &total));
+    const HANDLE port = Open(0, {0, 1, 20, 0, 0});
+    std::array<char, 10> buffer{};
+    DWORD got = 0;
+    Send("OK\r\n");
+    EXPECT_TRUE(ReadFile(port, buffer.data(), 4, &got, nullptr));
+    EXPECT_EQ(std::string(buffer.data(), got), "OK\r\n");
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(ReadNow(port, 10), "");
+    EXPECT_TRUE(ReadFile(port, buffer.data(), 10, &got, nullptr));
+    EXPECT_EQ(got, 0u);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(29)); // 10 bytes * 1 ms + 20 ms
     CloseHandle(port);
 }
@@ -99,26 +84,9 @@ TEST_F(PortTest, ACancelledReadIsOverAndLeavesThePortUsable)
     ASSERT_EQ(reading.Start(port), DWORD{ERROR_IO_PENDING});
     EXPECT_TRUE(CancelIoEx(port, &reading.operation.record));
     EXPECT_EQ(reading.operation.Finish(port, &got), DWORD{ERROR_OPERATION_ABORTED});
-    EXPECT_FALSE(CancelIoEx(port, &reading.operation.record));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_FOUND});
-
     ASSERT_EQ(reading.Start(port, 5), DWORD{ERROR_IO_PENDING});
     Send("again");
     EXPECT_EQ(reading.Finish(port), "again");
-    CloseHandle(port);
-}
-
-TEST_F(PortTest, APurgeForgetsWhatWasReceived)
-{
-    const HANDLE port = Open(0, {10, 0, 50, 0, 0});
-    Send("stale");
-    COMSTAT status{};
-    DWORD errors = 0;
-    for (const ULONGLONG start = GetTickCount64(); status.cbInQue < 5 && GetTickCount64() - start < 5000; Sleep(1))
-        ASSERT_TRUE(ClearCommError(port, &errors, &status));
-    ASSERT_EQ(status.cbInQue, 5u);
-    EXPECT_TRUE(PurgeComm(port, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR));
-    EXPECT_EQ(ReadNow(port, 16), "");
     CloseHandle(port);
 }
 

@@ -6,6 +6,8 @@ using namespace platform;
 BOOL WINAPI SetCommTimeouts(HANDLE hFile, LPCOMMTIMEOUTS lpCommTimeouts)
 {
     return Win32Call(Call::SetCommTimeouts, FALSE, [&] {
+        if (lpCommTimeouts->ReadIntervalTimeout == MAXDWORD) // a read that takes what is there, or its first bytes
+            throw Win32Error{ERROR_NOT_SUPPORTED};
         FromHandle<SerialPort>(hFile)->SetTimeouts(*lpCommTimeouts);
         return TRUE;
     });

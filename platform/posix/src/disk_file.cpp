@@ -8,18 +8,10 @@
 
 namespace platform {
 
-DWORD DiskFile::Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped)
+// Nobody reads back what a log holds.
+DWORD DiskFile::Read(void*, DWORD, DWORD*, OVERLAPPED*)
 {
-    if (overlapped)
-        throw Win32Error{ERROR_NOT_SUPPORTED};
-    ssize_t count = 0;
-    do
-        count = read(descriptor_.Get(), buffer, size);
-    while (count < 0 && errno == EINTR);
-    if (count < 0)
-        ThrowErrno();
-    *done = static_cast<DWORD>(count);
-    return ERROR_SUCCESS;
+    throw Win32Error{ERROR_NOT_SUPPORTED};
 }
 
 // One write() unless the system takes less than all, as for a disk that becomes full; its error is then the next one's.

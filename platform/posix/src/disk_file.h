@@ -1,4 +1,4 @@
-// An ordinary file: blocking reads and writes at the file's position, or at its end for one opened to append.
+// An ordinary file, which is only written: at its position, or at its end for one opened to append.
 #pragma once
 
 #include "file.h"

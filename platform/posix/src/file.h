@@ -14,7 +14,7 @@ public:
     virtual DWORD Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped) = 0;
 };
 
-// The object for CreateFileA's arguments; throws. `existed` tells whether the file was there before.
-std::shared_ptr<File> OpenFile(const char* name, DWORD access, DWORD disposition, DWORD flags, bool& existed);
+// The object for CreateFileA's arguments; throws.
+std::shared_ptr<File> OpenFile(const char* name, DWORD access, DWORD disposition, DWORD flags);
 
 } // namespace platform

@@ -36,11 +36,7 @@ HANDLE WINAPI CreateFileA(LPCSTR lpFileName, DWORD dwDesiredAccess, DWORD, LPSEC
                           DWORD dwCreationDisposition, DWORD dwFlagsAndAttributes, HANDLE)
 {
     return Win32Call(Call::CreateFileA, INVALID_HANDLE_VALUE, [&] {
-        bool existed = false;
-        const HANDLE handle =
-            NewHandle(OpenFile(lpFileName, dwDesiredAccess, dwCreationDisposition, dwFlagsAndAttributes, existed));
-        SetLastError(existed ? DWORD{ERROR_ALREADY_EXISTS} : DWORD{ERROR_SUCCESS});
-        return handle;
+        return NewHandle(OpenFile(lpFileName, dwDesiredAccess, dwCreationDisposition, dwFlagsAndAttributes));
     });
 }
 

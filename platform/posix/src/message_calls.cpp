@@ -52,20 +52,6 @@ LRESULT SendAcross(Lock& lock, const std::shared_ptr<SentMessage>& message)
     return message->result;
 }
 
-// Calls the function of a timer that has one, if the timer is the calling thread's: the pointer came in a message.
-bool RunTimerProcedure(Lock& lock, const MSG& message)
-{
-    const auto procedure = reinterpret_cast<TIMERPROC>(message.lParam);
-    if (message.message != WM_TIMER || !procedure)
-        return false;
-    if (MessageQueue::Current(lock)->HasTimer(lock, message.hwnd, procedure)) {
-        lock.unlock();
-        procedure(message.hwnd, WM_TIMER, message.wParam, GetTickCount());
-        lock.lock();
-    }
-    return true;
-}
-
 } // namespace
 
 BOOL WINAPI PeekMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFilterMax, UINT wRemoveMsg)
@@ -103,7 +89,7 @@ LRESULT WINAPI DispatchMessageA(const MSG* lpMsg)
 {
     return Win32Call(Call::DispatchMessageA, LRESULT{0}, [&]() -> LRESULT {
         Lock lock = TakeBaseLock();
-        if (RunTimerProcedure(lock, *lpMsg) || !lpMsg->hwnd)
+        if (!lpMsg->hwnd)
             return 0;
         const auto window = OwnWindowOf(lock, lpMsg->hwnd);
         return CallWindow(lock, *window, lpMsg->message, lpMsg->wParam, lpMsg->lParam);

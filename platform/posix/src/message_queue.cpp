@@ -157,7 +157,7 @@ bool MessageQueue::TakeTimer(const MessageFilter& filter, bool remove, MSG& mess
     }
     if (!taken)
         return false;
-    message = MakeMessage(taken->window, WM_TIMER, taken->id, reinterpret_cast<LPARAM>(taken->procedure));
+    message = MakeMessage(taken->window, WM_TIMER, taken->id, 0);
     if (remove) {
         // On the timer's own beat; beats that nobody asked for are lost.
         taken->due += (1 + (now - taken->due) / taken->period) * taken->period;
@@ -190,22 +190,16 @@ TimePoint MessageQueue::NextTimer(const Lock&) const
     return next;
 }
 
-void MessageQueue::StartTimer(const Lock&, HWND window, UINT_PTR id, DWORD milliseconds, TIMERPROC procedure)
+void MessageQueue::StartTimer(const Lock&, HWND window, UINT_PTR id, DWORD milliseconds)
 {
     std::erase_if(timers_, IsTimer(window, id));
     const Duration period = Scaled(std::chrono::milliseconds(milliseconds));
-    timers_.push_back({window, id, std::max(period, Duration(1)), procedure, Now() + period});
+    timers_.push_back({window, id, std::max(period, Duration(1)), Now() + period});
 }
 
 bool MessageQueue::StopTimer(const Lock&, HWND window, UINT_PTR id)
 {
     return std::erase_if(timers_, IsTimer(window, id)) > 0;
-}
-
-bool MessageQueue::HasTimer(const Lock&, HWND window, TIMERPROC procedure) const
-{
-    return std::ranges::any_of(
-        timers_, [&](const WindowTimer& timer) { return timer.window == window && timer.procedure == procedure; });
 }
 
 } // namespace platform

@@ -42,7 +42,6 @@ struct WindowTimer
     HWND window;
     UINT_PTR id;
     Duration period;
-    TIMERPROC procedure;
     TimePoint due;
     bool seen = false; // its being due no longer ends a wait for input
 };
@@ -82,9 +81,8 @@ public:
     TimePoint NextTimer(const Lock& lock) const;
 
     // A timer of the same window and id is replaced.
-    void StartTimer(const Lock& lock, HWND window, UINT_PTR id, DWORD milliseconds, TIMERPROC procedure);
+    void StartTimer(const Lock& lock, HWND window, UINT_PTR id, DWORD milliseconds);
     bool StopTimer(const Lock& lock, HWND window, UINT_PTR id);
-    bool HasTimer(const Lock& lock, HWND window, TIMERPROC procedure) const;
 
 private:
     static void Close(DWORD threadId);

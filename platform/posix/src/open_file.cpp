@@ -109,12 +109,8 @@ int DispositionFlags(DWORD disposition)
 
 // O_NONBLOCK keeps the opening of a FIFO from waiting for its other end, for ever if need be. What is created is its
 // owner's alone, and no link leads elsewhere: the library's log would follow it.
-int OpenDescriptor(const std::string& path, int flags, bool& existed)
+int OpenDescriptor(const std::string& path, int flags)
 {
-    struct stat status
-    {
-    };
-    existed = (flags & O_CREAT) && stat(path.c_str(), &status) == 0;
     if (flags & O_CREAT)
         flags |= O_NOFOLLOW;
     return open(path.c_str(), flags | O_NOCTTY | O_CLOEXEC | O_NONBLOCK, 0600);
@@ -125,15 +121,15 @@ bool IsRefused(int error)
     return error == EACCES || error == EPERM || error == EROFS;
 }
 
-std::shared_ptr<File> OpenDiskFile(const std::string& path, DWORD access, DWORD disposition, bool& existed)
+std::shared_ptr<File> OpenDiskFile(const std::string& path, DWORD access, DWORD disposition)
 {
     const int flags = AccessFlags(access) | DispositionFlags(disposition);
-    UniqueDescriptor descriptor(OpenDescriptor(path, flags, existed));
+    UniqueDescriptor descriptor(OpenDescriptor(path, flags));
     if (!descriptor && IsRefused(errno) && (flags & O_CREAT) && IsBesideModule(path)) {
         const std::string own = FileInStateFolder(path);
         if (own.empty())
             throw Win32Error{ERROR_ACCESS_DENIED};
-        descriptor = UniqueDescriptor(OpenDescriptor(own, flags, existed));
+        descriptor = UniqueDescriptor(OpenDescriptor(own, flags));
     }
     if (!descriptor)
         ThrowErrno();
@@ -154,7 +150,7 @@ std::shared_ptr<File> OpenDiskFile(const std::string& path, DWORD access, DWORD 
 
 } // namespace
 
-std::shared_ptr<File> OpenFile(const char* name, DWORD access, DWORD disposition, DWORD flags, bool& existed)
+std::shared_ptr<File> OpenFile(const char* name, DWORD access, DWORD disposition, DWORD flags)
 {
     if (!name || !*name)
         throw Win32Error{ERROR_PATH_NOT_FOUND};
@@ -167,7 +163,7 @@ std::shared_ptr<File> OpenFile(const char* name, DWORD access, DWORD disposition
         if (prefixed)
             throw Win32Error{ERROR_FILE_NOT_FOUND};
     }
-    return OpenDiskFile(plain, access, disposition, existed);
+    return OpenDiskFile(plain, access, disposition);
 }
 
 } // namespace platform

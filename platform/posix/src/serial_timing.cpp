@@ -27,22 +27,11 @@ TimePoint TotalEnd(DWORD multiplier, DWORD constant, DWORD size)
 
 SerialTiming SerialTiming::OfRead(const COMMTIMEOUTS& timeouts, DWORD size)
 {
-    const DWORD multiplier = timeouts.ReadTotalTimeoutMultiplier;
-    const DWORD constant = timeouts.ReadTotalTimeoutConstant;
+    const milliseconds interval(timeouts.ReadIntervalTimeout);
     SerialTiming timing;
-    if (timeouts.ReadIntervalTimeout != MAXDWORD) {
-        const milliseconds interval(timeouts.ReadIntervalTimeout);
-        timing.silence_ = std::min(interval, kShortestInterval);
-        timing.interval_ = std::max(Scaled(interval), timing.silence_);
-        timing.total_ = TotalEnd(multiplier, constant, size);
-    } else if (multiplier == MAXDWORD && constant != 0 && constant != MAXDWORD) {
-        timing.endsWithBytes_ = true;
-        timing.total_ = TotalEnd(0, constant, size);
-    } else if (multiplier == 0 && constant == 0) {
-        timing.total_ = TimePoint{};
-    } else {
-        timing.total_ = TotalEnd(multiplier, constant, size);
-    }
+    timing.silence_ = std::min(interval, kShortestInterval);
+    timing.interval_ = std::max(Scaled(interval), timing.silence_);
+    timing.total_ = TotalEnd(timeouts.ReadTotalTimeoutMultiplier, timeouts.ReadTotalTimeoutConstant, size);
     return timing;
 }
 
@@ -57,8 +46,6 @@ void SerialTiming::OnBytes()
 {
     lastBytes_ = Now();
     lastBytesReal_ = SteadyClock::now();
-    if (endsWithBytes_)
-        total_ = TimePoint{};
 }
 
 TimePoint SerialTiming::End() const

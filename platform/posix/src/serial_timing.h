@@ -1,5 +1,6 @@
-// When a serial read or write is over by time: the documented meaning of COMMTIMEOUTS, kept apart from the transfer.
-// Made when the operation starts; told of every arrival of bytes; asked for the moment at which it ends.
+// When a serial read or write is over by time: the documented meaning of COMMTIMEOUTS, but for the intervals of
+// MAXDWORD, kept apart from the transfer. Made when the operation starts; told of every arrival of bytes; asked for the
+// moment at which it ends.
 #pragma once
 
 #include "clock.h"
@@ -15,15 +16,13 @@ public:
     // Bytes were moved just now.
     void OnBytes();
 
-    // When the operation is over if no more bytes come: by the clock, kNever for no time-out, and a time gone by when
-    // it need not wait at all.
+    // When the operation is over if no more bytes come: by the clock, kNever for no time-out.
     TimePoint End() const;
 
 private:
     TimePoint total_ = kNever;
     Duration interval_ = {};       // zero: none
     Duration silence_ = {};        // the part of the interval that must pass in real time
-    bool endsWithBytes_ = false;   // the first bytes end it
     TimePoint lastBytes_ = kNever; // by the clock
     TimePoint lastBytesReal_ = kNever;
 };

@@ -19,8 +19,3 @@ ULONGLONG WINAPI GetTickCount64()
     const auto sinceStart = std::chrono::duration_cast<std::chrono::milliseconds>(Now().time_since_epoch());
     return static_cast<ULONGLONG>(sinceStart.count());
 }
-
-DWORD WINAPI GetTickCount()
-{
-    return static_cast<DWORD>(GetTickCount64());
-}

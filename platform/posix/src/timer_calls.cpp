@@ -1,4 +1,4 @@
-// Timers, of a window or of a thread. Only their own thread starts and stops them.
+// Timers, of a window or of a thread, each of which is a message. Only their own thread starts and stops them.
 #include <algorithm>
 
 #include "message_queue.h"
@@ -9,12 +9,14 @@ using namespace platform;
 UINT_PTR WINAPI SetTimer(HWND hWnd, UINT_PTR nIDEvent, UINT uElapse, TIMERPROC lpTimerFunc)
 {
     return Win32Call(Call::SetTimer, UINT_PTR{0}, [&] {
+        if (lpTimerFunc)
+            throw Win32Error{ERROR_NOT_SUPPORTED};
         static UINT_PTR lastThreadTimer = 0;
         const Lock lock = TakeBaseLock();
         const UINT_PTR id = hWnd ? nIDEvent : ++lastThreadTimer;
         const auto queue = hWnd ? OwnWindowOf(lock, hWnd)->queue : MessageQueue::Current(lock);
         const DWORD elapse = std::clamp<DWORD>(uElapse, USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM);
-        queue->StartTimer(lock, hWnd, id, elapse, lpTimerFunc);
+        queue->StartTimer(lock, hWnd, id, elapse);
         return id ? id : UINT_PTR{1};
     });
 }
