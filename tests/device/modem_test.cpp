@@ -35,7 +35,9 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
     }
     EXPECT_EQ(owner_.TakeEvents(), Events{});
 
+    const ULONGLONG begin = GetTickCount64();
     EXPECT_EQ(Arrive(), TRUE);
+    EXPECT_LT(GetTickCount64() - begin, 7000u) << "the scale is not applied";
     EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
     const Events lines = TakeLog();
     EXPECT_EQ(std::ranges::count(lines, "CDevice::OpenModemPort - Setting the Handle"), 1);

@@ -1,7 +1,5 @@
-// Time in the stand-in: at the scale that the environment states, and moved on by a test.
+// The test hooks of the stand-in: time that passes at once, and calls that fail when asked to.
 #include <array>
-#include <chrono>
-#include <cstdlib>
 
 #include <phn_platform_test.h>
 
@@ -10,20 +8,6 @@
 namespace {
 
 using platform_test::AdvanceClock;
-
-// The scale is read once, so it has a process of its own.
-TEST(Clock, TheScaleAppliesToStatedTimes)
-{
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    const auto sleepScaled = [] {
-        setenv("PHNNRV_TIME_SCALE", "0.001", 1);
-        const auto start = std::chrono::steady_clock::now();
-        Sleep(60000);
-        const auto slept = std::chrono::steady_clock::now() - start;
-        std::exit(slept >= std::chrono::milliseconds(60) && slept < std::chrono::seconds(30) ? 0 : 1);
-    };
-    EXPECT_EXIT(sleepScaled(), testing::ExitedWithCode(0), "");
-}
 
 TEST_F(PortTest, ALongIntervalPassesAtOnceAndAReplyUnderWayIsNotCut)
 {
@@ -41,11 +25,23 @@ TEST_F(PortTest, ALongIntervalPassesAtOnceAndAReplyUnderWayIsNotCut)
     ASSERT_FALSE(ReadFile(port, buffer.data(), 4, nullptr, &reading.record));
     for (const char* byte : {"a", "b", "c", "d"}) {
         Send(byte);
+        Sleep(20);
         AdvanceClock(6000); // the interval is counted from the last byte
     }
     EXPECT_EQ(reading.Finish(port, &got), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(std::string(buffer.data(), got), "abcd");
     CloseHandle(port);
+}
+
+TEST(Faults, SkipTheCallsBeforeAndHappenAsOftenAsAsked)
+{
+    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    platform_test::FailCall("ResetEvent", ERROR_NO_SYSTEM_RESOURCES, 1, 2);
+    std::string outcome;
+    for (int call = 0; call < 4; ++call)
+        outcome += ResetEvent(event) ? '+' : '-';
+    EXPECT_EQ(outcome, "+--+");
+    CloseHandle(event);
 }
 
 } // namespace

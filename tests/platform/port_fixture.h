@@ -1,6 +1,6 @@
 // A serial port for the tests of the platform's calls, with the test at its far end. On Linux it is a pseudo terminal
-// that the fixture publishes in a device directory of its own; on Windows it is the port
-// of the test run (windows/port_peer.h).
+// that the fixture publishes in a device directory of its own; on Windows it is the port of the test run
+// (windows/port_peer.h).
 #pragma once
 
 #include <gtest/gtest.h>
@@ -27,7 +27,13 @@ protected:
     std::string Receive(std::size_t count);
 
     // The port opened with these time-outs.
-    HANDLE Open(DWORD flags, const COMMTIMEOUTS& timeouts);
+    HANDLE Open(DWORD flags, COMMTIMEOUTS timeouts) const
+    {
+        const HANDLE port =
+            CreateFileA(PortName().c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, flags, nullptr);
+        EXPECT_TRUE(SetCommTimeouts(port, &timeouts)) << GetLastError();
+        return port;
+    }
 
     struct FarEnd;
     std::unique_ptr<FarEnd> farEnd;

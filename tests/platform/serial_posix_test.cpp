@@ -4,6 +4,7 @@
 
 #include <array>
 #include <ctime>
+#include <utility>
 
 #include "platform/pty_fixture.h"
 
@@ -45,32 +46,28 @@ TEST_F(PortTest, EntriesOpenByNameAndWhatIsNoPortSaysWhy)
     CloseHandle(port);
 }
 
-struct BlockingRead
-{
-    HANDLE port;
-    DWORD error = ERROR_SUCCESS;
-};
+using BlockingRead = std::pair<HANDLE, DWORD>; // its port, and the error that ends it
 
 DWORD WINAPI ReadBlocking(LPVOID parameter)
 {
     auto* read = static_cast<BlockingRead*>(parameter);
     std::array<char, 8> buffer{};
     DWORD got = 0;
-    if (!ReadFile(read->port, buffer.data(), 8, &got, nullptr))
-        read->error = GetLastError();
+    if (!ReadFile(read->first, buffer.data(), 8, &got, nullptr))
+        read->second = GetLastError();
     return 0;
 }
 
 TEST_F(PortTest, ABlockingReadIsEndedByACancellation)
 {
-    BlockingRead read{Open(0, kNone)};
+    BlockingRead read{Open(0, kNone), ERROR_SUCCESS};
     const HANDLE thread = CreateThread(nullptr, 0, ReadBlocking, &read, 0, nullptr);
     while (!CancelSynchronousIo(thread) && GetLastError() == ERROR_NOT_FOUND) // until it is in its read
         Sleep(1);
     EXPECT_EQ(WaitForSingleObject(thread, 10000), WAIT_OBJECT_0);
-    CloseHandle(read.port); // ends it, should it still read
+    CloseHandle(read.first); // ends it, should it still read
     WaitForSingleObject(thread, INFINITE);
-    EXPECT_EQ(read.error, DWORD{ERROR_OPERATION_ABORTED});
+    EXPECT_EQ(read.second, DWORD{ERROR_OPERATION_ABORTED});
     CloseHandle(thread);
 }
 

@@ -72,8 +72,7 @@ TEST_F(PortTest, EveryBytePassesAsItIs)
     Send(everyByte);
     reading.Start(port, 256);
     EXPECT_EQ(reading.Finish(port), everyByte);
-    EXPECT_TRUE(CloseHandle(port));
-    EXPECT_EQ(reading.Start(port), DWORD{ERROR_INVALID_HANDLE});
+    CloseHandle(port);
 }
 
 TEST_F(PortTest, ACancelledReadIsOverAndLeavesThePortUsable)
@@ -87,6 +86,21 @@ TEST_F(PortTest, ACancelledReadIsOverAndLeavesThePortUsable)
     ASSERT_EQ(reading.Start(port, 5), DWORD{ERROR_IO_PENDING});
     Send("again");
     EXPECT_EQ(reading.Finish(port), "again");
+    CloseHandle(port);
+}
+
+TEST_F(PortTest, APurgeForgetsWhatWasReceived)
+{
+    const HANDLE port = Open(0, {10, 0, 50, 0, 0});
+    Send("stale");
+    COMSTAT status{};
+    DWORD got = 0;
+    for (int turn = 0; status.cbInQue < 5 && turn < 5000; ++turn, Sleep(1))
+        ASSERT_TRUE(ClearCommError(port, &got, &status));
+    EXPECT_TRUE(PurgeComm(port, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR));
+    std::array<char, 8> buffer{};
+    EXPECT_TRUE(ReadFile(port, buffer.data(), 8, &got, nullptr));
+    EXPECT_EQ(std::string(buffer.data(), got), "");
     CloseHandle(port);
 }
 

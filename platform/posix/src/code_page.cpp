@@ -158,7 +158,7 @@ void CodePage::FindUndefinedBytes()
     Flush(decoder_, unused);
 }
 
-std::u16string CodePage::Decode(std::string_view bytes, bool* valid)
+std::u16string CodePage::Decode(std::string_view bytes)
 {
     if (isAscii_ && IsAscii(bytes))
         return std::u16string(bytes.begin(), bytes.end());
@@ -171,12 +171,7 @@ std::u16string CodePage::Decode(std::string_view bytes, bool* valid)
             break;
         Flush(decoder_, output);
         const auto byte = static_cast<unsigned char>(bytes[0]);
-        if (passed_[byte]) {
-            AppendUnit(output, byte);
-        } else {
-            AppendUnit(output, number_ == CP_UTF8 ? u'\uFFFD' : u'?');
-            *valid = false;
-        }
+        AppendUnit(output, passed_[byte] ? byte : number_ == CP_UTF8 ? u'\uFFFD' : u'?');
         bytes.remove_prefix(1);
     }
     Flush(decoder_, output);
@@ -185,7 +180,7 @@ std::u16string CodePage::Decode(std::string_view bytes, bool* valid)
     return units;
 }
 
-std::string CodePage::Encode(std::u16string_view units, std::string_view replacement, bool* valid)
+std::string CodePage::Encode(std::u16string_view units, bool* replaced)
 {
     if (isAscii_ && IsAscii(units))
         return std::string(units.begin(), units.end());
@@ -205,8 +200,9 @@ std::string CodePage::Encode(std::u16string_view units, std::string_view replace
         if (units[0] <= 0xFF && passed_[units[0]]) {
             output += static_cast<char>(units[0]);
         } else {
-            output += replacement;
-            *valid = false;
+            output += number_ == CP_UTF8 ? "\xEF\xBF\xBD" : "?";
+            if (replaced)
+                *replaced = true;
         }
         units.remove_prefix(1);
     }

@@ -22,12 +22,9 @@ public:
     // The number of the system's ANSI code page (PHNNRV_ANSI_CODE_PAGE).
     static UINT Ansi();
 
-    // Both set *valid to false when something had to be replaced, and leave it alone otherwise.
-    std::u16string Decode(std::string_view bytes, bool* valid);
-    std::string Encode(std::u16string_view units, std::string_view replacement, bool* valid);
-
-    // What stands for a unit that the code page lacks.
-    std::string_view DefaultReplacement() const { return number_ == CP_UTF8 ? "\xEF\xBF\xBD" : "?"; }
+    // Both put a character of their own for what means nothing.
+    std::u16string Decode(std::string_view bytes);
+    std::string Encode(std::u16string_view units, bool* replaced = nullptr);
 
 private:
     CodePage(UINT number, iconv_t decoder, iconv_t encoder);

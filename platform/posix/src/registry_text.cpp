@@ -10,8 +10,7 @@ namespace {
 std::string Ansi(std::u16string_view units)
 {
     CodePage* const page = CodePage::Find(CodePage::Ansi());
-    bool valid = true;
-    return page ? page->Encode(units, page->DefaultReplacement(), &valid) : std::string();
+    return page ? page->Encode(units) : std::string();
 }
 
 } // namespace
@@ -30,9 +29,8 @@ std::string AnsiText(std::string bytes)
     const std::string_view text = bytes;
     if (text.starts_with(kUtf16Mark))
         return AnsiFromUtf16(text.substr(kUtf16Mark.size()));
-    bool valid = true;
     if (text.starts_with(kUtf8Mark))
-        return Ansi(CodePage::Find(CP_UTF8)->Decode(text.substr(kUtf8Mark.size()), &valid));
+        return Ansi(CodePage::Find(CP_UTF8)->Decode(text.substr(kUtf8Mark.size())));
     return bytes;
 }
 

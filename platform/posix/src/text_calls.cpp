@@ -71,13 +71,10 @@ int WINAPI MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteS
 {
     return Win32Call(Call::MultiByteToWideChar, 0, [&] {
         CheckBuffers(lpMultiByteStr, cbMultiByte, lpWideCharStr, cchWideChar);
-        constexpr DWORD kKnown = MB_PRECOMPOSED | MB_USEGLYPHCHARS | MB_ERR_INVALID_CHARS;
-        if ((dwFlags & ~kKnown) || (CodePage == CP_UTF8 && (dwFlags & ~MB_ERR_INVALID_CHARS)))
+        constexpr DWORD kKnown = MB_PRECOMPOSED | MB_USEGLYPHCHARS;
+        if ((dwFlags & ~kKnown) || (CodePage == CP_UTF8 && dwFlags))
             throw Win32Error{ERROR_INVALID_FLAGS};
-        bool valid = true;
-        std::u16string units = PageOf(CodePage).Decode(TextOf(lpMultiByteStr, cbMultiByte), &valid);
-        if (!valid && (dwFlags & MB_ERR_INVALID_CHARS))
-            throw Win32Error{ERROR_NO_UNICODE_TRANSLATION};
+        std::u16string units = PageOf(CodePage).Decode(TextOf(lpMultiByteStr, cbMultiByte));
         if (dwFlags & MB_USEGLYPHCHARS)
             std::ranges::transform(units, units.begin(), Glyph);
         return Deliver(units, lpWideCharStr, cchWideChar);
@@ -89,17 +86,16 @@ int WINAPI WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharS
 {
     return Win32Call(Call::WideCharToMultiByte, 0, [&] {
         CheckBuffers(lpWideCharStr, cchWideChar, lpMultiByteStr, cbMultiByte);
-        if (CodePage == CP_UTF8 && (lpDefaultChar || lpUsedDefaultChar))
+        if (CodePage == CP_UTF8 && lpUsedDefaultChar)
             throw Win32Error{ERROR_INVALID_PARAMETER};
         if (dwFlags)
             throw Win32Error{ERROR_INVALID_FLAGS};
-        auto& page = PageOf(CodePage);
-        const std::string_view replacement =
-            lpDefaultChar ? std::string_view(lpDefaultChar, 1) : page.DefaultReplacement();
-        bool valid = true;
-        const std::string bytes = page.Encode(TextOf(lpWideCharStr, cchWideChar), replacement, &valid);
+        if (lpDefaultChar)
+            throw Win32Error{ERROR_NOT_SUPPORTED};
+        bool replaced = false;
+        const std::string bytes = PageOf(CodePage).Encode(TextOf(lpWideCharStr, cchWideChar), &replaced);
         if (lpUsedDefaultChar)
-            *lpUsedDefaultChar = valid ? FALSE : TRUE;
+            *lpUsedDefaultChar = replaced ? TRUE : FALSE;
         return Deliver(bytes, lpMultiByteStr, cbMultiByte);
     });
 }
