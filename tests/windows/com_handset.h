@@ -11,20 +11,12 @@
 class ComHandset
 {
 public:
-    ComHandset();
-    ~ComHandset();
-    ComHandset(const ComHandset&) = delete;
-    ComHandset& operator=(const ComHandset&) = delete;
-
     simulator::Handset& Control() { return handset_; }
 
 private:
-    void Serve();
-    void Perform(const simulator::Step& step);
+    void Serve(const std::stop_token& stop);
 
-    const SOCKET peer_;
-    const WSAEVENT stop_;
-    const WSAEVENT arrived_;
+    const SOCKET peer_ = PortPeer();
     simulator::Handset handset_;
-    std::thread thread_;
+    std::jthread thread_{[this](const std::stop_token& stop) { Serve(stop); }};
 };

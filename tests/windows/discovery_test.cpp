@@ -3,21 +3,15 @@
 
 #include <dbt.h>
 
-#include <algorithm>
-#include <filesystem>
-
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
 #include "windows/driver.h"
 
 namespace {
 
-constexpr uint32_t kDeviceErrors = 0x404;
-
 class DiscoveryTest : public HandsetTest
 {
 protected:
-    DiscoveryTest() { bench_.SetLoggingLevel(kDeviceErrors); }
     ~DiscoveryTest() override { driver::ClearSerialPorts(); }
 
     using Types = std::vector<uint32_t>;
@@ -35,18 +29,6 @@ protected:
         info.uSize = sizeof info;
         EXPECT_EQ(CALL(PHN_GetDeviceInfo)(&info), PHN_ERROR_NONE);
         return info.szModel;
-    }
-
-    // Waits until the device object has logged this error.
-    bool AwaitError(const std::string& text)
-    {
-        const std::string line = "CDevice Error " + text;
-        for (int turn = 0; turn < 500; ++turn, Sleep(20)) {
-            const auto lines = bench_.TakeLog();
-            if (std::ranges::find(lines, line) != lines.end())
-                return true;
-        }
-        return false;
     }
 };
 
@@ -93,28 +75,4 @@ TEST_F(DiscoveryTest, OnlyItsOwnRemovalAndADeadPortEndAUsbHandset)
     driver::SendDeviceChange(DBT_DEVICEARRIVAL);
     EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_REMOVED});
     EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT) << "opened again";
-}
-
-// Interfaces that nobody announced still name their ports, which the scan of the serial-port map leaves alone.
-TEST_F(DiscoveryTest, APortOfTheMakersUsbDeviceIsNotProbed)
-{
-    Load();
-    driver::SetInterfacePortName(TestPort());
-    driver::SetInterfacePresent(true);
-    driver::SetSerialPort(TestPort());
-    driver::DispatchStartTimer();
-    EXPECT_TRUE(AwaitError("CDevice::ScanPorts - the port to be opened is an USB"));
-    EXPECT_EQ(bench_.Handset().Requests(), 0u);
-}
-
-TEST_F(DiscoveryTest, TheLogLiesBesideTheLibraryUnderItsName)
-{
-    const std::string library = bench_.LibraryPath();
-    Load();
-    unsigned files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(library).parent_path())) {
-        EXPECT_TRUE(entry.path().string().starts_with(library)) << entry.path();
-        ++files;
-    }
-    EXPECT_EQ(files, 2u);
 }

@@ -68,11 +68,6 @@ void SetInterfacePresent(bool present)
     Key(reference + R"(\Control)").Set("Linked", present ? 1 : 0);
 }
 
-void SetInterfacePortName(const std::string& port)
-{
-    Key(std::string(kDevice) + R"(\Device Parameters)").Set("PortName", port);
-}
-
 LRESULT SendDeviceChange(WPARAM event, const std::string& path)
 {
     const HWND window = FindWindowA(kDeviceWindow, nullptr);

@@ -16,9 +16,8 @@ inline constexpr char kDeviceWindow[] = "PHNNRVDeviceWindow";
 // The handset's diagnostic interface; opening it leads to the test run's port.
 inline constexpr char kInterfacePath[] = R"(\\?\usb#vid_fffe&pid_0001#0001#{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7a5})";
 
-// Whether the interface is present, and what its "PortName" says.
+// Whether the interface is present.
 void SetInterfacePresent(bool present);
-void SetInterfacePortName(const std::string& port);
 
 // Tells the library's window, if there is one, as the system does; for arrival and removal.
 LRESULT SendDeviceChange(WPARAM event, const std::string& path = kInterfacePath);
