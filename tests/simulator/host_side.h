@@ -44,12 +44,17 @@ inline Bytes Sent(const std::vector<simulator::Step>& steps)
     return all;
 }
 
-// A raw reply's parts.
+inline std::uint32_t NumberAt(const Bytes& bytes, std::size_t offset)
+{
+    simulator::FieldReader reader(bytes);
+    reader.Skip(offset);
+    return reader.U32("number");
+}
+
 struct Reply
 {
-    std::uint16_t status = 0xFFFF;
-    std::uint32_t result = 0xFFFFFFFF;
-    Bytes rest{}; // behind the result
+    std::uint32_t number; // the result, of most commands
+    Bytes rest;           // behind it
 };
 
 // Asks without frames, as on the modem port in mode 2, where a test need not repeat what frames are.
@@ -65,17 +70,9 @@ public:
     Reply Ask(const Bytes& record)
     {
         const Bytes bytes = Sent(session_.Receive(record));
-        simulator::FieldReader reader(bytes);
-        reader.Skip(6);
-        Reply reply;
-        reply.status = reader.U16("status");
-        reply.result = reader.U32("result");
-        if (bytes.size() > 12)
-            reply.rest.assign(bytes.begin() + 12, bytes.end());
-        return reply;
+        return {NumberAt(bytes, 8), bytes.size() > 12 ? Bytes(bytes.begin() + 12, bytes.end()) : Bytes()};
     }
-
-    Reply Ask(std::uint32_t command, std::initializer_list<std::uint32_t> values = {})
+    Reply Ask(std::uint32_t command, std::initializer_list<std::uint32_t> values)
     {
         return Ask(Record(command, values));
     }
@@ -83,12 +80,5 @@ public:
 private:
     simulator::Session session_;
 };
-
-inline std::uint32_t NumberAt(const Bytes& bytes, std::size_t offset)
-{
-    simulator::FieldReader reader(bytes);
-    reader.Skip(offset);
-    return reader.U32("number");
-}
 
 } // namespace host
