@@ -128,6 +128,7 @@ TEST(ContactMerge, CostsTheHandsetNothing)
         bool isAnywhere = false; // no type is given for the mobile number
     } cases[] = {
         {"a new value goes beside what is in its place", "C2 Eb", "W1 C9 Ea", "W1 C9 Ea M2 Nb", "19a", ""},
+        {"or where one is free", "C5", "C1 M2 H3", "C1 M2 H3 W5", "123", ""},
         {"what finds no place is left out; no voice goes to a fax", "C5", "C1 M2 H3 W4", "C1 M2 H3 W4", "1234", "5"},
         {"and no fax to a voice", "F5", "F1", "F1", "1", "5"},
         {"a number without a type takes a free place", "C2", "C1", "C1 H2", "1", "", true},
