@@ -183,6 +183,22 @@ TEST(EventFile, TheLastOccurrenceIsTheSameForOtherPrograms)
     }
 }
 
+TEST(EventFile, ASeriesGoesOnWithoutItsExceptions)
+{
+    SetLocalZone("CET-1CEST,M3.5.0,M10.5.0/3");
+    std::string starts;
+    for (const Candidate& candidate :
+         EventsOfFile("file", Calendar(kZone +
+                                       Event("SUMMARY:Tea\nDTSTART;TZID=Custom:20090310T120000\nDURATION:PT1H\n"
+                                             "RRULE:FREQ=WEEKLY;COUNT=6\nEXDATE:20090317T110000Z\n"
+                                             "EXDATE;TZID=Custom:20090331T120000,20090330T120000\n") +
+                                       Event("SUMMARY:Tea\nDTSTART;TZID=Custom:20090407T150000\nDURATION:PT1H\n"
+                                             "RECURRENCE-ID:20090407T100000Z\n"))))
+        if (candidate.isMeant)
+            starts += *candidate.entry.Find("DTSTART") + ' ';
+    EXPECT_EQ(starts, "20090310T120000 20090324T120000 20090414T120000 20090407T130000 "); // the last in UTC
+}
+
 TEST(EventRule, IsToldInWords)
 {
     const std::pair<const char*, const char*> cases[] = {
