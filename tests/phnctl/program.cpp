@@ -28,13 +28,13 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
 std::vector<std::string> Split(const std::string& words)
 {
     std::istringstream stream(words);
-    return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
+    return {std::istream_iterator<std::string>(stream), {}};
 }
 
 std::string ReadAll(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 bool Has(const std::string& text, const std::string& part)

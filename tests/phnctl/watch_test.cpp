@@ -3,11 +3,11 @@
 
 #include <chrono>
 #include <csignal>
-#include <cstdio>
-#include <cstring>
 #include <fcntl.h>
 #include <regex>
-#include <sys/stat.h>
+#include <sys/file.h>
+#include <thread>
+#include <unistd.h>
 
 namespace phnctl_test {
 namespace {
@@ -87,8 +87,7 @@ TEST_F(Watch, GivesProgramsAnObjectPerEvent)
         << outcome.out;
     EXPECT_EQ(Find(outcome.out, "\"battery\":\\{\"uBattery1\":1,\"uBattery2\":(\\d+)\\}"),
               (Words{"80", "41", "43", "43"}));
-    EXPECT_EQ(Find(outcome.out, "\"model\":\"([^\"]*)\",\"battery\":\\{[^}]*\\},\"network\":\\{[^}]*\\},"
-                                "\"connection\":\\{[^}]*\\},\"messages\":\\{\"box0\""),
+    EXPECT_EQ(Find(outcome.out, "\"model\":\"([^\"]*)\",\"battery\":.*\"network\":.*\"connection\":.*\"box0\""),
               (Words{"Fjord 40", "Fjord 40"}));
 }
 
@@ -101,30 +100,22 @@ TEST_F(Watch, GivesPeopleALineOfWhatChanged)
                          "  battery       Charge [####......] 41 %\n"});
 }
 
-// The first has the handset; it goes on when that is free.
 TEST_F(Watch, NamesWhoHasTheHandset)
 {
-    Program first;
-    first.Set("PHNNRV_DEVICES", m_devices.Path().string());
-    const pid_t holder = first.Start("watch");
-    AwaitConnection(1);
-    const std::string pipe = Path("pipe");
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
-    m_program.SendOutputTo(pipe);
+    const auto port = m_devices.Path() / simulator::UsbInterfaceName("0001");
+    const int held = open(port.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    m_program.SendOutputTo(Path("out"));
     const pid_t process = m_program.Start("watch --json");
-    fcntl(reader, F_SETFL, 0);
-    std::FILE* const output = fdopen(reader, "r");
-    char line[500]{};
-    EXPECT_TRUE(std::fgets(line, sizeof line, output));
-    EXPECT_TRUE(std::strstr(line, "\"reason\":\"in-use\",\"holders\":\"usb#")) << line;
-    EXPECT_TRUE(std::strstr(line, (" is in use by phnctl (pid " + std::to_string(holder) + ")").c_str())) << line;
-    kill(holder, SIGINT);
-    first.Finish(holder);
-    AwaitConnection(2);
+    for (int i = 0; i < 3000 && ReadAll(Path("out")).empty(); ++i)
+        std::this_thread::sleep_for(10ms);
+    close(held); // and it goes on when the handset is free
+    AwaitConnection(1);
     kill(process, SIGINT);
     EXPECT_EQ(m_program.Finish(process).status, 0);
-    std::fclose(output);
+    const std::string said = ReadAll(Path("out"));
+    EXPECT_TRUE(Has(said, "\"reason\":\"in-use\",\"holders\":\"usb#")) << said;
+    EXPECT_TRUE(Has(said, " is in use by test_phnctl (pid " + std::to_string(getpid()) + ")")) << said;
 }
 
 } // namespace
