@@ -9,11 +9,7 @@ namespace {
 
 std::string CandidatesFor(const std::string& words)
 {
-    Program program;
-    std::vector<std::string> arguments = Split("__complete " + words);
-    if (arguments.back() == "_")
-        arguments.back().clear();
-    std::istringstream lines(program.Run(arguments).out);
+    std::istringstream lines(Program().Run("__complete " + words).out);
     std::string candidates;
     for (std::string line; std::getline(lines, line);)
         candidates += (candidates.empty() ? "" : " ") + line.substr(0, line.find('\t'));

@@ -81,16 +81,11 @@ std::optional<PduContent> TakenByLibrary(PduBytes bytes)
 
 TEST(ToolPdu, TheLibraryTakesWhatIsToBeSent)
 {
-    for (size_t length = 1; length <= 36; ++length) {
-        PduContent content{.to = kDigits.substr(0, length),
-                           .priority = static_cast<unsigned>(length % 4),
-                           .report = length % 2 != 0,
-                           .callback = kDigits.substr(0, length),
-                           .text = std::string(6 * length, '~')};
-        const PduBytes bytes = WriteOutgoing(content);
-        EXPECT_EQ(TakenByLibrary(bytes), content) << length;
-        content.teleservice = 4098;
-        EXPECT_EQ(ReadPdu(bytes).content, content);
+    for (unsigned length = 1; length <= 36; ++length) {
+        const std::string number = kDigits.substr(0, length);
+        PduContent content{.to = number, .priority = length % 4, .report = length % 2 != 0, .callback = number};
+        content.text = std::string(6 * length, '~');
+        EXPECT_EQ(TakenByLibrary(WriteOutgoing(content)), content) << length;
     }
 }
 

@@ -25,12 +25,6 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
 
 } // namespace
 
-std::vector<std::string> Split(const std::string& words)
-{
-    std::istringstream stream(words);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
 std::string ReadAll(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -61,22 +55,7 @@ Program::Program()
                      {"PHNNRV_TIME_SCALE", "0.2"}};
 }
 
-Outcome Program::Run(const std::vector<std::string>& arguments, const std::string& input)
-{
-    return Finish(Start(arguments, input));
-}
-
-Outcome Program::Run(const std::string& words, const std::string& input)
-{
-    return Run(Split(words), input);
-}
-
-pid_t Program::Start(const std::string& words)
-{
-    return Start(Split(words), "");
-}
-
-pid_t Program::Start(std::vector<std::string> arguments, const std::string& input)
+pid_t Program::Start(const std::string& words, const std::string& input)
 {
     std::ofstream(m_streams.Path() / "in") << input;
     posix_spawn_file_actions_t actions;
@@ -86,7 +65,10 @@ pid_t Program::Start(std::vector<std::string> arguments, const std::string& inpu
     posix_spawn_file_actions_addopen(&actions, 1, m_output.c_str(), kWrite, 0600);
     posix_spawn_file_actions_addopen(&actions, 2, (m_streams.Path() / "err").c_str(), kWrite, 0600);
 
-    arguments.insert(arguments.begin(), PHNCTL);
+    std::vector<std::string> arguments{PHNCTL};
+    std::istringstream stream(words);
+    for (std::string word; stream >> word;)
+        arguments.push_back(word == "_" ? "" : word);
     std::vector<std::string> variables;
     for (const auto& [name, value] : m_environment)
         variables.push_back(name + "=" + value);

@@ -32,23 +32,20 @@ public:
     // Then the outcome has no output of the program.
     void SendOutputTo(const std::string& file) { m_output = file; }
 
-    Outcome Run(const std::vector<std::string>& arguments, const std::string& input = "");
-    Outcome Run(const std::string& words, const std::string& input = "");
+    // "_" among the words is an empty one.
+    Outcome Run(const std::string& words, const std::string& input = "") { return Finish(Start(words, input)); }
 
     // The two halves of Run, for a test that does something in between.
-    pid_t Start(const std::string& words);
+    pid_t Start(const std::string& words, const std::string& input = "");
     Outcome Finish(pid_t process);
 
 private:
-    pid_t Start(std::vector<std::string> arguments, const std::string& input);
-
     simulator::DeviceDirectory m_temporary;
     simulator::DeviceDirectory m_streams; // what the program reads and writes
     std::map<std::string, std::string> m_environment;
     std::string m_output = (m_streams.Path() / "out").string();
 };
 
-std::vector<std::string> Split(const std::string& words);
 std::string ReadAll(const std::filesystem::path& path);
 bool Has(const std::string& text, const std::string& part);
 
