@@ -106,7 +106,7 @@ TEST_F(Backup, SaysBeforehandWhatDoesNotComeBack)
     EXPECT_EQ(Messages(), 24u);
     const std::string second = Run("backup --force " + m_backup).out;
     for (const char* line : {"5550002222", "no contact without", "without a text", "the time"})
-        EXPECT_FALSE(Has(second, line)) << second;
+        EXPECT_FALSE(Has(second, line)) << line << "\n" << second;
 }
 
 } // namespace

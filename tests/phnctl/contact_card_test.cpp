@@ -157,18 +157,16 @@ TEST(ContactMerge, CostsTheHandsetNothing)
 
 TEST(ContactCard, ComesBackFromItsOwnFileUnchanged)
 {
-    const std::vector<StoredEntry> contacts{{0,
-                                             {{{"FN", "Berg, A; \\n\" Ünïcödé " + std::string(20, 'x')},
-                                               {"X-PHN-MOBILE-2", "+1*#pw"},
-                                               {"EMAIL", "a,b;c\\@example.org"},
-                                               {"X-PHN-GROUP-ID", "-1"},
-                                               {"X-PHN-SPEEDDIAL-LIST", "0,0,0,9,0"}}}},
-                                            {1, {{{"TEL;TYPE=FAX", "1"}}}}};
-    const std::string file = FileOfContacts(contacts);
+    const StoredEntry contact{0,
+                              {{{"FN", "Berg, A; \\n\" Ünïcödé " + std::string(20, 'x')},
+                                {"X-PHN-MOBILE-2", "+1*#pw"},
+                                {"EMAIL", "a,b;c\\@example.org"},
+                                {"X-PHN-GROUP-ID", "-1"},
+                                {"X-PHN-SPEEDDIAL-LIST", "0,0,0,9,0"}}}};
+    const std::string file = FileOfContacts({&contact, 1});
     const std::vector<Candidate> back = ContactsOfFile("file", file);
-    ASSERT_EQ(back.size(), contacts.size());
-    for (std::size_t i = 0; i < back.size(); ++i)
-        EXPECT_EQ(Told(back[i].entry), Told(contacts[i].entry)) << file;
+    ASSERT_EQ(back.size(), 1u);
+    EXPECT_EQ(Told(back.front().entry), Told(contact.entry)) << file;
 }
 
 } // namespace

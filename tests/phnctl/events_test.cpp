@@ -43,7 +43,6 @@ TEST_F(Events, ListsWhatIsComingInOrderInLocalTime)
     Expect(0, "events list --from 2009-03-29 --days 1 --json",
            {"\"start\":\"2009-03-29T00:30:00+01:00\",\"end\":\"2009-03-29T09:00:00+02:00\""});
     Expect(0, "events list --stored --range 27-27", {"every second Tuesday of the month"});
-    Expect(0, "events get 29", {"Alarm     1 day before\n"});
     Expect(2, "events list --from yesterday");
 }
 
@@ -172,14 +171,6 @@ TEST_F(Events, StalePartsAreShownKeptInACopyAndDeletedLast)
            {"\"index\":36,\"result\":\"deleted\",\"notes\":[{\"code\":\"stale-part\""});
     EXPECT_EQ(Stored().size(), 36u);
     Expect(0, "events import --dry-run " + Path("copy.ics"), {"1 to add, 1 to change"});
-}
-
-TEST_F(Events, AnEventIsNotStoredTwiceUnsaid)
-{
-    const std::string file = File("one.ics", Run("events export - --range 3-3").out);
-    Expect(0, "events put --dry-run " + file + " 50", {"held-elsewhere: "});
-    EXPECT_FALSE(Has(Run("events put --dry-run " + file + " 3").out, "held-elsewhere: "));
-    Expect(2, "events import " + File("none.ics", "BEGIN:VCALENDAR\r\nEND:VCALENDAR\r\n"), {"none.ics holds no event"});
 }
 
 } // namespace

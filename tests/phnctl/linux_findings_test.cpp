@@ -72,7 +72,7 @@ public:
 
 private:
     simulator::DeviceDirectory m_root;
-    fs::path m_devices = m_root.Path() / "sys/devices/usb1";
+    fs::path m_devices = Root() / "sys/devices/usb1";
 };
 
 TEST(Drivers, OnlyAHandsetWithoutATerminalIsNamed)

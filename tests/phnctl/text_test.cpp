@@ -42,16 +42,6 @@ TEST(Report, AlignsAndWrapsToTheTerminal)
         "\"hidden\":\"for programs\",\"battery\":{\"uBattery2\":80}}");
 }
 
-TEST(Report, LetsFieldsWithoutALabelShareLinesOnATerminal)
-{
-    const Report report{{{"network",
-                          "Network",
-                          {{"wA", "wA", 1}, {"signal", "Signal", 85}, {"wBig", "wBig", 1000}, {"wC", "wC", 3}},
-                          true}}};
-    EXPECT_EQ(ToText(report, 30), "Network\n  Signal  85\n  wA 1       wBig 1000\n  wC 3\n");
-    EXPECT_EQ(ToText(report, 0), "Network\n  wA      1\n  Signal  85\n  wBig    1000\n  wC      3\n");
-}
-
 // A terminal's table is cut to its width; otherwise nothing is, and one long cell does not widen all rows.
 TEST(Table, StaysReadableWithALongCell)
 {

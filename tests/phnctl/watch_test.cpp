@@ -72,11 +72,6 @@ protected:
 const Words kEvents{"waiting", "connected",    "battery", "silent",   "battery",
                     "answers", "disconnected", "waiting", "connected"};
 
-// With the first values of a handset that has come.
-const Words kLines{"waiting",   "connected", "battery", "network",    "connection",   "messages",
-                   "battery",   "silent",    "battery", "answers",    "disconnected", "waiting",
-                   "connected", "battery",   "network", "connection", "messages"};
-
 TEST_F(Watch, GivesProgramsAnObjectPerEvent)
 {
     const Outcome outcome = Follow("watch --json");
@@ -93,11 +88,9 @@ TEST_F(Watch, GivesProgramsAnObjectPerEvent)
 
 TEST_F(Watch, GivesPeopleALineOfWhatChanged)
 {
-    const Outcome outcome = Follow("watch");
-    EXPECT_EQ(Find(outcome.out, "(?:^|\n)[:0-9]{8}  (\\w+) [^\n]*"), kLines) << outcome.out;
-    phnctl_test::Expect(outcome, 0,
+    phnctl_test::Expect(Follow("watch"), 0,
                         {"  messages      Inbox 6, Drafts 5, Sent 6, Archive 5, Templates 5\n",
-                         "  battery       Charge [####......] 41 %\n"});
+                         "  battery       Charge [####......] 41 %\n", "  silent ", "  answers ", "  disconnected "});
 }
 
 TEST_F(Watch, NamesWhoHasTheHandset)
