@@ -1,6 +1,8 @@
 // phnctl messages and calls with a handset: what is shown, what is sent, and that nothing goes without a question.
 #include "phnctl/handset_run.h"
 
+#include <tuple>
+
 namespace phnctl_test {
 namespace {
 
