@@ -27,7 +27,14 @@ foreach(name phnnrv phnnrv-platform)
     install(FILES ${CMAKE_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
 endforeach()
 
-install(FILES README.md CHANGELOG.md TYPE DOC COMPONENT dev)
+# At the places where they lead to each other, and to the headers.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md TYPE DOC COMPONENT dev)
+install(FILES tools/phnctl/labels/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/tools/phnctl/labels COMPONENT dev)
+install(FILES bindings/python/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR}/bindings/python COMPONENT dev)
+file(RELATIVE_PATH headers_from_doc ${CMAKE_INSTALL_FULL_DOCDIR} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/doc)
+file(CREATE_LINK ${headers_from_doc} ${CMAKE_BINARY_DIR}/doc/include SYMBOLIC)
+install(FILES ${CMAKE_BINARY_DIR}/doc/include TYPE DOC COMPONENT dev)
 install(DIRECTORY docs examples TYPE DOC COMPONENT dev PATTERN "CMakeLists.txt" EXCLUDE PATTERN "man" EXCLUDE)
 install(FILES LICENSE TYPE DOC COMPONENT libs)
 

@@ -10,6 +10,10 @@
 #ifndef PHNNRV_HPP
 #define PHNNRV_HPP
 
+#if __cplusplus < 202002L && !(defined(_MSVC_LANG) && _MSVC_LANG >= 202002L)
+#error "phnnrv.hpp needs C++20; phnnrv.h serves older hosts"
+#endif
+
 #include <algorithm>
 #include <array>
 #include <chrono>

@@ -44,7 +44,7 @@ TEST_F(Doctor, TellsEveryTroubleApart)
             Mended("port      unusable       com3, serial port -> /dev/gone: No such file or directory",
                    "rm '" + gone + "'"),
             "com4, serial port -> " + file + ": is no terminal\n",
-            "handset   missing        there is no free port to ask on\n"});
+            "handset   busy           there is no free port to ask on\n"});
     close(held);
 }
 

@@ -85,6 +85,10 @@ private:
 
     bool SkipHandset()
     {
+        if (const std::string inUse = InUse(m_ports); !inUse.empty()) {
+            Add({"handset", "busy", "there is no free port to ask on", inUse + ": look again when that has ended"});
+            return false;
+        }
         const std::string simulator = SimulatorCommand();
         Add({"handset", "missing", "there is no free port to ask on",
              "plug a handset in" + (simulator.empty() ? "" : ", or start a simulated one: " + simulator)});
