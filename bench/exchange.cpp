@@ -14,8 +14,8 @@
 #include "link/exec_command.h"
 #include "log/log_file.h"
 #include "ratio.h"
-#include "simulator/device_directory.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 
 namespace {
 

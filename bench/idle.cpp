@@ -15,8 +15,8 @@
 #include <windows.h>
 
 #include "phnnrv.h"
-#include "simulator/device_directory.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 
 namespace {
 

@@ -13,8 +13,8 @@
 #include "bare_terminal.h"
 #include "link/frame_codec.h"
 #include "ratio.h"
-#include "simulator/device_directory.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include <windows.h>
 
-#include "simulator/device_directory.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 
 #include "log/log_reader.h"
 #include "phnnrv.h"
-#include "simulator/handset.h"
+#include "simulator/handset/handset.h"
 #include "support/messages.h"
 
 // The surroundings of one library: a place of its own in the file system, logging on, no handset until Plug.

@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "phn_platform_test.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/simulator.h"
 #include "temporary_folder.h"
 
 namespace fs = std::filesystem;

@@ -2,7 +2,7 @@
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
 #include "phn_platform_test.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/simulator.h"
 
 namespace {
 

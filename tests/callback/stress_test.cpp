@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "api/handset_fixture.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/simulator.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include "link/device.h"
 #include "link/interface_list.h"
 #include "log/log_capture.h"
-#include "simulator/device_directory.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 #include "support/messages.h"
 
 // What the device object tells its owner, in order: "opened", "lost" or "released".

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "phnnrv.hpp"
-#include "simulator/simulator.h"
+#include "simulator/lines/simulator.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <filesystem>
 
 #include "api/handset_fixture.h"
-#include "simulator/device_directory.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 
 namespace fs = std::filesystem;
 using std::chrono::steady_clock;

@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "simulator/simulator.h"
+#include "simulator/lines/simulator.h"
 
 namespace fs = std::filesystem;
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "phnctl/program.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/simulator.h"
 
 #include <fstream>
 #include <gtest/gtest.h>

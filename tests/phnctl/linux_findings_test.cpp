@@ -1,7 +1,7 @@
 // What doctor sees of a Linux system: a made-up tree stands for /, a pseudo terminal for a port without rights.
 #include "phnctl/handset/linux_findings.h"
 
-#include "simulator/device_directory.h"
+#include "simulator/lines/device_directory.h"
 #include "system/system.h"
 
 #include <fstream>

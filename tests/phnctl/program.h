@@ -2,7 +2,7 @@
 // its own folder for temporary files, so that a test can see what is left behind.
 #pragma once
 
-#include "simulator/device_directory.h"
+#include "simulator/lines/device_directory.h"
 
 #include <map>
 #include <string>

@@ -1,6 +1,6 @@
 // phnctl beside others that want the same port.
 #include "phnctl/program.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/simulator.h"
 
 #include <array>
 #include <fcntl.h>

@@ -1,8 +1,8 @@
 // The host's side of the wire, for tests of the simulated handset: request records, frames, and replies taken apart.
 #pragma once
 
-#include "simulator/fields.h"
-#include "simulator/session.h"
+#include "simulator/commands/fields.h"
+#include "simulator/handset/session.h"
 
 #include <span>
 

@@ -1,5 +1,5 @@
 // Frames, request checks and the modem dialogue of the simulated handset.
-#include "simulator/command.h"
+#include "simulator/commands/command.h"
 #include "simulator/host_side.h"
 #include "wire/golden_frames.h"
 

@@ -1,7 +1,7 @@
 // Scripts of phnsim against a host that starts up, asks for the battery twice and closes the port: which exit status,
 // and which sentence.
-#include "simulator/device_directory.h"
 #include "simulator/host_side.h"
+#include "simulator/lines/device_directory.h"
 
 #include <gtest/gtest.h>
 

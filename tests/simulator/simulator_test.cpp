@@ -1,8 +1,8 @@
 // The simulated handset as a device: on a pseudo terminal in a device directory, opened, dropped, unplugged and left
 // behind.
-#include "simulator/device_directory.h"
 #include "simulator/host_side.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 
 #include <gtest/gtest.h>
 

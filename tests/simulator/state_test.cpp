@@ -1,8 +1,8 @@
 // The state as JSON, the control of a running handset, and what its fields hold.
-#include "simulator/date_time.h"
 #include "simulator/host_side.h"
-#include "simulator/state_file.h"
-#include "simulator/utf.h"
+#include "simulator/phone/date_time.h"
+#include "simulator/phone/state_file.h"
+#include "simulator/phone/utf.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The four stores through their commands: what is stored comes back, and what a handset refuses is refused.
-#include "simulator/command.h"
+#include "simulator/commands/command.h"
 #include "simulator/host_side.h"
 
 #include <gtest/gtest.h>

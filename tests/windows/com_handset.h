@@ -5,7 +5,7 @@
 
 #include <thread>
 
-#include "simulator/session.h"
+#include "simulator/handset/session.h"
 #include "windows/port_peer.h"
 
 class ComHandset

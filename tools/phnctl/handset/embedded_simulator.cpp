@@ -2,8 +2,8 @@
 
 #include "phnctl/cli/ending.h"
 #include "phnctl/text/failure.h"
-#include "simulator/device_directory.h"
-#include "simulator/simulator.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
 
 #include <cstdlib>
 

@@ -1,0 +1,151 @@
+#include "simulator/lines/simulator.h"
+
+#include <array>
+#include <memory>
+
+namespace simulator {
+
+std::string UsbInterfaceName(const std::string& instance)
+{
+    return "usb#vid_fffe&pid_0001#" + instance + "#{6b1d2e40-5c77-4a1e-9d3a-2f80c4e1b7a5}";
+}
+
+std::string ModemInterfaceName(const std::string& instance)
+{
+    return "usb#vid_fffe&pid_0001#" + instance + "#{2c7089aa-2e0e-11d1-b114-00c04fc2aae4}";
+}
+
+Simulator::Simulator(LineOpener opener, PortKind kind, Phone phone)
+    : opener_(std::move(opener)), kind_(kind), handset_(std::move(phone)), thread_([this] { Serve(); })
+{
+}
+
+Simulator::~Simulator()
+{
+    Stop();
+}
+
+void Simulator::Want(Wanted wanted)
+{
+    std::unique_lock lock(mutex_);
+    failure_ = nullptr;
+    wanted_ = wanted;
+    if (wanted != Wanted::Plugged && line_)
+        line_->Interrupt();
+    changed_.notify_all();
+    if (std::this_thread::get_id() == thread_.get_id())
+        return;
+    const Presence presence = wanted == Wanted::Plugged ? Presence::There : Presence::Gone;
+    changed_.wait(lock, [&] { return failure_ || wanted_ != wanted || presence_ == presence; });
+    if (failure_)
+        std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+void Simulator::Stop()
+{
+    {
+        const std::scoped_lock lock(mutex_);
+        wanted_ = Wanted::Stopped;
+        if (line_)
+            line_->Interrupt();
+        changed_.notify_all();
+    }
+    if (thread_.joinable())
+        thread_.join();
+}
+
+void Simulator::HangUp()
+{
+    std::unique_lock lock(mutex_);
+    if (!line_)
+        return;
+    const std::uint64_t before = opened_;
+    line_->Interrupt();
+    if (std::this_thread::get_id() == thread_.get_id())
+        return;
+    changed_.wait(lock, [&] { return failure_ || opened_ != before || wanted_ != Wanted::Plugged; });
+    if (failure_)
+        std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+bool Simulator::IsPlugged() const
+{
+    const std::scoped_lock lock(mutex_);
+    return presence_ == Presence::There;
+}
+
+void Simulator::Serve()
+{
+    std::unique_lock lock(mutex_);
+    while (wanted_ != Wanted::Stopped) {
+        if (wanted_ == Wanted::Unplugged) {
+            presence_ = Presence::Gone;
+            changed_.notify_all();
+            changed_.wait(lock, [&] { return wanted_ != Wanted::Unplugged; });
+            continue;
+        }
+        lock.unlock();
+        if (const std::unique_ptr<Line> line = Open())
+            ServeLine(*line);
+        lock.lock();
+    }
+    presence_ = Presence::Gone;
+    changed_.notify_all();
+}
+
+// The next line; none, and unplugged, when it cannot be offered.
+std::unique_ptr<Line> Simulator::Open()
+{
+    std::unique_ptr<Line> line;
+    std::exception_ptr failure;
+    try {
+        line = opener_();
+        line->WhenHostCloses([this] { handset_.Tell({.command = kPortClosed, .name = "close"}); });
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    const std::scoped_lock lock(mutex_);
+    if (failure) {
+        failure_ = failure;
+        if (wanted_ == Wanted::Plugged)
+            wanted_ = Wanted::Unplugged;
+    } else {
+        line_ = line.get();
+        presence_ = Presence::There;
+        ++opened_;
+        if (wanted_ != Wanted::Plugged)
+            line->Interrupt();
+    }
+    changed_.notify_all();
+    return line;
+}
+
+void Simulator::ServeLine(Line& line)
+{
+    Session session(handset_, kind_);
+    std::array<std::uint8_t, 16384> buffer;
+    bool isOpen = true;
+    while (isOpen) {
+        const std::size_t size = line.Read(buffer);
+        isOpen = size != 0;
+        for (const Step& step : session.Receive(std::span(buffer).first(size)))
+            isOpen = isOpen && Perform(step, line);
+    }
+    const std::scoped_lock lock(mutex_);
+    line_ = nullptr;
+    presence_ = Presence::Changing;
+}
+
+bool Simulator::Perform(const Step& step, Line& line)
+{
+    if (step.delay.count() > 0 && !line.Pause(step.delay))
+        return false;
+    if (step.kind == Step::Kind::Send)
+        return line.Write(step.bytes);
+    const std::scoped_lock lock(mutex_);
+    if (step.kind == Step::Kind::Unplug && wanted_ == Wanted::Plugged)
+        wanted_ = Wanted::Unplugged;
+    return false;
+}
+
+} // namespace simulator

@@ -1,0 +1,92 @@
+// A simulated handset at work: it offers a line, usually a pseudo terminal in a device directory under the name that a
+// real handset would have, and serves whoever opens it. Used by tests, by phnctl and by phnsim. It serves on a thread
+// of its own, and everything here may be called from any other thread. The handset's watcher, on the serving thread,
+// may call Unplug, Replug and HangUp: there they do not wait, and take effect once the reply is sent.
+#pragma once
+
+#include "simulator/handset/handset.h"
+#include "simulator/handset/session.h"
+#include "simulator/lines/line.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace simulator {
+
+// The names under which a handset appears in a device directory.
+std::string UsbInterfaceName(const std::string& instance);   // usb#vid_fffe&pid_0001#INSTANCE#{diagnostic class}
+std::string ModemInterfaceName(const std::string& instance); // the same with the modem class
+
+class Simulator
+{
+public:
+    Simulator(LineOpener opener, PortKind kind, Phone phone = DefaultPhone());
+    // On a pseudo terminal; `name` is the entry's name in the directory: "com5", UsbInterfaceName("0001") or
+    // ModemInterfaceName("0001"). A link that a killed simulator left is replaced.
+    Simulator(std::filesystem::path devices, std::string name, PortKind kind = PortKind::Diagnostic,
+              Phone phone = DefaultPhone())
+        : Simulator(PtyLines(std::move(devices), std::move(name)), kind, std::move(phone))
+    {
+    }
+    ~Simulator();
+    Simulator(const Simulator&) = delete;
+    Simulator& operator=(const Simulator&) = delete;
+
+    // Memory, faults and counters.
+    Handset& Control() { return handset_; }
+
+    // Each returns when the entry is there, or gone. Start and Replug throw std::system_error when the line cannot be
+    // offered (no such directory, another simulator serves under this name).
+    void Start() { Want(Wanted::Plugged); }
+    void Unplug() { Want(Wanted::Unplugged); }
+    void Replug() { Want(Wanted::Plugged); }
+    // For good: the simulator cannot be started again.
+    void Stop();
+    // Drops the line and offers it again: an open host sees its port fail, the next open works. Nothing while
+    // unplugged.
+    void HangUp();
+
+    bool IsPlugged() const;
+
+private:
+    enum class Wanted
+    {
+        Plugged,
+        Unplugged,
+        Stopped,
+    };
+
+    enum class Presence
+    {
+        Gone,
+        Changing, // being opened or taken down
+        There,
+    };
+
+    void Want(Wanted wanted);
+    void Serve();
+    std::unique_ptr<Line> Open();
+    void ServeLine(Line& line);
+    bool Perform(const Step& step, Line& line);
+
+    const LineOpener opener_;
+    const PortKind kind_;
+    Handset handset_;
+
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    Wanted wanted_ = Wanted::Unplugged;
+    Presence presence_ = Presence::Gone;
+    std::uint64_t opened_ = 0;
+    Line* line_ = nullptr;
+    std::exception_ptr failure_;
+    std::thread thread_;
+};
+
+} // namespace simulator

@@ -1,0 +1,195 @@
+// phnsim: a simulated handset on a serial port, driven by control lines in a script and on standard input.
+#include "simulator/commands/command.h"
+#include "simulator/lines/descriptor.h"
+#include "simulator/phnsim/loop.h"
+#include "simulator/phnsim/options.h"
+#include "simulator/script/json_lines.h"
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace simulator;
+
+constexpr int kFailed = 1;
+constexpr int kUsageError = 2;
+
+void ListCommands()
+{
+    for (const Command& command : AllCommands())
+        std::printf("%3u  %s\n", command.number, command.name);
+}
+
+void Print(std::FILE* stream, std::string_view line)
+{
+    std::fprintf(stream, "%.*s\n", static_cast<int>(line.size()), line.data());
+    std::fflush(stream);
+}
+
+std::string WithTime(std::string_view line)
+{
+    const auto now = std::chrono::system_clock::now();
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+    const auto milliseconds =
+        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    std::array<char, 16> time{};
+    std::strftime(time.data(), time.size(), "%H:%M:%S", &local);
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%s.%03d ", time.data(), static_cast<int>(milliseconds));
+    return text.data() + std::string(line);
+}
+
+// Blocked before any thread starts, so that every thread leaves them to this descriptor.
+int BlockEndSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&signals, number);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return Checked(signalfd(-1, &signals, SFD_CLOEXEC), "signalfd");
+}
+
+void Prepare(Handset& handset, const Options& options, const Handset::TraceSink& trace)
+{
+    if (!options.data.empty() && std::filesystem::exists(options.data))
+        handset.Load(options.data);
+    handset.Seed(options.seed);
+    for (const std::string& fault : options.faults)
+        handset.AddFault(fault);
+    if (options.trace)
+        handset.SetTrace(trace, options.hex ? TraceDetail::Hex : TraceDetail::Decoded);
+}
+
+// What a newcomer meets first: the usual directory is root's to make.
+void CheckDevices(const std::string& devices)
+{
+    const bool isThere = std::filesystem::is_directory(devices);
+    if (isThere && access(devices.c_str(), W_OK | X_OK) == 0)
+        return;
+    throw std::runtime_error(
+        (isThere ? "this user may not write into the device directory " : "there is no device directory ") + devices +
+        "\nChoose another one with --devices or PHNNRV_DEVICES, which phnctl needs as well, and make "
+        "it:\n  export PHNNRV_DEVICES=/tmp/handsets; mkdir -p $PHNNRV_DEVICES");
+}
+
+// Called for each exchange; throws nothing, so that a full disk is told at the end, by Check().
+class ExchangeLog
+{
+public:
+    explicit ExchangeLog(const std::string& file) : file_(file)
+    {
+        if (!file.empty())
+            stream_.open(file);
+        Check();
+    }
+
+    void Write(const Exchange& exchange)
+    {
+        if (!file_.empty())
+            stream_ << ToJsonLine(exchange, std::chrono::system_clock::now()) << std::endl;
+    }
+
+    void Check() const
+    {
+        if (!stream_)
+            throw std::runtime_error(file_ + " cannot be written");
+    }
+
+private:
+    const std::string file_;
+    std::ofstream stream_;
+};
+
+// Stops the serving thread before what it uses goes.
+struct StopAtEnd
+{
+    ~StopAtEnd() { simulator.Stop(); }
+    Simulator& simulator;
+};
+
+// Offers the port and works until the end.
+void Serve(const Options& options, Control& control, int signals)
+{
+    const StopAtEnd stop{control.simulator};
+    Loop loop(control, signals, options.strict, options.once);
+    if (!options.script.empty())
+        loop.Script().AddFile(options.script);
+    if (control.isOver) // a line cannot be read
+        return;
+    control.simulator.Start();
+    loop.Script().Advance();
+    const std::string model = control.simulator.Control().Snapshot().identity.model;
+    const std::string port =
+        options.tcpPort ? "127.0.0.1:" + std::to_string(*options.tcpPort) : options.devices + "/" + options.name;
+    if (options.ready)
+        Print(stdout, ReadyJsonLine(model, port));
+    else
+        control.print("serving " + model + " on " + port);
+    loop.Run();
+}
+
+int Run(const Options& options)
+{
+    if (!options.tcpPort)
+        CheckDevices(options.devices);
+    std::signal(SIGPIPE, SIG_IGN); // a TCP peer or a reader of the trace that goes is no reason to die
+    const Descriptor signals(BlockEndSignals());
+    // Standard output is for programs once they have asked for the ready line.
+    const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
+    const auto trace = [&](std::string_view line) { print(WithTime(line)); };
+    ExchangeLog log(options.log);
+    History history;
+    Simulator simulator(options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name),
+                        options.kind);
+    Prepare(simulator.Control(), options, trace);
+    simulator.Control().SetWatcher([&](const Exchange& exchange) {
+        log.Write(exchange);
+        history.Add(exchange);
+    });
+    Control control{
+        .simulator = simulator, .history = history, .dataFile = options.data, .print = print, .trace = trace};
+    Serve(options, control, signals.Get());
+    if (!options.data.empty())
+        simulator.Control().Save(options.data);
+    log.Check();
+    if (control.failure)
+        throw std::runtime_error(*control.failure);
+    return 0;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    const auto parsed = ParseOptions(argumentCount, arguments);
+    if (const int* status = std::get_if<int>(&parsed))
+        return *status;
+    const auto& options = std::get<Options>(parsed);
+    if (options.listCommands) {
+        ListCommands();
+        return 0;
+    }
+    try {
+        return Run(options);
+    } catch (const std::invalid_argument& error) {
+        std::fprintf(stderr, "phnsim: %s\n", error.what());
+        return kUsageError;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "phnsim: %s\n", error.what());
+        return kFailed;
+    }
+}

@@ -1,0 +1,38 @@
+// What phnsim was asked for on its command line. Used by phnsim.cpp; the command-line library stays behind this header,
+// because it costs seconds per file that includes it.
+#pragma once
+
+#include "simulator/lines/simulator.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace simulator {
+
+struct Options
+{
+    std::string name; // the entry in the device directory; empty with tcpPort
+    PortKind kind = PortKind::Diagnostic;
+    std::optional<std::uint16_t> tcpPort;
+    std::string devices;
+    std::string data;
+    std::vector<std::string> faults;
+    std::uint32_t seed = 1;
+    bool trace = false;
+    bool hex = false;
+    std::string script;
+    std::string log;
+    bool strict = false;
+    bool ready = false;
+    bool once = false;
+    bool listCommands = false;
+};
+
+// The options, or the exit status when there is nothing left to do (help was shown, or what was wrong on standard
+// error).
+std::variant<Options, int> ParseOptions(int argumentCount, char** arguments);
+
+} // namespace simulator
