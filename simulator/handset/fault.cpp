@@ -9,18 +9,8 @@
 
 namespace simulator {
 
-struct FaultKind
-{
-    std::string_view name;
-    std::size_t values;    // how many are wanted; kSome: one or more, ascending, with a pause
-    std::int64_t fallback; // taken when one is wanted and none is given; a negative one shows that such have a meaning
-    std::string_view help;
-    void (*depart)(const Fault& fault, Departure& departure);
-};
-
 namespace {
 
-constexpr std::size_t kSome = 9;
 constexpr std::int64_t kNoFallback = INT64_MIN;
 
 template <typename T>
@@ -31,48 +21,45 @@ void SetOnce(std::optional<T>& member, std::int64_t value)
 }
 
 constexpr std::array kKinds{
-    FaultKind{"delay", 1, kNoFallback, "delay=MS         the reply comes MS milliseconds late",
+    FaultKind{"delay", 1, kNoFallback, "delay=MS", "the reply comes MS milliseconds late",
               [](const Fault& fault, Departure& d) { d.delay += std::chrono::milliseconds(fault.Value()); }},
-    FaultKind{"silence", 0, 0, "silence          the command is carried out, its reply is never sent",
+    FaultKind{"silence", 0, 0, "silence", "the command is carried out, its reply is never sent",
               [](const Fault&, Departure& d) { d.isSilent = true; }},
-    FaultKind{
-        "split", kSome, kNoFallback,
-        "split=N,M/MS     the reply is sent in pieces that end before bytes N and M, MS (default 50) milliseconds "
-        "apart",
-        [](const Fault& fault, Departure& d) {
-            if (d.pieceEnds.empty()) {
-                d.pieceEnds.assign(fault.values.begin(), fault.values.end());
-                d.pause = fault.pause;
-            }
-        }},
-    FaultKind{"sequence", 1, -1, "sequence[=N]     N (default -1) is added to the reply's sequence identifier",
+    FaultKind{"split", kSomeValues, kNoFallback, "split=N,M/MS",
+              "the reply is sent in pieces that end before bytes N and M, MS (default 50) milliseconds apart",
+              [](const Fault& fault, Departure& d) {
+                  if (d.pieceEnds.empty()) {
+                      d.pieceEnds.assign(fault.values.begin(), fault.values.end());
+                      d.pause = fault.pause;
+                  }
+              }},
+    FaultKind{"sequence", 1, -1, "sequence[=N]", "N (default -1) is added to the reply's sequence identifier",
               [](const Fault& fault, Departure& d) { SetOnce(d.sequenceShift, fault.Value()); }},
-    FaultKind{"command", 1, 0x4C, "command[=N]      byte 0 of the reply frame is N (default 0x4C)",
+    FaultKind{"command", 1, 0x4C, "command[=N]", "byte 0 of the reply frame is N (default 0x4C)",
               [](const Fault& fault, Departure& d) { SetOnce(d.commandCode, fault.Value()); }},
-    FaultKind{"length", 1, kNoFallback, "length=N         the reply frame's length field is N",
+    FaultKind{"length", 1, kNoFallback, "length=N", "the reply frame's length field is N",
               [](const Fault& fault, Departure& d) { SetOnce(d.length, fault.Value()); }},
-    FaultKind{"check", 0, 0, "check            the reply frame's check value is wrong",
+    FaultKind{"check", 0, 0, "check", "the reply frame's check value is wrong",
               [](const Fault&, Departure& d) { d.wrongCheck = true; }},
-    FaultKind{"truncate", 1, kNoFallback, "truncate=N       only the first N bytes of the reply are sent",
+    FaultKind{"truncate", 1, kNoFallback, "truncate=N", "only the first N bytes of the reply are sent",
               [](const Fault& fault, Departure& d) { SetOnce(d.sentBytes, fault.Value()); }},
-    FaultKind{"payload", 1, kNoFallback,
-              "payload=N        the reply's payload is cut, or filled with zeros, to N bytes (oversized: payload=9000)",
+    FaultKind{"payload", 1, kNoFallback, "payload=N",
+              "the reply's payload is cut, or filled with zeros, to N bytes (oversized: payload=9000)",
               [](const Fault& fault, Departure& d) { SetOnce(d.payloadSize, fault.Value()); }},
-    FaultKind{"patch", 2, kNoFallback, "patch=OFFSET,N   the 32-bit value at OFFSET of the reply's payload is N",
+    FaultKind{"patch", 2, kNoFallback, "patch=OFFSET,N", "the 32-bit value at OFFSET of the reply's payload is N",
               [](const Fault& fault, Departure& d) {
                   d.patches.push_back(
                       {static_cast<std::size_t>(fault.values[0]), static_cast<std::uint32_t>(fault.values[1])});
               }},
-    FaultKind{"status", 1, kNoFallback, "status=N         the command is refused with this status",
+    FaultKind{"status", 1, kNoFallback, "status=N", "the command is refused with this status",
               [](const Fault& fault, Departure& d) { SetOnce(d.status, fault.Value()); }},
-    FaultKind{"result", 1, kNoFallback,
-              "result=N         the command is refused with this result, where its reply has one",
+    FaultKind{"result", 1, kNoFallback, "result=N", "the command is refused with this result, where its reply has one",
               [](const Fault& fault, Departure& d) { SetOnce(d.result, fault.Value()); }},
-    FaultKind{"error", 0, 0, "error            an AT command is answered with ERROR",
+    FaultKind{"error", 0, 0, "error", "an AT command is answered with ERROR",
               [](const Fault&, Departure& d) { d.isAtError = true; }},
-    FaultKind{"hangup", 0, 0, "hangup           the line drops instead of a reply; it can be opened again at once",
+    FaultKind{"hangup", 0, 0, "hangup", "the line drops instead of a reply; it can be opened again at once",
               [](const Fault&, Departure& d) { d.line = std::max(d.line, Departure::Line::HangsUp); }},
-    FaultKind{"unplug", 0, 0, "unplug           the handset goes instead of a reply, until it is plugged in again",
+    FaultKind{"unplug", 0, 0, "unplug", "the handset goes instead of a reply, until it is plugged in again",
               [](const Fault&, Departure& d) { d.line = Departure::Line::IsUnplugged; }},
 };
 
@@ -115,14 +102,14 @@ void ParseValues(std::string_view whole, std::string_view text, const FaultKind&
     }
     if (fault.values.empty() && kind.values == 1 && kind.fallback != kNoFallback)
         fault.values.push_back(kind.fallback);
-    const bool isRight = kind.values == kSome ? !fault.values.empty() : fault.values.size() == kind.values;
+    const bool isRight = kind.values == kSomeValues ? !fault.values.empty() : fault.values.size() == kind.values;
     if (!isRight)
-        Fail(whole, "it is written " + std::string(kind.help.substr(0, kind.help.find(' '))));
+        Fail(whole, "it is written " + std::string(kind.form));
     const bool maySubtract = kind.fallback < 0 && kind.fallback != kNoFallback;
     if (!maySubtract &&
         std::any_of(fault.values.begin(), fault.values.end(), [](std::int64_t value) { return value < 0; }))
         Fail(whole, "a negative number has no meaning here");
-    if (kind.values == kSome && !std::is_sorted(fault.values.begin(), fault.values.end()))
+    if (kind.values == kSomeValues && !std::is_sorted(fault.values.begin(), fault.values.end()))
         Fail(whole, "the places to split at must ascend");
 }
 
@@ -134,7 +121,26 @@ std::string Kinds()
     return names;
 }
 
+const FaultKind& FindKind(std::string_view whole, std::string_view name)
+{
+    const auto* const kind =
+        std::find_if(kKinds.begin(), kKinds.end(), [&](const FaultKind& one) { return one.name == name; });
+    if (kind == kKinds.end())
+        Fail(whole, "no such kind; the kinds are" + Kinds() + " (phnsim --help describes them)");
+    return *kind;
+}
+
 } // namespace
+
+const FaultKind& FindFaultKind(std::string_view name)
+{
+    return FindKind(name, name);
+}
+
+std::span<const FaultKind> AllFaultKinds()
+{
+    return kKinds;
+}
 
 Fault ParseFault(std::string_view text)
 {
@@ -150,13 +156,8 @@ Fault ParseFault(std::string_view text)
     else if (!command.empty())
         fault.command = static_cast<std::uint32_t>(ParseNumber(text, command, 1, kMost));
     const std::size_t equals = std::min(rest.find('='), rest.size());
-    const std::string_view name = rest.substr(0, equals);
-    const auto* const kind =
-        std::find_if(kKinds.begin(), kKinds.end(), [&](const FaultKind& one) { return one.name == name; });
-    if (kind == kKinds.end())
-        Fail(text, "no such kind; the kinds are" + Kinds() + " (phnsim --help describes them)");
-    fault.kind = kind;
-    ParseValues(text, rest.substr(std::min(equals + 1, rest.size())), *kind, fault);
+    fault.kind = &FindKind(text, rest.substr(0, equals));
+    ParseValues(text, rest.substr(std::min(equals + 1, rest.size())), *fault.kind, fault);
     return fault;
 }
 
@@ -176,7 +177,7 @@ std::string ToString(const Fault& fault)
         text += separator + std::to_string(value);
         separator = ',';
     }
-    if (fault.kind->values == kSome)
+    if (fault.kind->values == kSomeValues)
         text += "/" + std::to_string(fault.pause.count());
     if (fault.command != kAnyCommand)
         text += fault.command == kAtCommands ? "@at" : "@" + std::to_string(fault.command);
@@ -189,9 +190,10 @@ std::string ToString(const Fault& fault)
 
 std::string FaultHelp()
 {
+    constexpr std::size_t kColumn = 17;
     std::string help;
     for (const FaultKind& kind : kKinds)
-        help.append(kind.help).append("\n");
+        help.append(kind.form).append(kColumn - kind.form.size(), ' ').append(kind.help).append("\n");
     return help +
            "each with @COMMAND (a number, or \"at\" for AT commands), *TIMES and %PERCENT behind it, all optional";
 }

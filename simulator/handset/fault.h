@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,7 +47,20 @@ struct Departure
     std::chrono::milliseconds pause{0}; // between the pieces
 };
 
-struct FaultKind; // a row of the table
+struct Fault;
+
+// A row of the table.
+struct FaultKind
+{
+    std::string_view name;
+    std::size_t values;    // how many are wanted; kSomeValues: one or more, ascending, with a pause
+    std::int64_t fallback; // taken when one is wanted and none is given; a negative one shows that such have a meaning
+    std::string_view form; // how it is written
+    std::string_view help;
+    void (*depart)(const Fault& fault, Departure& departure);
+};
+
+constexpr std::size_t kSomeValues = 9;
 
 constexpr std::uint32_t kAnyCommand = 0;
 constexpr std::uint32_t kAtCommands = 0xFFFFFFFF;
@@ -66,6 +80,10 @@ struct Fault
 // KIND[=VALUES][@COMMAND][*TIMES][%PERCENT], for example "status=10@9*1", "split=3,9/200@6", "silence%20", "error@at".
 // Throws std::invalid_argument with a sentence that says what is allowed.
 Fault ParseFault(std::string_view text);
+
+// Throws std::invalid_argument, as ParseFault does.
+const FaultKind& FindFaultKind(std::string_view name);
+std::span<const FaultKind> AllFaultKinds();
 
 Departure DepartureOf(const std::vector<Fault>& faults);
 

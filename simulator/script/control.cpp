@@ -38,7 +38,7 @@ constexpr Row kRows[] = {
     {"flags", "HEX", "set phone-variance flags", Flags},
     {"fault", "FAULT", "add a fault: fault silence@6*1 (phnsim --help lists them)", AddFault},
     {"faults", "", "list the faults", ListFaults},
-    {"clear-faults", "", "remove all faults", ClearFaults},
+    {"clear-faults", "[KIND]", "remove all faults, or those of one kind: clear-faults delay", ClearFaults},
     {"unplug", "", "take the handset away", Unplug},
     {"replug", "", "and put it back (also: plug)", Replug},
     {"plug", "", "", Replug},

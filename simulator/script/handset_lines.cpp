@@ -123,11 +123,17 @@ ControlLine ListFaults(Arguments&)
     }};
 }
 
-ControlLine ClearFaults(Arguments&)
+ControlLine ClearFaults(Arguments& arguments)
 {
-    return {[](Control& control) {
-        control.simulator.Control().ClearFaults();
-        control.print("no faults");
+    if (arguments.AtEnd())
+        return {[](Control& control) {
+            control.simulator.Control().ClearFaults();
+            control.print("no faults");
+        }};
+    const FaultKind& kind = FindFaultKind(arguments.Word());
+    return {[&kind](Control& control) {
+        control.simulator.Control().ClearFaults(kind);
+        control.print("no fault " + std::string(kind.name));
     }};
 }
 
