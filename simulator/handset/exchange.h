@@ -4,6 +4,7 @@
 
 #include "simulator/commands/fields.h"
 #include "simulator/handset/fault.h"
+#include "simulator/handset/frame.h"
 
 #include <cstdint>
 #include <optional>
@@ -25,6 +26,8 @@ struct Exchange
     Fields request{};                        // without the header
     Fields reply{};                          // status, result where there is one, and what follows
     std::vector<Fault> faults{};             // those that struck
+    Bytes received{};                        // as they came over the line; of what was overlong, the beginning
+    Bytes sent{};                            // as they go over it, what the faults leave of them
 
     // What it counts as.
     std::uint32_t Kind() const { return rejection.empty() ? command : kRejected; }

@@ -44,9 +44,12 @@ Phone Handset::Snapshot() const
 
 void Handset::Change(std::uint16_t changed, const std::function<void(Phone&)>& change)
 {
-    const std::scoped_lock lock(mutex_);
-    change(phone_);
-    phone_.variance |= changed;
+    {
+        const std::scoped_lock lock(mutex_);
+        change(phone_);
+        phone_.variance |= changed;
+    }
+    TellChange();
 }
 
 void Handset::SetBattery(const Battery& battery)
@@ -76,22 +79,21 @@ void Handset::SetModel(const std::string& model)
 
 std::uint32_t Handset::Deliver(const Message& message)
 {
-    const std::scoped_lock lock(mutex_);
     Message delivered = message;
     delivered.box = kInbox;
     delivered.status = kUnread;
-    const std::uint32_t index = AddMessage(phone_, delivered);
-    if (index == kNoRoom)
-        throw std::runtime_error("the message store is full");
-    phone_.variance |= kMessagesChanged;
+    std::uint32_t index = kNoRoom;
+    Change(kMessagesChanged, [&](Phone& phone) {
+        index = AddMessage(phone, delivered);
+        if (index == kNoRoom)
+            throw std::runtime_error("the message store is full");
+    });
     return index;
 }
 
 void Handset::Set(std::string_view path, std::string_view value)
 {
-    const std::scoped_lock lock(mutex_);
-    phone_ = WithValue(phone_, path, value);
-    phone_.variance |= VarianceOf(path);
+    Change(VarianceOf(path), [&](Phone& phone) { phone = WithValue(phone, path, value); });
 }
 
 std::string Handset::Show(std::string_view path) const
@@ -106,9 +108,8 @@ void Handset::Load(const std::filesystem::path& file)
     if (!stream)
         throw std::runtime_error(file.string() + " cannot be read");
     try {
-        Phone phone = PhoneFromJson(text, DefaultPhone());
-        const std::scoped_lock lock(mutex_);
-        phone_ = std::move(phone);
+        Phone loaded = PhoneFromJson(text, DefaultPhone());
+        Change(0, [&](Phone& phone) { phone = std::move(loaded); });
     } catch (const std::invalid_argument& error) {
         throw std::runtime_error(file.string() + ": " + error.what());
     }
@@ -137,14 +138,17 @@ void Handset::Seed(std::uint32_t seed)
 
 void Handset::AddFault(const Fault& fault)
 {
-    const std::scoped_lock lock(mutex_);
-    faults_.push_back(fault);
+    Change(0, [&](Phone&) { faults_.push_back(fault); });
 }
 
 void Handset::ClearFaults()
 {
-    const std::scoped_lock lock(mutex_);
-    faults_.clear();
+    Change(0, [&](Phone&) { faults_.clear(); });
+}
+
+void Handset::ClearFaults(const FaultKind& kind)
+{
+    Change(0, [&](Phone&) { std::erase_if(faults_, [&](const Fault& fault) { return fault.kind == &kind; }); });
 }
 
 std::vector<Fault> Handset::Faults() const
@@ -155,7 +159,7 @@ std::vector<Fault> Handset::Faults() const
 
 std::vector<Fault> Handset::TakeFaults(std::uint32_t command)
 {
-    const std::scoped_lock lock(mutex_);
+    std::unique_lock lock(mutex_);
     std::vector<Fault> struck;
     for (Fault& fault : faults_) {
         const bool matches = fault.command == command || (fault.command == kAnyCommand && command != kAtCommands);
@@ -166,6 +170,9 @@ std::vector<Fault> Handset::TakeFaults(std::uint32_t command)
             --*fault.remaining;
     }
     std::erase_if(faults_, [](const Fault& fault) { return fault.remaining == 0u; });
+    lock.unlock();
+    if (!struck.empty())
+        TellChange();
     return struck;
 }
 
@@ -245,6 +252,21 @@ void Handset::SetWatcher(Watcher watcher)
 {
     const std::scoped_lock lock(mutex_);
     watcher_ = std::move(watcher);
+}
+
+void Handset::WhenChanged(std::function<void()> told)
+{
+    const std::scoped_lock lock(mutex_);
+    changed_ = std::move(told);
+}
+
+void Handset::TellChange() const
+{
+    std::unique_lock lock(mutex_);
+    const std::function<void()> changed = changed_;
+    lock.unlock();
+    if (changed)
+        changed();
 }
 
 void Handset::Tell(const Exchange& exchange) const

@@ -59,6 +59,7 @@ public:
     void AddFault(const Fault& fault);
     void AddFault(std::string_view text) { AddFault(ParseFault(text)); }
     void ClearFaults();
+    void ClearFaults(const FaultKind& kind);
     std::vector<Fault> Faults() const;
 
     // Counters of well-formed requests, by command number, and of everything that was turned away with the last reason.
@@ -81,6 +82,11 @@ public:
     void SetWatcher(Watcher watcher);
     void Tell(const Exchange& exchange) const;
 
+    // Called behind each change of the memory, the faults or the line, on the thread that made it, without the lock.
+    // An empty function is told nothing.
+    void WhenChanged(std::function<void()> told);
+    void TellChange() const;
+
 private:
     friend class Session;
 
@@ -101,6 +107,7 @@ private:
     std::string lastRejection_;
     TraceSink trace_;
     Watcher watcher_;
+    std::function<void()> changed_;
     TraceDetail traceDetail_ = TraceDetail::Decoded;
 };
 

@@ -51,6 +51,15 @@ bool IsAt(const Bytes& received)
     return is(0, 'A') && is(1, 'T');
 }
 
+// What the steps from `first` on send.
+Bytes SentBytes(const std::vector<Step>& steps, std::size_t first)
+{
+    Bytes sent;
+    for (const Step& step : std::span(steps).subspan(first))
+        sent.insert(sent.end(), step.bytes.begin(), step.bytes.end());
+    return sent;
+}
+
 } // namespace
 
 std::vector<Step> Session::Receive(std::span<const std::uint8_t> bytes)
@@ -75,15 +84,16 @@ void Session::ReceiveFramed(std::uint8_t byte, std::vector<Step>& steps)
             received_.push_back(byte);
         return;
     }
-    const Bytes stuffed = std::exchange(received_, {});
+    Bytes received = std::exchange(received_, {});
     if (std::exchange(overlong_, false))
-        return Reject("a frame of more than " + std::to_string(kLongestRequestFrame) + " bytes");
-    if (stuffed.empty())
+        return Reject("a frame of more than " + std::to_string(kLongestRequestFrame) + " bytes", received);
+    if (received.empty())
         return;
-    const RequestFrame frame = ParseRequest(stuffed);
+    const RequestFrame frame = ParseRequest(received);
+    received.push_back(kFlag);
     if (!frame.reason.empty())
-        return Reject(frame.reason);
-    Answer(frame.record, frame.sequence, steps);
+        return Reject(frame.reason, received);
+    Answer(frame.record, frame.sequence, received, steps);
 }
 
 // Takes one item from the front of what was received; false when more bytes are needed.
@@ -99,8 +109,7 @@ bool Session::TakeModemInput(std::vector<Step>& steps)
     else if (mode_ == kRecordMode)
         return TakeRawRecord(steps);
     else {
-        Reject("bytes that are no AT command before AT+MODE=2");
-        received_.clear();
+        Reject("bytes that are no AT command before AT+MODE=2", std::exchange(received_, {}));
     }
     return true;
 }
@@ -113,7 +122,8 @@ bool Session::TakeAtLine(std::vector<Step>& steps)
     const std::string line(received_.begin(), end);
     received_.erase(received_.begin(), end == received_.end() ? end : end + 1);
     if (line.size() > kLongestAtLine)
-        Reject("an AT command of more than " + std::to_string(kLongestAtLine) + " characters");
+        Reject("an AT command of more than " + std::to_string(kLongestAtLine) + " characters",
+               Bytes(line.begin(), line.end()));
     else
         AnswerAt(line, steps);
     return true;
@@ -132,24 +142,28 @@ bool Session::TakeRawRecord(std::vector<Step>& steps)
     const auto size = static_cast<std::ptrdiff_t>(std::min<std::uint64_t>(*expected, received_.size()));
     const Bytes record(received_.begin(), received_.begin() + size);
     received_.erase(received_.begin(), received_.begin() + size);
-    Answer(record, std::nullopt, steps);
+    Answer(record, std::nullopt, record, steps);
     return true;
 }
 
-void Session::Answer(const Bytes& record, std::optional<std::uint32_t> sequence, std::vector<Step>& steps)
+void Session::Answer(const Bytes& record, std::optional<std::uint32_t> sequence, const Bytes& received,
+                     std::vector<Step>& steps)
 {
     if (record.size() < kRequestHeaderSize)
-        return Reject("a request of " + std::to_string(record.size()) + " bytes");
+        return Reject("a request of " + std::to_string(record.size()) + " bytes", received);
     FieldReader header(record);
     const std::vector<Fault> faults = handset_.TakeFaults(header.U32("command"));
     const Departure departure = DepartureOf(faults);
     Answered answered;
     handset_.Change(0, [&](Phone& phone) { answered = CarryOut(phone, record, departure); });
     const Bytes reply = ReplyBytes(std::move(answered.payload), sequence, departure);
+    const std::size_t first = steps.size();
     AppendSteps(reply, departure, steps);
     Exchange& exchange = answered.exchange;
     exchange.sequence = sequence;
     exchange.faults = faults;
+    exchange.received = received;
+    exchange.sent = SentBytes(steps, first);
     TraceAnswer(exchange, record, reply);
     if (exchange.rejection.empty())
         handset_.CountRequest(exchange.command, record);
@@ -178,13 +192,16 @@ void Session::AnswerAt(std::string_view line, std::vector<Step>& steps)
     const Bytes bytes = ReplyBytes(Bytes(answer.begin(), answer.end()), std::nullopt, departure);
     Trace("< AT " + Printable(line), Bytes(line.begin(), line.end()));
     Trace("> AT " + Printable(answer), bytes);
+    const std::size_t first = steps.size();
     AppendSteps(bytes, departure, steps);
     handset_.CountRequest(kAtCommands, Bytes(line.begin(), line.end()));
     handset_.Tell({.command = kAtCommands,
                    .name = "at",
                    .request = {{"line", std::string(line), Field::Kind::Text}},
                    .reply = {{"answer", answer, Field::Kind::Text}},
-                   .faults = faults});
+                   .faults = faults,
+                   .received = Bytes(line.begin(), line.end()),
+                   .sent = SentBytes(steps, first)});
 }
 
 std::string Session::ExecuteAt(std::string_view line)
@@ -203,11 +220,11 @@ std::string Session::ExecuteAt(std::string_view line)
     return "OK";
 }
 
-void Session::Reject(const std::string& reason)
+void Session::Reject(const std::string& reason, const Bytes& received)
 {
     handset_.CountRejection(reason);
     Trace("< rejected: " + reason, {});
-    handset_.Tell({.name = "rejected", .rejection = reason});
+    handset_.Tell({.name = "rejected", .rejection = reason, .received = received});
 }
 
 void Session::Trace(const std::string& line, std::span<const std::uint8_t> bytes)

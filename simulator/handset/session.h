@@ -32,11 +32,12 @@ private:
     bool TakeModemInput(std::vector<Step>& steps);
     bool TakeAtLine(std::vector<Step>& steps);
     bool TakeRawRecord(std::vector<Step>& steps);
-    void Answer(const Bytes& record, std::optional<std::uint32_t> sequence, std::vector<Step>& steps);
+    void Answer(const Bytes& record, std::optional<std::uint32_t> sequence, const Bytes& received,
+                std::vector<Step>& steps);
     void TraceAnswer(const Exchange& exchange, const Bytes& record, const Bytes& reply);
     void AnswerAt(std::string_view line, std::vector<Step>& steps);
     std::string ExecuteAt(std::string_view line);
-    void Reject(const std::string& reason);
+    void Reject(const std::string& reason, const Bytes& received);
     void Trace(const std::string& line, std::span<const std::uint8_t> bytes);
 
     Handset& handset_;

@@ -81,6 +81,9 @@ void Simulator::Serve()
         if (wanted_ == Wanted::Unplugged) {
             presence_ = Presence::Gone;
             changed_.notify_all();
+            lock.unlock();
+            handset_.TellChange();
+            lock.lock();
             changed_.wait(lock, [&] { return wanted_ != Wanted::Unplugged; });
             continue;
         }
@@ -104,7 +107,7 @@ std::unique_ptr<Line> Simulator::Open()
     } catch (...) {
         failure = std::current_exception();
     }
-    const std::scoped_lock lock(mutex_);
+    std::unique_lock lock(mutex_);
     if (failure) {
         failure_ = failure;
         if (wanted_ == Wanted::Plugged)
@@ -117,6 +120,8 @@ std::unique_ptr<Line> Simulator::Open()
             line->Interrupt();
     }
     changed_.notify_all();
+    lock.unlock();
+    handset_.TellChange();
     return line;
 }
 

@@ -252,7 +252,7 @@ std::string PhoneToJson(const Phone& phone, std::string_view path)
     const Json::json_pointer pointer = Pointer(node, path);
     if (!node.contains(pointer))
         FailAbsent(node, path);
-    return node[pointer].dump(kIndent);
+    return node[pointer].dump(kIndent, ' ', false, Json::error_handler_t::replace);
 }
 
 } // namespace simulator

@@ -84,6 +84,7 @@ void History::Add(const Exchange& exchange)
         const std::scoped_lock lock(mutex_);
         ++counts_[exchange.Kind()];
         exchanges_.push_back(exchange);
+        exchanges_.back().received = exchanges_.back().sent = {}; // nobody asks for them again
         if (exchanges_.size() > kKept)
             exchanges_.pop_front();
     }
