@@ -47,6 +47,17 @@ else()
     target_link_libraries(phn_win32 INTERFACE phnplatform)
 endif()
 
+# phn_packaged_headers: the header-only parts of Debian's packages. A cross compiler must not look into the system's own
+# headers, so they are reached through a folder that holds nothing else.
+add_library(phn_packaged_headers INTERFACE)
+if(CMAKE_CROSSCOMPILING OR CMAKE_SIZEOF_VOID_P EQUAL 4)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/host-headers)
+    foreach(package CLI fmt nlohmann)
+        file(CREATE_LINK /usr/include/${package} ${CMAKE_BINARY_DIR}/host-headers/${package} SYMBOLIC)
+    endforeach()
+    target_include_directories(phn_packaged_headers SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/host-headers)
+endif()
+
 # Where an installed program finds the library and its data, from the folder it lies in.
 file(RELATIVE_PATH PHN_LIBRARIES_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH PHN_DATA_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR})

@@ -23,20 +23,13 @@ int Checked(int result, const std::string& what)
     return result;
 }
 
-Wakeup::Wakeup() : raised_(Checked(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "eventfd")) {}
+Interruption::Interruption() : raised_(Checked(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK), "eventfd")) {}
 
-void Wakeup::Raise() const
+void Interruption::Raise() const
 {
     // Fails only where it is raised beyond counting, and then it is raised.
     const std::uint64_t one = 1;
     [[maybe_unused]] const ssize_t size = write(raised_.Get(), &one, sizeof one);
-}
-
-void Wakeup::Clear() const
-{
-    // Fails where it is not raised.
-    std::uint64_t count = 0;
-    [[maybe_unused]] const ssize_t size = read(raised_.Get(), &count, sizeof count);
 }
 
 } // namespace simulator

@@ -1,4 +1,4 @@
-// File descriptors that close themselves, and one that wakes who waits in poll.
+// File descriptors that close themselves, and one that interrupts who waits in poll.
 #pragma once
 
 #include <string>
@@ -24,15 +24,14 @@ private:
 // `result` unless it is -1; then throws std::system_error with errno and `what`.
 int Checked(int result, const std::string& what);
 
-// Readable once it has been raised, from any thread, until it is cleared.
-class Wakeup
+// Readable once it has been raised, from any thread.
+class Interruption
 {
 public:
-    Wakeup();
+    Interruption();
 
     int Get() const { return raised_.Get(); }
     void Raise() const;
-    void Clear() const;
 
 private:
     Descriptor raised_;

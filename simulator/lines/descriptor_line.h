@@ -27,7 +27,7 @@ protected:
 private:
     bool Continues(); // once the host has gone
 
-    Wakeup interrupted_;
+    Interruption interrupted_;
 };
 
 } // namespace simulator

@@ -28,6 +28,8 @@ Simulator::~Simulator()
 void Simulator::Want(Wanted wanted)
 {
     std::unique_lock lock(mutex_);
+    if (wanted_ == Wanted::Stopped)
+        return;
     failure_ = nullptr;
     wanted_ = wanted;
     if (wanted != Wanted::Plugged && line_)

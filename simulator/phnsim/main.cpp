@@ -1,13 +1,13 @@
 // phnsim: a simulated handset on a serial port, driven by control lines in a script and on standard input.
 #include "simulator/commands/command.h"
-#include "simulator/lines/descriptor.h"
-#include "simulator/phnsim/loop.h"
+#include "simulator/phnsim/end_request.h"
 #include "simulator/phnsim/options.h"
+#include "simulator/phnsim/standard_input.h"
 #include "simulator/script/json_lines.h"
+#include "simulator/script/loop.h"
 
 #include <array>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <exception>
@@ -15,7 +15,6 @@
 #include <fstream>
 #include <stdexcept>
 
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 namespace {
@@ -50,17 +49,6 @@ std::string WithTime(std::string_view line)
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%s.%03d ", time.data(), static_cast<int>(milliseconds));
     return text.data() + std::string(line);
-}
-
-// Blocked before any thread starts, so that every thread leaves them to this descriptor.
-int BlockEndSignals()
-{
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP})
-        sigaddset(&signals, number);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return Checked(signalfd(-1, &signals, SFD_CLOEXEC), "signalfd");
 }
 
 void Prepare(Handset& handset, const Options& options, const Handset::TraceSink& trace)
@@ -122,10 +110,10 @@ struct StopAtEnd
 };
 
 // Offers the port and works until the end.
-void Serve(const Options& options, Control& control, int signals)
+void Serve(const Options& options, Control& control)
 {
     const StopAtEnd stop{control.simulator};
-    Loop loop(control, signals, options.strict, options.once);
+    Loop loop(control, {.file = "standard input", .isStrict = options.strict}, options.once);
     if (!options.script.empty())
         loop.Script().AddFile(options.script);
     if (control.isOver) // a line cannot be read
@@ -139,6 +127,8 @@ void Serve(const Options& options, Control& control, int signals)
         Print(stdout, ReadyJsonLine(model, port));
     else
         control.print("serving " + model + " on " + port);
+    const auto end = WatchEndRequests([&] { loop.Stop("a signal has ended phnsim"); });
+    const StandardInput input([&](std::string line) { loop.Take(std::move(line)); });
     loop.Run();
 }
 
@@ -146,13 +136,13 @@ int Run(const Options& options)
 {
     if (!options.tcpPort)
         CheckDevices(options.devices);
-    std::signal(SIGPIPE, SIG_IGN); // a TCP peer or a reader of the trace that goes is no reason to die
-    const Descriptor signals(BlockEndSignals());
+    PrepareForEndRequests();
     // Standard output is for programs once they have asked for the ready line.
     const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
     const auto trace = [&](std::string_view line) { print(WithTime(line)); };
     ExchangeLog log(options.log);
-    History history;
+    Wakeup wakeup;
+    History history(wakeup);
     Simulator simulator(options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name),
                         options.kind);
     Prepare(simulator.Control(), options, trace);
@@ -160,9 +150,13 @@ int Run(const Options& options)
         log.Write(exchange);
         history.Add(exchange);
     });
-    Control control{
-        .simulator = simulator, .history = history, .dataFile = options.data, .print = print, .trace = trace};
-    Serve(options, control, signals.Get());
+    Control control{.simulator = simulator,
+                    .history = history,
+                    .wakeup = wakeup,
+                    .dataFile = options.data,
+                    .print = print,
+                    .trace = trace};
+    Serve(options, control);
     if (!options.data.empty())
         simulator.Control().Save(options.data);
     log.Check();

@@ -75,7 +75,7 @@ ControlLine Help(Arguments&)
 void Control::End()
 {
     isOver = true;
-    changed.Raise();
+    wakeup.Raise();
 }
 
 void Control::Report(const Place& place, const std::string& wrong)

@@ -51,11 +51,11 @@ struct Control
 {
     Simulator& simulator;
     History& history;
+    Wakeup& wakeup;       // raised for what the loop has to look at: what the host did, the members below
     std::string dataFile; // where "save" and "load" go when no file is named
     std::function<void(std::string_view)> print;
     Handset::TraceSink trace; // where "trace on" sends the frames
     std::vector<Timer> timers{};
-    Wakeup changed{};                     // raised when the members below have changed
     std::atomic<bool> isOver = false;     // may be set on any thread
     std::mutex mutex{};                   // of `failure`
     std::optional<std::string> failure{}; // the first one at a strict place, which it names

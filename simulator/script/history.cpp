@@ -89,7 +89,7 @@ void History::Add(const Exchange& exchange)
             exchanges_.pop_front();
     }
     React();
-    added_.Raise();
+    wakeup_.Raise();
 }
 
 std::uint64_t History::Count(std::uint32_t kind) const

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "simulator/handset/exchange.h"
-#include "simulator/lines/descriptor.h"
+#include "simulator/script/wakeup.h"
 
 #include <cstdint>
 #include <deque>
@@ -29,6 +29,9 @@ using FieldValues = std::vector<std::pair<std::string, std::string>>;
 class History
 {
 public:
+    // `wakeup` is raised by each Add().
+    explicit History(Wakeup& wakeup) : wakeup_(wakeup) {}
+
     void Add(const Exchange& exchange);
 
     std::uint64_t Count(std::uint32_t kind) const;
@@ -41,9 +44,6 @@ public:
     // Calls `action` once the host has done this so often: in Add(), or at once if it has.
     void When(std::uint32_t kind, std::uint64_t count, std::function<void()> action);
 
-    // Raised by each Add().
-    const Wakeup& Added() const { return added_; }
-
 private:
     struct Reaction
     {
@@ -55,8 +55,8 @@ private:
     std::string Last(std::uint32_t kind) const;
     void React();
 
+    Wakeup& wakeup_;
     mutable std::mutex mutex_;
-    Wakeup added_;
     std::map<std::uint32_t, std::uint64_t> counts_;
     std::deque<Exchange> exchanges_; // the latest ones
     std::vector<Reaction> reactions_;
