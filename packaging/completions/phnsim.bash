@@ -4,7 +4,7 @@ _phnsim() {
     case $prev in
     --data | --script | --log) _filedir ;;
     --devices) _filedir -d ;;
-    --port | --usb | --modem | --tcp | --fault | --seed) ;;
+    --port | --usb | --modem | --tcp | --fault | --seed | --web) ;;
     *) COMPREPLY=($(compgen -W '$(_parse_help "$1")' -- "$cur")) ;;
     esac
 } && complete -F _phnsim phnsim

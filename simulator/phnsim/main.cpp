@@ -5,6 +5,7 @@
 #include "simulator/phnsim/standard_input.h"
 #include "simulator/script/json_lines.h"
 #include "simulator/script/loop.h"
+#include "simulator/web/panel.h"
 
 #include <array>
 #include <chrono>
@@ -13,6 +14,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <stdexcept>
 
 #include <unistd.h>
@@ -110,7 +112,7 @@ struct StopAtEnd
 };
 
 // Offers the port and works until the end.
-void Serve(const Options& options, Control& control)
+void Serve(const Options& options, Control& control, const std::string& web)
 {
     const StopAtEnd stop{control.simulator};
     Loop loop(control, {.file = "standard input", .isStrict = options.strict}, options.once);
@@ -124,9 +126,11 @@ void Serve(const Options& options, Control& control)
     const std::string port =
         options.tcpPort ? "127.0.0.1:" + std::to_string(*options.tcpPort) : options.devices + "/" + options.name;
     if (options.ready)
-        Print(stdout, ReadyJsonLine(model, port));
+        Print(stdout, ReadyJsonLine(model, port, web));
     else
         control.print("serving " + model + " on " + port);
+    if (!options.ready && !web.empty())
+        Print(stdout, "panel at " + web);
     const auto end = WatchEndRequests([&] { loop.Stop("a signal has ended phnsim"); });
     const StandardInput input([&](std::string line) { loop.Take(std::move(line)); });
     loop.Run();
@@ -146,17 +150,25 @@ int Run(const Options& options)
     Simulator simulator(options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name),
                         options.kind);
     Prepare(simulator.Control(), options, trace);
-    simulator.Control().SetWatcher([&](const Exchange& exchange) {
-        log.Write(exchange);
-        history.Add(exchange);
-    });
     Control control{.simulator = simulator,
                     .history = history,
                     .wakeup = wakeup,
                     .dataFile = options.data,
                     .print = print,
                     .trace = trace};
-    Serve(options, control);
+    const std::unique_ptr<Panel> panel = options.webPort ? std::make_unique<Panel>(control, *options.webPort) : nullptr;
+    if (panel)
+        control.print = [&](std::string_view line) {
+            print(line);
+            panel->Say(line);
+        };
+    simulator.Control().SetWatcher([&](const Exchange& exchange) {
+        log.Write(exchange);
+        if (panel)
+            panel->Show(exchange);
+        history.Add(exchange);
+    });
+    Serve(options, control, panel ? panel->Address() : "");
     if (!options.data.empty())
         simulator.Control().Save(options.data);
     log.Check();

@@ -33,7 +33,7 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
 {
     Options options;
     std::string port, usb, modem;
-    std::uint16_t tcp = 0;
+    std::uint16_t tcp = 0, web = 0;
     CLI::App app("A simulated handset on a serial port.", "phnsim");
     app.footer(kFooter + FaultHelp());
     auto* way = app.add_option_group("port", "how it is reached (one of these)");
@@ -63,6 +63,11 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
     app.add_flag("--ready", options.ready,
                  "print one JSON line when the port is there, everything else on standard error");
     app.add_option("--log", options.log, "write every exchange as a JSON line")->type_name("FILE");
+    auto* webOption =
+        app.add_option("--web", web, "a panel in the browser, on this port of 127.0.0.1 (default: a free one)")
+            ->option_text("[PORT]")
+            ->expected(0, 1)
+            ->default_str("0");
     app.add_flag("--once", options.once, "end when the host has closed the port");
     app.add_flag_callback(
         "--list-commands",
@@ -85,6 +90,8 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
     options.trace = options.trace || options.hex;
     if (tcpOption->count() != 0)
         options.tcpPort = tcp;
+    if (webOption->count() != 0)
+        options.webPort = web;
     options.name = !usb.empty() ? UsbInterfaceName(usb) : !modem.empty() ? ModemInterfaceName(modem) : port;
     options.kind = modem.empty() ? PortKind::Diagnostic : PortKind::Modem;
     return options;

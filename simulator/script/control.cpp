@@ -8,6 +8,7 @@
 #include <exception>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace simulator {
 namespace {
@@ -76,6 +77,23 @@ void Control::End()
 {
     isOver = true;
     wakeup.Raise();
+}
+
+bool Control::Post(const std::string& line)
+{
+    constexpr std::size_t kMost = 256;
+    const std::scoped_lock lock(mutex);
+    if (posted.size() >= kMost)
+        return false;
+    posted.push_back(line);
+    wakeup.Raise();
+    return true;
+}
+
+std::vector<std::string> Control::TakePosted()
+{
+    const std::scoped_lock lock(mutex);
+    return std::exchange(posted, {});
 }
 
 void Control::Report(const Place& place, const std::string& wrong)

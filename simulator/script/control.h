@@ -57,10 +57,14 @@ struct Control
     Handset::TraceSink trace; // where "trace on" sends the frames
     std::vector<Timer> timers{};
     std::atomic<bool> isOver = false;     // may be set on any thread
-    std::mutex mutex{};                   // of `failure`
+    std::mutex mutex{};                   // of what follows
+    std::vector<std::string> posted{};    // lines to be carried out
     std::optional<std::string> failure{}; // the first one at a strict place, which it names
 
     void End();
+    // A line to be carried out behind those posted before, on any thread; false when too many of them wait.
+    bool Post(const std::string& line);
+    std::vector<std::string> TakePosted();
     // Prints "error: ...", or ends in failure.
     void Report(const Place& place, const std::string& wrong);
 };

@@ -66,9 +66,12 @@ std::string ToJsonLine(const Exchange& exchange, std::chrono::system_clock::time
     return Dump(line);
 }
 
-std::string ReadyJsonLine(const std::string& model, const std::string& port)
+std::string ReadyJsonLine(const std::string& model, const std::string& port, const std::string& web)
 {
-    return Dump({{"ready", true}, {"model", model}, {"port", port}});
+    Json line = {{"ready", true}, {"model", model}, {"port", port}};
+    if (!web.empty())
+        line["web"] = web;
+    return Dump(line);
 }
 
 } // namespace simulator

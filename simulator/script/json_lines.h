@@ -11,7 +11,7 @@ namespace simulator {
 
 std::string ToJsonLine(const Exchange& exchange, std::chrono::system_clock::time_point time);
 
-// The port is there.
-std::string ReadyJsonLine(const std::string& model, const std::string& port);
+// The port is there, and the panel at `web`, which is empty where there is none.
+std::string ReadyJsonLine(const std::string& model, const std::string& port, const std::string& web);
 
 } // namespace simulator

@@ -12,6 +12,7 @@ void Loop::Run()
     while (!control_.isOver) {
         script_.Advance();
         TakeInput();
+        TakePosted();
         RunTimers();
         EndOnceHostIsGone();
         EndWhenStopped();
@@ -53,6 +54,14 @@ void Loop::TakeInput()
     }
 }
 
+void Loop::TakePosted()
+{
+    if (posted_.IsDone())
+        for (const std::string& line : control_.TakePosted())
+            posted_.Add({.file = "the panel"}, line);
+    posted_.Advance();
+}
+
 void Loop::RunTimers()
 {
     for (Timer& timer : control_.timers) {
@@ -89,7 +98,7 @@ std::optional<Wakeup::Time> Loop::Due() const
 {
     std::optional<Wakeup::Time> first;
     const auto consider = [&](Wakeup::Time due) { first = std::min(first.value_or(due), due); };
-    for (const LineQueue* queue : {&script_, &input_})
+    for (const LineQueue* queue : {&script_, &input_, &posted_})
         if (const auto due = queue->Due(); due && !queue->IsDone())
             consider(*due);
     for (const Timer& timer : control_.timers)

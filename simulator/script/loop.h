@@ -16,7 +16,12 @@ class Loop
 public:
     // `input` is the place of the lines taken; with `isOnce` the host's closing of the port is the end.
     Loop(Control& control, Place input, bool isOnce)
-        : control_(control), isOnce_(isOnce), script_(control), input_(control), place_(std::move(input))
+        : control_(control),
+          isOnce_(isOnce),
+          script_(control),
+          input_(control),
+          posted_(control),
+          place_(std::move(input))
     {
     }
 
@@ -32,6 +37,7 @@ public:
 private:
     void RunTimers();
     void TakeInput();
+    void TakePosted();
     void EndOnceHostIsGone();
     void EndWhenStopped();
     std::optional<Wakeup::Time> Due() const;
@@ -40,6 +46,7 @@ private:
     const bool isOnce_;
     LineQueue script_;
     LineQueue input_;
+    LineQueue posted_;
     Place place_;
 
     std::mutex mutex_; // of what other threads say
