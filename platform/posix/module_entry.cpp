@@ -9,12 +9,13 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD dwReason, LPVOID lpRes
 
 namespace {
 
-PhnModuleName moduleName{.name = "PHNNRV.dll", .module = nullptr, .file = nullptr, .next = nullptr};
+PhnModuleName moduleName{.name = "PHNNRV.dll", .isRefused = 0, .module = nullptr, .file = nullptr, .next = nullptr};
 
 // A program that was linked with the library keeps it until the process ends.
 bool isLinked;
 
-// A constructor function cannot refuse the load as DllMain can: after a failed attach the exports find no instance.
+// A constructor function cannot refuse the load as DllMain can. LoadLibraryA does it in its place; for a host that has
+// used dlopen, or is linked with the library, the exports find no instance.
 __attribute__((constructor)) void onLoad()
 {
     // The names of a library that is being loaded at run time are not, or not yet, among the program's own.
@@ -25,7 +26,7 @@ __attribute__((constructor)) void onLoad()
     if (!isLinked)
         PhnWatchProcessEnd();
     PhnModuleLoaded(&moduleName);
-    DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
+    moduleName.isRefused = !DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
 }
 
 __attribute__((destructor)) void onUnload()

@@ -12,6 +12,7 @@
 #include <windows.h>
 
 #include "api/service_descriptors.h"
+#include "common/text.h"
 #include "log/host_check.h"
 #include "phnnrv.h"
 
@@ -126,6 +127,8 @@ PHN_ERROR Export(const char* pszExport, const TRow& Row) noexcept
         return Row(Frame);
     } catch (const std::bad_alloc&) {
         return ReportException(pszExport, "out of memory");
+    } catch (const CTextError& Error) {
+        return ReportException(pszExport, Error.what());
     } catch (...) {
         return ReportException(pszExport, "unexpected exception");
     }

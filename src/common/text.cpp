@@ -13,6 +13,14 @@ static int GetLength(size_t uLength)
     return static_cast<int>(std::min<size_t>(uLength, INT_MAX));
 }
 
+// The result of a conversion of a text that is not empty, which is never empty either.
+static size_t Checked(int nResult)
+{
+    if (nResult <= 0)
+        throw CTextError();
+    return static_cast<size_t>(nResult);
+}
+
 std::u16string ToWide(std::string_view strText)
 {
     const int nLength = GetLength(strText.size());
@@ -27,7 +35,7 @@ std::u16string ToWide(std::string_view strText)
     int nUnits = Convert(MB_PRECOMPOSED | MB_USEGLYPHCHARS);
     if (nUnits == 0 && GetLastError() == ERROR_INVALID_FLAGS)
         nUnits = Convert(0); // a code page without such flags: UTF-8
-    strWide.resize(static_cast<size_t>(nUnits));
+    strWide.resize(Checked(nUnits));
     return strWide;
 }
 
@@ -39,14 +47,16 @@ std::string ToAnsi(std::u16string_view strText)
     const LPCWSTR pwszText = reinterpret_cast<LPCWSTR>(strText.data());
     // Nearly every text has no more bytes than units.
     std::string strAnsi(static_cast<size_t>(nUnits), '\0');
-    int nLength = WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, strAnsi.data(), nUnits, nullptr, nullptr);
-    if (nLength == 0) {
-        nLength = WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, nullptr, 0, nullptr, nullptr);
-        strAnsi.resize(static_cast<size_t>(nLength));
-        if (nLength > 0)
-            WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, strAnsi.data(), nLength, nullptr, nullptr);
+    const auto Convert = [&](int nRoom) {
+        return WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, nRoom ? strAnsi.data() : nullptr, nRoom, nullptr,
+                                   nullptr);
+    };
+    int nLength = Convert(nUnits);
+    if (nLength == 0 && GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
+        strAnsi.resize(Checked(Convert(0)));
+        nLength = Convert(static_cast<int>(strAnsi.size()));
     }
-    strAnsi.resize(static_cast<size_t>(nLength));
+    strAnsi.resize(Checked(nLength));
     return strAnsi;
 }
 

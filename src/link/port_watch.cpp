@@ -15,12 +15,27 @@ constexpr CLogSource Log{LOG_CDEVICE};
 
 constexpr DWORD kCycle = 15000;
 constexpr DWORD kGrace = 1000; // for the threads to be gone before their code is
+constexpr DWORD kPause = 100;  // behind a wait that failed
 
 void CloseAndClear(HANDLE* phObject)
 {
     if (*phObject)
         CloseHandle(*phObject);
     *phObject = nullptr;
+}
+
+// Waits without limit for the object or, when there is one, for the end of the thread that should signal it. A wait
+// that fails is said, and then it counts what the predicate says, looked at again and again.
+template <typename TDone>
+void AwaitObject(HANDLE hObject, HANDLE hThread, TDone IsDone)
+{
+    const HANDLE ahObjects[]{hObject, hThread};
+    while (WaitForMultipleObjects(hThread ? 2 : 1, ahObjects, FALSE, INFINITE) == WAIT_FAILED) {
+        Log.Error("BT_Thread - WaitForMultipleObjects failed with error = 0x%X.", GetLastError());
+        Sleep(kPause);
+        if (IsDone())
+            return;
+    }
 }
 
 } // namespace
@@ -62,14 +77,19 @@ bool CPortWatch::Start()
 
 bool CPortWatch::StartThread(LPTHREAD_START_ROUTINE pfnThread, HANDLE* phThread)
 {
+    m_bBegun = false;
     *phThread = CreateThread(nullptr, 0, pfnThread, this, 0, nullptr);
-    return *phThread && WaitForSingleObject(m_evRunning, INFINITE) == WAIT_OBJECT_0;
+    if (!*phThread)
+        return false;
+    AwaitObject(m_evRunning, *phThread, [this] { return m_bBegun.load(); });
+    return true;
 }
 
 void CPortWatch::End()
 {
+    m_bEnding = true;
     SetEvent(g_evStop);
-    WaitForSingleObject(g_evWatchEnded, INFINITE);
+    AwaitObject(g_evWatchEnded, m_hWatch, [this] { return !m_bWatching; });
     // A handle is signalled in time where a thread can end while the library is being unloaded.
     const ULONGLONG ullStart = GetTickCount64();
     const HANDLE ahThreads[]{m_hWorker, m_hWatch};
@@ -83,13 +103,14 @@ void CPortWatch::End()
 void CPortWatch::ScanOnWorker(std::vector<std::string> Ports)
 {
     m_WorkerPorts = std::move(Ports);
+    m_bWorkerBusy = true;
     ResetEvent(g_evScanDone);
     SetEvent(m_evRequest);
 }
 
 void CPortWatch::AwaitWorker()
 {
-    WaitForSingleObject(g_evScanDone, INFINITE);
+    AwaitObject(g_evScanDone, m_hWorker, [this] { return !m_bWorkerBusy; });
 }
 
 void CPortWatch::EndWorker()
@@ -101,33 +122,57 @@ void CPortWatch::EndWorker()
 
 void CPortWatch::RunWorker()
 {
+    m_bBegun = true;
     SetEvent(m_evRunning);
-    while (WaitForSingleObject(m_evRequest, INFINITE) == WAIT_OBJECT_0 && !m_bEndWorker) {
+    for (;;) {
+        AwaitObject(m_evRequest, nullptr, [this] { return m_bWorkerBusy.load(); });
+        if (m_bEndWorker)
+            break;
         RunGuarded([this] { m_Work.ScanPortList(m_WorkerPorts); });
+        m_bWorkerBusy = false;
         SetEvent(g_evScanDone);
+    }
+}
+
+// True once the watch is to end, false when the time is over.
+bool CPortWatch::AwaitStop(DWORD dwTime)
+{
+    for (;;) {
+        const DWORD dwResult = WaitForSingleObject(g_evStop, dwTime);
+        if (dwResult != WAIT_FAILED)
+            return dwResult != WAIT_TIMEOUT;
+        Log.Error("BT_Thread - WaitForSingleObject failed with error = 0x%X.", GetLastError());
+        Sleep(kPause);
+        if (m_bEnding)
+            return true;
     }
 }
 
 void CPortWatch::RunCycles()
 {
-    WaitForSingleObject(g_mtxWatch, INFINITE);
+    AwaitObject(g_mtxWatch, nullptr, [] { return true; });
+    m_bWatching = true;
     ResetEvent(g_evWatchEnded);
+    m_bBegun = true;
     SetEvent(m_evRunning);
-    while (WaitForSingleObject(g_evStop, 1) == WAIT_TIMEOUT) {
+    while (!AwaitStop(1)) {
         RunGuarded([this] { m_Work.RunWatchCycle(); });
-        if (WaitForSingleObject(g_evStop, kCycle) != WAIT_TIMEOUT)
+        if (AwaitStop(kCycle))
             break;
     }
     EndWorker();
     Log.Comment("BT_Thread - Ending thread\n");
     ReleaseMutex(g_mtxWatch);
+    m_bWatching = false;
 }
 
 // Both return right after their last event, because their code may be gone a second later: they keep nothing that has a
 // destructor, and the system ends them as ExitThread does.
 DWORD WINAPI CPortWatch::ScanPortsWorker(LPVOID pWatch)
 {
-    static_cast<CPortWatch*>(pWatch)->RunWorker();
+    auto* const pThis = static_cast<CPortWatch*>(pWatch);
+    pThis->RunWorker();
+    pThis->m_bWorkerBusy = false;
     SetEvent(g_evScanDone);
     return 0;
 }

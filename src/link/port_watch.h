@@ -52,6 +52,7 @@ private:
     static DWORD WINAPI BT_Thread(LPVOID pWatch);
     static DWORD WINAPI ScanPortsWorker(LPVOID pWatch);
     bool StartThread(LPTHREAD_START_ROUTINE pfnThread, HANDLE* phThread);
+    bool AwaitStop(DWORD dwTime);
     void RunCycles();
     void RunWorker();
     void EndWorker();
@@ -62,5 +63,10 @@ private:
     HANDLE m_evRunning = nullptr; // a thread has begun
     HANDLE m_evRequest = nullptr; // the worker has a list, or is to end
     std::vector<std::string> m_WorkerPorts;
-    bool m_bEndWorker = false;
+    std::atomic<bool> m_bEndWorker = false;
+    // What the events say, for a thread whose wait has failed.
+    std::atomic<bool> m_bBegun = false;
+    std::atomic<bool> m_bEnding = false;
+    std::atomic<bool> m_bWatching = false;
+    std::atomic<bool> m_bWorkerBusy = false;
 };

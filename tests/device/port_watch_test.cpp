@@ -133,3 +133,28 @@ TEST_F(PortWatchTest, AThreadThatCannotBeMadeLeavesTheDeviceWorking)
     EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
     EXPECT_EQ(usb.Control().Rejected(), 0u);
 }
+
+TEST_F(PortWatchTest, AWaitThatFailsIsTriedAgain)
+{
+    Create();
+    StartWatch();
+    ASSERT_TRUE(AwaitBlocked(15000));
+    platform_test::FailCall("WaitForSingleObject", ERROR_NOT_ENOUGH_MEMORY);    // between two cycles
+    platform_test::FailCall("WaitForMultipleObjects", ERROR_NOT_ENOUGH_MEMORY); // for the worker's half
+    Attach("com1");
+    NextCycle();
+    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
+    EXPECT_TRUE(HasLine("BT_Thread - WaitForSingleObject failed with error = 0x8."));
+    EXPECT_EQ(platform_test::PendingFailures("WaitForMultipleObjects"), 0u);
+}
+
+TEST_F(PortWatchTest, StoppingEndsAWatchThatCannotWaitAnyMore)
+{
+    Create();
+    StartWatch();
+    ASSERT_TRUE(AwaitBlocked(15000));
+    for (const char* call : {"WaitForSingleObject", "WaitForMultipleObjects"})
+        platform_test::FailCall(call, ERROR_NOT_ENOUGH_MEMORY, 0, 1000000);
+    StopWatch();
+    EXPECT_TRUE(HasLine("BT_Thread - Ending thread"));
+}

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "api/handset_fixture.h"
+#include "phn_platform_test.h"
 #include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
 
@@ -74,6 +75,19 @@ TEST_F(LoadTest, ALogThatCannotBeOpenedDoesNotHoldUpTheUnload)
     ASSERT_TRUE(PumpUntil([&] { return silent_.Control().Requests(1) > 0; })) << "no scan";
     EXPECT_TRUE(FreeLibrary(library));
     EXPECT_TRUE(bench_.TakeLog().empty());
+}
+
+TEST_F(LoadTest, ALibraryThatCannotMakeWhatItNeedsIsNotLoaded)
+{
+    for (const char* call : {"CreateEventA", "CreateMutexA"}) {
+        platform_test::FailCall(call, ERROR_NOT_ENOUGH_MEMORY);
+        EXPECT_FALSE(LoadLibraryA(bench_.LibraryPath().c_str())) << call;
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_DLL_INIT_FAILED});
+        EXPECT_FALSE(GetModuleHandleA("PHNNRV.dll"));
+    }
+    const HMODULE library = LoadLibraryA(bench_.LibraryPath().c_str());
+    ASSERT_TRUE(library);
+    EXPECT_TRUE(FreeLibrary(library));
 }
 
 TEST_F(LoadTest, AHostThatEndsWithoutUnloadingEndsAtOnce)

@@ -76,6 +76,30 @@ TEST_F(StartupTest, ListedModelsAreRefusedWhateverTheirCase)
     EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
 }
 
+TEST_F(StartupTest, AModelForgesNoLineOfTheLog)
+{
+    bench_.SetLoggingLevel(kInstanceLines);
+    StartService();
+    CALL(PHN_Shutdown)();
+    bench_.TakeLog();
+    bench_.Handset().SetModel("X\r\n\x1B%s");
+    EXPECT_EQ(Startup(), PHN_ERROR_NONE);
+    const Lines lines = bench_.TakeLog();
+    EXPECT_EQ(std::ranges::count(lines, "phnnrv Comment GetVersion - Model version is X\\x0D\\x0A\\x1B%s"), 1);
+}
+
+TEST_F(StartupTest, ATextThatCannotBeConvertedIsNoEmptyText)
+{
+    StartService();
+    platform_test::FailCall("WideCharToMultiByte", ERROR_NOT_ENOUGH_MEMORY);
+    PHN_DEVICE_INFO info{};
+    info.uSize = sizeof info;
+    EXPECT_EQ(CALL(PHN_GetDeviceInfo)(&info), PHN_ERROR_FAILED);
+    EXPECT_EQ(bench_.TakeLog().back(),
+              "CCalderApp Error PHN_GetDeviceInfo - ended by an exception: text conversion failed.");
+    EXPECT_EQ(CALL(PHN_GetDeviceInfo)(&info), PHN_ERROR_NONE);
+}
+
 TEST_F(StartupTest, TheServiceEndsOnceAndBeginsAgainOnTheSamePort)
 {
     StartService();

@@ -1,6 +1,6 @@
 /* What the entry code of a module (module_entry.cpp) exchanges with the stand-in beyond Win32: the module's Windows
-   name, and whether the process is ending. DllMain then gets a reserved argument that is not null, as on Windows, and
-   nothing is waited for. */
+   name, whether its DllMain has refused to be loaded, and whether the process is ending. DllMain then gets a reserved
+   argument that is not null, as on Windows, and nothing is waited for. */
 #pragma once
 
 #include <minwindef.h>
@@ -8,10 +8,11 @@
 PHN_PLATFORM_BEGIN
 
 /* A module's Windows name, by which GetModuleHandleA finds it whatever its file is called. The record lies in the
-   module itself: its address says which module is meant. All but the name is the stand-in's own. */
+   module itself: its address says which module is meant. All but the first two members is the stand-in's own. */
 typedef struct PhnModuleName
 {
     const char* name;
+    int isRefused; /* not 0: LoadLibraryA is to fail */
     HMODULE module;
     const char* file;
     struct PhnModuleName* next;

@@ -1,9 +1,13 @@
 #include "base_lock.h"
 
+#include <array>
+#include <cstddef>
+#include <new>
+
 namespace platform {
 namespace {
 
-// Never destroyed: threads may still wait while the process ends.
+// Never destroyed: threads may still wait while the process ends. It needs no memory but its own: Sleep cannot fail.
 struct Base
 {
     std::mutex mutex;
@@ -12,7 +16,8 @@ struct Base
 
 Base& TheBase()
 {
-    static Base& base = *new Base;
+    alignas(Base) static std::array<std::byte, sizeof(Base)> storage;
+    static Base& base = *new (storage.data()) Base;
     return base;
 }
 

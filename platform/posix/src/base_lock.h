@@ -5,7 +5,6 @@
 #pragma once
 
 #include <condition_variable>
-#include <list>
 #include <mutex>
 
 #include "clock.h"
@@ -34,14 +33,6 @@ bool BlockUntil(Lock& lock, TimePoint deadline, Predicate&& holds)
     return true;
 }
 
-#if PHN_TEST_HOOKS
-struct BlockedThread
-{
-    DWORD timeout;
-    TimePoint deadline;
-};
-#endif
-
 // A wait that a caller asked for with a stated time-out, for as long as it lasts; a test can look for it.
 class StatedWait
 {
@@ -56,8 +47,12 @@ public:
     StatedWait& operator=(const StatedWait&) = delete;
 
 #if PHN_TEST_HOOKS
-private:
-    std::list<BlockedThread>::iterator place_;
+    // Under the base lock, those of all threads.
+    static inline StatedWait* first = nullptr;
+
+    const DWORD timeout;
+    const TimePoint deadline;
+    StatedWait* next = first;
 #endif
 };
 

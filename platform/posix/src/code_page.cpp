@@ -8,15 +8,13 @@
 #include <memory>
 #include <type_traits>
 
+#include "win32_error.h"
+
 namespace platform {
 namespace {
 
-constexpr UINT kDefaultAnsi = 1252;
-
 // iconv looks at a whole run again when it meets a unit that the target lacks: short runs keep that cheap.
 constexpr size_t kRunUnits = 64;
-
-const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
 
 std::string IconvName(UINT number)
 {
@@ -33,32 +31,6 @@ std::string IconvName(UINT number)
         return number >= 28591 && number <= 28605 ? "ISO-8859-" + std::to_string(number - 28590)
                                                   : "CP" + std::to_string(number);
     }
-}
-
-// Appends to the output what the input gives, as far as it can be converted; returns how much of the input that was.
-size_t Convert(iconv_t converter, std::string_view input, std::string& output)
-{
-    char* in = const_cast<char*>(input.data());
-    size_t left = input.size();
-    for (;;) {
-        char buffer[1024];
-        char* out = buffer;
-        size_t room = sizeof buffer;
-        const size_t result = iconv(converter, &in, &left, &out, &room);
-        output.append(buffer, out);
-        if (result != static_cast<size_t>(-1) || errno != E2BIG)
-            return input.size() - left;
-    }
-}
-
-// Appends what the converter still holds, and brings it to its first state.
-void Flush(iconv_t converter, std::string& output)
-{
-    char buffer[32];
-    char* out = buffer;
-    size_t room = sizeof buffer;
-    iconv(converter, nullptr, nullptr, &out, &room);
-    output.append(buffer, out);
 }
 
 void AppendUnit(std::string& output, char16_t unit)
@@ -78,6 +50,42 @@ bool IsAscii(std::basic_string_view<Unit> text)
 
 } // namespace
 
+Converter::Converter(const char* to, const char* from) : converter_(iconv_open(to, from))
+{
+    if (converter_ == kNone && errno != EINVAL)
+        ThrowErrno();
+}
+
+Converter::~Converter()
+{
+    if (converter_ != kNone)
+        iconv_close(converter_);
+}
+
+size_t Converter::Convert(std::string_view input, std::string& output)
+{
+    char* in = const_cast<char*>(input.data());
+    size_t left = input.size();
+    for (;;) {
+        char buffer[1024];
+        char* out = buffer;
+        size_t room = sizeof buffer;
+        const size_t result = iconv(converter_, &in, &left, &out, &room);
+        output.append(buffer, out);
+        if (result != static_cast<size_t>(-1) || errno != E2BIG)
+            return input.size() - left;
+    }
+}
+
+void Converter::Flush(std::string& output)
+{
+    char buffer[32];
+    char* out = buffer;
+    size_t room = sizeof buffer;
+    iconv(converter_, nullptr, nullptr, &out, &room);
+    output.append(buffer, out);
+}
+
 CodePage* CodePage::Find(UINT number)
 {
     struct Known
@@ -91,17 +99,12 @@ CodePage* CodePage::Find(UINT number)
     if (found != known.pages.end())
         return found->second.get();
     const std::string name = IconvName(number);
-    const iconv_t decoder = iconv_open("UTF-16LE", name.c_str());
-    if (decoder == kNone)
+    Converter decoder("UTF-16LE", name.c_str());
+    Converter encoder(name.c_str(), "UTF-16LE");
+    if (!decoder || !encoder)
         return nullptr;
-    const iconv_t encoder = iconv_open(name.c_str(), "UTF-16LE");
-    if (encoder == kNone) {
-        iconv_close(decoder);
-        return nullptr;
-    }
-    auto& page = known.pages[number];
-    page.reset(new CodePage(number, decoder, encoder));
-    return page.get();
+    std::unique_ptr<CodePage> page(new CodePage(number, std::move(decoder), std::move(encoder)));
+    return known.pages.emplace(number, std::move(page)).first->second.get();
 }
 
 UINT CodePage::Ansi()
@@ -115,8 +118,8 @@ UINT CodePage::Ansi()
     return known ? static_cast<UINT>(number) : kDefaultAnsi;
 }
 
-CodePage::CodePage(UINT number, iconv_t decoder, iconv_t encoder)
-    : number_(number), decoder_(decoder), encoder_(encoder)
+CodePage::CodePage(UINT number, Converter decoder, Converter encoder)
+    : number_(number), decoder_(std::move(decoder)), encoder_(std::move(encoder))
 {
     FindUndefinedBytes();
     isAscii_ = MapsAscii();
@@ -129,10 +132,10 @@ bool CodePage::MapsAscii()
         const char16_t unit = static_cast<char16_t>(code);
         std::string decoded;
         std::string encoded;
-        Convert(decoder_, {&c, 1}, decoded);
-        Flush(decoder_, decoded);
-        Convert(encoder_, {reinterpret_cast<const char*>(&unit), sizeof unit}, encoded);
-        Flush(encoder_, encoded);
+        decoder_.Convert({&c, 1}, decoded);
+        decoder_.Flush(decoded);
+        encoder_.Convert({reinterpret_cast<const char*>(&unit), sizeof unit}, encoded);
+        encoder_.Flush(encoded);
         std::string expected;
         AppendUnit(expected, unit);
         if (decoded != expected || encoded != std::string(1, c))
@@ -146,7 +149,7 @@ void CodePage::FindUndefinedBytes()
     for (unsigned byte = 0x80; byte <= 0xFF; byte++) {
         const char c = static_cast<char>(byte);
         std::string unused;
-        if (Convert(decoder_, {&c, 1}, unused) == 1)
+        if (decoder_.Convert({&c, 1}, unused) == 1)
             continue;
         if (errno == EINVAL) { // the first byte of several
             passed_.reset();
@@ -155,7 +158,7 @@ void CodePage::FindUndefinedBytes()
         passed_.set(byte, byte <= 0x9F);
     }
     std::string unused;
-    Flush(decoder_, unused);
+    decoder_.Flush(unused);
 }
 
 std::u16string CodePage::Decode(std::string_view bytes)
@@ -166,15 +169,15 @@ std::u16string CodePage::Decode(std::string_view bytes)
     std::string output;
     output.reserve(bytes.size() * sizeof(char16_t));
     while (!bytes.empty()) {
-        bytes.remove_prefix(Convert(decoder_, bytes, output));
+        bytes.remove_prefix(decoder_.Convert(bytes, output));
         if (bytes.empty())
             break;
-        Flush(decoder_, output);
+        decoder_.Flush(output);
         const auto byte = static_cast<unsigned char>(bytes[0]);
         AppendUnit(output, passed_[byte] ? byte : number_ == CP_UTF8 ? u'\uFFFD' : u'?');
         bytes.remove_prefix(1);
     }
-    Flush(decoder_, output);
+    decoder_.Flush(output);
     std::u16string units(output.size() / sizeof(char16_t), u'\0');
     std::memcpy(units.data(), output.data(), output.size());
     return units;
@@ -192,11 +195,11 @@ std::string CodePage::Encode(std::u16string_view units, bool* replaced)
         if (run < units.size() && (units[run - 1] & 0xFC00) == 0xD800)
             run++; // a surrogate pair stays together
         const std::string_view bytes(reinterpret_cast<const char*>(units.data()), run * sizeof(char16_t));
-        const size_t done = Convert(encoder_, bytes, output) / sizeof(char16_t);
+        const size_t done = encoder_.Convert(bytes, output) / sizeof(char16_t);
         units.remove_prefix(done);
         if (done == run)
             continue;
-        Flush(encoder_, output);
+        encoder_.Flush(output);
         if (units[0] <= 0xFF && passed_[units[0]]) {
             output += static_cast<char>(units[0]);
         } else {
@@ -206,7 +209,7 @@ std::string CodePage::Encode(std::u16string_view units, bool* replaced)
         }
         units.remove_prefix(1);
     }
-    Flush(encoder_, output);
+    encoder_.Flush(output);
     return output;
 }
 

@@ -5,19 +5,46 @@
 #include <iconv.h>
 
 #include <bitset>
+#include <cstdint>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <windows.h>
 
 namespace platform {
+
+// One direction of iconv; false if iconv does not know the code page. Throws if there is no memory for it.
+class Converter
+{
+public:
+    Converter(const char* to, const char* from);
+    Converter(Converter&& other) noexcept : converter_(std::exchange(other.converter_, kNone)) {}
+    Converter& operator=(Converter&&) = delete;
+    ~Converter();
+
+    explicit operator bool() const { return converter_ != kNone; }
+
+    // Appends to the output what the input gives, as far as it can be converted; returns how much of the input that
+    // was.
+    size_t Convert(std::string_view input, std::string& output);
+    // Appends what the converter still holds, and brings it to its first state.
+    void Flush(std::string& output);
+
+private:
+    static inline const iconv_t kNone = reinterpret_cast<iconv_t>(std::intptr_t{-1});
+
+    iconv_t converter_;
+};
 
 class CodePage
 {
 public:
     // The code page of this number, kept from its first use on; null if iconv does not know it.
     static CodePage* Find(UINT number);
+
+    static constexpr UINT kDefaultAnsi = 1252;
 
     // The number of the system's ANSI code page (PHNNRV_ANSI_CODE_PAGE).
     static UINT Ansi();
@@ -27,15 +54,15 @@ public:
     std::string Encode(std::u16string_view units, bool* replaced = nullptr);
 
 private:
-    CodePage(UINT number, iconv_t decoder, iconv_t encoder);
+    CodePage(UINT number, Converter decoder, Converter encoder);
 
     void FindUndefinedBytes();
     bool MapsAscii();
 
     const UINT number_;
     std::mutex mutex_; // a leaf; the converters have a state
-    iconv_t decoder_;
-    iconv_t encoder_;
+    Converter decoder_;
+    Converter encoder_;
     std::bitset<256> passed_; // bytes of a single-byte code page that mean nothing and stand for their own value
     bool isAscii_ = false;    // each code below 0x80 is one byte of the same value, both ways
 };

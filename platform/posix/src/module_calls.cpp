@@ -179,7 +179,12 @@ HMODULE WINAPI LoadLibraryA(LPCSTR lpLibFileName)
             throw Win32Error{file.find('/') == file.npos ? DWORD{ERROR_MOD_NOT_FOUND} : DWORD{ERROR_BAD_EXE_FORMAT}};
         const link_map* map = nullptr;
         dlinfo(opened, RTLD_DI_LINKMAP, &map);
-        return BaseOf(map->l_ld);
+        const HMODULE module = BaseOf(map->l_ld);
+        if (IsRefused(module)) {
+            dlclose(opened);
+            throw Win32Error{ERROR_DLL_INIT_FAILED};
+        }
+        return module;
     });
 }
 

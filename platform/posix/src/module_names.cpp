@@ -55,6 +55,16 @@ HMODULE NamedModule(const char* name)
     return nullptr;
 }
 
+bool IsRefused(HMODULE handle)
+{
+    const std::lock_guard guard(namesMutex);
+    for (const PhnModuleName* module = firstName; module; module = module->next) {
+        if (module->module == handle)
+            return module->isRefused != 0;
+    }
+    return false;
+}
+
 bool IsBesideModule(const std::string& path)
 {
     const std::lock_guard guard(namesMutex);

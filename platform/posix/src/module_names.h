@@ -11,6 +11,9 @@ namespace platform {
 // The module of this name, found without regard to case; null if none is loaded. Of two, the first.
 HMODULE NamedModule(const char* name);
 
+// Whether the module's DllMain has refused to be loaded.
+bool IsRefused(HMODULE handle);
+
 // Whether this file lies in the folder of such a module.
 bool IsBesideModule(const std::string& path);
 

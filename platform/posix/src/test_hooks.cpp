@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <list>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -42,9 +41,7 @@ Failure& FailureOf(const char* name)
     return failures[static_cast<std::size_t>(found - kCallNames.begin())];
 }
 
-// Under the base lock. Never destroyed: threads may still wait while the process ends.
-auto& blockedThreads = *new std::list<BlockedThread>;
-unsigned observers = 0; // threads in AwaitBlocked
+unsigned observers = 0; // threads in AwaitBlocked, under the base lock
 
 } // namespace
 
@@ -64,16 +61,19 @@ DWORD InjectedError(Call call) noexcept
     return failure.error;
 }
 
-StatedWait::StatedWait(const Lock& lock, DWORD milliseconds, TimePoint deadline)
-    : place_(blockedThreads.insert(blockedThreads.end(), {milliseconds, deadline}))
+StatedWait::StatedWait(const Lock& lock, DWORD milliseconds, TimePoint until) : timeout(milliseconds), deadline(until)
 {
+    first = this;
     if (observers > 0)
         WakeWaiters(lock);
 }
 
 StatedWait::~StatedWait()
 {
-    blockedThreads.erase(place_);
+    StatedWait** place = &first;
+    while (*place != this)
+        place = &(*place)->next;
+    *place = next;
 }
 
 } // namespace platform
@@ -93,13 +93,13 @@ void AdvanceClock(DWORD milliseconds)
 bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads)
 {
     const auto giveUp = SteadyClock::now() + std::chrono::seconds(10);
-    const auto isBlocked = [&](const BlockedThread& thread) {
-        return thread.timeout == timeoutMilliseconds && Now() < thread.deadline;
-    };
     Lock lock = TakeBaseLock();
     observers++;
     const auto found = [&] {
-        return std::ranges::count_if(blockedThreads, isBlocked) >= static_cast<std::ptrdiff_t>(threads);
+        unsigned blocked = 0;
+        for (const StatedWait* wait = StatedWait::first; wait; wait = wait->next)
+            blocked += wait->timeout == timeoutMilliseconds && Now() < wait->deadline;
+        return blocked >= threads;
     };
     while (!found() && SteadyClock::now() < giveUp)
         WaitForWake(lock, Now() + (giveUp - SteadyClock::now()));

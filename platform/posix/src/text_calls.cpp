@@ -63,7 +63,8 @@ int Deliver(const Text& result, typename Text::value_type* to, int length)
 
 UINT WINAPI GetACP()
 {
-    return CodePage::Ansi();
+    UINT number = 0;
+    return ErrorOf([&] { number = CodePage::Ansi(); }) == ERROR_SUCCESS ? number : CodePage::kDefaultAnsi;
 }
 
 int WINAPI MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteStr, int cbMultiByte,

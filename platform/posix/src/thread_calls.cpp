@@ -31,13 +31,15 @@ extern "C" void* RunThread(void* argument)
         const std::unique_ptr<ThreadStart> passed(static_cast<ThreadStart*>(argument));
         return std::move(*passed);
     }();
-    AttachThread(std::move(start.record));
+    const bool isAttached = ErrorOf([&] { AttachThread(start.record); }) == ERROR_SUCCESS;
     {
         const Lock lock = TakeBaseLock();
-        CurrentThread()->started = true;
+        (isAttached ? start.record->started : start.record->ended) = true;
         WakeWaiters(lock);
     }
-    start.routine(start.parameter);
+    start.record.reset();
+    if (isAttached)
+        start.routine(start.parameter);
     return nullptr;
 }
 
@@ -75,7 +77,12 @@ HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE
         }
         start.release();
         Lock lock = TakeBaseLock();
-        BlockUntil(lock, kNever, [&] { return record->started; });
+        BlockUntil(lock, kNever, [&] { return record->started || record->ended; });
+        if (!record->started) {
+            lock.unlock();
+            FreeHandle(handle);
+            throw Win32Error{ERROR_NOT_ENOUGH_MEMORY};
+        }
         if (lpThreadId)
             *lpThreadId = record->id;
         return handle;
@@ -90,7 +97,7 @@ void WINAPI ExitThread(DWORD)
 
 DWORD WINAPI GetCurrentThreadId()
 {
-    return CurrentThread()->id;
+    return static_cast<DWORD>(gettid()); // as in the thread's record, which there may be no memory for
 }
 
 HANDLE WINAPI GetCurrentThread()
