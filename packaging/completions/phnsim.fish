@@ -13,6 +13,7 @@ complete -c phnsim -r -F -l script -d 'control lines to carry out from the start
 complete -c phnsim -l strict -d 'what is wrong on standard input ends it as well'
 complete -c phnsim -l ready -d 'print one JSON line when the port is there'
 complete -c phnsim -r -F -l log -d 'write every exchange as a JSON line'
+complete -c phnsim -r -F -l record -d 'record every byte with its time, as JSON lines'
 complete -c phnsim -x -l web -d 'a panel in the browser'
 complete -c phnsim -l once -d 'end when the host has closed the port'
 complete -c phnsim -l list-commands -d 'list the commands of the wire protocol'

@@ -41,4 +41,16 @@ std::optional<std::uint64_t> ExpectedSize(const Command& command, std::span<cons
     return command.requestSize + std::uint64_t{count.U32("count")} * command.itemSize;
 }
 
+std::string WhyMalformed(const Command& command, std::span<const std::uint8_t> request)
+{
+    FieldReader header(request);
+    header.U32("command");
+    if (header.U16("one") != 1)
+        return "bytes 4 and 5 are not 1";
+    const auto expected = ExpectedSize(command, request);
+    if (expected == request.size())
+        return {};
+    return std::to_string(request.size()) + " bytes instead of " + (expected ? std::to_string(*expected) : "more");
+}
+
 } // namespace simulator

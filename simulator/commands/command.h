@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace simulator {
@@ -75,6 +76,9 @@ std::vector<Command> AllCommands();
 
 // The size the whole request must have; none while too few bytes are there to tell.
 std::optional<std::uint64_t> ExpectedSize(const Command& command, std::span<const std::uint8_t> request);
+
+// Why a request record of a known command is turned away; empty when it is well formed.
+std::string WhyMalformed(const Command& command, std::span<const std::uint8_t> request);
 
 // The rows of each service.
 std::span<const Command> StatusCommands();

@@ -9,9 +9,15 @@ namespace simulator {
 namespace {
 
 constexpr std::array<std::uint8_t, 4> kRequestHeader{kCommandCode, 0x00, 0x13, 0x00};
-constexpr std::size_t kSequenceOffset = 4;
-constexpr std::size_t kRecordOffset = 8;
-constexpr std::size_t kCheckSize = 2;
+
+// An escape that is escaped is no last one.
+bool EndsInEscape(std::span<const std::uint8_t> stuffed)
+{
+    bool isEscaped = false;
+    for (const std::uint8_t byte : stuffed)
+        isEscaped = !isEscaped && byte == kEscape;
+    return isEscaped;
+}
 
 } // namespace
 
@@ -40,7 +46,7 @@ Bytes Stuff(std::span<const std::uint8_t> frame)
     return stuffed;
 }
 
-RequestFrame ParseRequest(std::span<const std::uint8_t> stuffed)
+Bytes Unstuff(std::span<const std::uint8_t> stuffed)
 {
     Bytes frame;
     frame.reserve(stuffed.size());
@@ -49,10 +55,16 @@ RequestFrame ParseRequest(std::span<const std::uint8_t> stuffed)
             frame.push_back(stuffed[i]);
         else if (++i < stuffed.size())
             frame.push_back(static_cast<std::uint8_t>(stuffed[i] ^ 0x20));
-        else
-            return {.reason = "an escape right before the flag"};
     }
-    if (frame.size() < kRecordOffset + kCheckSize)
+    return frame;
+}
+
+RequestFrame ParseRequest(std::span<const std::uint8_t> stuffed)
+{
+    if (EndsInEscape(stuffed))
+        return {.reason = "an escape right before the flag"};
+    const Bytes frame = Unstuff(stuffed);
+    if (frame.size() < kRequestRecordOffset + kCheckSize)
         return {.reason = "a frame of " + std::to_string(frame.size()) + " bytes"};
     const std::span<const std::uint8_t> bytes = frame;
     const auto checked = bytes.first(bytes.size() - kCheckSize);
@@ -61,8 +73,8 @@ RequestFrame ParseRequest(std::span<const std::uint8_t> stuffed)
         return {.reason = "a wrong check value"};
     if (!std::equal(kRequestHeader.begin(), kRequestHeader.end(), bytes.begin()))
         return {.reason = "a wrong frame header"};
-    FieldReader sequence(bytes.subspan(kSequenceOffset));
-    const auto record = checked.subspan(kRecordOffset);
+    FieldReader sequence(bytes.subspan(kRequestSequenceOffset));
+    const auto record = checked.subspan(kRequestRecordOffset);
     return {.reason = {}, .sequence = sequence.U32("sequence"), .record = Bytes(record.begin(), record.end())};
 }
 

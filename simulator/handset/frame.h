@@ -17,11 +17,21 @@ constexpr std::uint8_t kEscape = 0x7D;
 constexpr std::uint8_t kCommandCode = 0x4B;
 constexpr std::size_t kLongestRequestFrame = 8193; // stuffed
 
+// Where the parts of an unstuffed frame lie.
+constexpr std::size_t kRequestSequenceOffset = 4;
+constexpr std::size_t kRequestRecordOffset = 8;
+constexpr std::size_t kReplySequenceOffset = 9;
+constexpr std::size_t kReplyPayloadOffset = 13;
+constexpr std::size_t kCheckSize = 2;
+
 // CRC-16/X.25, without a table.
 std::uint16_t CheckValue(std::span<const std::uint8_t> bytes);
 
 // Escapes every flag and escape byte, then closes with the flag.
 Bytes Stuff(std::span<const std::uint8_t> frame);
+
+// What Stuff has made, without the closing flag. A last escape, with nothing behind it, is dropped.
+Bytes Unstuff(std::span<const std::uint8_t> stuffed);
 
 struct RequestFrame
 {

@@ -47,7 +47,6 @@ Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const Depa
 {
     FieldReader header(record);
     Answered answered{.exchange = {.command = header.U32("command")}};
-    const std::uint16_t one = header.U16("one");
     const Command* command = FindCommand(answered.exchange.command);
     if (!command) {
         const Command unknown{
@@ -55,11 +54,8 @@ Answered CarryOut(Phone& phone, std::span<const std::uint8_t> record, const Depa
         TurnAway(answered, unknown, kUnknownCommand, "refused");
         return answered;
     }
-    const auto expected = ExpectedSize(*command, record);
-    if (one != 1 || expected != record.size()) {
-        const std::string size = expected ? std::to_string(*expected) : "more";
-        TurnAway(answered, *command, kMalformedRequest,
-                 one != 1 ? "bytes 4 and 5 are not 1" : std::to_string(record.size()) + " bytes instead of " + size);
+    if (const std::string why = WhyMalformed(*command, record); !why.empty()) {
+        TurnAway(answered, *command, kMalformedRequest, why);
         return answered;
     }
     Outcome outcome = Refusal(*command, departure);

@@ -3,18 +3,19 @@
 #include "simulator/phnsim/end_request.h"
 #include "simulator/phnsim/options.h"
 #include "simulator/phnsim/standard_input.h"
+#include "simulator/recording/recording.h"
+#include "simulator/recording/tap.h"
 #include "simulator/script/json_lines.h"
 #include "simulator/script/loop.h"
 #include "simulator/web/panel.h"
 
-#include <array>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <exception>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
 #include <unistd.h>
@@ -36,21 +37,6 @@ void Print(std::FILE* stream, std::string_view line)
 {
     std::fprintf(stream, "%.*s\n", static_cast<int>(line.size()), line.data());
     std::fflush(stream);
-}
-
-std::string WithTime(std::string_view line)
-{
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    const auto milliseconds =
-        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    std::array<char, 16> time{};
-    std::strftime(time.data(), time.size(), "%H:%M:%S", &local);
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%s.%03d ", time.data(), static_cast<int>(milliseconds));
-    return text.data() + std::string(line);
 }
 
 void Prepare(Handset& handset, const Options& options, const Handset::TraceSink& trace)
@@ -143,12 +129,23 @@ int Run(const Options& options)
     PrepareForEndRequests();
     // Standard output is for programs once they have asked for the ready line.
     const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
-    const auto trace = [&](std::string_view line) { print(WithTime(line)); };
+    const auto trace = [&](std::string_view line) {
+        print(ToText(std::chrono::system_clock::now()) + " " + std::string(line));
+    };
     ExchangeLog log(options.log);
+    std::optional<RecordingWriter> recording;
+    if (!options.record.empty())
+        recording.emplace(options.record, RecordingHeader{.program = "phnsim " PHN_VERSION, .kind = options.kind});
+    PacketAssembler packets(options.kind, [&](const Packet& packet) {
+        if (recording)
+            recording->Write(packet);
+    });
     Wakeup wakeup;
     History history(wakeup);
-    Simulator simulator(options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name),
-                        options.kind);
+    LineOpener lines = options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name);
+    if (recording)
+        lines = Tapped(std::move(lines), [&](const Chunk& chunk) { packets.Take(chunk); });
+    Simulator simulator(std::move(lines), options.kind);
     Prepare(simulator.Control(), options, trace);
     Control control{.simulator = simulator,
                     .history = history,
@@ -172,6 +169,8 @@ int Run(const Options& options)
     if (!options.data.empty())
         simulator.Control().Save(options.data);
     log.Check();
+    if (recording)
+        recording->Check();
     if (control.failure)
         throw std::runtime_error(*control.failure);
     return 0;

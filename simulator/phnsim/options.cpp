@@ -63,6 +63,7 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
     app.add_flag("--ready", options.ready,
                  "print one JSON line when the port is there, everything else on standard error");
     app.add_option("--log", options.log, "write every exchange as a JSON line")->type_name("FILE");
+    app.add_option("--record", options.record, "record every byte with its time, as JSON lines")->type_name("FILE");
     auto* webOption =
         app.add_option("--web", web, "a panel in the browser, on this port of 127.0.0.1 (default: a free one)")
             ->option_text("[PORT]")

@@ -25,6 +25,7 @@ struct Options
     bool hex = false;
     std::string script;
     std::string log;
+    std::string record;
     std::optional<std::uint16_t> webPort; // 0: one that is free
     bool strict = false;
     bool ready = false;

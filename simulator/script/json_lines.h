@@ -3,13 +3,13 @@
 #pragma once
 
 #include "simulator/handset/exchange.h"
+#include "simulator/handset/utc_time.h"
 
-#include <chrono>
 #include <string>
 
 namespace simulator {
 
-std::string ToJsonLine(const Exchange& exchange, std::chrono::system_clock::time_point time);
+std::string ToJsonLine(const Exchange& exchange, Moment time);
 
 // The port is there, and the panel at `web`, which is empty where there is none.
 std::string ReadyJsonLine(const std::string& model, const std::string& port, const std::string& web);

@@ -1,0 +1,132 @@
+#include "simulator/recording/recording.h"
+
+#include "simulator/recording/json_fields.h"
+
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+
+namespace simulator {
+namespace {
+
+constexpr int kVersion = 1;
+
+std::string ToHex(const Bytes& bytes)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string hex;
+    hex.reserve(2 * bytes.size());
+    for (const std::uint8_t byte : bytes)
+        hex.append({kDigits[byte >> 4], kDigits[byte & 0xF]});
+    return hex;
+}
+
+std::uint8_t HexDigit(char digit)
+{
+    constexpr std::string_view kDigits = "0123456789ABCDEFabcdef";
+    const std::size_t value = kDigits.find(digit);
+    if (value == std::string_view::npos)
+        throw std::runtime_error("\"bytes\" are no hexadecimal digits");
+    return static_cast<std::uint8_t>(value < 16 ? value : value - 6);
+}
+
+Bytes FromHex(const std::string& hex)
+{
+    if (hex.size() % 2 != 0)
+        throw std::runtime_error("\"bytes\" are an odd number of digits");
+    Bytes bytes(hex.size() / 2);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::uint8_t>(HexDigit(hex[2 * i]) << 4 | HexDigit(hex[2 * i + 1]));
+    return bytes;
+}
+
+Json ToJson(const RecordingHeader& header)
+{
+    return {{"recording", kVersion},
+            {"program", header.program},
+            {"port", header.kind == PortKind::Modem ? "modem" : "diagnostic"},
+            {"masked", header.isMasked}};
+}
+
+RecordingHeader ParseHeader(const Json& line)
+{
+    if (!line.is_object() || !line.contains("recording"))
+        throw std::runtime_error("this is no recording of phnsim");
+    if (line.at("recording") != kVersion)
+        throw std::runtime_error("this recording is of a later version of phnsim");
+    const auto port = line.at("port").get<std::string>();
+    if (port != "modem" && port != "diagnostic")
+        throw std::runtime_error("\"" + port + "\" is no kind of port");
+    return {.program = line.value("program", ""),
+            .kind = port == "modem" ? PortKind::Modem : PortKind::Diagnostic,
+            .isMasked = line.value("masked", false)};
+}
+
+Packet ParsePacket(const Json& line)
+{
+    const auto time = ParseMoment(line.at("time").get<std::string>());
+    const auto from = line.at("from").get<std::string>();
+    if (!time || (from != "host" && from != "handset"))
+        throw std::runtime_error("\"time\" or \"from\" cannot be read");
+    return {.time = *time,
+            .took = std::chrono::milliseconds(line.value("took", std::int64_t{0})),
+            .sender = from == "host" ? Sender::Host : Sender::Handset,
+            .bytes = FromHex(line.value("bytes", ""))};
+}
+
+} // namespace
+
+Recording ReadRecording(const std::filesystem::path& file)
+{
+    std::ifstream stream(file);
+    Recording recording;
+    unsigned number = 0;
+    std::string text;
+    try {
+        while (std::getline(stream, text)) {
+            ++number;
+            const Json line = Json::parse(text);
+            if (number == 1)
+                recording.header = ParseHeader(line);
+            else
+                recording.packets.push_back({number, ParsePacket(line), line.value("blanked", std::size_t{0})});
+        }
+    } catch (const std::exception& error) {
+        throw std::runtime_error(file.string() + ":" + std::to_string(number) + ": " + error.what());
+    }
+    if (number == 0 || stream.bad())
+        throw std::runtime_error(file.string() + " cannot be read");
+    return recording;
+}
+
+RecordingWriter::RecordingWriter(const std::filesystem::path& file, const RecordingHeader& header)
+    : file_(file), stream_(file, std::ios::trunc), dissector_(header.kind)
+{
+    stream_ << Dump(ToJson(header)) << std::endl;
+    Check();
+}
+
+void RecordingWriter::Write(const Packet& packet, std::size_t blanked)
+{
+    Json line = {{"time", ToText(packet.time)}, {"from", packet.sender == Sender::Host ? "host" : "handset"}};
+    const Dissection dissection = dissector_.Dissect(packet);
+    if (dissection.kind == Dissection::Kind::Closing)
+        line["name"] = "close";
+    else {
+        if (packet.took.count() > 0)
+            line["took"] = packet.took.count();
+        line["bytes"] = ToHex(packet.bytes);
+        if (blanked > 0)
+            line["blanked"] = blanked;
+        AddExchange(line, dissection.exchange);
+    }
+    stream_ << Dump(line) << std::endl;
+}
+
+void RecordingWriter::Check() const
+{
+    if (!stream_)
+        throw std::runtime_error(file_.string() + " cannot be written");
+}
+
+} // namespace simulator
