@@ -62,8 +62,10 @@ endif()
 file(RELATIVE_PATH PHN_LIBRARIES_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH PHN_DATA_FROM_PROGRAMS ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR})
 
-# What Windows shows as the properties of a file.
+# What Windows shows as the properties of a file; what is said of the product may follow.
 function(phn_version_resource target type file description)
+    set(product "PHNNRV ${ARGN}")
+    string(STRIP "${product}" product)
     configure_file(${CMAKE_SOURCE_DIR}/cmake/version.rc.in ${target}_version.rc @ONLY)
     target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}_version.rc)
 endfunction()

@@ -36,10 +36,12 @@ protected:
 // Opens the next line; throws std::system_error when it cannot be offered.
 using LineOpener = std::function<std::unique_ptr<Line>()>;
 
-// A pseudo terminal, linked into the device directory as `name` for as long as the line lives.
+// On Linux: a pseudo terminal, linked into the device directory as `name` for as long as the line lives.
 LineOpener PtyLines(std::filesystem::path devices, std::string name);
 // One connection at a time to `port` on 127.0.0.1. Throws std::system_error when the port is taken.
 // A peer that goes while it is written to raises SIGPIPE, which the program has to ignore.
 LineOpener TcpLines(std::uint16_t port);
+// On Windows: a serial port, usually one end of a virtual pair. It tells nothing of a host's closing the other end.
+LineOpener ComLines(std::string name);
 
 } // namespace simulator

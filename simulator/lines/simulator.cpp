@@ -16,7 +16,7 @@ std::string ModemInterfaceName(const std::string& instance)
 }
 
 Simulator::Simulator(LineOpener opener, PortKind kind, Phone phone)
-    : opener_(std::move(opener)), kind_(kind), handset_(std::move(phone)), thread_([this] { Serve(); })
+    : opener_(std::move(opener)), kind_(kind), handset_(std::move(phone)), worker_([this] { Serve(); })
 {
 }
 
@@ -35,7 +35,7 @@ void Simulator::Want(Wanted wanted)
     if (wanted != Wanted::Plugged && line_)
         line_->Interrupt();
     changed_.notify_all();
-    if (std::this_thread::get_id() == thread_.get_id())
+    if (worker_.IsCurrent())
         return;
     const Presence presence = wanted == Wanted::Plugged ? Presence::There : Presence::Gone;
     changed_.wait(lock, [&] { return failure_ || wanted_ != wanted || presence_ == presence; });
@@ -52,8 +52,7 @@ void Simulator::Stop()
             line_->Interrupt();
         changed_.notify_all();
     }
-    if (thread_.joinable())
-        thread_.join();
+    worker_.Join();
 }
 
 void Simulator::HangUp()
@@ -63,7 +62,7 @@ void Simulator::HangUp()
         return;
     const std::uint64_t before = opened_;
     line_->Interrupt();
-    if (std::this_thread::get_id() == thread_.get_id())
+    if (worker_.IsCurrent())
         return;
     changed_.wait(lock, [&] { return failure_ || opened_ != before || wanted_ != Wanted::Plugged; });
     if (failure_)

@@ -7,6 +7,7 @@
 #include "simulator/handset/handset.h"
 #include "simulator/handset/session.h"
 #include "simulator/lines/line.h"
+#include "simulator/lines/worker.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -14,7 +15,6 @@
 #include <filesystem>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace simulator {
@@ -86,7 +86,7 @@ private:
     std::uint64_t opened_ = 0;
     Line* line_ = nullptr;
     std::exception_ptr failure_;
-    std::thread thread_;
+    Worker worker_;
 };
 
 } // namespace simulator

@@ -18,8 +18,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include <unistd.h>
-
 namespace {
 
 using namespace simulator;
@@ -48,18 +46,6 @@ void Prepare(Handset& handset, const Options& options, const Handset::TraceSink&
         handset.AddFault(fault);
     if (options.trace)
         handset.SetTrace(trace, options.hex ? TraceDetail::Hex : TraceDetail::Decoded);
-}
-
-// What a newcomer meets first: the usual directory is root's to make.
-void CheckDevices(const std::string& devices)
-{
-    const bool isThere = std::filesystem::is_directory(devices);
-    if (isThere && access(devices.c_str(), W_OK | X_OK) == 0)
-        return;
-    throw std::runtime_error(
-        (isThere ? "this user may not write into the device directory " : "there is no device directory ") + devices +
-        "\nChoose another one with --devices or PHNNRV_DEVICES, which phnctl needs as well, and make "
-        "it:\n  export PHNNRV_DEVICES=/tmp/handsets; mkdir -p $PHNNRV_DEVICES");
 }
 
 // Called for each exchange; throws nothing, so that a full disk is told at the end, by Check().
@@ -102,19 +88,19 @@ void Serve(const Options& options, Control& control, const std::string& web)
 {
     const StopAtEnd stop{control.simulator};
     Loop loop(control, {.file = "standard input", .isStrict = options.strict}, options.once);
-    if (!options.script.empty())
-        loop.Script().AddFile(options.script);
+    if (!options.script.empty()) {
+        std::ifstream script(options.script);
+        loop.Script().AddAll(script, options.script);
+    }
     if (control.isOver) // a line cannot be read
         return;
     control.simulator.Start();
     loop.Script().Advance();
     const std::string model = control.simulator.Control().Snapshot().identity.model;
-    const std::string port =
-        options.tcpPort ? "127.0.0.1:" + std::to_string(*options.tcpPort) : options.devices + "/" + options.name;
     if (options.ready)
-        Print(stdout, ReadyJsonLine(model, port, web));
+        Print(stdout, ReadyJsonLine(model, options.port.shown, web));
     else
-        control.print("serving " + model + " on " + port);
+        control.print("serving " + model + " on " + options.port.shown);
     if (!options.ready && !web.empty())
         Print(stdout, "panel at " + web);
     const auto end = WatchEndRequests([&] { loop.Stop("a signal has ended phnsim"); });
@@ -124,8 +110,6 @@ void Serve(const Options& options, Control& control, const std::string& web)
 
 int Run(const Options& options)
 {
-    if (!options.tcpPort)
-        CheckDevices(options.devices);
     PrepareForEndRequests();
     // Standard output is for programs once they have asked for the ready line.
     const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
@@ -135,17 +119,17 @@ int Run(const Options& options)
     ExchangeLog log(options.log);
     std::optional<RecordingWriter> recording;
     if (!options.record.empty())
-        recording.emplace(options.record, RecordingHeader{.program = "phnsim " PHN_VERSION, .kind = options.kind});
-    PacketAssembler packets(options.kind, [&](const Packet& packet) {
+        recording.emplace(options.record, RecordingHeader{.program = "phnsim " PHN_VERSION, .kind = options.port.kind});
+    PacketAssembler packets(options.port.kind, [&](const Packet& packet) {
         if (recording)
             recording->Write(packet);
     });
     Wakeup wakeup;
     History history(wakeup);
-    LineOpener lines = options.tcpPort ? TcpLines(*options.tcpPort) : PtyLines(options.devices, options.name);
+    LineOpener lines = options.port.open();
     if (recording)
         lines = Tapped(std::move(lines), [&](const Chunk& chunk) { packets.Take(chunk); });
-    Simulator simulator(std::move(lines), options.kind);
+    Simulator simulator(std::move(lines), options.port.kind);
     Prepare(simulator.Control(), options, trace);
     Control control{.simulator = simulator,
                     .history = history,

@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <iostream>
+
 namespace simulator {
 namespace {
 
@@ -14,44 +16,21 @@ Control lines on standard input change the handset while it runs: "help" lists t
 Those of a script may also wait for the host and expect something of it (docs/simulator.md).
 With --data the state is loaded from FILE if it exists, and saved there at the end.
 docs/protocol.md says what the values of the state mean.
-Ctrl-C or the control line "quit" ends the simulator and removes its link; the end of
+Ctrl-C or the control line "quit" ends the simulator and takes its port away; the end of
 standard input does not.
 
 Faults:
 )";
-
-// What becomes a name, or a part of one, in the device directory stays in there.
-std::string CheckName(const std::string& name)
-{
-    const bool isName = !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
-    return isName ? std::string() : "\"" + name + "\" is no name for an entry of the device directory";
-}
 
 } // namespace
 
 std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
 {
     Options options;
-    std::string port, usb, modem;
-    std::uint16_t tcp = 0, web = 0;
+    std::uint16_t web = 0;
     CLI::App app("A simulated handset on a serial port.", "phnsim");
     app.footer(kFooter + FaultHelp());
-    auto* way = app.add_option_group("port", "how it is reached (one of these)");
-    way->add_option("--port", port, "a plain serial port of this name, such as com5")
-        ->type_name("NAME")
-        ->check(CheckName);
-    way->add_option("--usb", usb, "the diagnostic interface of a USB handset, such as 0001")
-        ->type_name("INSTANCE")
-        ->check(CheckName);
-    way->add_option("--modem", modem, "the modem interface of a USB handset, such as 0001")
-        ->type_name("INSTANCE")
-        ->check(CheckName);
-    auto* tcpOption = way->add_option("--tcp", tcp, "a TCP port on 127.0.0.1")->type_name("PORT");
-    way->require_option(1);
-    options.devices = "/dev/phnnrv";
-    app.add_option("--devices", options.devices, "the device directory")
-        ->envname("PHNNRV_DEVICES")
-        ->capture_default_str();
+    const PortOptions port(app);
     app.add_option("--data", options.data, "the state as JSON")->type_name("FILE");
     app.add_option("--fault", options.faults, "a fault, as below; may be given again")->type_name("FAULT");
     app.add_option("--seed", options.seed, "for faults that strike by chance")->capture_default_str();
@@ -89,12 +68,13 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
         return kUsageError;
     }
     options.trace = options.trace || options.hex;
-    if (tcpOption->count() != 0)
-        options.tcpPort = tcp;
     if (webOption->count() != 0)
         options.webPort = web;
-    options.name = !usb.empty() ? UsbInterfaceName(usb) : !modem.empty() ? ModemInterfaceName(modem) : port;
-    options.kind = modem.empty() ? PortKind::Diagnostic : PortKind::Modem;
+    options.port = port.Choice();
+    if (options.once && !options.port.tellsClose) {
+        std::cerr << "phnsim: --once needs a port that tells when a host closes it; a serial port does not\n";
+        return kUsageError;
+    }
     return options;
 }
 

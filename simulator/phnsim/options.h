@@ -2,7 +2,7 @@
 // because it costs seconds per file that includes it.
 #pragma once
 
-#include "simulator/lines/simulator.h"
+#include "simulator/phnsim/port_options.h"
 
 #include <cstdint>
 #include <optional>
@@ -14,10 +14,7 @@ namespace simulator {
 
 struct Options
 {
-    std::string name; // the entry in the device directory; empty with tcpPort
-    PortKind kind = PortKind::Diagnostic;
-    std::optional<std::uint16_t> tcpPort;
-    std::string devices;
+    PortChoice port;
     std::string data;
     std::vector<std::string> faults;
     std::uint32_t seed = 1;

@@ -1,5 +1,7 @@
 #include "simulator/phnsim/standard_input.h"
 
+#include "simulator/script/line_splitter.h"
+
 #include <array>
 #include <mutex>
 #include <string_view>
@@ -16,21 +18,12 @@ struct StandardInput::Reader
     void Run()
     {
         constexpr unsigned kSize = 4096;
+        LineSplitter lines([this](std::string line) { Tell(std::move(line)); });
         std::array<char, kSize> buffer;
         for (auto size = read(STDIN_FILENO, buffer.data(), kSize); size > 0;
              size = read(STDIN_FILENO, buffer.data(), kSize))
-            Split(std::string_view(buffer.data(), static_cast<std::size_t>(size)));
-        if (!pending.empty())
-            Tell(std::move(pending));
-    }
-
-    void Split(std::string_view bytes)
-    {
-        pending += bytes;
-        std::size_t begin = 0;
-        for (std::size_t end = 0; (end = pending.find('\n', begin)) != std::string::npos; begin = end + 1)
-            Tell(pending.substr(begin, end - begin));
-        pending.erase(0, begin);
+            lines.Add(std::string_view(buffer.data(), static_cast<std::size_t>(size)));
+        lines.Finish();
     }
 
     void Tell(std::string line)
@@ -42,7 +35,6 @@ struct StandardInput::Reader
 
     std::mutex mutex;
     StandardInput::Take take;
-    std::string pending; // the beginning of a line
 };
 
 StandardInput::StandardInput(Take take) : reader_(std::make_shared<Reader>())

@@ -1,7 +1,6 @@
 #include "simulator/script/line_queue.h"
 
 #include <exception>
-#include <fstream>
 #include <stdexcept>
 #include <utility>
 
@@ -16,16 +15,15 @@ void LineQueue::Add(const Place& place, const std::string& text)
     }
 }
 
-void LineQueue::AddFile(const std::string& file)
+void LineQueue::AddAll(std::istream& script, const std::string& file)
 {
-    std::ifstream stream(file);
     Place place{.file = file, .isStrict = true};
     std::string text;
-    while (std::getline(stream, text) && !control_.isOver) {
+    while (std::getline(script, text) && !control_.isOver) {
         ++place.line;
         Add(place, text);
     }
-    if (stream.bad() || !stream.eof())
+    if (!control_.isOver && (script.bad() || !script.eof()))
         throw std::runtime_error(file + " cannot be read");
 }
 

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <deque>
+#include <istream>
 #include <optional>
 #include <string>
 
@@ -18,8 +19,9 @@ public:
 
     // What cannot be read is reported, and not queued.
     void Add(const Place& place, const std::string& text);
-    // All lines of a script; throws std::runtime_error with file and line.
-    void AddFile(const std::string& file);
+    void Add(const Place& place, const ControlLine& line) { lines_.push_back({place, {}, line}); }
+    // All lines of a script, called `file`; throws std::runtime_error when it cannot be read.
+    void AddAll(std::istream& script, const std::string& file);
 
     // Carries out what can be carried out now.
     void Advance();

@@ -1,0 +1,15 @@
+// Included before every source of src/link in the build with the simulated handset.
+#pragma once
+
+#include "port_calls.h"
+
+#define CreateFileA SimulatedCreateFileA
+#define SetCommTimeouts SimulatedSetCommTimeouts
+#define ClearCommError SimulatedClearCommError
+#define PurgeComm SimulatedPurgeComm
+#define SetupDiGetClassDevsA SimulatedSetupDiGetClassDevsA
+#define SetupDiEnumDeviceInterfaces SimulatedSetupDiEnumDeviceInterfaces
+#define SetupDiGetDeviceInterfaceDetailA SimulatedSetupDiGetDeviceInterfaceDetailA
+#define SetupDiDestroyDeviceInfoList SimulatedSetupDiDestroyDeviceInfoList
+#define RegisterDeviceNotificationA SimulatedRegisterDeviceNotificationA
+#define UnregisterDeviceNotification SimulatedUnregisterDeviceNotification

@@ -1,0 +1,41 @@
+// The options of phnsim that say how its handset is reached, which differ from system to system.
+#pragma once
+
+#include "simulator/lines/simulator.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace simulator {
+
+struct PortChoice
+{
+    std::function<LineOpener()> open; // throws std::exception when the port cannot be offered here
+    PortKind kind = PortKind::Diagnostic;
+    std::string shown; // the port, for people and programs
+    bool tellsClose = true;
+};
+
+class PortOptions
+{
+public:
+    // One of the options has to be given.
+    explicit PortOptions(CLI::App& app);
+    ~PortOptions();
+    PortOptions(const PortOptions&) = delete;
+    PortOptions& operator=(const PortOptions&) = delete;
+
+    // After the command line has been parsed.
+    PortChoice Choice() const;
+
+private:
+    struct Values;
+    std::unique_ptr<Values> values_;
+};
+
+} // namespace simulator
