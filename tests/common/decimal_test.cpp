@@ -10,6 +10,7 @@ TEST(Decimal, IsClampedToThirtyTwoBits)
 {
     const std::pair<std::string_view, int32_t> cases[] = {{"", 0},
                                                           {"x1", 0},
+                                                          {"~1", 0},
                                                           {"12x", 12},
                                                           {" \t+7", 7},
                                                           {"-1", -1},

@@ -35,6 +35,12 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
     }
     EXPECT_EQ(owner_.TakeEvents(), Events{});
 
+    modem.Control().AddFault("error@at*1");
+    EXPECT_FALSE(Device().ScanforDevices(kModemInterface));
+    const Events search = TakeLog();
+    EXPECT_EQ(search.front(), "CDevice::ScanforDevices - Traversing all device");
+    EXPECT_EQ(search.back(), "CDevice::ScanforDevices - OpenModemPort failed");
+
     const ULONGLONG begin = GetTickCount64();
     EXPECT_EQ(Arrive(), TRUE);
     EXPECT_LT(GetTickCount64() - begin, 7000u) << "the scale is not applied";
@@ -42,6 +48,7 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
     const Events lines = TakeLog();
     EXPECT_EQ(std::ranges::count(lines, "CDevice::OpenModemPort - Setting the Handle"), 1);
     EXPECT_EQ(lines.back(), "CDevice::OnDeviceChange, DBT_DEVICEARRIVAL, opened modem port.");
+    EXPECT_TRUE(Device().ScanforDevices(kModemInterface)) << "it is open";
     EXPECT_TRUE(Device().CheckPort());
     EXPECT_EQ(modem.Control().Requests(kCommandStartup), 1u);
 }

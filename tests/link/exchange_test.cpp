@@ -104,6 +104,9 @@ TEST_F(ExchangeTest, SizesHandlesAndPortsAreCheckedInOrder)
                   line.empty() ? Lines{} : (Lines{"readwrite Error " + line, "readwrite Error ExecCmd - " + tail}));
     }
 
+    EXPECT_FALSE(ReadDevice(bad, some, 1, &length, 3000, &error, nullptr));
+    EXPECT_EQ(log_.TakeLines(), Lines{"readwrite Error ReadDevice - Handle is NULL."});
+
     DropPort();
     EXPECT_FALSE(ReadDevice(good, some, 1, &length, 3000, &error, nullptr));
     EXPECT_FALSE(WriteDevice(good, some, 1, &error, nullptr));
