@@ -58,5 +58,7 @@ if(PHN_BUILD_TOOLS)
         list(TRANSFORM files PREPEND packaging/completions/)
         install(FILES ${files} DESTINATION ${CMAKE_INSTALL_DATADIR}/${folder} COMPONENT tools)
     endforeach()
+    # Where Debian's Wireshark looks for scripts.
+    install(FILES wireshark/phnnrv.lua DESTINATION ${CMAKE_INSTALL_LIBDIR}/wireshark/plugins COMPONENT tools)
     install(FILES platform/posix/udev/70-phnnrv.rules DESTINATION lib/udev/rules.d COMPONENT tools)
 endif()

@@ -27,6 +27,14 @@ local function quoted(value)
     return '"' .. value:gsub("%c", ".") .. '"'
 end
 
+-- Wireshark's own conversion cuts the text by a byte for each character that takes two.
+local function latin1(bytes)
+    return (bytes:gsub("[\x80-\xFF]", function(character)
+        local code = character:byte()
+        return code < 0xC0 and "\xC2" .. character or "\xC3" .. string.char(code - 0x40)
+    end))
+end
+
 -- UTF-16, and one character a byte, up to the first zero.
 local function text(units)
     return { size = 2 * units, field = ProtoField.string, show = quoted, value = function(range)
@@ -40,8 +48,7 @@ end
 
 local function characters(size)
     return { size = size, field = ProtoField.string, show = quoted, value = function(range)
-        local length = (range:raw():find("\0", 1, true) or range:len() + 1) - 1
-        return length == 0 and "" or range(0, length):string(ENC_ISO_8859_1)
+        return latin1(range:raw():match("^[^\0]*"))
     end }
 end
 
@@ -596,7 +603,7 @@ end
 
 -- A line or an answer. Gives the summary.
 local function dissect_text(field, range, tree, pinfo, from_host)
-    local shown = range:string(ENC_ISO_8859_1)
+    local shown = latin1(range:raw())
     local item = tree:add(modem, range, "AT " .. printable(shown))
     item:add(field, range, from_host and shown:gsub("\r$", "") or shown)
     if from_host and shown:sub(-1) ~= "\r" then

@@ -2,27 +2,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 
 #include "api/handset_fixture.h"
+#include "support/tshark.h"
 #include "wire/record_bytes.h"
 
 namespace {
-
-// Runs a command and gives the lines that it printed; fails the test if the command does.
-std::vector<std::string> LinesOf(const std::string& command)
-{
-    FILE* const pipe = popen((command + " 2>/dev/null").c_str(), "r");
-    std::string text;
-    for (char buffer[4096]; const size_t count = fread(buffer, 1, sizeof buffer, pipe);)
-        text.append(buffer, count);
-    EXPECT_EQ(pclose(pipe), 0) << command;
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
 
 // A capture file whose packets are handed to the IS-637 transport dissector: a tag that names it, an end tag, the PDU.
 void WriteCapture(const std::string& file, const std::vector<Bytes>& pdus)
@@ -91,7 +76,7 @@ protected:
 
 TEST_F(PduDissection, TsharkReadsWhatTheHandsetStored)
 {
-    if (std::system("command -v tshark >/dev/null") != 0)
+    if (!IsTsharkInstalled())
         GTEST_SKIP() << "tshark is not installed";
     setenv("TZ", "UTC0", 1);
     StartService();
@@ -108,7 +93,7 @@ TEST_F(PduDissection, TsharkReadsWhatTheHandsetStored)
     EXPECT_EQ(pdus.size(), messages.size());
     const std::string file = testing::TempDir() + "phnnrv-" + std::to_string(getpid()) + ".pcap";
     WriteCapture(file, pdus);
-    EXPECT_EQ(LinesOf("tshark -r " + file + " -T fields -E occurrence=f" + Fields()), expected);
+    EXPECT_EQ(Tshark(file, "-T fields -E occurrence=f" + Fields()), expected);
     std::remove(file.c_str());
 }
 
