@@ -3,8 +3,7 @@
 #include "simulator/phnsim/end_request.h"
 #include "simulator/phnsim/options.h"
 #include "simulator/phnsim/standard_input.h"
-#include "simulator/recording/recording.h"
-#include "simulator/recording/tap.h"
+#include "simulator/phnsim/wire_files.h"
 #include "simulator/script/json_lines.h"
 #include "simulator/script/loop.h"
 #include "simulator/web/panel.h"
@@ -15,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <optional>
 #include <stdexcept>
 
 namespace {
@@ -108,8 +106,20 @@ void Serve(const Options& options, Control& control, const std::string& web)
     loop.Run();
 }
 
+int TurnIntoPcap(const std::string& recording, const std::string& file)
+{
+    const auto [header, packets] = ReadRecording(recording);
+    PcapngWriter capture(file, header.kind);
+    for (const RecordedPacket& recorded : packets)
+        capture.Write(recorded.packet);
+    capture.Check();
+    return 0;
+}
+
 int Run(const Options& options)
 {
+    if (!options.toPcap.empty())
+        return TurnIntoPcap(options.toPcap[0], options.toPcap[1]);
     PrepareForEndRequests();
     // Standard output is for programs once they have asked for the ready line.
     const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
@@ -117,19 +127,10 @@ int Run(const Options& options)
         print(ToText(std::chrono::system_clock::now()) + " " + std::string(line));
     };
     ExchangeLog log(options.log);
-    std::optional<RecordingWriter> recording;
-    if (!options.record.empty())
-        recording.emplace(options.record, RecordingHeader{.program = "phnsim " PHN_VERSION, .kind = options.port.kind});
-    PacketAssembler packets(options.port.kind, [&](const Packet& packet) {
-        if (recording)
-            recording->Write(packet);
-    });
+    WireFiles files(options);
     Wakeup wakeup;
     History history(wakeup);
-    LineOpener lines = options.port.open();
-    if (recording)
-        lines = Tapped(std::move(lines), [&](const Chunk& chunk) { packets.Take(chunk); });
-    Simulator simulator(std::move(lines), options.port.kind);
+    Simulator simulator(files.Tap(options.port.open()), options.port.kind);
     Prepare(simulator.Control(), options, trace);
     Control control{.simulator = simulator,
                     .history = history,
@@ -153,8 +154,7 @@ int Run(const Options& options)
     if (!options.data.empty())
         simulator.Control().Save(options.data);
     log.Check();
-    if (recording)
-        recording->Check();
+    files.Check();
     if (control.failure)
         throw std::runtime_error(*control.failure);
     return 0;

@@ -22,6 +22,23 @@ standard input does not.
 Faults:
 )";
 
+// What is written of the exchanges and of the wire.
+void AddFiles(CLI::App& app, Options& options)
+{
+    app.add_option("--log", options.log, "write every exchange as a JSON line")->type_name("FILE");
+    app.add_option("--record", options.record, "record every byte with its time, as JSON lines")->type_name("FILE");
+    app.add_option("--pcap", options.pcap, "write every frame for Wireshark, as pcapng")->type_name("FILE");
+    app.add_option_function<std::vector<std::string>>(
+           "--to-pcap",
+           [&options](const std::vector<std::string>& files) {
+               options.toPcap = files;
+               throw CLI::Success();
+           },
+           "write the packets of a recording for Wireshark, and end")
+        ->expected(2)
+        ->option_text("RECORDING FILE");
+}
+
 } // namespace
 
 std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
@@ -41,8 +58,7 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
     app.add_flag("--strict", options.strict, "what is wrong on standard input ends it as well");
     app.add_flag("--ready", options.ready,
                  "print one JSON line when the port is there, everything else on standard error");
-    app.add_option("--log", options.log, "write every exchange as a JSON line")->type_name("FILE");
-    app.add_option("--record", options.record, "record every byte with its time, as JSON lines")->type_name("FILE");
+    AddFiles(app, options);
     auto* webOption =
         app.add_option("--web", web, "a panel in the browser, on this port of 127.0.0.1 (default: a free one)")
             ->option_text("[PORT]")
@@ -60,7 +76,7 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::Success& success) {
-        if (options.listCommands)
+        if (options.listCommands || !options.toPcap.empty())
             return options;
         return app.exit(success);
     } catch (const CLI::ParseError& error) {

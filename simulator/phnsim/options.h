@@ -23,6 +23,8 @@ struct Options
     std::string script;
     std::string log;
     std::string record;
+    std::string pcap;
+    std::vector<std::string> toPcap;      // a recording and the file that it is written into; empty: not asked for
     std::optional<std::uint16_t> webPort; // 0: one that is free
     bool strict = false;
     bool ready = false;

@@ -2,11 +2,13 @@
 // and which sentence.
 #include "simulator/host_side.h"
 #include "simulator/lines/device_directory.h"
+#include "wire/golden_frames.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <iterator>
@@ -105,6 +107,21 @@ TEST_F(Script, LeavesALogOfWhatCame)
                              R"("sequence":1,"reply":{"status":10},"faults":["status=10@5*1"]})",
                              R"("reply":{"status":0,"battery1":1,"battery2":80}})", R"("name":"close"})"})
         EXPECT_NE(log.find(part), std::string::npos) << part << " in\n" << log;
+}
+
+// A packet of a capture is its bytes, zeros to a multiple of four, and who has sent it.
+TEST_F(Script, CapturesWhatItRecords)
+{
+    ASSERT_EQ(Run("wait-for close\n", "--script script --record recording --pcap capture </dev/null"), kMet);
+    const std::string folder = devices.Path().string();
+    EXPECT_EQ(std::system((PHNSIM " --to-pcap " + folder + "/recording " + folder + "/turned").c_str()), 0);
+    const host::Bytes request = wire::Hex("4B001300 01000000 01000000 0100 BA25 7E 000000 02000400 02000000");
+    const host::Bytes reply = wire::Hex("01000000 01000000 0100 0000 DDC7 7E 02000400 01000000");
+    for (const std::string& capture : {File("capture"), File("turned")}) {
+        EXPECT_EQ(capture.size(), File("capture").size());
+        for (const host::Bytes& packet : {request, reply})
+            EXPECT_NE(capture.find(std::string(packet.begin(), packet.end())), std::string::npos);
+    }
 }
 
 } // namespace

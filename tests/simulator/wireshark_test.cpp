@@ -337,7 +337,7 @@ TEST_P(WiresharkPort, BearsGarbage)
     std::minstd_rand random(17); // NOLINT(cert-msc51-cpp): the same garbage each time
     const Bytes likely = Hex("00 01 4B 7D 7E 41 54 0D 13");
     Open(GetParam());
-    for (int i = 0; i < 4000; ++i) {
+    for (int i = 0; i < 2000; ++i) {
         Bytes garbage(1 + random() % 60);
         for (std::uint8_t& byte : garbage)
             byte = random() % 4 == 0 ? static_cast<std::uint8_t>(random() / 8) : likely[random() % likely.size()];
