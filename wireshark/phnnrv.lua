@@ -8,14 +8,20 @@ local LONGEST_REQUEST_FRAME, LONGEST_REPLY_PAYLOAD = 8193, 8180 -- the frame as 
 
 -- Kinds of fields: how many bytes, which kind of Wireshark's, and the value of a range of that size.
 
-local function number(size)
-    return { size = size, field = ProtoField.uint32, value = function(range) return range:le_uint() end }
+local function decimal(value)
+    return ("%d"):format(value)
 end
 
-local U8, U16, U32 = number(1), number(2), number(4)
-local I32 = { size = 4, field = ProtoField.int32, value = function(range) return range:le_int() end }
+local function unsigned(size)
+    return { size = size, field = ProtoField.uint32, show = decimal,
+        value = function(range) return range:le_uint() end }
+end
 
-local DATE_TIME = { size = 8, field = ProtoField.string, value = function(range)
+local U8, U16, U32 = unsigned(1), unsigned(2), unsigned(4)
+local I32 = { size = 4, field = ProtoField.int32, show = decimal,
+    value = function(range) return range:le_int() end }
+
+local DATE_TIME = { size = 8, field = ProtoField.string, show = tostring, value = function(range)
     if range:le_uint64() == UInt64(0) then
         return "-"
     end
@@ -304,7 +310,7 @@ function Cursor:field(name, kind, size, values)
     local value = kind.value(range)
     values[name] = value
     self.tree:add(fields[name], range, value)
-    self.shown[#self.shown + 1] = name .. "=" .. (kind.show and kind.show(value) or value)
+    self.shown[#self.shown + 1] = name .. "=" .. kind.show(value)
     return true
 end
 
@@ -387,16 +393,10 @@ end
 
 -- Request records and reply payloads, framed or not. Each gives its summary, as phnsim --trace writes it.
 
-local function read_command(reader)
-    local number, item = reader:header("command", 4)
-    local one, mark = reader:header("one", 2)
-    if number and not COMMANDS[number] then
-        item:add_proto_expert_info(problems.unknown)
-    end
-    return number, one, mark
-end
-
 local function finish(reader, command)
+    if not command then
+        reader.tree:add_proto_expert_info(problems.unknown)
+    end
     if reader:left() > 0 then
         reader:mark_rest(problems.overlong, "Bytes behind the end of the record")
     end
@@ -405,13 +405,14 @@ local function finish(reader, command)
 end
 
 local function read_request(reader, exchange)
-    local number, one, mark = read_command(reader)
+    local number = reader:header("command", 4)
+    local one, item = reader:header("one", 2)
     local command = COMMANDS[number]
     if exchange then
         exchange.command = number
     end
     if one and one ~= 1 then
-        mark:add_proto_expert_info(problems.header)
+        item:add_proto_expert_info(problems.header)
     elseif one and command then
         reader:record(command.request or {})
     end
@@ -437,9 +438,13 @@ end
 
 -- Handsets need not repeat the command: the request tells which one it was.
 local function read_reply(reader, exchange)
-    local number, one = read_command(reader)
-    local command = COMMANDS[exchange and exchange.command or number]
-    if one then
+    local repeated = reader:header("command", 4)
+    local number = exchange and exchange.command or repeated
+    if number ~= repeated then
+        reader.tree:add(fields.command, number):set_generated()
+    end
+    local command = COMMANDS[number]
+    if reader:header("one", 2) then
         read_outcome(reader, command or {})
     end
     return finish(reader, command)
@@ -527,7 +532,7 @@ local function read_frame(frame, tree, pinfo, from_host, place, is_whole)
     local sequence = (from_host and read_request_header or read_reply_header)(header, is_whole)
     local size = header:left() - (is_whole and 2 or 0)
     if not sequence or size <= 0 then
-        tree:add_proto_expert_info(problems.short, "No record in a frame of " .. frame:len() .. " bytes")
+        tree:add_proto_expert_info(problems.short, ("No record in a frame of %d bytes"):format(frame:len()))
         return "damaged frame"
     end
     if not from_host and size > LONGEST_REPLY_PAYLOAD then
@@ -541,7 +546,7 @@ local function read_frame(frame, tree, pinfo, from_host, place, is_whole)
     if is_whole then
         show_check(frame, right, tree)
     end
-    return "#" .. sequence .. " " .. summary
+    return ("#%d "):format(sequence) .. summary
 end
 
 local function dissect_frame(range, tree, pinfo, from_host, place)
@@ -597,8 +602,8 @@ function diagnostic.dissector(tvb, pinfo, tree)
     show_packet(pinfo, from_host, summaries)
 end
 
-local function printable(text)
-    return (text:gsub("\r", "\\r"):gsub("\n", "\\n"):gsub("%c", "?"))
+local function printable(bytes)
+    return (bytes:gsub("\r", "\\r"):gsub("\n", "\\n"):gsub("%c", "?"))
 end
 
 -- A line or an answer. Gives the summary.

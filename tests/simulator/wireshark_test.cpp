@@ -253,6 +253,7 @@ TEST_F(Wireshark, ReadsTheGoldenFrames)
         Capture(Sender::Host, request.frame);
     for (const wire::GoldenFrame& reply : wire::kReplies)
         Capture(Sender::Handset, reply.frame);
+    Capture(Sender::Handset, BuildReply({.sequence = 2, .payload = Bytes(8)})); // a handset that repeats no command
     EXPECT_EQ(Read({"_ws.col.Info", "phnnrv.check"}),
               (std::vector<std::string>{
                   "#1 startup\t",
@@ -267,6 +268,7 @@ TEST_F(Wireshark, ReadsTheGoldenFrames)
                   "#6 read contact: status=0 result=0 records=0\t",
                   "#7 first call: status=0 result=5\t",
                   "#8 ringer id: status=0 result=0 name=\"Bell\"\t",
+                  "#2 write parameters: status=0\t",
               }));
 }
 
