@@ -21,13 +21,19 @@ function whenHappens(kind, listen) {
   listeners[kind].push(listen);
 }
 
-async function run(line) {
+async function post(line) {
   try {
     const response = await fetch(`/control?token=${token}`, { method: "POST", body: line });
     if (!response.ok) announce((await response.text()).trim(), true);
   } catch {
     announce("phnsim cannot be reached.", true);
   }
+}
+
+// One after the other: requests of a browser may overtake each other.
+let posted = Promise.resolve();
+function run(line) {
+  posted = posted.then(() => post(line));
 }
 
 // A word of a control line, which has no way to write a quotation mark.

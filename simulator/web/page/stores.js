@@ -41,18 +41,21 @@ function byBox(items) {
   return kBoxes.map((name, box) => [name, items.filter(([, message]) => message.box === box)]);
 }
 
+const together = (items) => [["", items]];
+
 const kStores = [
-  { name: "messages", title: "Messages", groups: byBox, show: messageEntry },
-  { name: "contacts", title: "Contacts", groups: (items) => [["", items]], show: contactEntry },
-  { name: "events", title: "Events", groups: (items) => [["", items]], show: eventEntry },
-  { name: "calls", title: "Calls", groups: (items) => [["", items]], show: callEntry },
+  { name: "messages", title: "Messages", groups: byBox, show: messageEntry, isNewestFirst: true },
+  { name: "contacts", title: "Contacts", groups: together, show: contactEntry },
+  { name: "events", title: "Events", groups: together, show: eventEntry },
+  { name: "calls", title: "Calls", groups: together, show: callEntry, isNewestFirst: true },
 ];
 let current = kStores[0];
 const known = {}; // of each store, the items as they were shown last
 
 function showStore() {
   if (!(current.name in state)) return;
-  const items = Object.entries(state[current.name]).reverse();
+  const items = Object.entries(state[current.name]);
+  if (current.isNewestFirst) items.reverse();
   const before = known[current.name];
   const lists = current.groups(items).filter(([, group]) => group.length > 0).map(([name, group]) => [
     name === "" ? "" : make("h3", {}, `${name} `, make("small", {}, group.length)),
