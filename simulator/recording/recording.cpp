@@ -1,5 +1,6 @@
 #include "simulator/recording/recording.h"
 
+#include "simulator/handset/hex.h"
 #include "simulator/recording/json_fields.h"
 
 #include <optional>
@@ -10,16 +11,6 @@ namespace simulator {
 namespace {
 
 constexpr int kVersion = 1;
-
-std::string ToHex(const Bytes& bytes)
-{
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
-    std::string hex;
-    hex.reserve(2 * bytes.size());
-    for (const std::uint8_t byte : bytes)
-        hex.append({kDigits[byte >> 4], kDigits[byte & 0xF]});
-    return hex;
-}
 
 std::uint8_t HexDigit(char digit)
 {

@@ -1,7 +1,7 @@
 #include "simulator/web/gate.h"
 
+#include "simulator/handset/hex.h"
 #include "simulator/lines/descriptor.h"
-#include "simulator/web/hex.h"
 
 #include <array>
 #include <cstdint>
@@ -16,7 +16,7 @@ std::string NewToken()
 {
     std::array<std::uint8_t, 16> bytes{};
     Checked(getentropy(bytes.data(), bytes.size()), "getentropy");
-    return Hex(bytes);
+    return ToHex(bytes);
 }
 
 // Takes as long for every text of a size, so that nobody learns a token digit by digit.

@@ -1,8 +1,8 @@
 #include "simulator/web/panel_json.h"
 
 #include "simulator/commands/command.h"
+#include "simulator/handset/hex.h"
 #include "simulator/script/json_lines.h"
-#include "simulator/web/hex.h"
 
 #include <nlohmann/json.hpp>
 
@@ -49,7 +49,7 @@ std::string ExchangeJson(const Exchange& exchange, std::chrono::system_clock::ti
 {
     std::string json = ToJsonLine(exchange, time);
     json.pop_back();
-    return json + ",\"received\":\"" + Hex(exchange.received) + "\",\"sent\":\"" + Hex(exchange.sent) + "\"}";
+    return json + ",\"received\":\"" + ToHex(exchange.received) + "\",\"sent\":\"" + ToHex(exchange.sent) + "\"}";
 }
 
 std::string TextJson(std::string_view text)

@@ -16,7 +16,7 @@ namespace simulator {
 // what never changes, as "vocabulary": the kinds of faults and the commands.
 Feed::Parts StateParts(Simulator& simulator);
 
-// As in the log, with the bytes in hexadecimal as "received" and "sent".
+// As in the log, with the bytes in hexadecimal digits, as "received" and "sent".
 std::string ExchangeJson(const Exchange& exchange, std::chrono::system_clock::time_point time);
 
 std::string TextJson(std::string_view text);

@@ -107,7 +107,7 @@ class Panel(unittest.TestCase):
         line = self.browser.find_element(By.CSS_SELECTOR, "#wire [data-command='16']")
         line.find_element(By.TAG_NAME, "summary").send_keys(Keys.ENTER)
         detail = self.wait_for(lambda: line.find_elements(By.CLASS_NAME, "detail"))[0].text
-        for part in ("5550100", text, "Received, ", "4b 00 13 00"):
+        for part in ("5550100", text, "Received, ", "4B 00 13 00"):
             self.assertIn(part, detail)
 
     def test_faults_are_switched_on_and_off(self):

@@ -83,7 +83,7 @@ function connect() {
 
 // A browser has few connections to one address: a page that nobody sees gives its own back.
 document.addEventListener("visibilitychange", () => {
-  source.close();
+  source?.close();
   if (document.visibilityState === "visible") connect();
 });
 $("reconnect").addEventListener("click", connect);
