@@ -84,6 +84,7 @@ TEST_F(Backup, ARestoreDeletesOnlyWhatItIsToldTo)
     Expect(0, "restore --delete-others --yes --json --copies " + Path("copies") + " " + m_backup,
            {"\"deletions\":[{\"title\":\"Other Berg\",\"index\":30,\"result\":\"deleted\"}]"});
     EXPECT_EQ(Contacts(), 23u);
+    Expect(2, "restore --delete-others --yes " + Path("copies"), {"does not say that it holds all contacts"});
     Run("restore " + Path("copies")); // the copies are a backup of what went
     EXPECT_EQ(Contacts(), 24u);
     Expect(0, "restore " + m_backup);

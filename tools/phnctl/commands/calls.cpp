@@ -3,6 +3,7 @@
 #include "phnctl/commands/nouns.h"
 #include "phnctl/handset/labels.h"
 #include "phnctl/handset/session.h"
+#include "phnctl/plan/run_record.h"
 #include "phnctl/plan/safeguard.h"
 #include "phnctl/text/counted.h"
 #include "phnctl/text/table.h"
@@ -74,7 +75,8 @@ int Clear(const Invocation& invocation)
         const std::string where = lists.size() == 1 ? "of list " + ListName(labels, lists.front()) : "of all lists";
         TellLosses(LossesOf(calls), "call", "calls");
         Confirm(invocation, fmt::format("Delete all {} {}?", Counted(calls.size(), "call"), Printable(where)));
-        KeepCopy(invocation, "clear", {"call", "calls", ".json", calls.size(), CallsJson(calls, labels)});
+        RunRecord(invocation, handset, "calls clear")
+            .KeepCopy({"call", "calls", ".json", calls.size(), CallsJson(calls, labels)});
         for (const std::int32_t list : lists)
             handset.Check(handset.Api().ClearCallEntries(list), fmt::format("clearing call list {}", list));
         TellDeleted(invocation, calls.size(), "call", "calls");

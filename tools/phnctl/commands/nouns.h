@@ -20,6 +20,7 @@
     ROW(Calls)                                                                                                         \
     ROW(Backup)                                                                                                        \
     ROW(Restore)                                                                                                       \
+    ROW(Undo)                                                                                                          \
     ROW(Error)                                                                                                         \
     ROW(Doctor)
 

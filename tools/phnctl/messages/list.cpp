@@ -102,6 +102,11 @@ std::uint16_t PutMessage(const Handset& handset, decltype(&PHN_SendMessage) call
     return record.wIndex;
 }
 
+void DeleteMessage(const Handset& handset, std::uint16_t index)
+{
+    handset.Check(handset.Api().DeleteMessage(index), fmt::format("deleting message {}", index));
+}
+
 std::uint32_t CountMessages(const Handset& handset, std::int32_t box)
 {
     const std::uint32_t count = handset.Api().GetMessageCount(box);

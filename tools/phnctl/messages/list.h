@@ -37,6 +37,9 @@ std::vector<StoredMessage> FindMessages(const Handset& handset, const std::vecto
 std::uint16_t PutMessage(const Handset& handset, decltype(&PHN_SendMessage) call, PduBytes pdu,
                          const std::string& doing);
 
+// Throws Refusal.
+void DeleteMessage(const Handset& handset, std::uint16_t index);
+
 // How many messages a box holds. Throws Refusal: a count of 0 alone does not tell an empty box from a failure.
 std::uint32_t CountMessages(const Handset& handset, std::int32_t box);
 

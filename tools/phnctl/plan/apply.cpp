@@ -11,19 +11,21 @@ namespace {
 class Writer
 {
 public:
-    Writer(const Handset& handset, const EntryKind& kind, const Inventory& inventory)
-        : m_handset(handset), m_kind(kind), m_empty(inventory.empty)
+    Writer(const Handset& handset, const EntryKind& kind, const Inventory& inventory, RunRecord& record)
+        : m_handset(handset), m_kind(kind), m_empty(inventory.empty), m_record(record)
     {
     }
 
     // Both return false when the handset is lost.
     bool Delete(Deletion& deletion)
     {
+        m_record.BeginAt(deletion.step, deletion.stored.index);
         try {
             m_kind.Delete(m_handset, deletion.stored.index);
             const bool isGone = !m_kind.Read(m_handset, deletion.stored.index);
             deletion.result = isGone ? Result::Written : Result::Failed;
             deletion.problem = isGone ? "" : "the handset accepted that, and still holds it";
+            m_record.Done(deletion.step);
             m_losses.Succeeded();
         } catch (const Refusal& refusal) {
             deletion.result = Result::Failed;
@@ -37,11 +39,14 @@ public:
     {
         try {
             const std::uint32_t index = planned.index ? *planned.index : NextPlace();
+            m_record.BeginAt(planned.step, index);
             m_kind.Write(m_handset, index, planned.target);
             planned.index = index;
             const auto stored = m_kind.Read(m_handset, index);
-            planned.readBack = Differences(planned.target, stored ? m_kind.Storable(*stored) : Entry{});
+            const Entry held = stored ? m_kind.Storable(*stored) : Entry{};
+            planned.readBack = Differences(planned.target, held);
             planned.result = planned.readBack.empty() ? Result::Written : Result::Different;
+            m_record.DoneAt(planned.step, index, held);
             m_losses.Succeeded();
         } catch (const Refusal& refusal) {
             planned.result = Result::Failed;
@@ -66,6 +71,7 @@ private:
     const Handset& m_handset;
     const EntryKind& m_kind;
     const std::vector<std::uint32_t>& m_empty;
+    RunRecord& m_record;
     std::size_t m_next = 0;
     bool m_isFull = false;
     LossWatch m_losses;
@@ -106,11 +112,13 @@ void DeleteOthers(Writer& writer, const EntryKind& kind, Plan& plan, const StopR
 
 } // namespace
 
-void Apply(const Handset& handset, const EntryKind& kind, Plan& plan, const Inventory& inventory, bool strict)
+void Apply(const Handset& handset, const EntryKind& kind, Plan& plan, const Inventory& inventory, bool strict,
+           RunRecord& record)
 {
+    record.Expect(kind.Many(), plan, StorableOf(kind, inventory));
     plan.isApplied = true;
     const StopRequest stop;
-    Writer writer(handset, kind, inventory);
+    Writer writer(handset, kind, inventory, record);
     if (WriteEntries(writer, kind, plan, stop, strict))
         DeleteOthers(writer, kind, plan, stop);
 }

@@ -41,6 +41,7 @@ struct PlannedEntry
     Result result = Result::NotTried;
     std::string problem;              // why it failed
     std::vector<Difference> readBack; // from the target
+    std::size_t step = 0;             // in the journal of the run that carries it out
 
     // The decisions, but for those that the action alone says. What is there already stays as it is where it is equal.
     void Become(const StoredEntry& present, Entry wanted, std::vector<Note> why);
@@ -63,6 +64,7 @@ struct Deletion
     std::vector<Note> notes{};
     Result result = Result::NotTried; // Written: it is gone
     std::string problem{};
+    std::size_t step = 0; // as above
 };
 
 struct Plan

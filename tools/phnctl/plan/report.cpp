@@ -62,8 +62,8 @@ void AppendNote(std::string& text, const Note& note)
 void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, const PlannedEntry& planned)
 {
     const std::string line = planned.from.line ? fmt::format(":{}", planned.from.line) : "";
-    const std::string place = Printable(planned.from.file) + line;
-    text += fmt::format("{:<11}  {}  {}", Heading(plan, planned), place, Printable(form.Title(planned.from.entry)));
+    const std::string place = planned.from.file.empty() ? "" : Printable(planned.from.file) + line + "  ";
+    text += fmt::format("{:<11}  {}{}", Heading(plan, planned), place, Printable(form.Title(planned.from.entry)));
     const auto index = planned.ShownIndex();
     text += index ? fmt::format("  (index {})\n", *index) : "\n";
     for (const Note& note : planned.from.notes)

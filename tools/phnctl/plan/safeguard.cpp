@@ -1,58 +1,20 @@
 #include "phnctl/plan/safeguard.h"
 
 #include "phnctl/cli/print.h"
+#include "phnctl/plan/run_record.h"
 #include "phnctl/text/counted.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
-#include "phnctl/text/text_file.h"
 #include "system/system.h"
 
 #include <fmt/format.h>
 #include <set>
-#include <windows.h>
 
 namespace phnctl {
 
 namespace {
 
 constexpr const char* kYes = "--yes";
-constexpr const char* kCopy = "--copy";
-constexpr const char* kCopies = "--copies";
-constexpr const char* kNoCopy = "--no-copy";
-
-// The path, or the first of its numbered relatives that is not there yet.
-std::filesystem::path FreePath(const std::filesystem::path& path)
-{
-    std::error_code error;
-    std::filesystem::path free = path;
-    for (unsigned number = 2; std::filesystem::exists(free, error); ++number)
-        free.replace_filename(path.stem().concat(fmt::format("-{}", number)).concat(path.extension().native()));
-    return free;
-}
-
-// One for all copies of this run.
-const std::filesystem::path& RunFolder(const std::string& before)
-{
-    static const std::filesystem::path folder = [&] {
-        SYSTEMTIME now{};
-        GetLocalTime(&now);
-        return FreePath(std::filesystem::path("phnctl-copies") /
-                        fmt::format("{:04}{:02}{:02}-{:02}{:02}{:02}-before-{}", now.wYear, now.wMonth, now.wDay,
-                                    now.wHour, now.wMinute, now.wSecond, before));
-    }();
-    return folder;
-}
-
-std::filesystem::path FileFor(const Invocation& invocation, const std::string& before, const Copy& copy)
-{
-    if (const auto file = invocation.Value(kCopy))
-        return FreePath(PathOf(*file));
-    const auto given = invocation.Value(kCopies);
-    const std::filesystem::path folder = given ? PathOf(*given) : RunFolder(before);
-    std::error_code error;
-    std::filesystem::create_directories(folder, error); // where it fails, writing the file says why
-    return FreePath(folder / (copy.many + copy.extension));
-}
 
 } // namespace
 
@@ -64,33 +26,6 @@ CommandOption ConfirmOption()
 CommandOption AcceptLossOption()
 {
     return {kAcceptLoss, "", "Go on with texts that have lost characters to the code page"};
-}
-
-std::vector<CommandOption> CopyOptions()
-{
-    return {{kCopy, "FILE", "Where to keep a copy of what goes (default: in a new folder in phnctl-copies)"},
-            {kNoCopy, "", "Keep no copy"}};
-}
-
-std::vector<CommandOption> CopiesOptions()
-{
-    return {{kCopies, "FOLDER", "Where to keep copies of what goes (default: a new folder in phnctl-copies)"},
-            {kNoCopy, "", "Keep no copies"}};
-}
-
-void KeepCopy(const Invocation& invocation, const std::string& before, const Copy& copy)
-{
-    if (invocation.Has(kNoCopy) || copy.count == 0)
-        return;
-    const auto file = FileFor(invocation, before, copy);
-    WriteText(file, copy.text, Existing::Refuse);
-    fmt::print(stderr, "A copy of {} is in {}.\n", Counted(copy.count, copy.one, copy.many), Printable(TextOf(file)));
-}
-
-void KeepCopy(const Invocation& invocation, const EntryKind& kind, const std::string& before,
-              std::span<const StoredEntry> entries)
-{
-    KeepCopy(invocation, before, {kind.One(), kind.Many(), kind.Extension(), entries.size(), kind.Format(entries)});
 }
 
 void RequireWholeCopy(const Invocation& invocation, const EntryKind& kind, std::span<const StoredEntry> entries)

@@ -2,6 +2,7 @@
 
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
+#include "system/files.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,6 +12,7 @@
 #include <fstream>
 #include <iostream>
 #include <string_view>
+#include <system_error>
 
 namespace phnctl {
 
@@ -105,19 +107,10 @@ void WriteText(const fs::path& path, const std::string& text, Existing existing)
     std::error_code error;
     if (existing == Existing::Refuse && fs::exists(path, error))
         throw Failure(kUsage, fmt::format("{} exists already; --force replaces it", Printable(TextOf(path))));
-    fs::path unfinished = path;
-    unfinished += ".part";
-    errno = 0;
-    std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
-    stream << text;
-    stream.close();
-    const std::string reason = errno ? std::strerror(errno) : "it cannot be written";
-    if (stream)
-        fs::rename(unfinished, path, error);
-    if (!stream || error) {
-        std::error_code ignored;
-        fs::remove(unfinished, ignored);
-        throw Failure(kRefused, fmt::format("{}: {}", Printable(TextOf(path)), stream ? error.message() : reason));
+    try {
+        host::WriteWhole(path, text);
+    } catch (const std::system_error& failure) {
+        throw Failure(kRefused, fmt::format("{}: {}", Printable(TextOf(path)), failure.code().message()));
     }
 }
 

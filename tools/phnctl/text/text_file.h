@@ -27,7 +27,8 @@ enum class Existing
     Replace,
 };
 
-// Writes the whole file or leaves what was there. Throws Failure: kUsage when it exists and may not be replaced.
+// Writes the whole file, readable by its owner alone, or leaves what was there. Throws Failure: kUsage when it exists
+// and may not be replaced.
 void WriteText(const std::filesystem::path& path, const std::string& text, Existing existing);
 
 } // namespace phnctl

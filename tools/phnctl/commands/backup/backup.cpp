@@ -2,6 +2,7 @@
 // them and what a restore does not bring back.
 #include "phnctl/cli/ending.h"
 #include "phnctl/commands/backup/sections.h"
+#include "phnctl/commands/entries/commands.h"
 #include "phnctl/commands/nouns.h"
 #include "phnctl/handset/session.h"
 #include "phnctl/text/failure.h"
@@ -19,9 +20,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kForce = "--force";
-constexpr const char* kIndex = "backup.json"; // written last
-
 // The folder of the backup. One that this run makes goes again when the run ends before there is anything in it.
 class Folder
 {
@@ -36,7 +34,7 @@ public:
         if (!isEmpty && !invocation.Has(kForce))
             throw Failure(kUsage, fmt::format("the folder {} is not empty; {} replaces the backup in it",
                                               Printable(TextOf(m_path)), kForce));
-        fs::remove(m_path / kIndex, error); // what follows is another backup
+        fs::remove(m_path / kBackupIndex, error); // what follows is another backup
         if (m_isNew)
             RemoveAtEnd(m_path);
     }
@@ -120,7 +118,7 @@ int Backup(const Invocation& invocation)
             WriteJson({JsonObject{
                 {"time", {IsoTime(std::time(nullptr))}}, {"whole", {isWhole}}, {"sections", {std::move(results)}}}}) +
             '\n';
-        WriteText(folder.Path() / kIndex, index, Existing::Replace);
+        WriteText(folder.Path() / kBackupIndex, index, Existing::Replace);
         if (invocation.options.json)
             fmt::print("{}", index);
         else

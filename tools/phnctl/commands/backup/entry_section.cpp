@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <utility>
 
 namespace phnctl {
 
@@ -24,6 +25,14 @@ std::vector<StoredEntry> OthersOf(const Plan& plan, const Inventory& inventory)
                                          [&](const PlannedEntry& planned) { return planned.index == stored.index; });
                  });
     return others;
+}
+
+auto Applying(const Handset& handset, const EntryKind& kind, std::shared_ptr<const Inventory> inventory)
+{
+    return [&handset, &kind, inventory = std::move(inventory)](Plan& plan, bool isStrict, RunRecord& record) {
+        record.KeepCopy(kind, EndangeredBy(plan, *inventory));
+        Apply(handset, kind, plan, *inventory, isStrict, record);
+    };
 }
 
 } // namespace
@@ -55,11 +64,17 @@ std::optional<Restoration> EntrySection::Prepare(const Invocation& invocation, c
             restoration.plan.deletions.push_back({std::move(other)});
     else
         restoration.others = others.size();
-    restoration.apply = [&invocation, &handset, &kind = m_kind, inventory](Plan& plan, bool isStrict) {
-        KeepCopy(invocation, kind, "restore", EndangeredBy(plan, *inventory));
-        Apply(handset, kind, plan, *inventory, isStrict);
-    };
+    restoration.apply = Applying(handset, m_kind, inventory);
     return restoration;
+}
+
+std::optional<Restoration> EntrySection::Retrace(const Invocation& invocation, const Handset& handset,
+                                                 std::span<const JournalStep> steps, Way way) const
+{
+    const auto inventory = std::make_shared<Inventory>(TakeInventory(handset, m_kind, IndexRange()));
+    TellUnread(m_kind, *inventory);
+    return Restoration{&m_kind, phnctl::Retrace(steps, way, StorableOf(m_kind, *inventory), invocation.Has(kForce)),
+                       Applying(handset, m_kind, inventory)};
 }
 
 } // namespace phnctl

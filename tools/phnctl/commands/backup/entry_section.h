@@ -18,6 +18,8 @@ public:
                       const std::filesystem::path& file) const override;
     std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
                                        const std::filesystem::path& file) const override;
+    std::optional<Restoration> Retrace(const Invocation& invocation, const Handset& handset,
+                                       std::span<const JournalStep> steps, Way way) const override;
 
 private:
     const EntryKind& m_kind;

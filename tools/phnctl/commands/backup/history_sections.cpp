@@ -3,6 +3,7 @@
 #include "phnctl/cli/ending.h"
 #include "phnctl/cli/progress.h"
 #include "phnctl/commands/call_list.h"
+#include "phnctl/commands/entries/commands.h"
 #include "phnctl/messages/form.h"
 #include "phnctl/messages/list.h"
 #include "phnctl/text/failure.h"
@@ -34,9 +35,10 @@ std::vector<Candidate> CandidatesOf(const std::filesystem::path& file)
     }
 }
 
-// Saves the messages that are missing. False when the rest is in vain.
-bool SaveOne(const Handset& handset, PlannedEntry& planned)
+// Saves a message that is missing. False when the rest is in vain.
+bool SaveOne(const Handset& handset, PlannedEntry& planned, RunRecord& record)
 {
+    record.Begin(planned.step);
     try {
         planned.index = PutMessage(handset, handset.Api().SaveMessage, SavingPdu(planned.target), "saving a message");
         planned.result = Result::Written;
@@ -44,27 +46,28 @@ bool SaveOne(const Handset& handset, PlannedEntry& planned)
         planned.result = Result::Failed;
         planned.problem = refusal.what();
         return !refusal.IsLoss();
+    } catch (const Failure& failure) { // no PDU can carry it
+        planned.result = Result::Failed;
+        planned.problem = failure.what();
     }
     return true;
 }
 
-void SaveMissing(const Handset& handset, Plan& plan, bool isStrict)
+void SaveMissing(const Handset& handset, Plan& plan, const StopRequest& stop, bool isStrict, RunRecord& record)
 {
-    plan.isApplied = true;
-    const StopRequest stop;
     Progress progress("writing messages", plan.Count(Action::Add));
     for (PlannedEntry& planned : plan.entries) {
         if (planned.action != Action::Add)
             continue;
         plan.isInterrupted = stop.Came();
-        if (plan.isInterrupted || !SaveOne(handset, planned) || (isStrict && planned.result != Result::Written))
+        if (plan.isInterrupted || !SaveOne(handset, planned, record) || (isStrict && planned.result != Result::Written))
             return;
         progress.Step();
     }
 }
 
 // One listing tells for all of them what the handset made of it.
-void ReadBack(const Handset& handset, Plan& plan)
+void ReadBack(const Handset& handset, Plan& plan, RunRecord& record)
 {
     const Inventory inventory = MessagesOf(handset);
     for (PlannedEntry& planned : plan.entries) {
@@ -73,10 +76,50 @@ void ReadBack(const Handset& handset, Plan& plan)
         const auto stored = std::find_if(inventory.entries.begin(), inventory.entries.end(),
                                          [&](const StoredEntry& entry) { return entry.index == planned.index; });
         const Entry entry = stored == inventory.entries.end() ? Entry{} : stored->entry;
+        record.DoneAt(planned.step, *planned.index, entry);
         planned.readBack = Differences(MessageForm().Complete(planned.from.entry, &entry), entry);
         if (!planned.readBack.empty())
             planned.result = Result::Different;
     }
+}
+
+// False when the rest is in vain.
+bool DeleteOne(const Handset& handset, Deletion& deletion, RunRecord& record)
+{
+    record.BeginAt(deletion.step, deletion.stored.index);
+    try {
+        DeleteMessage(handset, static_cast<std::uint16_t>(deletion.stored.index));
+        deletion.result = Result::Written;
+        record.Done(deletion.step);
+    } catch (const Refusal& refusal) {
+        deletion.result = Result::Failed;
+        deletion.problem = refusal.what();
+        return !refusal.IsLoss();
+    }
+    return true;
+}
+
+void ApplyMessages(const Handset& handset, Plan& plan, bool isStrict, RunRecord& record)
+{
+    record.Expect(MessageForm().Many(), plan, MessagesOf(handset).entries);
+    plan.isApplied = true;
+    const StopRequest stop;
+    SaveMissing(handset, plan, stop, isStrict, record);
+    if (plan.Count(Action::Add, Result::Written) != 0)
+        ReadBack(handset, plan, record);
+    for (Deletion& deletion : plan.deletions)
+        if (plan.isInterrupted || !plan.IsReadyFor(deletion) || !DeleteOne(handset, deletion, record))
+            return;
+}
+
+Restoration RestorationOf(const Handset& handset, Plan plan)
+{
+    const bool isSaving = plan.Count(Action::Add) != 0;
+    return {&MessageForm(), std::move(plan),
+            [&handset](Plan& applied, bool isStrict, RunRecord& record) {
+                ApplyMessages(handset, applied, isStrict, record);
+            },
+            0, isSaving ? "Messages come back newly saved, without time, box and read mark." : ""};
 }
 
 } // namespace
@@ -91,16 +134,13 @@ SavedSection MessageSection::Save(const Invocation&, const Handset& handset, con
 std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Handset& handset,
                                                    const std::filesystem::path& file) const
 {
-    Restoration restoration{&MessageForm(),
-                            MessageForm().Meet(CandidatesOf(file), MessagesOf(handset), Filling::Replace),
-                            [&handset](Plan& plan, bool isStrict) {
-                                SaveMissing(handset, plan, isStrict);
-                                if (plan.Count(Action::Add, Result::Written) != 0)
-                                    ReadBack(handset, plan);
-                            }};
-    if (restoration.plan.Count(Action::Add) != 0)
-        restoration.remark = "Messages come back newly saved, without time, box and read mark.";
-    return restoration;
+    return RestorationOf(handset, MessageForm().Meet(CandidatesOf(file), MessagesOf(handset), Filling::Replace));
+}
+
+std::optional<Restoration> MessageSection::Retrace(const Invocation& invocation, const Handset& handset,
+                                                   std::span<const JournalStep> steps, Way way) const
+{
+    return RestorationOf(handset, phnctl::Retrace(steps, way, MessagesOf(handset).entries, invocation.Has(kForce)));
 }
 
 SavedSection CallSection::Save(const Invocation& invocation, const Handset& handset,
@@ -112,6 +152,12 @@ SavedSection CallSection::Save(const Invocation& invocation, const Handset& hand
 }
 
 std::optional<Restoration> CallSection::Prepare(const Invocation&, const Handset&, const std::filesystem::path&) const
+{
+    return std::nullopt;
+}
+
+std::optional<Restoration> CallSection::Retrace(const Invocation&, const Handset&, std::span<const JournalStep>,
+                                                Way) const
 {
     return std::nullopt;
 }

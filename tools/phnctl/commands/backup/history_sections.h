@@ -16,6 +16,8 @@ public:
                       const std::filesystem::path& file) const override;
     std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
                                        const std::filesystem::path& file) const override;
+    std::optional<Restoration> Retrace(const Invocation& invocation, const Handset& handset,
+                                       std::span<const JournalStep> steps, Way way) const override;
 };
 
 class CallSection : public BackupSection
@@ -28,6 +30,8 @@ public:
                       const std::filesystem::path& file) const override;
     std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
                                        const std::filesystem::path& file) const override;
+    std::optional<Restoration> Retrace(const Invocation& invocation, const Handset& handset,
+                                       std::span<const JournalStep> steps, Way way) const override;
 };
 
 } // namespace phnctl

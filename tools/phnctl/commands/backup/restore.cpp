@@ -1,6 +1,7 @@
 // phnctl restore: a backup, or the copies that were kept before something was deleted, back on the handset. All parts
 // are planned, and what has to be asked is asked, before anything is written.
 #include "phnctl/cli/ending.h"
+#include "phnctl/commands/backup/restoration.h"
 #include "phnctl/commands/backup/sections.h"
 #include "phnctl/commands/entries/commands.h"
 #include "phnctl/commands/nouns.h"
@@ -9,6 +10,7 @@
 #include "phnctl/plan/safeguard.h"
 #include "phnctl/text/counted.h"
 #include "phnctl/text/failure.h"
+#include "phnctl/text/json.h"
 #include "phnctl/text/text.h"
 #include "phnctl/text/text_file.h"
 
@@ -22,13 +24,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Part
-{
-    std::unique_ptr<BackupSection> section;
-    std::optional<Restoration> restoration;
-    std::string problem; // why there is none
-};
-
 std::vector<Part> PartsOf(const fs::path& folder)
 {
     std::vector<Part> parts;
@@ -41,45 +36,40 @@ std::vector<Part> PartsOf(const fs::path& folder)
     return parts;
 }
 
-// A part that fails does not lose the others. True when none has.
-bool Prepare(const Invocation& invocation, const Handset& handset, const fs::path& folder, std::vector<Part>& parts)
+// Whether the backup says that it holds all of a part: what could not be read when it was made is not to be deleted.
+bool HoldsAll(const Json& index, const std::string& name)
 {
-    bool isFine = true;
-    for (Part& part : parts) {
-        try {
-            part.restoration = part.section->Prepare(invocation, handset, folder / part.section->File());
-        } catch (const Failure& failure) {
-            part.problem = failure.what();
-            isFine = false;
-            fmt::print(stderr, "phnctl: {}: {}\n", part.section->Name(), part.problem);
-        }
+    const Json* sections = index.Find("sections");
+    const auto* list = sections ? std::get_if<JsonList>(&sections->value) : nullptr;
+    const auto isWhole = [&](const Json& section) {
+        const Json* own = section.Find("name");
+        const Json* problem = section.Find("problem");
+        const Json* unread = section.Find("unread");
+        return own && own->Text() && *own->Text() == name && problem && problem->Text() && problem->Text()->empty() &&
+               unread && std::get_if<std::int64_t>(&unread->value) && std::get<std::int64_t>(unread->value) == 0;
+    };
+    return list && std::ranges::any_of(*list, isWhole);
+}
+
+void RequireWholeBackup(const fs::path& folder, const std::vector<Part>& parts)
+{
+    Json index;
+    try {
+        index = ParseJson(ReadText(TextOf(folder / kBackupIndex)));
+    } catch (const std::exception&) {
+        // Then it claims nothing.
     }
-    return isFine;
-}
-
-std::size_t ToWrite(const Plan& plan)
-{
-    return plan.Count(Action::Add) + plan.Count(Action::Change);
-}
-
-std::size_t ToDelete(const Plan& plan)
-{
-    return plan.deletions.size();
-}
-
-// "3 contacts and 1 event"; empty where there is nothing of the kind.
-std::string Amounts(const std::vector<Part>& parts, std::size_t (*amount)(const Plan&))
-{
-    std::vector<std::string> amounts;
     for (const Part& part : parts)
-        if (const std::size_t count = part.restoration ? amount(part.restoration->plan) : 0)
-            amounts.push_back(Counted(count, part.restoration->form->One(), part.restoration->form->Many()));
-    return fmt::format("{}", fmt::join(amounts, " and "));
+        if (!HoldsAll(index, part.section->Name()))
+            throw Failure(kUsage,
+                          fmt::format("{} does not say that it holds all {} that there were, so that {} could delete "
+                                      "what it does not know. Nothing was changed.",
+                                      Printable(TextOf(folder)), part.section->Name(), kDeleteOthers));
 }
 
 void AskForDeletions(const Invocation& invocation, const std::vector<Part>& parts)
 {
-    const std::string gone = Amounts(parts, ToDelete);
+    const std::string gone = AmountToDelete(parts);
     if (gone.empty())
         return;
     for (const Part& part : parts)
@@ -87,73 +77,27 @@ void AskForDeletions(const Invocation& invocation, const std::vector<Part>& part
             for (const Deletion& deletion : part.restoration->plan.deletions)
                 fmt::print(stderr, "not in the backup: {} {}\n", part.restoration->form->One(),
                            Printable(part.restoration->form->Title(deletion.stored.entry)));
-    const std::string written = Amounts(parts, ToWrite);
+    const std::string written = AmountToWrite(parts);
     Confirm(invocation, written.empty()
                             ? fmt::format("Delete {} from the handset?", gone)
                             : fmt::format("Write {} to the handset, and then delete {} from it?", written, gone));
-}
-
-void Show(const BackupSection& section, const std::optional<Restoration>& restoration)
-{
-    fmt::print("{}\n", section.File());
-    if (!restoration) {
-        fmt::print("No {} can be put back; they stay in the backup.\n", section.Name());
-        return;
-    }
-    const auto& [form, plan, apply, others, remark] = *restoration;
-    fmt::print("{}{}{}", PlanText(*form, plan), remark, remark.empty() ? "" : "\n");
-    if (others != 0)
-        fmt::print("{} of the handset {} not in the backup and {}; {} deletes {}.\n",
-                   Counted(others, form->One(), form->Many()), others == 1 ? "is" : "are",
-                   others == 1 ? "stays" : "stay", kDeleteOthers, others == 1 ? "it" : "them");
-}
-
-Json ToJson(const Part& part)
-{
-    const std::size_t others = part.restoration ? part.restoration->others : 0;
-    JsonObject object{{"name", {part.section->Name()}},
-                      {"file", {part.section->File()}},
-                      {"problem", {part.problem}},
-                      {"others", {static_cast<std::int64_t>(others)}}};
-    if (part.restoration)
-        object.emplace_back("plan", PlanJson(*part.restoration->form, part.restoration->plan));
-    return {std::move(object)};
-}
-
-int CarryOut(const Invocation& invocation, Part& part)
-{
-    Restoration& restoration = *part.restoration;
-    try {
-        return CarryOut(invocation, restoration.plan,
-                        [&](bool isStrict) { restoration.apply(restoration.plan, isStrict); });
-    } catch (const Failure& failure) {
-        part.problem = failure.what();
-        fmt::print(stderr, "phnctl: {}: {}\n", part.section->Name(), part.problem);
-        return kRefused;
-    }
 }
 
 int Restore(const Invocation& invocation)
 {
     const fs::path folder = PathOf(*invocation.Value("DIR"));
     std::vector<Part> parts = PartsOf(folder);
+    if (invocation.Has(kDeleteOthers))
+        RequireWholeBackup(folder, parts);
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
-        status = Prepare(invocation, handset, folder, parts) ? kDone : kRefused;
+        const bool isReady = Prepare(parts, [&](const BackupSection& section) {
+            return section.Prepare(invocation, handset, folder / section.File());
+        });
         if (!invocation.Has(kDryRun))
             AskForDeletions(invocation, parts);
-        JsonList results;
-        for (Part& part : parts) {
-            const bool isReached = status != kInterrupted;
-            if (part.restoration && isReached)
-                status = std::max(status, CarryOut(invocation, part)); // an interrupt is the largest
-            if (invocation.options.json)
-                results.push_back(ToJson(part));
-            else if (part.problem.empty() && isReached)
-                Show(*part.section, part.restoration);
-        }
-        if (invocation.options.json)
-            fmt::print("{}\n", WriteJson({JsonObject{{"sections", {std::move(results)}}}}));
+        RunRecord record(invocation, handset, "restore");
+        status = std::max(isReady ? kDone : kRefused, PutBack(invocation, parts, record));
     });
     return status;
 }
@@ -174,7 +118,8 @@ std::vector<Command> RestoreCommands()
          "Put a backup back on the handset",
          "Makes a plan for each part, as 'contacts import' does, and writes only what is not there already: after an\n"
          "interrupt, a second restore goes on from there. Nothing is deleted unless asked for; then it is shown by\n"
-         "name, and asked before anything is written. The folders in phnctl-copies can be restored, too.\n\n"
+         "name, and asked before anything is written. The folders of 'phnctl undo --list' hold the\n"
+         "copies of what a run took away, and can be restored, too.\n\n"
          "Examples:\n"
          "  phnctl restore my-handset --dry-run\n"
          "  phnctl restore my-handset\n",

@@ -7,10 +7,13 @@
 #include "phnctl/plan/entry_form.h"
 #include "phnctl/plan/losses.h"
 #include "phnctl/plan/plan.h"
+#include "phnctl/plan/retrace.h"
+#include "phnctl/plan/run_record.h"
 
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace phnctl {
@@ -28,9 +31,10 @@ struct Restoration
 {
     const EntryForm* form;
     Plan plan;
-    std::function<void(Plan& plan, bool isStrict)> apply; // leaves in the plan what came of it; throws Failure
-    std::size_t others = 0;                               // that are not in the backup and stay
-    std::string remark{};                                 // what a person has to know of what is put back
+    // Leaves in the plan what came of it; throws Failure.
+    std::function<void(Plan& plan, bool isStrict, RunRecord& record)> apply;
+    std::size_t others = 0; // that are not in the backup and stay
+    std::string remark{};   // what a person has to know of what is put back
 };
 
 class BackupSection
@@ -50,7 +54,14 @@ public:
     // long as the result.
     virtual std::optional<Restoration> Prepare(const Invocation& invocation, const Handset& handset,
                                                const std::filesystem::path& file) const = 0;
+
+    // The same for those steps of a run's journal that are this part's.
+    virtual std::optional<Restoration> Retrace(const Invocation& invocation, const Handset& handset,
+                                               std::span<const JournalStep> steps, Way way) const = 0;
 };
+
+// What is in the files of a backup; it is written last. A folder of copies has none.
+inline constexpr const char* kBackupIndex = "backup.json";
 
 // The option with which a restore deletes what the backup does not hold.
 inline constexpr const char* kDeleteOthers = "--delete-others";

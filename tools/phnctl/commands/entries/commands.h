@@ -24,6 +24,7 @@ std::vector<Command> DeletingCommands(const EntryKind& kind); // and of deleting
 std::vector<Candidate> ReadCandidates(const EntryKind& kind, const std::vector<std::string>& files, bool acceptsLoss);
 
 inline constexpr const char* kDryRun = "--dry-run";
+inline constexpr const char* kForce = "--force"; // over what is there
 
 // --dry-run and --strict.
 std::vector<CommandOption> WriteOptions();

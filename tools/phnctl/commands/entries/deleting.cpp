@@ -4,6 +4,7 @@
 #include "phnctl/handset/session.h"
 #include "phnctl/plan/inventory.h"
 #include "phnctl/plan/losses.h"
+#include "phnctl/plan/run_record.h"
 #include "phnctl/plan/safeguard.h"
 #include "phnctl/text/counted.h"
 #include "phnctl/text/failure.h"
@@ -29,6 +30,15 @@ std::vector<StoredEntry> ReadAll(const Handset& handset, const EntryKind& kind,
     return entries;
 }
 
+// Each of them goes.
+std::vector<JournalStep> StepsOf(const EntryKind& kind, const std::vector<StoredEntry>& entries)
+{
+    std::vector<JournalStep> steps;
+    for (const StoredEntry& stored : entries)
+        steps.push_back({kind.Many(), stored.index, kind.Storable(stored.entry)});
+    return steps;
+}
+
 int Delete(const Invocation& invocation, const EntryKind& kind)
 {
     std::vector<std::uint32_t> indexes;
@@ -43,9 +53,15 @@ int Delete(const Invocation& invocation, const EntryKind& kind)
         const std::string what =
             entries.size() == 1 ? "this " + kind.One() : fmt::format("these {} {}", entries.size(), kind.Many());
         Confirm(invocation, fmt::format("Delete {}?", what));
-        KeepCopy(invocation, kind, "delete", entries);
-        for (const StoredEntry& stored : entries)
-            kind.Delete(handset, stored.index);
+        RunRecord record(invocation, handset, kind.Many() + " delete");
+        record.KeepCopy(kind, entries);
+        const std::size_t first = record.Expect(StepsOf(kind, entries));
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            record.BeginAt(first + i, entries[i].index);
+            kind.Delete(handset, entries[i].index);
+            record.Done(first + i);
+        }
+        record.Over();
         TellDeleted(invocation, entries.size(), kind.One(), kind.Many());
     });
 }
@@ -57,7 +73,7 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
         TellUnread(kind, inventory);
         if (inventory.entries.empty() && inventory.unread.empty())
             return TellDeleted(invocation, 0, kind.One(), kind.Many());
-        if (!inventory.unread.empty() && !invocation.Has("--no-copy"))
+        if (!inventory.unread.empty() && !invocation.Has(kNoCopy))
             throw Failure(kRefused, fmt::format("{} {} cannot be read, so that no whole copy can be kept; --no-copy "
                                                 "deletes them all the same. Nothing was changed.",
                                                 inventory.unread.size(), kind.Many()));
@@ -65,8 +81,13 @@ int Clear(const Invocation& invocation, const EntryKind& kind)
         TellLosses(LossesOf(kind, inventory.entries), kind.One(), kind.Many());
         Confirm(invocation, fmt::format("Delete all {} of the handset?",
                                         Counted(inventory.entries.size(), kind.One(), kind.Many())));
-        KeepCopy(invocation, kind, "clear", inventory.entries);
+        RunRecord record(invocation, handset, kind.Many() + " clear");
+        record.KeepCopy(kind, inventory.entries);
+        const std::size_t first = record.Expect(StepsOf(kind, inventory.entries));
+        record.Begin(first, inventory.entries.size());
         kind.DeleteAll(handset);
+        record.Done(first, inventory.entries.size());
+        record.Over();
         TellDeleted(invocation, inventory.entries.size(), kind.One(), kind.Many());
     });
 }

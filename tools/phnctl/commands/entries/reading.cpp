@@ -19,7 +19,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* kForce = "--force";
 constexpr const char* kFolder = "--folder";
 constexpr const char* kText = "--text";
 

@@ -174,8 +174,11 @@ int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKi
              const Inventory& inventory)
 {
     const int status = CarryOut(invocation, plan, [&](bool isStrict) {
-        KeepCopy(invocation, kind, "import", EndangeredBy(plan, inventory));
-        Apply(handset, kind, plan, inventory, isStrict);
+        RunRecord record(invocation, handset, kind.Many() + " import");
+        record.KeepCopy(kind, EndangeredBy(plan, inventory));
+        Apply(handset, kind, plan, inventory, isStrict, record);
+        if (!plan.isInterrupted)
+            record.Over();
     });
     if (invocation.options.json)
         fmt::print("{}\n", WriteJson(PlanJson(kind, plan)));

@@ -4,6 +4,7 @@
 #include "phnctl/handset/session.h"
 #include "phnctl/messages/form.h"
 #include "phnctl/messages/list.h"
+#include "phnctl/plan/run_record.h"
 #include "phnctl/plan/safeguard.h"
 #include "phnctl/text/counted.h"
 #include "phnctl/text/failure.h"
@@ -17,9 +18,14 @@ namespace phnctl {
 
 namespace {
 
-void KeepMessages(const Invocation& invocation, const char* before, const std::vector<StoredMessage>& messages)
+// Keeps the copy, and says in the journal that they go; returns the number of the first step.
+std::size_t Keep(RunRecord& record, const std::vector<StoredMessage>& messages)
 {
-    KeepCopy(invocation, before, {"message", "messages", ".json", messages.size(), MessagesJson(messages)});
+    record.KeepCopy({"message", "messages", ".json", messages.size(), MessagesJson(messages)});
+    std::vector<JournalStep> steps;
+    for (const StoredMessage& message : messages)
+        steps.push_back({MessageForm().Many(), message.index, MessageEntry(message.pdu.content)});
+    return record.Expect(steps);
 }
 
 int Delete(const Invocation& invocation)
@@ -35,10 +41,14 @@ int Delete(const Invocation& invocation)
         Confirm(invocation,
                 fmt::format("Delete {}?",
                             messages.size() == 1 ? "this message" : "these " + Counted(messages.size(), "message")));
-        KeepMessages(invocation, "delete", messages);
-        for (const StoredMessage& message : messages)
-            handset.Check(handset.Api().DeleteMessage(message.index),
-                          fmt::format("deleting message {}", message.index));
+        RunRecord record(invocation, handset, "messages delete");
+        std::size_t step = Keep(record, messages);
+        for (const StoredMessage& message : messages) {
+            record.BeginAt(step, message.index);
+            DeleteMessage(handset, message.index);
+            record.Done(step++);
+        }
+        record.Over();
         TellDeleted(invocation, messages.size(), "message", "messages");
     });
 }
@@ -55,9 +65,13 @@ int Clear(const Invocation& invocation)
                                       : "of all boxes";
         TellLosses(LossesOf(messages), "message", "messages");
         Confirm(invocation, fmt::format("Delete all {} {}?", Counted(messages.size(), "message"), Printable(where)));
-        KeepMessages(invocation, "clear", messages);
+        RunRecord record(invocation, handset, "messages clear");
+        const std::size_t first = Keep(record, messages);
+        record.Begin(first, messages.size());
         for (const std::int32_t box : boxes)
             handset.Check(handset.Api().DeleteAllMessages(box), fmt::format("deleting the messages of box {}", box));
+        record.Done(first, messages.size());
+        record.Over();
         TellDeleted(invocation, messages.size(), "message", "messages");
     });
 }

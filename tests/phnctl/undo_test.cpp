@@ -1,0 +1,147 @@
+// The way back: runs that are taken back, finished after they were cut off, or left alone.
+#include "phnctl/handset_run.h"
+#include "simulator/handset/exchange.h"
+
+#include <csignal>
+
+namespace phnctl_test {
+namespace {
+
+class Undo : public HandsetRun
+{
+protected:
+    Undo()
+    {
+        m_program.Set("XDG_STATE_HOME", Path("state"));
+        // What the library's texts do not carry as it is stored.
+        Handset().Change(0, [](simulator::Phone& phone) {
+            phone.limits.contacts = phone.limits.events = 56; // many runs ask for all
+            for (const std::uint32_t id : {6, 21, 22, 25})
+                phone.contacts.erase(id);
+            std::erase_if(phone.events, [](const auto& event) { return event.second.repeatType == 3; });
+        });
+    }
+
+    std::string Entries() { return Handset().Show("contacts") + Handset().Show("events"); }
+    std::string Card(const std::string& name, const std::string& number)
+    {
+        return "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + name + "\r\nTEL;TYPE=CELL:" + number + "\r\nEND:VCARD\r\n";
+    }
+    // New ones and a changed one among them.
+    std::string Cards()
+    {
+        std::string text = Card("Anna Berg", "5550009999");
+        for (int i = 0; i < 5; ++i)
+            text += Card("New " + std::to_string(i), "55512300" + std::to_string(10 + i));
+        return File("cards.vcf", text);
+    }
+    // Kills the run in its nth request of this sort.
+    void KillIn(const std::string& words, std::uint32_t command, unsigned nth)
+    {
+        std::atomic<pid_t> process = 0;
+        unsigned count = 0;
+        Handset().SetWatcher([&](const simulator::Exchange& exchange) {
+            if (exchange.command == command && ++count == nth)
+                kill(process.load(), SIGKILL);
+        });
+        process = m_program.Start(words);
+        EXPECT_EQ(m_program.Finish(process).status, 256 + SIGKILL) << words;
+        Handset().SetWatcher({});
+    }
+};
+
+TEST_F(Undo, PutsBackWhatARunHasAddedChangedAndDeleted)
+{
+    const std::string backup = Path("backup");
+    Expect(0, "backup " + backup);
+    const std::string before = Entries();
+    for (const std::string& words :
+         {"contacts import " + Cards(), "contacts put " + File("one.vcf", Card("One", "1234567")) + " 2",
+          std::string("contacts delete --yes 0 3"), std::string("contacts clear --yes"),
+          std::string("events clear --yes")}) {
+        ASSERT_EQ(Run(words).status, 0) << words;
+        EXPECT_TRUE(Entries() != before) << words;
+        Expect(0, "undo --yes");
+        EXPECT_TRUE(Entries() == before) << words;
+    }
+    Handset().Change(0, [](simulator::Phone& phone) {
+        phone.contacts.erase(0);
+        phone.contacts[1].firstName = "Other";
+    });
+    const std::string changed = Entries();
+    Run("restore --yes --delete-others " + backup);
+    EXPECT_TRUE(Entries() != changed);
+    Expect(0, "undo --yes");
+    EXPECT_TRUE(Entries() == changed);
+    Expect(2, "undo --yes", {"phnctl: there is no run to take back.\n"});
+    Expect(0, "undo --list", {"events clear", "settled"});
+}
+
+TEST_F(Undo, MessagesComeBackNewlySaved)
+{
+    const std::size_t before = Held().messages.size();
+    Expect(0, "messages clear 0 --yes");
+    ASSERT_LT(Held().messages.size(), before);
+    Run("undo --yes");
+    EXPECT_GT(Held().messages.size(), before - 4); // those without a text cannot be saved
+    Expect(0, "undo --list", {"messages clear"});
+}
+
+TEST_F(Undo, ARunThatWasKilledIsTakenBackOrFinished)
+{
+    constexpr std::uint32_t kSetContact = 36;
+    const std::string before = Entries();
+    const std::string import = "contacts import " + Cards();
+    ASSERT_EQ(Run(import).status, 0);
+    const std::string after = Entries();
+    Expect(0, "undo --yes");
+    for (const unsigned nth : {1u, 4u, 6u}) {
+        KillIn(import, kSetContact, nth);
+        Expect(0, "undo --yes");
+        EXPECT_TRUE(Entries() == before) << nth;
+        KillIn(import, kSetContact, nth);
+        Expect(0, "resume --yes");
+        EXPECT_TRUE(Entries() == after) << nth;
+        Expect(0, "undo --yes"); // both runs
+        EXPECT_TRUE(Entries() == before) << nth;
+    }
+}
+
+TEST_F(Undo, LeavesWhatIsSomethingElseByNow)
+{
+    Expect(0, "contacts import " + Cards());
+    Handset().Change(0, [](simulator::Phone& phone) {
+        for (auto& [id, contact] : phone.contacts)
+            if (contact.lastName == "3" || contact.firstName == "Anna")
+                contact.firstName = "Other";
+    });
+    const std::size_t count = Held().contacts.size();
+    Expect(0, "undo --dry-run",
+           {"left out     New 3\n    changed-since: ", "left out     Anna Berg  (index 0)\n    changed-since: ",
+            "4 contacts of the handset to delete"});
+    Expect(0, "undo --yes --force", {"changed      Anna Berg  (index 0)\n    Name: Other Berg -> Anna Berg\n"});
+    EXPECT_EQ(Held().contacts.size(), count - 4);
+    EXPECT_EQ(Held().contacts.at(0).firstName, "Anna");
+}
+
+TEST_F(Undo, IsOfOneHandset)
+{
+    Expect(0, "contacts clear --yes");
+    Handset().Set("identity/esn", "12345");
+    Expect(1, "undo --yes",
+           {"was on another handset, Fjord 40 with the serial number 15901193046. Nothing was changed."});
+    EXPECT_TRUE(Held().contacts.empty());
+}
+
+TEST_F(Undo, NothingIsWrittenWithoutAJournal)
+{
+    m_program.Set("XDG_STATE_HOME", File("no-folder", ""));
+    const std::string before = Entries();
+    Expect(1, "contacts import " + Cards(), {"Nothing was changed."});
+    EXPECT_TRUE(Entries() == before);
+    Expect(0, "contacts import --no-copy " + Cards());
+    EXPECT_TRUE(Entries() != before);
+}
+
+} // namespace
+} // namespace phnctl_test
