@@ -2,8 +2,8 @@
 // Used by the transports, and directly by tests and fuzzers that need no port. A session is used by one thread.
 #pragma once
 
+#include "simulator/handset/conversation.h"
 #include "simulator/handset/handset.h"
-#include "simulator/handset/step.h"
 
 #include <cstdint>
 #include <optional>
@@ -20,12 +20,12 @@ enum class PortKind
     Modem,      // AT commands, and raw request records once the mode is 2
 };
 
-class Session
+class Session : public Conversation
 {
 public:
     Session(Handset& handset, PortKind kind) : handset_(handset), kind_(kind) {}
 
-    std::vector<Step> Receive(std::span<const std::uint8_t> bytes);
+    std::vector<Step> Receive(std::span<const std::uint8_t> bytes) override;
 
 private:
     void ReceiveFramed(std::uint8_t byte, std::vector<Step>& steps);

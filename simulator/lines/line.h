@@ -43,5 +43,8 @@ LineOpener PtyLines(std::filesystem::path devices, std::string name);
 LineOpener TcpLines(std::uint16_t port);
 // On Windows: a serial port, usually one end of a virtual pair. It tells nothing of a host's closing the other end.
 LineOpener ComLines(std::string name);
+// On Linux: the terminal of a handset, which is the other side here: 115200 bits a second, raw. Ends when the handset
+// goes.
+LineOpener DeviceLines(std::filesystem::path device);
 
 } // namespace simulator

@@ -15,8 +15,13 @@ std::string ModemInterfaceName(const std::string& instance)
     return "usb#vid_fffe&pid_0001#" + instance + "#{2c7089aa-2e0e-11d1-b114-00c04fc2aae4}";
 }
 
-Simulator::Simulator(LineOpener opener, PortKind kind, Phone phone)
-    : opener_(std::move(opener)), kind_(kind), handset_(std::move(phone)), worker_([this] { Serve(); })
+ConversationMaker SessionsOf(PortKind kind)
+{
+    return [kind](Handset& handset, Line&) { return std::make_unique<Session>(handset, kind); };
+}
+
+Simulator::Simulator(LineOpener opener, ConversationMaker maker, Phone phone)
+    : opener_(std::move(opener)), maker_(std::move(maker)), handset_(std::move(phone)), worker_([this] { Serve(); })
 {
 }
 
@@ -89,8 +94,8 @@ void Simulator::Serve()
             continue;
         }
         lock.unlock();
-        if (const std::unique_ptr<Line> line = Open())
-            ServeLine(*line);
+        if (const Offer offer = Open(); offer.line)
+            ServeLine(offer);
         lock.lock();
     }
     presence_ = Presence::Gone;
@@ -98,15 +103,17 @@ void Simulator::Serve()
 }
 
 // The next line; none, and unplugged, when it cannot be offered.
-std::unique_ptr<Line> Simulator::Open()
+Simulator::Offer Simulator::Open()
 {
-    std::unique_ptr<Line> line;
+    Offer offer;
     std::exception_ptr failure;
     try {
-        line = opener_();
-        line->WhenHostCloses([this] { handset_.Tell({.command = kPortClosed, .name = "close"}); });
+        offer.line = opener_();
+        offer.conversation = maker_(handset_, *offer.line);
+        offer.line->WhenHostCloses([this] { handset_.Tell({.command = kPortClosed, .name = "close"}); });
     } catch (...) {
         failure = std::current_exception();
+        offer.line.reset();
     }
     std::unique_lock lock(mutex_);
     if (failure) {
@@ -114,28 +121,27 @@ std::unique_ptr<Line> Simulator::Open()
         if (wanted_ == Wanted::Plugged)
             wanted_ = Wanted::Unplugged;
     } else {
-        line_ = line.get();
+        line_ = offer.line.get();
         presence_ = Presence::There;
         ++opened_;
         if (wanted_ != Wanted::Plugged)
-            line->Interrupt();
+            line_->Interrupt();
     }
     changed_.notify_all();
     lock.unlock();
     handset_.TellChange();
-    return line;
+    return offer;
 }
 
-void Simulator::ServeLine(Line& line)
+void Simulator::ServeLine(const Offer& offer)
 {
-    Session session(handset_, kind_);
     std::array<std::uint8_t, 16384> buffer;
     bool isOpen = true;
     while (isOpen) {
-        const std::size_t size = line.Read(buffer);
+        const std::size_t size = offer.line->Read(buffer);
         isOpen = size != 0;
-        for (const Step& step : session.Receive(std::span(buffer).first(size)))
-            isOpen = isOpen && Perform(step, line);
+        for (const Step& step : offer.conversation->Receive(std::span(buffer).first(size)))
+            isOpen = isOpen && Perform(step, *offer.line);
     }
     const std::scoped_lock lock(mutex_);
     line_ = nullptr;

@@ -4,6 +4,7 @@
 // may call Unplug, Replug and HangUp: there they do not wait, and take effect once the reply is sent.
 #pragma once
 
+#include "simulator/handset/conversation.h"
 #include "simulator/handset/handset.h"
 #include "simulator/handset/session.h"
 #include "simulator/lines/line.h"
@@ -13,6 +14,8 @@
 #include <cstdint>
 #include <exception>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -23,10 +26,20 @@ namespace simulator {
 std::string UsbInterfaceName(const std::string& instance);   // usb#vid_fffe&pid_0001#INSTANCE#{diagnostic class}
 std::string ModemInterfaceName(const std::string& instance); // the same with the modem class
 
+// Makes who answers on a line that has just been opened, and is gone before the line is.
+using ConversationMaker = std::function<std::unique_ptr<Conversation>(Handset& handset, Line& line)>;
+
+// The simulated handset's sessions.
+ConversationMaker SessionsOf(PortKind kind);
+
 class Simulator
 {
 public:
-    Simulator(LineOpener opener, PortKind kind, Phone phone = DefaultPhone());
+    Simulator(LineOpener opener, ConversationMaker maker, Phone phone = DefaultPhone());
+    Simulator(LineOpener opener, PortKind kind, Phone phone = DefaultPhone())
+        : Simulator(std::move(opener), SessionsOf(kind), std::move(phone))
+    {
+    }
     // On a pseudo terminal; `name` is the entry's name in the directory: "com5", UsbInterfaceName("0001") or
     // ModemInterfaceName("0001"). A link that a killed simulator left is replaced.
     Simulator(std::filesystem::path devices, std::string name, PortKind kind = PortKind::Diagnostic,
@@ -69,14 +82,20 @@ private:
         There,
     };
 
+    struct Offer
+    {
+        std::unique_ptr<Line> line{};
+        std::unique_ptr<Conversation> conversation{};
+    };
+
     void Want(Wanted wanted);
     void Serve();
-    std::unique_ptr<Line> Open();
-    void ServeLine(Line& line);
+    Offer Open();
+    void ServeLine(const Offer& offer);
     bool Perform(const Step& step, Line& line);
 
     const LineOpener opener_;
-    const PortKind kind_;
+    const ConversationMaker maker_;
     Handset handset_;
 
     mutable std::mutex mutex_;

@@ -1,9 +1,11 @@
 // phnsim: a simulated handset on a serial port, driven by control lines in a script and on standard input.
 #include "simulator/commands/command.h"
+#include "simulator/phnsim/counterpart.h"
 #include "simulator/phnsim/end_request.h"
 #include "simulator/phnsim/options.h"
 #include "simulator/phnsim/standard_input.h"
 #include "simulator/phnsim/wire_files.h"
+#include "simulator/recording/mask.h"
 #include "simulator/script/json_lines.h"
 #include "simulator/script/loop.h"
 #include "simulator/web/panel.h"
@@ -82,10 +84,10 @@ struct StopAtEnd
 };
 
 // Offers the port and works until the end.
-void Serve(const Options& options, Control& control, const std::string& web)
+void Serve(const Options& options, Control& control, Counterpart& counterpart, const std::string& web)
 {
     const StopAtEnd stop{control.simulator};
-    Loop loop(control, {.file = "standard input", .isStrict = options.strict}, options.once);
+    Loop loop(control, {.file = "standard input", .isStrict = options.strict}, counterpart.Closings());
     if (!options.script.empty()) {
         std::ifstream script(options.script);
         loop.Script().AddAll(script, options.script);
@@ -94,16 +96,17 @@ void Serve(const Options& options, Control& control, const std::string& web)
         return;
     control.simulator.Start();
     loop.Script().Advance();
-    const std::string model = control.simulator.Control().Snapshot().identity.model;
+    const std::string name = counterpart.Name(control.simulator);
     if (options.ready)
-        Print(stdout, ReadyJsonLine(model, options.port.shown, web));
+        Print(stdout, ReadyJsonLine(name, options.port.shown, web));
     else
-        control.print("serving " + model + " on " + options.port.shown);
+        control.print("serving " + name + " on " + options.port.shown);
     if (!options.ready && !web.empty())
         Print(stdout, "panel at " + web);
     const auto end = WatchEndRequests([&] { loop.Stop("a signal has ended phnsim"); });
     const StandardInput input([&](std::string line) { loop.Take(std::move(line)); });
     loop.Run();
+    counterpart.ReportMissing();
 }
 
 int TurnIntoPcap(const std::string& recording, const std::string& file)
@@ -120,6 +123,10 @@ int Run(const Options& options)
 {
     if (!options.toPcap.empty())
         return TurnIntoPcap(options.toPcap[0], options.toPcap[1]);
+    if (!options.mask.empty()) {
+        MaskRecording(options.mask[0], options.mask[1]);
+        return 0;
+    }
     PrepareForEndRequests();
     // Standard output is for programs once they have asked for the ready line.
     const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
@@ -130,7 +137,8 @@ int Run(const Options& options)
     WireFiles files(options);
     Wakeup wakeup;
     History history(wakeup);
-    Simulator simulator(files.Tap(options.port.open()), options.port.kind);
+    Counterpart counterpart(options);
+    Simulator simulator(files.Tap(options.port.open()), counterpart.Conversations());
     Prepare(simulator.Control(), options, trace);
     Control control{.simulator = simulator,
                     .history = history,
@@ -138,6 +146,7 @@ int Run(const Options& options)
                     .dataFile = options.data,
                     .print = print,
                     .trace = trace};
+    counterpart.ReportTo(control);
     const std::unique_ptr<Panel> panel = options.webPort ? std::make_unique<Panel>(control, *options.webPort) : nullptr;
     if (panel)
         control.print = [&](std::string_view line) {
@@ -150,7 +159,7 @@ int Run(const Options& options)
             panel->Show(exchange);
         history.Add(exchange);
     });
-    Serve(options, control, panel ? panel->Address() : "");
+    Serve(options, control, counterpart, panel ? panel->Address() : "");
     if (!options.data.empty())
         simulator.Control().Save(options.data);
     log.Check();

@@ -37,6 +37,28 @@ void AddFiles(CLI::App& app, Options& options)
            "write the packets of a recording for Wireshark, and end")
         ->expected(2)
         ->option_text("RECORDING FILE");
+    app.add_option_function<std::vector<std::string>>(
+           "--mask",
+           [&options](const std::vector<std::string>& files) {
+               options.mask = files;
+               throw CLI::Success();
+           },
+           "write a recording with made-up numbers, names and texts, and end")
+        ->expected(2)
+        ->option_text("RECORDING FILE");
+}
+
+// Who answers instead of the simulated handset; what belongs to that one does not go with them.
+void AddOtherHandsets(CLI::App& app, Options& options)
+{
+    auto* between =
+        app.add_option("--between", options.between, "pass all on to the handset at this port")->type_name("DEVICE");
+    auto* replay = app.add_option("--replay", options.replay, "play the handset of a recording")->type_name("FILE");
+    for (const char* const own : {"--data", "--fault", "--seed", "--trace", "--hex", "--script", "--strict", "--web"})
+        for (CLI::Option* const other : {between, replay})
+            other->excludes(app.get_option(own));
+    between->excludes(replay);
+    between->excludes(app.get_option("--log"));
 }
 
 } // namespace
@@ -73,10 +95,11 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
         },
         "list the commands of the wire protocol that it answers, and end");
     app.set_version_flag("--version", "phnsim " PHN_VERSION);
+    AddOtherHandsets(app, options);
     try {
         app.parse(argumentCount, arguments);
     } catch (const CLI::Success& success) {
-        if (options.listCommands || !options.toPcap.empty())
+        if (options.listCommands || !options.toPcap.empty() || !options.mask.empty())
             return options;
         return app.exit(success);
     } catch (const CLI::ParseError& error) {

@@ -24,7 +24,10 @@ struct Options
     std::string log;
     std::string record;
     std::string pcap;
-    std::vector<std::string> toPcap;      // a recording and the file that it is written into; empty: not asked for
+    std::vector<std::string> toPcap; // a recording and the file that it is written into; empty: not asked for
+    std::vector<std::string> mask;   // likewise
+    std::string between;             // another handset's port
+    std::string replay;
     std::optional<std::uint16_t> webPort; // 0: one that is free
     bool strict = false;
     bool ready = false;

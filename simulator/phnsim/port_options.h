@@ -16,6 +16,7 @@ namespace simulator {
 struct PortChoice
 {
     std::function<LineOpener()> open; // throws std::exception when the port cannot be offered here
+    std::function<LineOpener(const std::string& device)> openHandset; // the port of one, as --between names it
     PortKind kind = PortKind::Diagnostic;
     std::string shown; // the port, for people and programs
     bool tellsClose = true;

@@ -30,6 +30,12 @@ void CheckDevices(const std::string& devices)
         "it:\n  export PHNNRV_DEVICES=/tmp/handsets; mkdir -p $PHNNRV_DEVICES");
 }
 
+// A path, or an entry of the device directory.
+LineOpener HandsetLines(const std::string& device, const std::string& devices)
+{
+    return DeviceLines(device.find('/') != std::string::npos ? device : devices + "/" + device);
+}
+
 } // namespace
 
 struct PortOptions::Values
@@ -54,9 +60,10 @@ PortOptions::PortOptions(CLI::App& app) : values_(std::make_unique<Values>())
     way->add_option("--modem", values_->modem, "the modem interface of a USB handset, such as 0001")
         ->type_name("INSTANCE")
         ->check(CheckName);
-    way->add_option("--tcp", values_->tcp, "a TCP port on 127.0.0.1")->type_name("PORT")->each([this](const auto&) {
-        values_->isTcp = true;
-    });
+    way->add_option("--tcp", values_->tcp, "a TCP port on 127.0.0.1")
+        ->type_name("PORT")
+        ->check(CLI::Range(1, 65535).description(""))
+        ->each([this](const auto&) { values_->isTcp = true; });
     way->require_option(1);
     app.add_option("--devices", values_->devices, "the device directory")
         ->envname("PHNNRV_DEVICES")
@@ -68,14 +75,18 @@ PortOptions::~PortOptions() = default;
 PortChoice PortOptions::Choice() const
 {
     const auto& [port, usb, modem, devices, tcp, isTcp] = *values_;
+    const auto handset = [folder = devices](const std::string& device) { return HandsetLines(device, folder); };
     if (isTcp)
-        return {.open = [number = tcp] { return TcpLines(number); }, .shown = "127.0.0.1:" + std::to_string(tcp)};
+        return {.open = [number = tcp] { return TcpLines(number); },
+                .openHandset = handset,
+                .shown = "127.0.0.1:" + std::to_string(tcp)};
     const std::string name = !usb.empty() ? UsbInterfaceName(usb) : !modem.empty() ? ModemInterfaceName(modem) : port;
     return {.open =
                 [folder = devices, name] {
                     CheckDevices(folder);
                     return PtyLines(folder, name);
                 },
+            .openHandset = handset,
             .kind = modem.empty() ? PortKind::Diagnostic : PortKind::Modem,
             .shown = devices + "/" + name};
 }

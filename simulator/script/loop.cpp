@@ -74,7 +74,7 @@ void Loop::RunTimers()
 
 void Loop::EndOnceHostIsGone()
 {
-    if (!isOnce_ || control_.isOver || control_.history.Count(kPortClosed) == 0)
+    if (closings_ == 0 || control_.isOver || control_.history.Count(kPortClosed) < closings_)
         return;
     for (LineQueue* queue : {&script_, &input_})
         if (queue->WaitsForHost())

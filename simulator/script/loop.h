@@ -4,6 +4,7 @@
 
 #include "simulator/script/line_queue.h"
 
+#include <cstdint>
 #include <deque>
 #include <mutex>
 #include <optional>
@@ -14,10 +15,11 @@ namespace simulator {
 class Loop
 {
 public:
-    // `input` is the place of the lines taken; with `isOnce` the host's closing of the port is the end.
-    Loop(Control& control, Place input, bool isOnce)
+    // `input` is the place of the lines taken; the host's closing of the port is the end, after so
+    // many of them; 0: it is not.
+    Loop(Control& control, Place input, std::uint64_t closings)
         : control_(control),
-          isOnce_(isOnce),
+          closings_(closings),
           script_(control),
           input_(control),
           posted_(control),
@@ -43,7 +45,7 @@ private:
     std::optional<Wakeup::Time> Due() const;
 
     Control& control_;
-    const bool isOnce_;
+    const std::uint64_t closings_;
     LineQueue script_;
     LineQueue input_;
     LineQueue posted_;

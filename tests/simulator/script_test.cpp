@@ -124,4 +124,18 @@ TEST_F(Script, CapturesWhatItRecords)
     }
 }
 
+TEST_F(Script, GivesWayToARecordingOfIt)
+{
+    ASSERT_EQ(Run("set battery/battery2 41\n", "--script script --record recording </dev/null"), kMet);
+    EXPECT_EQ(Run("", "--replay recording </dev/null"), kMet);
+    std::string recording = File("recording");
+    for (int startup = 0; startup < 2; ++startup) { // the request and its reply
+        const std::size_t line = recording.find('\n') + 1;
+        recording.erase(line, recording.find('\n', line) + 1 - line);
+    }
+    std::ofstream(devices.Path() / "recording") << recording;
+    EXPECT_EQ(Run("", "--replay recording </dev/null"), kUnmet);
+    EXPECT_EQ(File("told"), "phnsim: recording:7: nothing more was expected, but startup came\n");
+}
+
 } // namespace
