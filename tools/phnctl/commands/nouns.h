@@ -22,7 +22,8 @@
     ROW(Restore)                                                                                                       \
     ROW(Undo)                                                                                                          \
     ROW(Error)                                                                                                         \
-    ROW(Doctor)
+    ROW(Doctor)                                                                                                        \
+    ROW(Report)
 
 namespace phnctl {
 
