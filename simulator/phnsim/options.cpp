@@ -48,17 +48,24 @@ void AddFiles(CLI::App& app, Options& options)
         ->option_text("RECORDING FILE");
 }
 
-// Who answers instead of the simulated handset; what belongs to that one does not go with them.
+// Who answers instead of the simulated handset.
 void AddOtherHandsets(CLI::App& app, Options& options)
 {
-    auto* between =
-        app.add_option("--between", options.between, "pass all on to the handset at this port")->type_name("DEVICE");
-    auto* replay = app.add_option("--replay", options.replay, "play the handset of a recording")->type_name("FILE");
-    for (const char* const own : {"--data", "--fault", "--seed", "--trace", "--hex", "--script", "--strict", "--web"})
-        for (CLI::Option* const other : {between, replay})
-            other->excludes(app.get_option(own));
-    between->excludes(replay);
-    between->excludes(app.get_option("--log"));
+    app.add_option("--between", options.between, "pass all on to the handset at this port")->type_name("DEVICE");
+    app.add_option("--replay", options.replay, "play the handset of a recording")->type_name("FILE");
+}
+
+// Throws what does not go together: what belongs to the simulated handset, with another one.
+void CheckTogether(const CLI::App& app)
+{
+    for (const char* const other : {"--between", "--replay"})
+        for (const char* const own :
+             {"--data", "--fault", "--seed", "--trace", "--hex", "--script", "--strict", "--web"})
+            if (app.count(other) != 0 && app.count(own) != 0)
+                throw CLI::ExcludesError(other, own);
+    for (const char* const other : {"--replay", "--log"})
+        if (app.count("--between") != 0 && app.count(other) != 0)
+            throw CLI::ExcludesError("--between", other);
 }
 
 } // namespace
@@ -80,6 +87,7 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
     app.add_flag("--strict", options.strict, "what is wrong on standard input ends it as well");
     app.add_flag("--ready", options.ready,
                  "print one JSON line when the port is there, everything else on standard error");
+    AddOtherHandsets(app, options);
     AddFiles(app, options);
     auto* webOption =
         app.add_option("--web", web, "a panel in the browser, on this port of 127.0.0.1 (default: a free one)")
@@ -95,9 +103,9 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
         },
         "list the commands of the wire protocol that it answers, and end");
     app.set_version_flag("--version", "phnsim " PHN_VERSION);
-    AddOtherHandsets(app, options);
     try {
         app.parse(argumentCount, arguments);
+        CheckTogether(app);
     } catch (const CLI::Success& success) {
         if (options.listCommands || !options.toPcap.empty() || !options.mask.empty())
             return options;

@@ -6,6 +6,8 @@
 #include "simulator/recording/replay.h"
 #include "simulator/recording/tap.h"
 
+#include <cstdlib>
+
 namespace phnctl_test {
 namespace {
 
@@ -56,6 +58,35 @@ TEST_F(Recorded, ABackupIsReplayedToTheLastByte)
     MaskRecording(m_recording, Path("masked"));
     PlayBack(Path("masked"), "backup " + Path("third"));
     EXPECT_NE(ReadAll(Path("third") + "/contacts.vcf"), ReadAll(Path("first") + "/contacts.vcf"));
+}
+
+TEST_F(Recorded, AReportIsMadeWithConsentAndHoldsNothingPrivate)
+{
+    const std::string number = "5558675309", text = "Zaphod Quux";
+    Handset().Change(0, [&](Phone& phone) {
+        phone.identity.number = number;
+        phone.identity.info20 = phone.identity.info148 = text;
+        phone.identity.esn = 0x7E7D1234; // 2122125876
+    });
+    const std::string report = "report " + Path("fault.zip") + " --run info";
+    Expect(2, report, {"doctor.txt", "recording-1.jsonl", "say --yes", number}); // the command tells it to the person
+    EXPECT_FALSE(std::filesystem::exists(Path("fault.zip")));
+    Expect(0, report + " --yes");
+    Expect(2, report + " --yes", {"fault.zip exists"});
+    Expect(2, "report " + Path("other.zip") + " --run infos", {"no command"});
+    const std::string unpack = "cd " + m_folder.Path().string() + " && python3 -m zipfile -e fault.zip parts";
+    ASSERT_EQ(std::system(unpack.c_str()), 0);
+    std::string all;
+    for (const char* part : {"versions.txt", "doctor.txt", "command.txt", "library.log", "recording-1.jsonl"}) {
+        const std::string held = ReadAll(Path("parts") + "/" + part);
+        EXPECT_NE(held, "") << part;
+        all += held;
+    }
+    EXPECT_TRUE(
+        Has(all, "\"name\":\"device information\",\"command\":6,\"sequence\":2,\"reply\":{\"status\":0,\"digits\":10"));
+    EXPECT_TRUE(Has(all, "phnctl info ...\nexit status 0\n"));
+    for (const std::string& value : {number, text, std::string("2122125876"), std::string("#0001#")})
+        EXPECT_FALSE(Has(all, value)) << value;
 }
 
 } // namespace

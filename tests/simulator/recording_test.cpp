@@ -17,7 +17,7 @@ namespace {
 using namespace simulator;
 
 const char* const kNumber = "5558675309";
-const char* const kDigits = "05050508060705030A09"; // the number in an identity record, in hexadecimal
+const char* const kIdentityDigits = "05050508060705030A09"; // the number in an identity record, in hexadecimal
 const char* const kName = "Zaphod Quux";
 const char* const kMail = "zaphod@quux.example";
 const char* const kCode = "Zq7K";
@@ -232,10 +232,10 @@ protected:
 TEST_F(Masking, LeavesNoPrivateValue)
 {
     const std::string plain = Contents(before), masked = Contents(after);
-    for (const char* value : {kNumber, kName, kMail, kDigits, "Zaphod", kCode, kNewCode, "2122125876"})
+    for (const char* value : {kNumber, kName, kMail, kIdentityDigits, "Zaphod", kCode, kNewCode, "2122125876"})
         for (const std::string& form : FormsOf(value))
             EXPECT_EQ(masked.find(form), std::string::npos) << value << " as " << testing::PrintToString(form);
-    for (const char* value : {kNumber, kName, kMail, kDigits, kCode, kNewCode, "2122125876"})
+    for (const char* value : {kNumber, kName, kMail, kIdentityDigits, kCode, kNewCode, "2122125876"})
         EXPECT_NE(plain.find(value), std::string::npos) << value << " was never there";
     EXPECT_NE(masked.find("Fjord 40"), std::string::npos);
 }

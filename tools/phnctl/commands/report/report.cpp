@@ -159,7 +159,7 @@ std::vector<Command> ReportCommands()
              "Examples:\n"
              "  phnctl report fault.zip\n"
              "  phnctl report fault.zip --run \"contacts list\"\n",
-             {{"FILE", "The zip file to make"}},
+             {{"FILE", "The zip file to make", Count::One, {}}},
              MakeReport,
              {{kRun, "COMMAND", "run this command of phnctl, its words parted by spaces, and record it"},
               ConfirmOption()}}};

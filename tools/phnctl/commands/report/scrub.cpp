@@ -8,11 +8,14 @@ namespace phnctl {
 
 namespace {
 
-std::string Replaced(std::string text, std::string_view what, std::string_view with)
+std::string Replaced(std::string_view text, std::string_view what, std::string_view with)
 {
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
-        text.replace(at, what.size(), with);
-    return text;
+    std::string replaced;
+    for (std::size_t at = text.find(what); at != std::string_view::npos; at = text.find(what)) {
+        replaced.append(text.substr(0, at)).append(with);
+        text.remove_prefix(at + what.size());
+    }
+    return replaced.append(text);
 }
 
 } // namespace
