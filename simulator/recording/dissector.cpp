@@ -92,12 +92,6 @@ std::string TextLine(std::span<const std::uint8_t> bytes)
     return reader.Characters("line", bytes.size());
 }
 
-bool IsAt(const std::string& line)
-{
-    return line.size() >= 2 && std::toupper(static_cast<unsigned char>(line[0])) == 'A' &&
-           std::toupper(static_cast<unsigned char>(line[1])) == 'T';
-}
-
 // Lays header and fields of a request record over plain[offset, end).
 void PlaceRequest(Dissection& dissection, std::size_t offset, std::size_t end)
 {
@@ -114,6 +108,12 @@ void PlaceRequest(Dissection& dissection, std::size_t offset, std::size_t end)
 }
 
 } // namespace
+
+bool IsAtCommand(const std::string& line)
+{
+    return line.size() >= 2 && std::toupper(static_cast<unsigned char>(line[0])) == 'A' &&
+           std::toupper(static_cast<unsigned char>(line[1])) == 'T';
+}
 
 Dissection Dissector::Dissect(const Packet& packet)
 {
@@ -181,7 +181,7 @@ void Dissector::DissectModemRequest(Dissection& dissection)
 {
     Exchange& exchange = dissection.exchange;
     const std::string line = TextLine(dissection.plain);
-    if (IsAt(line)) {
+    if (IsAtCommand(line)) {
         dissection.kind = At;
         exchange.command = kAtCommands;
         exchange.name = "at";

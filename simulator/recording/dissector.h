@@ -9,6 +9,7 @@
 #include <deque>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace simulator {
@@ -30,6 +31,9 @@ struct Dissection
     // Request or reply only, as the packet is the one or the other; `rejection` is why it is not understood.
     Exchange exchange{};
 };
+
+// Whether a line of a modem port, without its end, is a command.
+bool IsAtCommand(const std::string& line);
 
 class Dissector
 {

@@ -75,14 +75,16 @@ bool IsKnownAtText(std::string_view text)
     return std::find(std::begin(kKnown), std::end(kKnown), text) != std::end(kKnown);
 }
 
-// Line by line: what is none of the known ones becomes x.
+// Line by line: what is none of the known ones becomes x, behind the letters that make a command of it.
 std::size_t BlankAt(Bytes& text)
 {
     const auto isLineEnd = [](std::uint8_t byte) { return byte == '\r' || byte == '\n'; };
     std::size_t blanked = 0;
     for (auto at = text.begin(); at != text.end();) {
         const auto end = std::find_if(at, text.end(), isLineEnd);
-        if (at != end && !IsKnownAtText(std::string(at, end))) {
+        const std::string line(at, end);
+        if (!IsKnownAtText(line)) {
+            at += IsAtCommand(line) ? 2 : 0;
             blanked += static_cast<std::size_t>(end - at);
             std::fill(at, end, 'x');
         }

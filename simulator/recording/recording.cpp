@@ -11,6 +11,7 @@ namespace simulator {
 namespace {
 
 constexpr int kVersion = 1;
+constexpr std::int64_t kLongestTook = 86'400'000; // a day
 
 std::uint8_t HexDigit(char digit)
 {
@@ -59,8 +60,11 @@ Packet ParsePacket(const Json& line)
     const auto from = line.at("from").get<std::string>();
     if (!time || (from != "host" && from != "handset"))
         throw std::runtime_error("\"time\" or \"from\" cannot be read");
+    const auto took = line.value("took", std::int64_t{0});
+    if (took < 0 || took > kLongestTook)
+        throw std::runtime_error("\"took\" is out of range");
     return {.time = *time,
-            .took = std::chrono::milliseconds(line.value("took", std::int64_t{0})),
+            .took = std::chrono::milliseconds(took),
             .sender = from == "host" ? Sender::Host : Sender::Handset,
             .bytes = FromHex(line.value("bytes", ""))};
 }

@@ -16,6 +16,7 @@ constexpr std::uint32_t kQuestions[] = {1, 2, 6, 12, 15, 17, 18, 25, 26, 27, 30,
 
 // A wait that a person or a host's time-out would notice.
 constexpr auto kKeptWait = 1s;
+constexpr auto kLongestWait = 60s; // longer than any of them
 
 bool Has(std::span<const std::uint32_t> commands, std::uint32_t command)
 {
@@ -41,9 +42,10 @@ public:
             return;
         const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(packet.time + packet.took - last_);
         last_ = packet.time + packet.took;
-        turns_.back().steps.push_back({.kind = packet.bytes.empty() ? Step::Kind::HangUp : Step::Kind::Send,
-                                       .delay = wait >= kKeptWait ? wait : 0ms,
-                                       .bytes = packet.bytes});
+        turns_.back().steps.push_back(
+            {.kind = packet.bytes.empty() ? Step::Kind::HangUp : Step::Kind::Send,
+             .delay = wait >= kKeptWait ? std::min<std::chrono::milliseconds>(wait, kLongestWait) : 0ms,
+             .bytes = packet.bytes});
     }
 
 private:

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <tuple>
 
 namespace {
 
@@ -261,6 +262,23 @@ TEST_F(Masking, LeavesAConversationOfEqualShape)
     }
     EXPECT_EQ(address, dialled);
     EXPECT_EQ(address.size(), std::string(kNumber).size());
+}
+
+TEST(MaskingOfAModemPort, LeavesTheKnownAtLines)
+{
+    Mask mask(PortKind::Modem);
+    const std::tuple<Sender, std::string, std::string> cases[] = {
+        {Sender::Host, "AT+MODE=2\r", "AT+MODE=2\r"},
+        {Sender::Handset, "AT+MODE=2\r\r\nOK\r\n", "AT+MODE=2\r\r\nOK\r\n"},
+        {Sender::Host, "at+PIN=4711\r", "atxxxxxxxxx\r"},
+        {Sender::Handset, "at+PIN=4711\r\r\n+PIN: 4711\r\nOK\r\n", "atxxxxxxxxx\r\r\nxxxxxxxxxx\r\nOK\r\n"},
+        {Sender::Host, "4711", std::string(4, '\0')},
+    };
+    for (const auto& [sender, real, made] : cases) {
+        const Bytes bytes =
+            mask.Apply({.time = {}, .sender = sender, .bytes = {real.begin(), real.end()}}).packet.bytes;
+        EXPECT_EQ(std::string(bytes.begin(), bytes.end()), made);
+    }
 }
 
 class NoLine : public Line

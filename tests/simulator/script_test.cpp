@@ -91,7 +91,8 @@ TEST_F(Script, EndsAsItsExpectationsAreMet)
          "startup status=0\n"},
         {"wait 10\nafter 1 startup do every 5 plug\n", script, kUnmet,
          "phnsim: script:2: wait, wait-for, after and every stand on lines of their own\n"},
-        {"every 1 show battery/battery2\nwait-for close\nwait 200\nend\nwait-for startup 2\n", script, kMet, "80\n80\n"},
+        {"every 1 show battery/battery2\nwait-for close\nwait 200\nend\nwait-for startup 2\n", script, kMet,
+         "80\n80\n"},
     };
     for (const auto& [lines, options, status, sentence] : cases) {
         SCOPED_TRACE(lines);
