@@ -336,4 +336,28 @@ TEST(Replaying, TellsWhatDepartsFromWhatHostsMayDo)
     }
 }
 
+// There, nothing but the recording tells where a request ends.
+TEST(Replaying, FindsTheRequestsOfAModemPort)
+{
+    Handset handset;
+    Session session(handset, PortKind::Modem);
+    Recording recording;
+    recording.header.kind = PortKind::Modem;
+    Bytes all, answers;
+    const std::string at = "AT\r", mode = "AT+MODE=2\r";
+    for (const Bytes& request : {Bytes(at.begin(), at.end()), Bytes(mode.begin(), mode.end()), host::Record(5, {}),
+                                 host::Record(35, {0}), host::Record(35, {1})}) {
+        const Bytes answer = host::Sent(session.Receive(request));
+        recording.packets.push_back({0, {.time = {}, .sender = Sender::Host, .bytes = request}});
+        recording.packets.push_back({0, {.time = {}, .sender = Sender::Handset, .bytes = answer}});
+        all.insert(all.end(), request.begin(), request.end());
+        answers.insert(answers.end(), answer.begin(), answer.end());
+    }
+    Replay replay(recording, [](const Deviation& deviation) { ADD_FAILURE() << deviation.what; });
+    NoLine line;
+    const auto voice = replay.Conversations()(handset, line);
+    EXPECT_EQ(host::Sent(voice->Receive(all)), answers);
+    EXPECT_FALSE(replay.Missing());
+}
+
 } // namespace
