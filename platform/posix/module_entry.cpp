@@ -1,11 +1,16 @@
 // Calls DllMain when the shared object is loaded and unloaded, on the thread that does so. Linked into the library, not
 // into the stand-in. When the whole process ends, DllMain gets a reserved argument that is not null, as on Windows.
+#include <cstdlib>
 #include <dlfcn.h>
 #include <windows.h>
 
 #include "phn_platform_module.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD dwReason, LPVOID lpReserved);
+
+// Defined by a program that is linked with the library and asks for prompt reads (phnnrv.hpp): its handset's port is
+// opened before any code of its own has run.
+extern "C" [[gnu::weak]] const unsigned phnnrv_prompt_reads;
 
 namespace {
 
@@ -25,6 +30,8 @@ __attribute__((constructor)) void onLoad()
         dlclose(program);
     if (!isLinked)
         PhnWatchProcessEnd();
+    if (&phnnrv_prompt_reads)
+        setenv("PHNNRV_PROMPT_READS", "1", 0);
     PhnModuleLoaded(&moduleName);
     moduleName.isRefused = !DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
 }

@@ -88,7 +88,7 @@ private:
     void CheckOpenPort(const std::shared_ptr<COpenPort>& pPort);
     void Scan();
 
-    bool SetupComPort(HANDLE hPort, bool bModem) const;
+    bool SetupComPort(HANDLE hPort, COMMTIMEOUTS Timeouts) const;
     bool StartModem(HANDLE hPort) const;
     void NotifyDeviceState(bool bConnected) const;
     void LoseHandset() PHN_REQUIRES(g_csCallbackPoll, g_csCallbackRemoved);

@@ -7,6 +7,7 @@
 #include "link/device.h"
 #include "link/diagnostic_port.h"
 #include "link/modem_port.h"
+#include "link/prompt_port.h"
 #include "log/log.h"
 
 namespace {
@@ -26,7 +27,8 @@ CHandle OpenPath(const std::string& strPath, DWORD dwFlags)
 
 std::shared_ptr<COpenPort> CDevice::OpenDiagPortOnly(const std::string& strPath) const
 {
-    auto pObject = std::make_unique<DP>(strPath);
+    const bool bPrompt = CPromptPort::IsWanted();
+    std::unique_ptr<DP> pObject = bPrompt ? std::make_unique<CPromptPort>(strPath) : std::make_unique<DP>(strPath);
     CHandle hOpened = OpenPath(strPath, FILE_FLAG_OVERLAPPED);
     if (!hOpened) {
         Log.Error("CDevice::OpenDiagPort - Unable to create file. Last error 0x%X", GetLastError());
@@ -34,7 +36,7 @@ std::shared_ptr<COpenPort> CDevice::OpenDiagPortOnly(const std::string& strPath)
     }
     auto pPort = std::make_shared<COpenPort>(std::move(hOpened), std::move(pObject));
     Log.Comment("CDevice::OpenDiagPort - Setting COM port");
-    if (!SetupComPort(pPort->GetHandle(), false)) {
+    if (!SetupComPort(pPort->GetHandle(), bPrompt ? CPromptPort::kTimeouts : kDiagnosticTimeouts)) {
         Log.Error("CDevice::OpenDiagPort - ERROR setting COM port");
         pPort->Close();
         return nullptr;
@@ -58,7 +60,7 @@ bool CDevice::OpenModemPort(const std::string& strPath)
     }
     const auto pPort = std::make_shared<COpenPort>(std::move(hOpened), std::move(pObject));
     Log.Comment("CDevice::OpenModemPort - Setting COM port");
-    if (!SetupComPort(pPort->GetHandle(), true)) {
+    if (!SetupComPort(pPort->GetHandle(), kModemTimeouts)) {
         Log.Error("CDevice::OpenModemPort - ERROR setting COM port");
         pPort->Close();
         return false;
@@ -106,13 +108,12 @@ bool CDevice::StartModem(HANDLE hPort) const
     return true;
 }
 
-bool CDevice::SetupComPort(HANDLE hPort, bool bModem) const
+bool CDevice::SetupComPort(HANDLE hPort, COMMTIMEOUTS Timeouts) const
 {
     if (!PurgeComm(hPort, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR)) {
         Log.Error("CDevice::SetupComPort - ERROR purging COMM port. Last error is 0x%X", GetLastError());
         return false;
     }
-    COMMTIMEOUTS Timeouts = bModem ? kModemTimeouts : kDiagnosticTimeouts;
     if (!SetCommTimeouts(hPort, &Timeouts)) {
         Log.Error("CDevice::SetupComPort - ERROR setting COMM timeouts. Last error is 0x%X", GetLastError());
         return false;

@@ -3,15 +3,14 @@
 #include <utility>
 
 #include "link/command.h"
-#include "link/overlapped.h"
 #include "log/log.h"
 
 namespace {
 
 constexpr CLogSource Log{LOG_CPORT};
 
-constexpr DWORD kBufferSize = 50001; // of received, and of decoded bytes
 constexpr DWORD kWriteTimeout = 15000;
+constexpr DWORD kSilence = 10;
 constexpr int kMaxReads = 3;
 
 } // namespace
@@ -38,6 +37,7 @@ bool DP::Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritte
         Log.Error("DP::Write - Unable to create the event");
         return false;
     }
+    DropLeftovers(hPort);
     if (Owns(hPort) && WriteFile(hPort, abyFrame, dwStuffed, pdwWritten, Operation.GetRecord()))
         return true;
     if (GetLastError() != ERROR_IO_PENDING) {
@@ -45,7 +45,7 @@ bool DP::Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritte
         Log.Error("DP::Write - WriteFile failed. Last error is 0x%X", *pdwError);
         return false;
     }
-    if (!Operation.Await(m_hClosing, kWriteTimeout)) {
+    if (Operation.Await(m_hClosing, kWriteTimeout) != EWait::eCompleted) {
         *pdwError = Operation.Abandon(hPort);
         Log.Error("DP::Write - WaitForSingleObject failed. Last error is 0x%X", *pdwError);
         return false;
@@ -62,36 +62,22 @@ bool DP::Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* 
 {
     *pdwError = 0;
     *pdwRead = 0;
-    DWORD dwTotal = 0;
-    return ReadFrame(hPort, &dwTotal, pdwError, dwTimeout) &&
-           DecomposeData(m_pAccumulator.get(), dwTotal, pBuffer, dwSize, pdwRead);
+    SReply Reply{hPort, dwTimeout, pdwError};
+    return ReadFrame(Reply) && DecomposeData(m_pAccumulator.get(), Reply.dwDecoded, pBuffer, dwSize, pdwRead);
 }
 
-// Fills the accumulator with one decoded reply frame. What lies behind *pdwTotal there is stale.
-bool DP::ReadFrame(HANDLE hPort, DWORD* pdwTotal, DWORD* pdwError, DWORD dwTimeout)
+bool DP::ReadFrame(SReply& Reply)
 {
-    COverlappedOperation Operation;
-    if (!Operation) {
+    if (!Reply.Operation) {
         Log.Error("DP::Read  - Unable to create the event");
         return false;
     }
     BeginDecode();
     for (int nRead = 0; nRead < kMaxReads; ++nRead) {
-        DWORD dwGot = 0;
-        if (!ReadChunk(hPort, Operation, &dwGot, pdwError, dwTimeout))
+        Reply.dwCounted = Reply.dwDecoded;
+        if (!Gather(Reply))
             return false;
-        if (*pdwTotal + dwGot >= kBufferSize) {
-            Log.Error("DP::Read - Length of data is greater than buffer. Buffer is %d and data length is %d",
-                      kBufferSize, *pdwTotal + dwGot);
-            return false;
-        }
-        DWORD dwDecoded = 0;
-        if (!Decode(m_pChunk.get(), dwGot, m_pAccumulator.get() + *pdwTotal, kBufferSize - *pdwTotal, &dwDecoded)) {
-            Log.Error("DP::Read - Decode returned an error");
-            return false;
-        }
-        *pdwTotal += dwDecoded;
-        const int nComplete = CheckSize(m_pAccumulator.get(), *pdwTotal);
+        const int nComplete = CheckSize(m_pAccumulator.get(), Reply.dwDecoded);
         if (nComplete < 0) {
             Log.Error("DP::Read - CheckSize returned an error");
             return false;
@@ -103,25 +89,55 @@ bool DP::ReadFrame(HANDLE hPort, DWORD* pdwTotal, DWORD* pdwError, DWORD dwTimeo
     return false;
 }
 
-bool DP::ReadChunk(HANDLE hPort, COverlappedOperation& Operation, DWORD* pdwGot, DWORD* pdwError, DWORD dwTimeout)
+bool DP::Gather(SReply& Reply)
 {
-    const bool bDone = Owns(hPort) && ReadFile(hPort, m_pChunk.get(), kBufferSize, pdwGot, Operation.GetRecord());
-    if (bDone)
+    DWORD dwGot = 0;
+    return ReadChunk(Reply, kBufferSize, Reply.dwTimeout, false, &dwGot) && Append(Reply, dwGot);
+}
+
+bool DP::ReadChunk(SReply& Reply, DWORD dwSize, DWORD dwTimeout, bool bSilenceEnds, DWORD* pdwGot)
+{
+    const HANDLE hPort = Reply.hPort;
+    if (Owns(hPort) && ReadFile(hPort, m_pChunk.get(), dwSize, pdwGot, Reply.Operation.GetRecord()))
         return true;
     if (GetLastError() != ERROR_IO_PENDING) {
-        *pdwError = COverlappedOperation::CleanUp(hPort);
-        Log.Error("DP::Read - ReadFile failed. Last error is 0x%X", *pdwError);
+        *Reply.pdwError = COverlappedOperation::CleanUp(hPort);
+        Log.Error("DP::Read - ReadFile failed. Last error is 0x%X", *Reply.pdwError);
         return false;
     }
-    if (!Operation.Await(m_hClosing, dwTimeout)) {
-        *pdwError = Operation.Abandon(hPort);
-        Log.Error("DP::Read - WaitForSingleObject failed. Last error is 0x%X", *pdwError);
+    const bool bSilenceFirst = bSilenceEnds && dwTimeout > kSilence;
+    const EWait eWait = Reply.Operation.Await(m_hClosing, bSilenceFirst ? kSilence : dwTimeout);
+    if (eWait == EWait::eTimeOut && bSilenceFirst) {
+        *pdwGot = Reply.Operation.Withdraw(hPort);
+        return true;
+    }
+    if (eWait != EWait::eCompleted) {
+        *Reply.pdwError = Reply.Operation.Abandon(hPort);
+        Log.Error("DP::Read - WaitForSingleObject failed. Last error is 0x%X", *Reply.pdwError);
         return false;
     }
-    if (!GetOverlappedResult(hPort, Operation.GetRecord(), pdwGot, FALSE)) {
-        *pdwError = Operation.Abandon(hPort);
-        Log.Error("DP::Read - GetOverlappedResult failed. Last error is 0x%X", *pdwError);
+    if (!GetOverlappedResult(hPort, Reply.Operation.GetRecord(), pdwGot, FALSE)) {
+        *Reply.pdwError = Reply.Operation.Abandon(hPort);
+        Log.Error("DP::Read - GetOverlappedResult failed. Last error is 0x%X", *Reply.pdwError);
         return false;
     }
+    return true;
+}
+
+bool DP::Append(SReply& Reply, DWORD dwGot)
+{
+    Reply.dwCounted += dwGot;
+    if (Reply.dwCounted >= kBufferSize) {
+        Log.Error("DP::Read - Length of data is greater than buffer. Buffer is %d and data length is %d", kBufferSize,
+                  Reply.dwCounted);
+        return false;
+    }
+    DWORD dwDecoded = 0;
+    if (!Decode(m_pChunk.get(), dwGot, m_pAccumulator.get() + Reply.dwDecoded, kBufferSize - Reply.dwDecoded,
+                &dwDecoded)) {
+        Log.Error("DP::Read - Decode returned an error");
+        return false;
+    }
+    Reply.dwDecoded += dwDecoded;
     return true;
 }

@@ -42,6 +42,12 @@ uint32_t LoadField(const uint8_t* pFrame, DWORD dwLength, DWORD dwOffset)
     return dwValue;
 }
 
+// A reply frame's whole length, by its length field.
+uint64_t ExpectedLength(const uint8_t* pFrame, DWORD dwLength)
+{
+    return uint64_t{LoadField(pFrame, dwLength, kLengthOffset)} + kSequenceOffset;
+}
+
 } // namespace
 
 uint16_t CheckSequence(const void* pData, size_t uBits)
@@ -128,13 +134,23 @@ int CFrameCodec::CheckSize(const uint8_t* pData, DWORD dwLength)
         Log.Error("DP::CheckSize - Insufficient size, will reread data. Data length is %d", dwLength);
         return 0;
     }
-    const uint64_t qwExpected = uint64_t{LoadField(pData, dwLength, kLengthOffset)} + 9;
+    const uint64_t qwExpected = ExpectedLength(pData, dwLength);
     if (dwLength < qwExpected) {
         Log.Error("DP::CheckSize - Wrong size will reread data. Data length = %d, Expected length = %d", dwLength,
                   qwExpected);
         return 0;
     }
     return 1;
+}
+
+DWORD CFrameCodec::CountMissing(const uint8_t* pData, DWORD dwLength)
+{
+    if (dwLength < kReplyOverhead)
+        return kReplyOverhead - dwLength;
+    const uint64_t qwExpected = ExpectedLength(pData, dwLength);
+    if (dwLength < qwExpected)
+        return static_cast<DWORD>(std::min<uint64_t>(qwExpected - dwLength, MAXDWORD));
+    return dwLength == qwExpected && pData[dwLength - 1] == kFlag ? 0 : MAXDWORD;
 }
 
 bool CFrameCodec::DecomposeData(const uint8_t* pFrame, DWORD dwLength, void* pDest, DWORD dwSize, DWORD* pdwDelivered)

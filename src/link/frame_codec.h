@@ -43,6 +43,10 @@ public:
     // Is a whole reply frame in? -1 error, 0 not yet, 1 yes.
     int CheckSize(const uint8_t* pData, DWORD dwLength);
 
+    // How many more bytes it takes at least until the reply frame that begins with these ends, counted as decoded ones;
+    // 0 when it has ended. Of one that has no flag where its length says, nothing but silence tells the end: MAXDWORD.
+    static DWORD CountMissing(const uint8_t* pData, DWORD dwLength);
+
     // Checks a reply frame's command and sequence identifier and delivers what follows its 13 header bytes: the
     // payload, check sequence, flag and ten zeros. The destination is zeroed first.
     bool DecomposeData(const uint8_t* pFrame, DWORD dwLength, void* pDest, DWORD dwSize, DWORD* pdwDelivered);

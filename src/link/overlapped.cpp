@@ -7,7 +7,7 @@ COverlappedOperation::COverlappedOperation() : m_evDone(CreateEventA(nullptr, TR
     m_Record.hEvent = m_evDone.Get();
 }
 
-bool COverlappedOperation::Await(HANDLE hClosing, DWORD dwTimeout) const
+EWait COverlappedOperation::Await(HANDLE hClosing, DWORD dwTimeout) const
 {
     HANDLE ahWait[3] = {m_evDone.Get()};
     DWORD dwCount = 1;
@@ -18,7 +18,17 @@ bool COverlappedOperation::Await(HANDLE hClosing, DWORD dwTimeout) const
     const DWORD dwResult = WaitForMultipleObjects(dwCount, ahWait, FALSE, dwTimeout);
     if (dwResult > WAIT_OBJECT_0 && dwResult < WAIT_OBJECT_0 + dwCount)
         SetLastError(ERROR_OPERATION_ABORTED);
-    return dwResult == WAIT_OBJECT_0;
+    if (dwResult == WAIT_OBJECT_0)
+        return EWait::eCompleted;
+    return dwResult == WAIT_TIMEOUT ? EWait::eTimeOut : EWait::eEnded;
+}
+
+DWORD COverlappedOperation::Withdraw(HANDLE hPort)
+{
+    DWORD dwBytes = 0;
+    CancelIoEx(hPort, &m_Record);
+    GetOverlappedResult(hPort, &m_Record, &dwBytes, TRUE);
+    return dwBytes;
 }
 
 DWORD COverlappedOperation::CleanUp(HANDLE hPort)
@@ -35,9 +45,6 @@ DWORD COverlappedOperation::CleanUp(HANDLE hPort)
 DWORD COverlappedOperation::Abandon(HANDLE hPort)
 {
     const DWORD dwError = CleanUp(hPort);
-    // A purge alone may leave the operation pending.
-    DWORD dwBytes = 0;
-    CancelIoEx(hPort, &m_Record);
-    GetOverlappedResult(hPort, &m_Record, &dwBytes, TRUE);
+    Withdraw(hPort); // a purge alone may leave the operation pending
     return dwError;
 }

@@ -7,6 +7,13 @@
 
 #include "common/handle.h"
 
+enum class EWait
+{
+    eCompleted,
+    eTimeOut,
+    eEnded, // or failed; the last error says how
+};
+
 class COverlappedOperation
 {
 public:
@@ -19,9 +26,12 @@ public:
 
     OVERLAPPED* GetRecord() { return &m_Record; }
 
-    // Waits for completion. False when the time is over, and also when the port is being closed or the library
-    // unloaded; then the last error is ERROR_OPERATION_ABORTED.
-    bool Await(HANDLE hClosing, DWORD dwTimeout) const;
+    // Waits for completion. Ends also when the port is being closed or the library unloaded; then the last error is
+    // ERROR_OPERATION_ABORTED.
+    EWait Await(HANDLE hClosing, DWORD dwTimeout) const;
+
+    // Gives up a pending operation, which is no failure: how many bytes it has moved.
+    DWORD Withdraw(HANDLE hPort);
 
     // After a failed step, whose last error it returns: clears and purges the port.
     static DWORD CleanUp(HANDLE hPort);

@@ -4,7 +4,7 @@
 
 #include "common/handle.h"
 #include "log/log.h"
-#include "log/logging_level.h"
+#include "log/setting.h"
 
 constinit std::atomic<bool> CHostCheck::s_bOn{false};
 
@@ -12,7 +12,6 @@ namespace {
 
 constexpr CLogSource Log{LOG_CCALDERAPP};
 
-constexpr const char* kValueName = "Check Host";
 constexpr ULONGLONG kPatience = 5000;
 constexpr uint32_t kLargestRecord = 65536;
 
@@ -44,19 +43,6 @@ bool IsFirst(EHostFault eFault)
     return !s_abTold[eFault].exchange(true);
 }
 
-bool ReadSwitch()
-{
-    HKEY hOpened = nullptr;
-    if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, kSettingsKey, 0, KEY_READ, &hOpened) != ERROR_SUCCESS)
-        return false;
-    const CRegistryKey Key(hOpened);
-    DWORD dwValue = 0;
-    DWORD dwSize = sizeof dwValue;
-    return RegQueryValueExA(Key.Get(), kValueName, nullptr, nullptr, reinterpret_cast<LPBYTE>(&dwValue), &dwSize) ==
-               ERROR_SUCCESS &&
-           dwValue != 0;
-}
-
 void EnterLibrary()
 {
     if (GetCurrentThreadId() == s_dwLoadingThread && s_nInside++ == 0)
@@ -83,7 +69,7 @@ void TellUnload()
 
 void CHostCheck::Start() noexcept
 {
-    if (!ReadSwitch())
+    if (ReadSetting("Check Host") == 0)
         return;
     for (std::atomic<bool>& bTold : s_abTold)
         bTold = false;

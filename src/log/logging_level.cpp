@@ -1,5 +1,7 @@
 #include "log/logging_level.h"
 
+#include "log/setting.h"
+
 namespace {
 
 constexpr const char* kValueName = "Logging Level";

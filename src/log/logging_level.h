@@ -10,9 +10,6 @@
 
 #include "log/log_file.h"
 
-// The key that holds the library's settings, below HKEY_LOCAL_MACHINE.
-inline constexpr char kSettingsKey[] = "SOFTWARE\\Norvik\\LinkDesk";
-
 // Stands at namespace scope, so it has neither constructor nor destructor: Close releases everything.
 class CLoggingLevel
 {

@@ -56,11 +56,10 @@ public:
 #endif
 };
 
-// The same for a caller's time-out, by the scaled clock; INFINITE has none.
+// The same for a caller's stated time-out, which is over at the deadline.
 template <typename Predicate>
-bool BlockFor(Lock& lock, DWORD milliseconds, Predicate&& holds)
+bool BlockFor(Lock& lock, DWORD milliseconds, TimePoint deadline, Predicate&& holds)
 {
-    const TimePoint deadline = After(milliseconds);
     if (holds())
         return true;
     const StatedWait wait(lock, milliseconds, deadline);

@@ -34,9 +34,19 @@ Duration Scaled(std::chrono::milliseconds stated)
     return std::chrono::duration_cast<Duration>(std::min(Milliseconds(stated) * scale, longest));
 }
 
+Duration ScaledSilence(std::chrono::milliseconds stated)
+{
+    return std::max<Duration>(Scaled(stated), std::min(stated, kShortestSilence));
+}
+
 TimePoint After(DWORD milliseconds)
 {
     return milliseconds == INFINITE ? kNever : Now() + Scaled(std::chrono::milliseconds(milliseconds));
+}
+
+TimePoint AfterSilence(DWORD milliseconds)
+{
+    return milliseconds == INFINITE ? kNever : Now() + ScaledSilence(std::chrono::milliseconds(milliseconds));
 }
 
 TimePoint RealTime(TimePoint point)

@@ -17,11 +17,18 @@ constexpr TimePoint kNever = TimePoint::max();
 
 TimePoint Now();
 
-// When a time-out that starts now is over, by the scaled clock. INFINITE is kNever.
+// When a time-out that starts now is over, by the scaled clock; the second one is no shorter than a silence. INFINITE
+// is kNever.
 TimePoint After(DWORD milliseconds);
+TimePoint AfterSilence(DWORD milliseconds);
 
 // A stated duration in the scale of this run.
 Duration Scaled(std::chrono::milliseconds stated);
+
+// The same for a duration in which bytes may be under way: no scale makes it shorter than this, or a reply would be
+// cut.
+constexpr std::chrono::milliseconds kShortestSilence{10};
+Duration ScaledSilence(std::chrono::milliseconds stated);
 
 // The system's monotonic time at which the clock, if nobody advances it, reaches this point.
 TimePoint RealTime(TimePoint point);

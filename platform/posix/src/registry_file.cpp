@@ -78,11 +78,17 @@ std::string Environment(const char* name, const char* otherwise)
     return value ? value : otherwise;
 }
 
-// PHNNRV_CHECK_HOST is a value of the library's key, whatever the files say.
-void AddCheckHost(const std::string& number, RegistryTree& keys)
+// Values of the library's key that variables of the environment state, over what the files say: as a file's text.
+std::string ValuesOfEnvironment()
 {
-    (void)AddRegistry("REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Check Host\"=dword:" + number,
-                      keys);
+    std::string values;
+    for (const auto& [variable, value] :
+         {std::pair{"PHNNRV_CHECK_HOST", "Check Host"}, {"PHNNRV_PROMPT_READS", "Prompt Reads"}}) {
+        const std::string number = Environment(variable, "");
+        if (!number.empty())
+            values.append("\"").append(value).append("\"=dword:").append(number).append("\n");
+    }
+    return values.empty() ? values : "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n" + values;
 }
 
 // Tells whether a file may have changed. The file itself is watched for its content, its directory for its name.
@@ -172,13 +178,13 @@ private:
             return;
         looked_ = now;
         std::string list = Environment("PHNNRV_REGISTRY", "/etc/phnnrv.reg");
-        std::string checkHost = Environment("PHNNRV_CHECK_HOST", "");
-        if (registry_ && list_ == list && checkHost_ == checkHost &&
+        std::string values = ValuesOfEnvironment();
+        if (registry_ && list_ == list && values_ == values &&
             std::ranges::none_of(watches_, &FileWatch::MayHaveChanged))
             return;
         registry_ = nullptr;
         list_ = std::move(list);
-        checkHost_ = std::move(checkHost);
+        values_ = std::move(values);
         Read();
     }
 
@@ -192,15 +198,15 @@ private:
             watches_[i].Start(paths[i]);
             AddFile(paths[i], *registry);
         }
-        if (!checkHost_.empty())
-            AddCheckHost(checkHost_, registry->keys);
+        if (!values_.empty())
+            (void)AddRegistry(values_, registry->keys);
         registry_ = std::move(registry);
     }
 
     std::mutex mutex_; // a leaf
     std::chrono::steady_clock::time_point looked_{};
     std::string list_;
-    std::string checkHost_;
+    std::string values_;
     std::vector<FileWatch> watches_;
     std::shared_ptr<const Registry> registry_;
 };

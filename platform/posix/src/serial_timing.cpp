@@ -8,9 +8,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// Neither the scale nor a test's clock makes an interval shorter than this: a reply that is under way would be cut.
-constexpr milliseconds kShortestInterval{10};
-
 // multiplier * size + constant, from now on; none if both are zero. What no clock can count is no time-out.
 TimePoint TotalEnd(DWORD multiplier, DWORD constant, DWORD size)
 {
@@ -29,8 +26,8 @@ SerialTiming SerialTiming::OfRead(const COMMTIMEOUTS& timeouts, DWORD size)
 {
     const milliseconds interval(timeouts.ReadIntervalTimeout);
     SerialTiming timing;
-    timing.silence_ = std::min(interval, kShortestInterval);
-    timing.interval_ = std::max(Scaled(interval), timing.silence_);
+    timing.silence_ = std::min(interval, kShortestSilence);
+    timing.interval_ = ScaledSilence(interval);
     timing.total_ = TotalEnd(timeouts.ReadTotalTimeoutMultiplier, timeouts.ReadTotalTimeoutConstant, size);
     return timing;
 }

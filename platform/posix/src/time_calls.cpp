@@ -11,7 +11,7 @@ void WINAPI Sleep(DWORD dwMilliseconds)
         return;
     }
     Lock lock = TakeBaseLock();
-    BlockFor(lock, dwMilliseconds, [] { return false; });
+    BlockFor(lock, dwMilliseconds, After(dwMilliseconds), [] { return false; });
 }
 
 ULONGLONG WINAPI GetTickCount64()

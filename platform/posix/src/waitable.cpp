@@ -35,7 +35,8 @@ bool TakeAll(const Lock& lock, WaitableList objects, DWORD& result)
 DWORD WaitFor(Lock& lock, WaitableList objects, bool all, DWORD milliseconds)
 {
     DWORD result = WAIT_TIMEOUT;
-    BlockFor(lock, milliseconds, [&] { return all ? TakeAll(lock, objects, result) : TakeAny(lock, objects, result); });
+    BlockFor(lock, milliseconds, AfterSilence(milliseconds),
+             [&] { return all ? TakeAll(lock, objects, result) : TakeAny(lock, objects, result); });
     return result;
 }
 

@@ -1,0 +1,55 @@
+#include "link/prompt_port.h"
+
+#include <algorithm>
+
+#include "log/log.h"
+#include "log/setting.h"
+
+namespace {
+
+constexpr CLogSource Log{LOG_CPORT};
+
+// Bytes that have been received and not read; of a port that does not tell, none.
+DWORD CountWaiting(HANDLE hPort)
+{
+    DWORD dwErrors = 0;
+    COMSTAT Status{};
+    return ClearCommError(hPort, &dwErrors, &Status) ? Status.cbInQue : 0;
+}
+
+} // namespace
+
+bool CPromptPort::IsWanted()
+{
+    return ReadSetting("Prompt Reads") != 0;
+}
+
+void CPromptPort::DropLeftovers(HANDLE hPort) const
+{
+    const DWORD dwWaiting = Owns(hPort) ? CountWaiting(hPort) : 0;
+    if (dwWaiting != 0 && PurgeComm(hPort, PURGE_RXCLEAR))
+        Log.Error("DP::Write - Dropped %d bytes that were received before the request", dwWaiting);
+}
+
+// The first piece is left to the port, which ends it by silence. For each further one, bytes that are there are taken;
+// where there are none, one is waited for, as the port would wait for it without end. All of them share the time-out,
+// as bytes that keep trickling in would be no silence.
+bool CPromptPort::Gather(SReply& Reply)
+{
+    const ULONGLONG ullStart = GetTickCount64();
+    DWORD dwLeft = Reply.dwTimeout;
+    bool bFirst = true;
+    while (const DWORD dwMissing = CountMissing(GetDecoded(), Reply.dwDecoded)) {
+        const DWORD dwWaiting = bFirst ? dwMissing : CountWaiting(Reply.hPort);
+        const DWORD dwSize = std::min({std::max<DWORD>(dwWaiting, 1), dwMissing, kBufferSize - Reply.dwCounted});
+        DWORD dwGot = 0;
+        if (!ReadChunk(Reply, dwSize, dwLeft, dwWaiting == 0, &dwGot) || !Append(Reply, dwGot))
+            return false;
+        if (dwGot < dwSize)
+            return true;
+        bFirst = false;
+        const ULONGLONG ullSpent = GetTickCount64() - ullStart;
+        dwLeft = ullSpent < Reply.dwTimeout ? static_cast<DWORD>(Reply.dwTimeout - ullSpent) : 0;
+    }
+    return true;
+}

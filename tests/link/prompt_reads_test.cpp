@@ -1,0 +1,222 @@
+// The two ways of reading a reply beside each other: what comes of every fault of a handset, and what only the prompt
+// way does. Ports are opened as the device object opens them, under a registry that asks for it or does not.
+#include <phn_platform_test.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "link/device.h"
+#include "link/serial_fixture.h"
+#include "log/setting.h"
+#include "simulator/lines/device_directory.h"
+#include "simulator/lines/simulator.h"
+
+namespace {
+
+constexpr DWORD kTimeout = 300;
+constexpr DWORD kPortLines = 0x804;
+constexpr const char* kPrompt = "dword:00000001";
+constexpr const char* kSlow = "dword:00000000";
+const std::string kRequest("\x23\0\0\0\x01\0\x96\0\0\0", 10); // contact 150, which is not there
+
+class PromptReadsTest : public SerialTest
+{
+protected:
+    PromptReadsTest() { g_csDevice.Create(); }
+    ~PromptReadsTest() override
+    {
+        open_.reset();
+        g_csDevice.Destroy();
+        platform_test::ClearFailures();
+    }
+
+    void Open(const std::string& promptReads)
+    {
+        const std::string key = "[HKEY_LOCAL_MACHINE\\" + std::string(kSettingsKey) + "]\n\"Prompt Reads\"=";
+        log_.SetLevel(kPortLines, promptReads.empty() ? "" : key + promptReads + "\n");
+        open_.reset(); // nobody else may have it open
+        open_ = CDevice().OpenDiagPortOnly(PortName());
+        ASSERT_TRUE(open_);
+    }
+
+    // Sends a request, and reads its frame at the far end.
+    void Ask()
+    {
+        EXPECT_TRUE(Write(kRequest).done);
+        while (Receive(1) != "\x7E")
+            ASSERT_FALSE(HasFailure());
+    }
+
+    // Sends these bytes and waits until the port has them.
+    void Leave(const std::string& bytes)
+    {
+        Send(bytes);
+        DWORD errors = 0;
+        for (COMSTAT status{}; status.cbInQue < bytes.size(); Sleep(1))
+            ASSERT_TRUE(ClearCommError(Device(), &errors, &status));
+    }
+};
+
+// A reply to request number `sequence` with this header of 8 bytes, as a line carries it.
+std::string Reply(char sequence, const std::string& header = std::string(8, '\0'))
+{
+    std::string reply = std::string("\x4B\0\0\0\0\x0F\0\0\0", 9) + sequence + std::string(3, '\0');
+    for (const char byte : header)
+        reply += byte == '\x7E' ? "\x7D\x5E" : std::string(1, byte);
+    return reply + "\x11\x22\x7E";
+}
+
+const std::string kDelivered("\0\0\0\0\0\0\0\0\x11\x22\x7E\0\0\0\0\0\0\0\0\0\0", 21);
+
+const std::string kGivenUp = "Read - Exceeded the maximum loop counter";
+const std::string kTooLong = "DecomposeData - Destination buffer";
+
+// What becomes of a request to a handset with a fault.
+struct Row
+{
+    std::string fault;
+    std::string outcome;     // the last line that tells of the reply, or how many bytes were delivered
+    bool isInPieces = false; // which a busy machine may set further apart: no telling in how many reads they come
+};
+
+const Row kRows[] = {
+    {"delay=20", "33 bytes"},
+    {"silence", "error 997"},
+    {"split=1/0", "33 bytes", true},
+    {"split=16,17/0", "33 bytes", true},
+    {"split=3,20/100", "33 bytes"},
+    {"split=3,9,20/100", kGivenUp},
+    {"split=20,30,33/100", kGivenUp},
+    {"sequence", "DecomposeData - Expected sequence id(1) does not match the returned sequence id(0)"},
+    {"command", "DecomposeData - Sent command(75) is not equal to returned command(76)"},
+    {"length=0xFFFFFFFF", "error 997"},
+    {"length=0", "33 bytes"},
+    {"length=12", "33 bytes"},
+    {"length=40", "error 997"},
+    {"check", "33 bytes"},
+    {"truncate=2", "error 997"},
+    {"truncate=8", "error 997"},
+    {"truncate=35", "error 997"},
+    {"payload=0", "13 bytes"},
+    {"payload=8180", "8193 bytes", true},
+    {"payload=9000", kTooLong + " size is not enough. Destination buffer = 8193, data read = 9016 - Header = 16", true},
+    {"payload=60000", "Read - Length of data is greater than buffer. Buffer is 50001 and data length is 50001", true},
+    {"patch=0,0x7D7E7D7E", "33 bytes"},
+    {"status=3", "33 bytes"},
+    {"result=4", "33 bytes"},
+    {"hangup", "error 31"},
+    {"unplug", "error 31"},
+};
+
+} // namespace
+
+TEST_F(PromptReadsTest, EveryFaultEndsInTheSameBothWays)
+{
+    const simulator::DeviceDirectory devices;
+    setenv("PHNNRV_DEVICES", devices.Path().c_str(), 1);
+    for (const Row& row : kRows) {
+        Lines told[2];
+        std::string delivered[2];
+        for (const bool prompt : {false, true}) {
+            simulator::Simulator handset(devices.Path(), "com5");
+            handset.Start();
+            handset.Control().AddFault(row.fault);
+            Open(prompt ? kPrompt : kSlow);
+            ASSERT_TRUE(Write(kRequest).done);
+            const Result result = Read(kTimeout);
+            delivered[prompt] = result.bytes;
+            Lines& lines = told[prompt] = log_.TakeLines();
+            // Which call a broken line fails is chance.
+            std::erase_if(lines, [](const std::string& line) { return line.find("Last error") != line.npos; });
+            if (result.error)
+                lines.push_back("error " + std::to_string(result.error));
+            if (result.done)
+                lines.push_back(std::to_string(result.length) + " bytes");
+            ASSERT_FALSE(lines.empty()) << row.fault;
+            EXPECT_TRUE(lines.back().ends_with(row.outcome)) << row.fault << ": " << lines.back();
+            open_->Close();
+        }
+        EXPECT_TRUE(row.isInPieces || told[true] == told[false]) << row.fault;
+        EXPECT_EQ(delivered[true], delivered[false]) << row.fault;
+    }
+}
+
+TEST_F(PromptReadsTest, AnEndlessTrickleOutlastsNoTimeOut)
+{
+    for (const char* way : {kSlow, kPrompt}) {
+        Open(way);
+        Ask();
+        std::future<Result> read = StartRead(kTimeout);
+        Send(std::string("\x4B\0\0\0\0\xFF\xFF\0\0.......", 16)); // has some 64 KiB to come
+        const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (read.wait_for(std::chrono::milliseconds(2)) == std::future_status::timeout &&
+               std::chrono::steady_clock::now() < giveUp)
+            Send(".");
+        EXPECT_LT(std::chrono::steady_clock::now(), giveUp) << way;
+        EXPECT_FALSE(read.get().done) << way;
+    }
+}
+
+TEST_F(PromptReadsTest, AReplyMayBeSplitAnywhereAndEndsWithItsLastByte)
+{
+    Open(kPrompt);
+    char sequence = 0;
+    // Escapes where the shortest frame ends, behind it, and at the payload's end.
+    for (const std::string header : {"\x7E\x7E\x7E\x7E\x7E\x7E\x7E\x7E", "......\x7E.", ".......\x7E"}) {
+        for (size_t at = 1; at < Reply(0, header).size(); ++at) {
+            Ask();
+            std::future<Result> read = StartRead(kTimeout);
+            const std::string reply = Reply(++sequence, header);
+            Send(reply.substr(0, at));
+            std::this_thread::sleep_for(std::chrono::milliseconds(1)); // so that a read ends here, as a rule
+            Send(reply.substr(at));
+            EXPECT_EQ(read.get().bytes, header + kDelivered.substr(8)) << at;
+        }
+    }
+}
+
+TEST_F(PromptReadsTest, WhatComesBehindAReplyOrLateIsDroppedBeforeTheNextRequest)
+{
+    const Lines dropped{"CPort Error DP::Write - Dropped 24 bytes that were received before the request"};
+    Open(kPrompt);
+    Ask();
+    Leave(Reply(1) + Reply(2)); // at once
+    EXPECT_EQ(Read(kTimeout).bytes, kDelivered);
+    EXPECT_EQ(log_.TakeLines(), Lines{});
+
+    Ask();
+    EXPECT_EQ(log_.TakeLines(), dropped);
+    EXPECT_FALSE(Read(kTimeout).done);
+    log_.TakeLines();
+    Leave(Reply(2)); // late
+
+    Ask();
+    EXPECT_EQ(log_.TakeLines(), dropped);
+    Send(Reply(2)); // later still: it is taken for the reply to this request
+    EXPECT_FALSE(Read(kTimeout).done);
+    EXPECT_EQ(log_.TakeLines(), Lines{"CPort Error DP::DecomposeData - Expected sequence id(3) does not match the "
+                                      "returned sequence id(2)"});
+    Leave(Reply(3));
+
+    Ask();
+    Send(Reply(4));
+    EXPECT_EQ(Read(kTimeout).bytes, kDelivered);
+    EXPECT_EQ(log_.TakeLines(), dropped);
+}
+
+TEST_F(PromptReadsTest, ThePortsWayIsTheRegistrysWhenItIsOpened)
+{
+    // A prompt port looks for bytes that were left over; another one makes no call more than it always did.
+    const std::pair<const char*, bool> cases[] = {
+        {"", false}, {kSlow, false}, {"\"1\"", false}, {kPrompt, true}, {"dword:00000002", true}};
+    for (const auto& [value, prompt] : cases) {
+        Open(value);
+        log_.SetLevel(kPortLines); // too late
+        platform_test::FailCall("ClearCommError", 31);
+        Ask();
+        EXPECT_EQ(platform_test::PendingFailures("ClearCommError") == 0, prompt) << value;
+        platform_test::ClearFailures();
+        Leave(Reply(1));
+        EXPECT_EQ(Read(kTimeout).bytes, kDelivered) << value;
+    }
+}
