@@ -23,20 +23,19 @@ BareTerminal::~BareTerminal()
     close(terminal_);
 }
 
-bool BareTerminal::Exchange(const void* frame, std::size_t length)
+std::size_t BareTerminal::Exchange(const void* frame, std::size_t length, std::size_t replyLength)
 {
-    char reply[8193];
     std::size_t total = 0;
     pollfd wait{terminal_, POLLIN, 0};
     if (write(terminal_, frame, length) != static_cast<ssize_t>(length))
-        return false;
-    while (poll(&wait, 1, total == 0 ? 15000 : 10) > 0) {
-        const ssize_t got = read(terminal_, reply + total, sizeof reply - total);
+        return 0;
+    while (total < replyLength && poll(&wait, 1, total == 0 ? 15000 : 10) > 0) {
+        const ssize_t got = read(terminal_, reply_ + total, replyLength - total);
         if (got <= 0)
             break;
         total += static_cast<std::size_t>(got);
     }
-    return total != 0;
+    return total;
 }
 
 } // namespace bench

@@ -16,11 +16,15 @@ public:
     BareTerminal(const BareTerminal&) = delete;
     BareTerminal& operator=(const BareTerminal&) = delete;
 
-    // Writes the frame and reads under the library's rule: until 10 ms pass without a byte. False when no byte came.
-    bool Exchange(const void* frame, std::size_t length);
+    // Writes the frame and reads its reply. Without a length, under the library's usual rule: until 10 ms pass without a
+    // byte; with one, no longer than for so many bytes. How many came.
+    std::size_t Exchange(const void* frame, std::size_t length, std::size_t replyLength = kLongestReply);
 
 private:
+    static constexpr std::size_t kLongestReply = 8193;
+
     int terminal_;
+    char reply_[kLongestReply];
 };
 
 } // namespace bench

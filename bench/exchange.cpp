@@ -10,6 +10,7 @@
 #include "bare_terminal.h"
 #include "link/device_owner.h"
 #include "link/diagnostic_port.h"
+#include "link/prompt_port.h"
 #include "link/exchange.h"
 #include "link/exec_command.h"
 #include "log/log_file.h"
@@ -92,20 +93,20 @@ void InMemory(benchmark::State& state)
     port->Close();
 }
 
-void OverPty(benchmark::State& state)
+template <class Port>
+void OverPty(benchmark::State& state, COMMTIMEOUTS timeouts)
 {
     HANDLE handle = CreateFileA("\\\\?\\com5", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                                 FILE_FLAG_OVERLAPPED, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return state.SkipWithError("com5 does not open");
-    COMMTIMEOUTS timeouts{10, 10, 1000, 2, 10};
     SetCommTimeouts(handle, &timeouts);
-    auto port = std::make_shared<COpenPort>(CHandle(handle), std::make_unique<DP>("\\\\?\\com5"));
+    auto port = std::make_shared<COpenPort>(CHandle(handle), std::make_unique<Port>("\\\\?\\com5"));
     RunExchanges(state, port);
     port->Close();
 }
 
-void BareOverPty(benchmark::State& state, const std::string& path)
+void BareOverPty(benchmark::State& state, const std::string& path, bool knowsLength)
 {
     bench::BareTerminal terminal(path);
     CFrameCodec codec;
@@ -113,9 +114,10 @@ void BareOverPty(benchmark::State& state, const std::string& path)
     uint8_t frame[64];
     DWORD length = 0;
     codec.ComposeData(request, sizeof request, frame, sizeof frame, &length);
+    const std::size_t reply = terminal.Exchange(frame, length); // always the same
     for (auto _ : state)
-        if (!terminal.Exchange(frame, length))
-            return state.SkipWithError("no reply");
+        if ((knowsLength ? terminal.Exchange(frame, length, reply) : terminal.Exchange(frame, length)) != reply)
+            return state.SkipWithError("another reply");
 }
 
 } // namespace
@@ -132,8 +134,10 @@ int main(int argc, char** argv)
 
     const std::string path = devices.Path() / "com5";
     benchmark::RegisterBenchmark("exchange_in_memory", InMemory)->Repetitions(5);
-    benchmark::RegisterBenchmark("exchange_pty", OverPty)->Repetitions(5)->UseRealTime();
-    benchmark::RegisterBenchmark("exchange_pty_bare", BareOverPty, path)->Repetitions(5)->UseRealTime();
+    benchmark::RegisterBenchmark("exchange_pty", OverPty<DP>, COMMTIMEOUTS{10, 10, 1000, 2, 10})->Repetitions(5)->UseRealTime();
+    benchmark::RegisterBenchmark("exchange_pty_prompt", OverPty<CPromptPort>, CPromptPort::kTimeouts)->Repetitions(5)->UseRealTime();
+    benchmark::RegisterBenchmark("exchange_pty_bare", BareOverPty, path, false)->Repetitions(5)->UseRealTime();
+    benchmark::RegisterBenchmark("exchange_pty_known", BareOverPty, path, true)->Repetitions(5)->UseRealTime();
 
     using bench::Bound;
     return bench::RunBenchmarks(
@@ -142,5 +146,7 @@ int main(int argc, char** argv)
             {"exchange through a port in memory (CPU time)", "exchange_in_memory", "", Bound::AtMost, 10},
             {"exchange over a pty beside a bare write and read", "exchange_pty", "exchange_pty_bare", Bound::AtMost,
              1.03},
+            {"prompt exchange over a pty beside a bare one of known length", "exchange_pty_prompt", "exchange_pty_known", Bound::AtMost,
+             1.5},
         });
 }

@@ -12,6 +12,8 @@
 #include "phnnrv.hpp"
 #include "simulator/lines/simulator.h"
 
+PHNNRV_PROMPT_READS;
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -105,4 +107,9 @@ TEST_F(CppHeaderTest, EveryFunctionAsksTheHandsetForItsOwn)
         EXPECT_GT(simulator_.Control().Requests(command), before) << command;
     }
     EXPECT_EQ(*handset_.NetworkErrorText(1025), "PHN_NETWORK_ERROR_1X_FADE, Fade");
+}
+
+TEST_F(CppHeaderTest, ThisProgramHasAskedForPromptReads)
+{
+    EXPECT_STREQ(std::getenv("PHNNRV_PROMPT_READS"), "1");
 }

@@ -133,8 +133,10 @@ class WithoutHandset(unittest.TestCase):
         self.assertEqual(refusal.exception.code, phnnrv.ErrorCode.PHN_ERROR_NO_DEVICE)
         self.assertLess(time.monotonic() - started, 1.4)  # one PHN_Startup takes longer
         simulated.control("plug")
-        with phnnrv.Handset(timeout=WAIT):  # once the first has ended
+        with phnnrv.Handset(timeout=WAIT, prompt_reads=True):  # once the first has ended
             self.assertRaises(RuntimeError, phnnrv.Handset, timeout=0)
+            self.assertEqual(os.environ["PHNNRV_PROMPT_READS"], "1")
+        self.assertNotIn("PHNNRV_PROMPT_READS", os.environ)
         with open("/proc/self/maps", encoding="utf-8") as maps:
             self.assertNotIn(os.path.basename(os.environ["PHNNRV_LIBRARY"]), maps.read())
 

@@ -3,6 +3,8 @@
 import os
 import sys
 import threading
+from collections.abc import Iterator
+from contextlib import contextmanager
 from ctypes import CDLL, c_uint32
 from pathlib import Path
 from typing import Any
@@ -38,10 +40,26 @@ def _first_of(paths: list[str]) -> CDLL:
     raise OSError("the handset library was not loaded. " + "; ".join(reasons))
 
 
+@contextmanager
+def _reads(prompt: bool | None) -> Iterator[None]:
+    """The library looks at the variable whenever it opens a port."""
+    name = "PHNNRV_PROMPT_READS"
+    before = os.environ.get(name)
+    if prompt is not None:
+        os.environ[name] = str(int(prompt))
+    try:
+        yield
+    finally:
+        if before is not None:
+            os.environ[name] = before
+        else:
+            os.environ.pop(name, None)
+
+
 class Library:
     """From load to unload. Every export may be called from any thread."""
 
-    def __init__(self, path: str | os.PathLike[str] | None, timeout: float) -> None:
+    def __init__(self, path: str | os.PathLike[str] | None, timeout: float, prompt_reads: bool | None) -> None:
         """Loads the library. Raises OSError, or RuntimeError when this process still has it after `timeout` seconds."""
         if not _in_use.acquire(timeout=timeout):
             raise RuntimeError("another Handset of this process is open, or still ending")
@@ -52,7 +70,7 @@ class Library:
         self._failure: Exception | None = None
         loaded = threading.Event()
         # A daemon, so that an exit of the interpreter need not wait for a call that does not return (Handset's _leave).
-        self._thread = threading.Thread(target=self._run, args=(loaded,), name="phnnrv", daemon=True)
+        self._thread = threading.Thread(target=self._run, args=(loaded, prompt_reads), name="phnnrv", daemon=True)
         self._thread.start()
         try:
             loaded.wait()
@@ -62,24 +80,28 @@ class Library:
         if self._failure:
             raise self._failure
 
-    def _run(self, loaded: threading.Event) -> None:
+    def _run(self, loaded: threading.Event, prompt_reads: bool | None) -> None:
         try:
-            try:
-                library = self._load()
-            except Exception as error:
-                self._failure = error
-                return
-            finally:
-                loaded.set()
-            with self._lock:
-                self._loaded = True
-                self._unload_if_idle()
-            self.win32.dispatch_until(self._idle)
-            self._functions["PHN_Shutdown"]()
-            _win32.unload(library)
-            self.win32.close_handle(self._idle)
+            with _reads(prompt_reads):
+                self._serve(loaded)
         finally:
             _in_use.release()
+
+    def _serve(self, loaded: threading.Event) -> None:
+        try:
+            library = self._load()
+        except Exception as error:
+            self._failure = error
+            return
+        finally:
+            loaded.set()
+        with self._lock:
+            self._loaded = True
+            self._unload_if_idle()
+        self.win32.dispatch_until(self._idle)
+        self._functions["PHN_Shutdown"]()
+        _win32.unload(library)
+        self.win32.close_handle(self._idle)
 
     def _load(self) -> CDLL:
         library = _first_of(self._paths)

@@ -50,17 +50,25 @@ class Handset:
     `contacts`, `events`, `messages` and `calls` are what the handset stores.
     """
 
-    def __init__(self, timeout: float = 40.0, library: str | os.PathLike[str] | None = None) -> None:
+    def __init__(
+        self,
+        timeout: float = 40.0,
+        library: str | os.PathLike[str] | None = None,
+        prompt_reads: bool | None = None,
+    ) -> None:
         """Loads the library and waits up to `timeout` seconds for a handset: a USB one is found at once, serial ports
         are tried every 15 s.
 
         `library` is the library's file; without it PHNNRV_LIBRARY names it, or it is looked for in the usual places.
+        `prompt_reads`, on Linux, has each read end with the reply's last byte, or 10 ms later (docs/hosting.md); without
+        it the registry's value decides, as it always does on Windows.
+
         Raises OSError when it cannot be loaded, RuntimeError when this process has another Handset, and Error:
         PHN_ERROR_NO_DEVICE when none came, PHN_ERROR_COMMUNICATION when it did not answer, PHN_ERROR_NOT_SUPPORTED when
         its model is not served.
         """
         deadline = time.monotonic() + timeout
-        self._library = Library(library, timeout)
+        self._library = Library(library, timeout, prompt_reads)
         self._api = Api(self._library)
         try:
             self._greet(deadline - time.monotonic())

@@ -44,6 +44,7 @@ void AddOptions(CLI::App& app, Options& options, std::string& logLevel)
         ->check(ExistingFolder());
     app.add_option("--log", logLevel, "Write the library's log into a file beside the library")
         ->type_name(fmt::format("{}|NUMBER", fmt::join(LogLevelNames(), "|")));
+    app.add_flag("--slow-reads", options.slowReads, "End each read by 10 ms of silence, for a handset that needs it");
     app.set_version_flag("--version", "phnctl " PHN_VERSION);
 }
 

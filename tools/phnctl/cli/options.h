@@ -20,6 +20,7 @@ struct Options
     std::string library; // empty: the usual places
     std::string labels;  // the folder of the label files; empty: the shipped one
     std::optional<std::uint32_t> logLevel;
+    bool slowReads = false;
 };
 
 } // namespace phnctl

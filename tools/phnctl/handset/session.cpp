@@ -3,6 +3,7 @@
 #include "phnctl/handset/dispatch.h"
 #include "phnctl/handset/port_finding.h"
 #include "phnctl/handset/port_turn.h"
+#include "phnctl/handset/prompt_reads.h"
 #include "phnctl/text/error_names.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
@@ -135,6 +136,7 @@ Session::Session(const Options& options) : m_options(options)
         m_embedded = StartEmbeddedHandset();
     if (options.logLevel)
         m_log = SetUpLog(*options.logLevel);
+    ChooseReads(options.slowReads);
     m_library = std::make_shared<Library>(options.library);
 }
 
