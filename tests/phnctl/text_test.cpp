@@ -2,6 +2,7 @@
 #include "phnctl/cli/report.h"
 #include "phnctl/text/table.h"
 #include "phnctl/text/text.h"
+#include "phnctl/text/wrapping.h"
 
 #include <gtest/gtest.h>
 
@@ -43,18 +44,22 @@ TEST(Report, AlignsAndWrapsToTheTerminal)
 }
 
 // A terminal's table is cut to its width; otherwise nothing is, and one long cell does not widen all rows.
-TEST(Table, StaysReadableWithALongCell)
+TEST(Table, CutsWordsBeforeNumbersAndTimes)
 {
-    const std::string longest(30, 'x');
-    std::vector<std::vector<std::string>> rows(10, {"Anna", "1"});
-    rows.push_back({longest, "2"});
-    const auto lastLine = [&](unsigned width) {
-        const std::string text = TableText({"Name", "Index"}, rows, width);
-        EXPECT_EQ(text.substr(0, 23), width ? "Name           Index\nAn" : "Name  Index\nAnna  1\nAnn");
-        return text.substr(text.rfind('\n', text.size() - 2) + 1);
-    };
-    EXPECT_EQ(lastLine(0), longest + "  2\n");
-    EXPECT_EQ(lastLine(20), std::string(12, 'x') + "\u2026  2\n");
+    const std::vector<std::vector<std::string>> rows{{"Anna", "Wed 2026-11-25 19:00", "+475552000"},
+                                                     {"太郎太郎太郎太郎", "", "5551000000"}};
+    EXPECT_EQ(TableText({"Name", "Start", "Mobile"}, rows, 44),
+              "Name        Start                 Mobile\nAnna        Wed 2026-11-25 19:00  +475552000\n"
+              "太郎太郎…                         5551000000\n");
+    EXPECT_EQ(TableText({"Name"}, {{std::string(30, 'x')}}, 0), "Name\n" + std::string(30, 'x') + "\n");
+}
+
+TEST(Wrapping, KeepsWordsWholeAndGoesOnBelowTheirColumn)
+{
+    EXPECT_EQ(
+        Wrapped("    kept: one two three\nshort\n  --range A-B   Only the indexes\n", 22, 2),
+        "    kept: one two\n      three\nshort\n  --range A-B   Only\n                the\n                indexes\n");
+    EXPECT_EQ(Flowing("One\ntwo.\n\nExample:\n  a b\n  c\n"), "One two.\n\nExample:\n  a b\n  c\n");
 }
 
 TEST(Json, RefusesWhatIsNone)

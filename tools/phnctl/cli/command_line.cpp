@@ -9,6 +9,8 @@
 #include "phnctl/cli/spelling.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
+#include "phnctl/text/wrapping.h"
+#include "system/system.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -78,7 +80,7 @@ private:
         CLI::App* app = parent->add_subcommand(
             space == std::string::npos ? command.words : command.words.substr(space + 1), command.summary);
         app->fallthrough();
-        app->footer(command.details + (command.run ? kCommandEpilogue : ""));
+        app->footer(Flowing(command.details) + (command.run ? kCommandEpilogue : ""));
         if (!command.run)
             app->require_subcommand(1);
         for (const Argument& argument : command.arguments)
@@ -160,7 +162,8 @@ private:
         if (success.get_name() == "CallForVersion")
             return std::string(success.what()) + '\n';
         const CLI::App* app = Deepest();
-        return app->help(app->get_parent() ? Name(app->get_parent()) : "");
+        const unsigned terminal = host::TerminalWidth(stdout);
+        return Wrapped(app->help(app->get_parent() ? Name(app->get_parent()) : ""), terminal ? terminal : 80, 0);
     }
 
     CLI::App m_app{kDescription};

@@ -18,6 +18,12 @@ constexpr const char* kReport = "report";
 constexpr const char* kCallback = "callback";
 constexpr const char* kText = "text";
 
+std::string ValueOf(const Entry& entry, const char* property)
+{
+    const std::string* value = entry.Find(property);
+    return value ? *value : std::string();
+}
+
 class Form : public EntryForm
 {
 public:
@@ -30,6 +36,11 @@ public:
         return (party ? *party : "(no number)") + (text ? ": " + *text : "");
     }
     std::string Label(const std::string& property) const override { return property; }
+    std::vector<std::string> Columns() const override { return {"Number", "Time", "Priority", "Text"}; }
+    std::vector<std::string> Row(const Entry& entry) const override
+    {
+        return {ValueOf(entry, kParty), ValueOf(entry, kTime), ValueOf(entry, kPriority), ValueOf(entry, kText)};
+    }
     // A message that was restored has lost its time, and is the same all the same.
     Entry Complete(const Entry& wanted, const Entry* replaced) const override
     {
@@ -47,12 +58,6 @@ public:
         return phnctl::Meet(*this, {key, outcome}, std::move(candidates), inventory.entries);
     }
 };
-
-std::string ValueOf(const Entry& entry, const char* property)
-{
-    const std::string* value = entry.Find(property);
-    return value ? *value : std::string();
-}
 
 Candidate CandidateOf(const PduContent& content)
 {

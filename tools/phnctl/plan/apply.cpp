@@ -2,6 +2,7 @@
 
 #include "phnctl/cli/ending.h"
 #include "phnctl/cli/progress.h"
+#include "phnctl/text/counted.h"
 #include "phnctl/text/failure.h"
 
 namespace phnctl {
@@ -12,7 +13,12 @@ class Writer
 {
 public:
     Writer(const Handset& handset, const EntryKind& kind, const Inventory& inventory, RunRecord& record)
-        : m_handset(handset), m_kind(kind), m_empty(inventory.empty), m_record(record)
+        : m_handset(handset),
+          m_kind(kind),
+          m_empty(inventory.empty),
+          m_record(record),
+          m_held(inventory.entries.size() + inventory.unread.size()),
+          m_room(m_held + inventory.empty.size())
     {
     }
 
@@ -46,12 +52,14 @@ public:
             const Entry held = stored ? m_kind.Storable(*stored) : Entry{};
             planned.readBack = Differences(planned.target, held);
             planned.result = planned.readBack.empty() ? Result::Written : Result::Different;
+            m_held += planned.action == Action::Add;
             m_record.DoneAt(planned.step, index, held);
             m_losses.Succeeded();
         } catch (const Refusal& refusal) {
             planned.result = Result::Failed;
-            planned.problem = refusal.what();
-            m_isFull = m_isFull || (planned.action == Action::Add && refusal.Code() == PHN_ERROR_RESULT_4);
+            const bool isFull = planned.action == Action::Add && refusal.Code() == PHN_ERROR_RESULT_4;
+            planned.problem = isFull ? Fullness() : refusal.what();
+            m_isFull = m_isFull || isFull;
             return !m_losses.IsOver(refusal);
         }
         return true;
@@ -68,10 +76,17 @@ private:
         throw Refusal(PHN_ERROR_RESULT_4, "no index is left that holds nothing");
     }
 
+    std::string Fullness() const
+    {
+        return fmt::format("the handset is full after {} of {}", m_held, Counted(m_room, m_kind.One(), m_kind.Many()));
+    }
+
     const Handset& m_handset;
     const EntryKind& m_kind;
     const std::vector<std::uint32_t>& m_empty;
     RunRecord& m_record;
+    std::size_t m_held;
+    const std::size_t m_room;
     std::size_t m_next = 0;
     bool m_isFull = false;
     LossWatch m_losses;

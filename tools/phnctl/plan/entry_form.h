@@ -35,6 +35,9 @@ public:
     // For people: an entry in a few words, and the name of a property.
     virtual std::string Title(const Entry& entry) const = 0;
     virtual std::string Label(const std::string& property) const = 0;
+    // The columns of a list, behind the index, and an entry's row of it.
+    virtual std::vector<std::string> Columns() const = 0;
+    virtual std::vector<std::string> Row(const Entry& entry) const = 0;
 
     // What a file's entry does not say is taken from the entry that it replaces (null: none).
     virtual Entry Complete(const Entry& wanted, const Entry* replaced) const = 0;

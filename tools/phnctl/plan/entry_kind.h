@@ -52,10 +52,7 @@ public:
     // True when the text looks as if the library had replaced characters that have no place in the code page.
     virtual bool LooksGarbled(const Entry&) const { return false; }
 
-    // For people: the columns of `list` behind the index.
-    virtual std::vector<std::string> Columns() const = 0;
-    virtual std::vector<std::string> Row(const Entry& entry) const = 0;
-    // Fields that say more about properties than their values do; each has the property as its key.
+    // For people: fields that say more about properties than their values do; each has the property as its key.
     virtual std::vector<Field> Details(const Handset& handset, const Entry& entry) const = 0;
 
 private:

@@ -1,6 +1,8 @@
 #include "phnctl/plan/report.h"
 
+#include "phnctl/text/table.h"
 #include "phnctl/text/text.h"
+#include "phnctl/text/wrapping.h"
 
 #include <fmt/format.h>
 
@@ -59,13 +61,29 @@ void AppendNote(std::string& text, const Note& note)
                         note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
 }
 
-void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, const PlannedEntry& planned)
+// What a new entry is going to hold beside its title: "Mobile 5551234567, Group 0".
+std::string Values(const EntryForm& form, const Entry& entry)
+{
+    const std::vector<std::string> columns = form.Columns();
+    const std::vector<std::string> row = form.Row(entry);
+    const std::string title = form.Title(entry);
+    std::string values;
+    for (std::size_t i = 0; i < columns.size() && i < row.size(); ++i)
+        if (!row[i].empty() && row[i] != title)
+            values += fmt::format("{}{} {}", values.empty() ? "" : ", ", columns[i], Printable(row[i]));
+    return values;
+}
+
+void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, const PlannedEntry& planned,
+                 unsigned width)
 {
     const std::string line = planned.from.line ? fmt::format(":{}", planned.from.line) : "";
     const std::string place = planned.from.file.empty() ? "" : Printable(planned.from.file) + line + "  ";
     text += fmt::format("{:<11}  {}{}", Heading(plan, planned), place, Printable(form.Title(planned.from.entry)));
     const auto index = planned.ShownIndex();
     text += index ? fmt::format("  (index {})\n", *index) : "\n";
+    if (width != 0 && planned.action == Action::Add && !plan.isApplied)
+        text += Fitted("    " + Values(form, planned.target), width) + '\n';
     for (const Note& note : planned.from.notes)
         if (planned.action != Action::Same || note.code == kKept)
             AppendNote(text, note);
@@ -94,15 +112,15 @@ void AppendDeletion(std::string& text, const EntryForm& form, const Plan& plan, 
 
 } // namespace
 
-std::string PlanText(const EntryForm& form, const Plan& plan)
+std::string PlanText(const EntryForm& form, const Plan& plan, unsigned width)
 {
     std::string text;
     for (const PlannedEntry& planned : plan.entries)
         if (IsWorthTelling(plan, planned))
-            AppendEntry(text, form, plan, planned);
+            AppendEntry(text, form, plan, planned, width);
     for (const Deletion& deletion : plan.deletions)
         AppendDeletion(text, form, plan, deletion);
-    return text + SummaryText(form, plan);
+    return Wrapped(text + SummaryText(form, plan), width, 2);
 }
 
 } // namespace phnctl

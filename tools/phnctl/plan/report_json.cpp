@@ -72,6 +72,14 @@ Json ToJson(const EntryForm& form, const Deletion& deletion)
     return {std::move(object)};
 }
 
+Json ToJson(const Entry& entry)
+{
+    JsonList list;
+    for (const EntryField& field : entry.fields)
+        list.push_back({JsonObject{{"property", {field.property}}, {"value", {field.value}}}});
+    return {std::move(list)};
+}
+
 Json ToJson(const EntryForm& form, const PlannedEntry& planned)
 {
     const auto index = planned.ShownIndex();
@@ -81,6 +89,7 @@ Json ToJson(const EntryForm& form, const PlannedEntry& planned)
                       {"action", {std::string(Word(planned.action))}},
                       {"index", index ? Json{std::int64_t{*index}} : Json{nullptr}},
                       {"notes", ToJson(planned.from.notes)},
+                      {"target", ToJson(planned.target)},
                       {"changes", ToJson(planned.changes)},
                       {"result", {std::string(Word(planned.result))}},
                       {"readBack", ToJson(planned.readBack)}};

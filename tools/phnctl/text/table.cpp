@@ -9,14 +9,6 @@ namespace phnctl {
 
 namespace {
 
-// The columns that the formatting library counts for a text when it pads it: what padding to a width beyond any text
-// has added tells it.
-std::size_t WidthOf(const std::string& text)
-{
-    const std::size_t beyond = text.size() * 2 + 1;
-    return beyond + text.size() - fmt::formatted_size("{:<{}}", text, beyond);
-}
-
 std::vector<std::string> PrintableRow(const std::vector<std::string>& row)
 {
     std::vector<std::string> shown;
@@ -27,42 +19,74 @@ std::vector<std::string> PrintableRow(const std::vector<std::string>& row)
 
 using Rows = std::vector<std::vector<std::string>>;
 
-// The widths of a column's cells, without the empty ones; the heading's first.
-std::vector<std::size_t> CellWidths(const Rows& rows, std::size_t column)
+struct Column
 {
-    std::vector<std::size_t> widths;
-    for (const auto& row : rows)
-        if (column < row.size() && !row[column].empty())
-            widths.push_back(WidthOf(row[column]));
-    return widths;
+    std::size_t width = 0;
+    bool isWhole = true; // cut last
+};
+
+// Digits and the marks between them, or a text with a time of day in it: half of one is another one.
+bool IsNumberOrTime(const std::string& cell)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    if (cell.find_first_not_of("0123456789+*#:.- ") == std::string::npos)
+        return true;
+    for (std::size_t colon = cell.find(':'); colon != std::string::npos; colon = cell.find(':', colon + 1))
+        if (colon > 0 && colon + 1 < cell.size() && isDigit(cell[colon - 1]) && isDigit(cell[colon + 1]))
+            return true;
+    return false;
 }
 
-// What nine of ten cells need: a few long ones move the rest of their own rows, not all rows.
-std::size_t UsualWidth(std::vector<std::size_t> widths)
+Column ColumnOf(const Rows& rows, std::size_t number)
 {
-    const auto ninth = widths.begin() + static_cast<std::ptrdiff_t>(widths.size() * 9 / 10);
-    const std::size_t heading = widths.front();
-    std::nth_element(widths.begin(), ninth, widths.end());
-    return std::max(heading, *ninth);
+    constexpr std::size_t kWidestNumber = 24;
+    Column column;
+    for (const auto& row : rows) {
+        if (number >= row.size())
+            continue;
+        column.width = std::max(column.width, WidthOf(row[number]));
+        column.isWhole = column.isWhole && (&row == &rows.front() || IsNumberOrTime(row[number]));
+    }
+    column.isWhole = column.isWhole && column.width <= kWidestNumber;
+    return column;
+}
+
+// The widest column that may still be cut; null if there is none.
+Column* ToNarrow(std::vector<Column>& columns, bool alsoWhole)
+{
+    constexpr std::size_t kNarrowest = 8;
+    Column* widest = nullptr;
+    for (Column& column : columns)
+        if (column.width > kNarrowest && (alsoWhole || !column.isWhole) && (!widest || column.width > widest->width))
+            widest = &column;
+    return widest;
 }
 
 // Takes from the widest columns until all fit.
-void Narrow(std::vector<std::size_t>& widths, unsigned width)
+void Narrow(std::vector<Column>& columns, unsigned width)
 {
-    constexpr std::size_t kNarrowest = 8;
-    std::size_t needed = 2 * widths.size() - 2;
-    for (const std::size_t column : widths)
-        needed += column;
-    while (needed > width) {
-        const auto widest = std::max_element(widths.begin(), widths.end());
-        if (*widest <= kNarrowest)
+    std::size_t needed = 2 * columns.size() - 2;
+    for (const Column& column : columns)
+        needed += column.width;
+    for (; needed > width; --needed) {
+        Column* column = ToNarrow(columns, false);
+        if (!column)
+            column = ToNarrow(columns, true);
+        if (!column)
             return;
-        --*widest;
-        --needed;
+        --column->width;
     }
 }
 
 } // namespace
+
+// The formatting library counts columns when it pads a text: what padding to a width beyond any text has added tells
+// them.
+std::size_t WidthOf(const std::string& text)
+{
+    const std::size_t beyond = text.size() * 2 + 1;
+    return beyond + text.size() - fmt::formatted_size("{:<{}}", text, beyond);
+}
 
 std::string Fitted(const std::string& text, std::size_t width)
 {
@@ -82,18 +106,16 @@ std::string TableText(const std::vector<std::string>& headings, const std::vecto
 {
     Rows shown{headings};
     std::transform(rows.begin(), rows.end(), std::back_inserter(shown), PrintableRow);
-    std::vector<std::size_t> widths;
-    for (std::size_t i = 0; i < headings.size(); ++i) {
-        const std::vector<std::size_t> cells = CellWidths(shown, i);
-        widths.push_back(width == 0 ? UsualWidth(cells) : *std::max_element(cells.begin(), cells.end()));
-    }
+    std::vector<Column> columns;
+    for (std::size_t i = 0; i < headings.size(); ++i)
+        columns.push_back(ColumnOf(shown, i));
     if (width != 0)
-        Narrow(widths, width);
+        Narrow(columns, width);
     std::string text;
     for (const auto& row : shown) {
         std::string line;
-        for (std::size_t i = 0; i < row.size() && i < widths.size(); ++i)
-            line += fmt::format("{:<{}}  ", width == 0 ? row[i] : Fitted(row[i], widths[i]), widths[i]);
+        for (std::size_t i = 0; i < row.size() && i < columns.size(); ++i)
+            line += fmt::format("{:<{}}  ", Fitted(row[i], columns[i].width), columns[i].width);
         text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
     }
     return text;

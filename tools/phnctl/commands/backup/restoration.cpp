@@ -6,6 +6,7 @@
 #include "phnctl/text/counted.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
+#include "system/system.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -33,7 +34,7 @@ void Show(const BackupSection& section, const std::optional<Restoration>& restor
         return;
     }
     const auto& [form, plan, apply, others, remark] = *restoration;
-    fmt::print("{}{}{}", PlanText(*form, plan), remark, remark.empty() ? "" : "\n");
+    fmt::print("{}{}{}", PlanText(*form, plan, host::TerminalWidth(stdout)), remark, remark.empty() ? "" : "\n");
     if (others != 0)
         fmt::print("{} of the handset {} not in the backup and {}; {} deletes {}.\n",
                    Counted(others, form->One(), form->Many()), others == 1 ? "is" : "are",

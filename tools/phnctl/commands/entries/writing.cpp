@@ -10,6 +10,7 @@
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
 #include "phnctl/text/text_file.h"
+#include "system/system.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -183,7 +184,7 @@ int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKi
     if (invocation.options.json)
         fmt::print("{}\n", WriteJson(PlanJson(kind, plan)));
     else
-        fmt::print("{}", PlanText(kind, plan));
+        fmt::print("{}", PlanText(kind, plan, host::TerminalWidth(stdout)));
     return status;
 }
 
