@@ -56,9 +56,8 @@ TEST(Table, CutsWordsBeforeNumbersAndTimes)
 
 TEST(Wrapping, KeepsWordsWholeAndGoesOnBelowTheirColumn)
 {
-    EXPECT_EQ(
-        Wrapped("    kept: one two three\nshort\n  --range A-B   Only the indexes\n", 22, 2),
-        "    kept: one two\n      three\nshort\n  --range A-B   Only\n                the\n                indexes\n");
+    EXPECT_EQ(Wrapped("    kept: one two three four five\nshort\n  --range A-B   Only the indexes\n", 30, 2),
+              "    kept: one two three four\n      five\nshort\n  --range A-B   Only the\n                indexes\n");
     EXPECT_EQ(Flowing("One\ntwo.\n\nExample:\n  a b\n  c\n"), "One two.\n\nExample:\n  a b\n  c\n");
 }
 
