@@ -30,6 +30,14 @@ std::filesystem::path LibraryFolder()
     return std::filesystem::path(path.data()).parent_path();
 }
 
+// The run-time library looks for its clocks at the first call, for which it needs the lock that is held while a library
+// is loaded and unloaded. So the loading thread calls them first: an unload may come before those at work have.
+void FindClocks()
+{
+    static_cast<void>(std::chrono::system_clock::now());
+    static_cast<void>(std::chrono::steady_clock::now());
+}
+
 } // namespace
 
 HandsetInProcess* HandsetInProcess::Begin()
@@ -37,6 +45,7 @@ HandsetInProcess* HandsetInProcess::Begin()
     if (instance)
         return instance;
     Log.Error("The handset is simulated, inside this process");
+    FindClocks();
     try {
         instance = new HandsetInProcess;
     } catch (const std::exception& error) {

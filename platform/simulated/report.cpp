@@ -38,7 +38,6 @@ void Report::TellWrong(const std::string& sentence)
 {
     Print(sentence);
     Log.Error("Simulated handset - %s", sentence.c_str());
-    OutputDebugStringA(("PHNNRV: " + sentence + "\n").c_str());
     std::fprintf(stderr, "PHNNRV: %s\n", sentence.c_str());
 }
 

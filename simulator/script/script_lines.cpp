@@ -37,20 +37,22 @@ FieldValues ReadFieldValues(Arguments& arguments)
     return values;
 }
 
-// Throws what came instead.
-void Judge(const History& history, const Expectation& expectation)
+// Reports what came instead. It throws nothing, because a library that is being unloaded waits for its script, and not
+// every Windows can throw then.
+void Judge(Control& control, const Expectation& expectation, const Place& place)
 {
+    const History& history = control.history;
     const std::uint64_t count = history.Count(expectation.deed, expectation.values);
     if (expectation.count ? count == *expectation.count : count != 0)
         return;
-    throw std::runtime_error(ToString(expectation) + " was expected " +
-                             (expectation.count ? Times(*expectation.count) : "at least once") + ", but " +
-                             history.WhatCame(expectation.deed, expectation.values));
+    control.Report(place, ToString(expectation) + " was expected " +
+                              (expectation.count ? Times(*expectation.count) : "at least once") + ", but " +
+                              history.WhatCame(expectation.deed, expectation.values));
 }
 
-ControlLine Expecting(Expectation expectation)
+ControlLine Expecting(Expectation expectation, const Place& place)
 {
-    return {[expectation = std::move(expectation)](Control& control) { Judge(control.history, expectation); }};
+    return {[expectation = std::move(expectation), place](Control& control) { Judge(control, expectation, place); }};
 }
 
 // The line that another one carries out, later and perhaps often.
@@ -115,14 +117,14 @@ ControlLine Expect(Arguments& arguments)
     if (arguments.NumberIsNext())
         expectation.count = arguments.Number(0, kMostTimes);
     expectation.values = ReadFieldValues(arguments);
-    return Expecting(std::move(expectation));
+    return Expecting(std::move(expectation), arguments.Where());
 }
 
 ControlLine ExpectNone(Arguments& arguments)
 {
     Expectation expectation{.deed = ParseDeed(arguments.Word()), .count = 0};
     expectation.values = ReadFieldValues(arguments);
-    return Expecting(std::move(expectation));
+    return Expecting(std::move(expectation), arguments.Where());
 }
 
 } // namespace simulator
