@@ -1,5 +1,5 @@
-// What the simulated handset has to say to a host's developer: it goes to the control pipe's client, and, with a script,
-// into a file beside the library. What is wrong goes to the library's log and to standard error as well.
+// What the simulated handset has to say to a host's developer: it goes to the control pipe's client, and, with a
+// script, into a file beside the library. What is wrong goes to the library's log and to standard error as well.
 #pragma once
 
 #include "simulator/lines/line.h"

@@ -7,10 +7,12 @@ namespace simulator {
 
 struct Worker::System
 {
+    explicit System(std::function<void()> work) : thread(std::move(work)) {}
+
     std::thread thread;
 };
 
-Worker::Worker(std::function<void()> work) : system_(std::make_unique<System>(std::thread(std::move(work)))) {}
+Worker::Worker(std::function<void()> work) : system_(std::make_unique<System>(std::move(work))) {}
 
 Worker::~Worker()
 {
