@@ -81,10 +81,19 @@ BOOL WINAPI SimulatedSetCommTimeouts(HANDLE port, LPCOMMTIMEOUTS timeouts)
     return TRUE;
 }
 
-BOOL WINAPI SimulatedClearCommError(HANDLE port, LPDWORD errors, LPCOMSTAT)
+BOOL WINAPI SimulatedClearCommError(HANDLE port, LPDWORD errors, LPCOMSTAT state)
 {
+    if (!IsPort(port))
+        return Fail(ERROR_INVALID_HANDLE);
+    DWORD available = 0;
+    if (!PeekNamedPipe(port, nullptr, 0, nullptr, &available, nullptr)) // unplugged
+        return FALSE;
     *errors = 0;
-    return IsPort(port) || Fail(ERROR_INVALID_HANDLE);
+    if (state) {
+        *state = {};
+        state->cbInQue = available;
+    }
+    return TRUE;
 }
 
 BOOL WINAPI SimulatedPurgeComm(HANDLE port, DWORD flags)
