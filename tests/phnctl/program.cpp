@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iomanip>
 #include <iterator>
 #include <spawn.h>
 #include <sstream>
@@ -67,7 +68,7 @@ pid_t Program::Start(const std::string& words, const std::string& input)
 
     std::vector<std::string> arguments{PHNCTL};
     std::istringstream stream(words);
-    for (std::string word; stream >> word;)
+    for (std::string word; stream >> std::quoted(word);)
         arguments.push_back(word == "_" ? "" : word);
     std::vector<std::string> variables;
     for (const auto& [name, value] : m_environment)

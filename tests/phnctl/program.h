@@ -32,7 +32,7 @@ public:
     // Then the outcome has no output of the program.
     void SendOutputTo(const std::string& file) { m_output = file; }
 
-    // "_" among the words is an empty one.
+    // "_" among the words is an empty one; one with blanks stands in double quotes.
     Outcome Run(const std::string& words, const std::string& input = "") { return Finish(Start(words, input)); }
 
     // The two halves of Run, for a test that does something in between.

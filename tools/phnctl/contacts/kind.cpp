@@ -154,6 +154,14 @@ public:
 
     bool LooksGarbled(const Entry& entry) const override { return MayHaveLostText(entry); }
 
+    std::vector<std::string> Sought(const Entry& entry) const override
+    {
+        std::vector<std::string> texts{ValueOf(entry, kName)};
+        for (const EntryField& field : ValuesOf(entry))
+            texts.push_back(field.value);
+        return texts;
+    }
+
     std::vector<std::string> Columns() const override
     {
         return {"Name", "Mobile", "Home", "Work", "E-mail", "Group", "More"};

@@ -99,6 +99,8 @@ public:
         return !CodePageHoldsAll() && ValueOf(entry, kText).find("??") != std::string::npos;
     }
 
+    std::vector<std::string> Sought(const Entry& entry) const override { return {ValueOf(entry, kText)}; }
+
     std::vector<std::string> Columns() const override { return {"Start", "End", "Zone", "Text", "Repeats", "Alarm"}; }
 
     std::vector<std::string> Row(const Entry& entry) const override

@@ -52,6 +52,8 @@ public:
     // True when the text looks as if the library had replaced characters that have no place in the code page.
     virtual bool LooksGarbled(const Entry&) const { return false; }
 
+    // The texts by which a person finds it.
+    virtual std::vector<std::string> Sought(const Entry& entry) const = 0;
     // For people: fields that say more about properties than their values do; each has the property as its key.
     virtual std::vector<Field> Details(const Handset& handset, const Entry& entry) const = 0;
 

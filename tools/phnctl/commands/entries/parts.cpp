@@ -31,6 +31,21 @@ Entry ReadOne(const Handset& handset, const EntryKind& kind, std::uint32_t index
     throw Refusal(PHN_ERROR_NOT_FOUND, fmt::format("no {} is stored under index {}", kind.One(), index));
 }
 
+JsonObject EntryJson(const EntryKind& kind, const StoredEntry& stored)
+{
+    JsonList fields;
+    for (const EntryField& field : stored.entry.fields)
+        fields.push_back({JsonObject{{"property", {field.property}}, {"value", {field.value}}}});
+    return {{"index", {std::int64_t{stored.index}}},
+            {"title", {kind.Title(stored.entry)}},
+            {"fields", {std::move(fields)}}};
+}
+
+int StatusOf(const Inventory& inventory)
+{
+    return inventory.unread.empty() ? kDone : kRefused;
+}
+
 std::string HelpText(const EntryKind& kind, std::string text)
 {
     const std::pair<std::string, std::string> words[] = {

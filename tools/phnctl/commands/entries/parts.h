@@ -1,9 +1,9 @@
-// What the commands of reading.cpp, writing.cpp and deleting.cpp share: arguments, help texts in the words of a kind,
-// and one entry by its index.
+// What the commands of this folder share: arguments, help texts in the words of a kind, and one entry by its index.
 #pragma once
 
 #include "phnctl/cli/command.h"
 #include "phnctl/plan/entry_kind.h"
+#include "phnctl/plan/inventory.h"
 
 #include <functional>
 #include <string>
@@ -16,6 +16,11 @@ std::uint32_t ParseIndex(const std::string& text);
 
 // Throws Refusal, also when nothing is stored there.
 Entry ReadOne(const Handset& handset, const EntryKind& kind, std::uint32_t index);
+
+JsonObject EntryJson(const EntryKind& kind, const StoredEntry& stored);
+
+// The exit status of a command that only reads.
+int StatusOf(const Inventory& inventory);
 
 // The text with {one}, {many} and {ext} replaced by the kind's words.
 std::string HelpText(const EntryKind& kind, std::string text);

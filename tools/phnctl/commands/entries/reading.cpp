@@ -1,14 +1,12 @@
-// list, get and export of every kind of entry.
+// get and export of every kind of entry.
 #include "phnctl/cli/print.h"
 #include "phnctl/commands/entries/commands.h"
 #include "phnctl/commands/entries/parts.h"
 #include "phnctl/handset/session.h"
 #include "phnctl/plan/inventory.h"
 #include "phnctl/text/failure.h"
-#include "phnctl/text/table.h"
 #include "phnctl/text/text.h"
 #include "phnctl/text/text_file.h"
-#include "system/system.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -21,54 +19,6 @@ namespace {
 
 constexpr const char* kFolder = "--folder";
 constexpr const char* kText = "--text";
-
-JsonObject EntryJson(const EntryKind& kind, const StoredEntry& stored)
-{
-    JsonList fields;
-    for (const EntryField& field : stored.entry.fields)
-        fields.push_back({JsonObject{{"property", {field.property}}, {"value", {field.value}}}});
-    return {{"index", {std::int64_t{stored.index}}},
-            {"title", {kind.Title(stored.entry)}},
-            {"fields", {std::move(fields)}}};
-}
-
-// The exit status of a command that only reads.
-int StatusOf(const Inventory& inventory)
-{
-    return inventory.unread.empty() ? kDone : kRefused;
-}
-
-int List(const Invocation& invocation, const EntryKind& kind)
-{
-    const IndexRange range = RangeOf(invocation);
-    int status = kDone;
-    WithHandset(invocation.options, [&](const Handset& handset) {
-        const Inventory inventory = Search(invocation, handset, kind, range);
-        TellUnread(kind, inventory);
-        TellGarbled(kind, inventory.entries);
-        status = StatusOf(inventory);
-        if (invocation.options.json) {
-            JsonList list;
-            for (const StoredEntry& stored : inventory.entries)
-                list.push_back({EntryJson(kind, stored)});
-            fmt::print("{}\n", WriteJson({JsonObject{{kind.Many(), {std::move(list)}}}}));
-            return;
-        }
-        std::vector<std::string> headings{"Index"};
-        for (std::string& column : kind.Columns())
-            headings.push_back(std::move(column));
-        std::vector<std::vector<std::string>> rows;
-        for (const StoredEntry& stored : inventory.entries) {
-            auto& row = rows.emplace_back(1, std::to_string(stored.index));
-            for (std::string& cell : kind.Row(stored.entry))
-                row.push_back(std::move(cell));
-        }
-        const std::size_t count = rows.size();
-        fmt::print("{}{} {}\n", count ? TableText(headings, rows, host::TerminalWidth(stdout)) + '\n' : "", count,
-                   count == 1 ? kind.One() : kind.Many());
-    });
-    return status;
-}
 
 // Everything about one entry, in the order of its fields.
 Report Describe(const EntryKind& kind, const StoredEntry& stored, const std::vector<Field>& details)
@@ -162,12 +112,6 @@ std::vector<Command> ReadingCommands(const EntryKind& kind)
     const std::string& many = kind.Many();
     const auto help = [&](const char* text) { return HelpText(kind, text); };
     return {
-        {many + " list",
-         help("List the {many} of the handset"),
-         help("Example:\n  phnctl {many} list\n  phnctl {many} list --range 0-49 --json\n"),
-         {},
-         Bind(List, kind),
-         SearchOptions()},
         {many + " get",
          help("Show one {one}"),
          help("Example:\n  phnctl {many} get 4\n  phnctl {many} get 4 --text > one{ext}\n"),

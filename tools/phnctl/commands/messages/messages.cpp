@@ -3,6 +3,7 @@
 #include "phnctl/commands/messages/commands.h"
 #include "phnctl/commands/messages/options.h"
 #include "phnctl/commands/nouns.h"
+#include "phnctl/commands/wanted.h"
 #include "phnctl/handset/session.h"
 #include "phnctl/messages/list.h"
 #include "phnctl/text/counted.h"
@@ -38,17 +39,44 @@ int ShowCounts(const Invocation& invocation)
     });
 }
 
+void ShowAll(const Invocation& invocation, const Handset& handset, const std::vector<StoredMessage>& messages)
+{
+    if (invocation.options.json)
+        return fmt::print("{}", MessagesJson(messages));
+    if (!messages.empty())
+        fmt::print("{}\n", MessagesTable(messages, LabelsOf(invocation.options, handset), host::TerminalWidth(stdout)));
+    fmt::print("{}\n", Counted(messages.size(), "message"));
+}
+
 int List(const Invocation& invocation)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
-        const Labels labels = LabelsOf(invocation.options, handset);
-        const std::vector<StoredMessage> messages = ReadMessages(handset, BoxesOf(invocation));
-        if (invocation.options.json)
-            return fmt::print("{}", MessagesJson(messages));
-        if (!messages.empty())
-            fmt::print("{}\n", MessagesTable(messages, labels, host::TerminalWidth(stdout)));
-        fmt::print("{}\n", Counted(messages.size(), "message"));
+        ShowAll(invocation, handset, ReadMessages(handset, BoxesOf(invocation)));
     });
+}
+
+// Its text, the other party and whom to call back.
+std::vector<std::string> Sought(const StoredMessage& message)
+{
+    const PduContent& content = message.pdu.content;
+    return {content.text.value_or(""), content.from.value_or(""), content.to.value_or(""),
+            content.callback.value_or("")};
+}
+
+int Find(const Invocation& invocation)
+{
+    const Wanted wanted(invocation);
+    int status = kDone;
+    WithHandset(invocation.options, [&](const Handset& handset) {
+        std::vector<StoredMessage> messages = ReadMessages(handset, Boxes(std::nullopt));
+        std::erase_if(messages, [&](const StoredMessage& message) { return !wanted.IsIn(Sought(message)); });
+        status = messages.empty() ? kRefused : kDone;
+        if (messages.empty() && !invocation.options.json)
+            fmt::print("No message has '{}'.\n", wanted.Shown());
+        else
+            ShowAll(invocation, handset, messages);
+    });
+    return status;
 }
 
 void Show(const Invocation& invocation, const Labels& labels, const StoredMessage& message)
@@ -153,6 +181,12 @@ std::vector<Command> MessagesCommands()
          "Examples:\n  phnctl messages list\n  phnctl messages list 0 --json\n",
          {BoxArgument()},
          List},
+        {"messages find",
+         "List the messages that have some words or a number",
+         std::string(kFindDetails) +
+             "\nExamples:\n  phnctl messages find noon\n  phnctl messages find 555-0142 --json\n",
+         {WantedArgument()},
+         Find},
         {"messages get",
          "Show one message",
          "Examples:\n  phnctl messages get 4\n  phnctl messages get 4 --pdu\n",
