@@ -2,6 +2,7 @@
 // these. No link is followed to a file that is written. One implementation per system, chosen by CMake.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string_view>
@@ -26,6 +27,10 @@ public:
     GrowingFile& operator=(const GrowingFile&) = delete;
 
     void Append(std::string_view text);
+
+    // Takes that much room on the disk for what is going to be appended, where the file system can. Throws
+    // std::system_error when there is not that much.
+    void Reserve(std::uint64_t size);
 
 private:
     struct Handle;

@@ -114,4 +114,13 @@ void GrowingFile::Append(std::string_view text)
         ThrowErrno("");
 }
 
+void GrowingFile::Reserve(std::uint64_t size)
+{
+    const off_t end = lseek(m_handle->descriptor, 0, SEEK_END);
+    const int result =
+        end < 0 ? -1 : fallocate(m_handle->descriptor, FALLOC_FL_KEEP_SIZE, end, static_cast<off_t>(size));
+    if (result != 0 && errno == ENOSPC)
+        ThrowErrno("");
+}
+
 } // namespace host

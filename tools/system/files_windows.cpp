@@ -83,4 +83,16 @@ void GrowingFile::Append(std::string_view text)
     WriteFlushed(m_handle->file, text);
 }
 
+void GrowingFile::Reserve(std::uint64_t size)
+{
+    LARGE_INTEGER end{};
+    FILE_ALLOCATION_INFO allocation{};
+    if (!GetFileSizeEx(m_handle->file, &end))
+        return;
+    allocation.AllocationSize.QuadPart = end.QuadPart + static_cast<LONGLONG>(size);
+    if (!SetFileInformationByHandle(m_handle->file, FileAllocationInfo, &allocation, sizeof allocation) &&
+        GetLastError() == ERROR_DISK_FULL)
+        ThrowLastError();
+}
+
 } // namespace host

@@ -23,6 +23,7 @@ namespace {
 
 constexpr const char* kFile = "journal.jsonl";
 constexpr std::size_t kRunsKept = 50;
+constexpr std::size_t kBytesForStep = 160; // of the lines that tell of its begin and its end, without the entry
 
 Json ToJson(const std::optional<Entry>& entry)
 {
@@ -190,6 +191,7 @@ std::size_t Journal::Expect(const std::vector<JournalStep>& steps)
                        {"before", ToJson(step.before)},
                        {"after", ToJson(step.after)}});
     Append(lines);
+    Reserve(lines.size() + steps.size() * kBytesForStep); // what is done is told with what was then there
     m_steps += steps.size();
     return first;
 }
@@ -229,6 +231,17 @@ void Journal::Append(const std::string& lines)
     } catch (const std::system_error& error) {
         throw Failure(kRefused, fmt::format("the journal of this run cannot be written: {}", error.code().message()),
                       "What was written to the handset so far is in it; 'phnctl undo' takes it back.");
+    }
+}
+
+// A disk that is going to be full ends the run before the handset hears of anything.
+void Journal::Reserve(std::size_t size)
+{
+    try {
+        m_file.Reserve(size);
+    } catch (const std::system_error& error) {
+        throw Failure(kRefused, fmt::format("there is no room for the journal of this run: {}. Nothing was changed.",
+                                            error.code().message()));
     }
 }
 

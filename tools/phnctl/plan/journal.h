@@ -69,6 +69,7 @@ public:
 
 private:
     void Append(const std::string& lines);
+    void Reserve(std::size_t size);
 
     host::GrowingFile m_file;
     std::size_t m_steps = 0;

@@ -75,7 +75,9 @@ int List(const Invocation& invocation)
 
 bool CanBeMeant(const JournalRun& run, Way way)
 {
-    return !run.isSettled && run.takesBack.empty() && (way == Way::Back || !run.IsWhole());
+    if (run.isSettled || !run.takesBack.empty())
+        return false;
+    return way == Way::Back ? std::ranges::any_of(run.steps, &JournalStep::isBegun) : !run.IsWhole();
 }
 
 // The run that is named, or the last one that can be meant.
@@ -176,6 +178,7 @@ std::vector<CommandOption> RetraceOptions()
 {
     return {{kDryRun, "", "Show the plan and write nothing"},
             {kForce, "", "Also what has changed since, and on another handset"},
+            {kNoCopy, "", "Keep no copy of what goes, and nothing to take this back with"},
             ConfirmOption()};
 }
 
