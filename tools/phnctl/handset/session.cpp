@@ -23,8 +23,8 @@ namespace {
 
 constexpr DWORD kPauseAfterSilence = 500;
 
-// While a search goes on: `onDelay` when it does not come to its end soon, and for a person at a terminal what takes so
-// long and for how long, a line that is wiped when it is over.
+// While a search goes on: `onDelay` when it does not come to its end soon, and what takes so long and for how long: at a
+// terminal a line that counts, and that is wiped when it is over; elsewhere one sentence.
 class SearchNotice
 {
 public:
@@ -45,7 +45,9 @@ private:
                 fmt::print(stderr, "{}", isShown ? kWipe : "");
                 m_onDelay();
             }
-            if (isShown)
+            if (seconds == kDelay && !isShown)
+                fmt::print(stderr, "phnctl: looking for a handset, for up to {} s (--wait).\n", m_wait);
+            if (isShown && seconds != 0)
                 fmt::print(stderr, "\rlooking for a handset: {} of {} s (a serial port is asked every 15 s)", seconds,
                            m_wait);
             m_ended.wait_for(lock, over, std::chrono::seconds(1), [] { return false; });
