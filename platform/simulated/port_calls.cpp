@@ -152,8 +152,9 @@ BOOL WINAPI SimulatedSetupDiDestroyDeviceInfoList(HDEVINFO list)
 
 HDEVNOTIFY WINAPI SimulatedRegisterDeviceNotificationA(HANDLE recipient, LPVOID, DWORD)
 {
+    static char registration; // never null, or it would not be taken back, where the handset ends
     simulated::TellWindow(static_cast<HWND>(recipient));
-    return recipient;
+    return &registration;
 }
 
 BOOL WINAPI SimulatedUnregisterDeviceNotification(HDEVNOTIFY)
