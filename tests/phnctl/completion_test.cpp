@@ -20,7 +20,7 @@ TEST(Completion, OffersWhatMayStandThere)
 {
     const std::pair<const char*, const char*> cases[] = {
         {"parameters _", "get set"},
-        {"--simulator --wait 5 --wait=5 help calls _", "list count clear"},
+        {"--simulator --wait 5 --wait=5 help calls _", "list count export clear"},
         {"messages get --", "--help --pdu --simulator --json --wait --library --labels --log --slow-reads --version"},
         {"lock _", "on off"},
         {"messages send --priority _", "0 1 2 3"},

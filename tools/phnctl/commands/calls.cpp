@@ -1,11 +1,13 @@
 // phnctl calls: the call lists of a handset.
 #include "phnctl/commands/call_list.h"
+#include "phnctl/commands/exporting.h"
 #include "phnctl/commands/nouns.h"
 #include "phnctl/handset/labels.h"
 #include "phnctl/handset/session.h"
 #include "phnctl/plan/run_record.h"
 #include "phnctl/plan/safeguard.h"
 #include "phnctl/text/counted.h"
+#include "phnctl/text/csv.h"
 #include "phnctl/text/table.h"
 #include "phnctl/text/text.h"
 #include "system/system.h"
@@ -15,6 +17,8 @@
 namespace phnctl {
 
 namespace {
+
+constexpr const char* kJson = "json";
 
 std::vector<std::int32_t> ListsOf(const Invocation& invocation)
 {
@@ -42,6 +46,30 @@ int List(const Invocation& invocation)
             {"List", labels.Named("szEntryText", std::string()).label, "Time", labels.Named("uEntry8", 0).label}, rows,
             host::TerminalWidth(stdout));
         fmt::print("{}{}\n", calls.empty() ? "" : table + '\n', Counted(calls.size(), "call"));
+    });
+}
+
+// Numbers as the handset keeps them, to be reckoned with.
+std::string Sheet(const std::vector<StoredCall>& calls, const Labels& labels)
+{
+    const std::string unit = labels.DurationUnit("uEntry8");
+    const char* const inUnit = unit.empty() ? "" : unit == "Ms" ? " (ms)" : " (s)";
+    std::vector<std::vector<std::string>> rows;
+    for (const StoredCall& call : calls)
+        rows.push_back({ListName(labels, call.list), FromHandset(call.entry.szEntryText), ShowTime(call.entry),
+                        std::to_string(call.entry.uEntry8)});
+    return CsvText(
+        {"List", labels.Named("szEntryText", std::string()).label, "Time", labels.Named("uEntry8", 0).label + inUnit},
+        rows);
+}
+
+int Export(const Invocation& invocation)
+{
+    const bool isSheet = WantsCsv(invocation, kJson);
+    return WithHandset(invocation.options, [&](const Handset& handset) {
+        const Labels labels = LabelsOf(invocation.options, handset);
+        const std::vector<StoredCall> calls = ReadCalls(handset, ListsOf(invocation));
+        WriteExport(invocation, isSheet ? Sheet(calls, labels) : CallsJson(calls, labels), calls.size(), "call");
     });
 }
 
@@ -98,6 +126,13 @@ std::vector<Command> CallsCommands()
              {list},
              List},
             {"calls count", "Count the calls of each list", "Example:\n  phnctl calls count\n", {list}, ShowCounts},
+            {"calls export",
+             "Write the calls of all lists, or of one, to a file",
+             "Values are those of the handset: a length of time is not made readable.\n\n"
+             "Example:\n  phnctl calls export calls.csv --format csv\n",
+             {ExportArgument(), list},
+             Export,
+             ExportOptions(kJson)},
             {"calls clear",
              "Delete all calls of all lists, or of one",
              "Asks first; a copy of them is kept in a JSON file.\n\nExample:\n  phnctl calls clear 2\n",

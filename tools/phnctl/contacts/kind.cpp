@@ -162,6 +162,11 @@ public:
         return texts;
     }
 
+    std::vector<std::string> SheetProperties() const override
+    {
+        return {kName, kCell, kMobile2, kHome, kWork, kFax, kEmail, kEmail2, kGroup};
+    }
+
     std::vector<std::string> Columns() const override
     {
         return {"Name", "Mobile", "Home", "Work", "E-mail", "Group", "More"};

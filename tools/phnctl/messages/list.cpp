@@ -1,6 +1,7 @@
 #include "phnctl/messages/list.h"
 
 #include "phnctl/cli/progress.h"
+#include "phnctl/text/csv.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/table.h"
 
@@ -125,6 +126,18 @@ std::string MessagesTable(const std::vector<StoredMessage>& messages, const Labe
                         content.text.value_or("")});
     }
     return TableText({"Index", "Box", "Number", "Time", "Priority", "Text"}, rows, width);
+}
+
+std::string MessagesSheet(const std::vector<StoredMessage>& messages, const Labels& labels)
+{
+    std::vector<std::vector<std::string>> rows;
+    for (const StoredMessage& message : messages) {
+        const PduContent& content = message.pdu.content;
+        rows.push_back({BoxName(labels, message.box), content.from.value_or(""),
+                        content.time ? ShowTime(*content.time) : "", ShowPriority(content.priority.value_or(0)),
+                        content.callback.value_or(""), content.text.value_or("")});
+    }
+    return CsvText({"Box", "Number", "Time", "Priority", "Call back", "Text"}, rows);
 }
 
 JsonObject ContentJson(const PduContent& content)

@@ -46,6 +46,9 @@ std::uint32_t CountMessages(const Handset& handset, std::int32_t box);
 // For people, as `list` shows them; `width` as in TableText.
 std::string MessagesTable(const std::vector<StoredMessage>& messages, const Labels& labels, unsigned width);
 
+// As CSV, a line for each.
+std::string MessagesSheet(const std::vector<StoredMessage>& messages, const Labels& labels);
+
 // {"messages":[...]}: as `list --json` answers, and as copies are kept.
 std::string MessagesJson(const std::vector<StoredMessage>& messages);
 

@@ -54,6 +54,9 @@ public:
 
     // The texts by which a person finds it.
     virtual std::vector<std::string> Sought(const Entry& entry) const = 0;
+    // The properties that are the columns of a spreadsheet; none: the kind is not exported as one.
+    virtual std::vector<std::string> SheetProperties() const { return {}; }
+
     // For people: fields that say more about properties than their values do; each has the property as its key.
     virtual std::vector<Field> Details(const Handset& handset, const Entry& entry) const = 0;
 

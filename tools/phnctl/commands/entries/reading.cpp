@@ -2,8 +2,10 @@
 #include "phnctl/cli/print.h"
 #include "phnctl/commands/entries/commands.h"
 #include "phnctl/commands/entries/parts.h"
+#include "phnctl/commands/exporting.h"
 #include "phnctl/handset/session.h"
 #include "phnctl/plan/inventory.h"
+#include "phnctl/text/csv.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
 #include "phnctl/text/text_file.h"
@@ -74,8 +76,33 @@ void WriteFolder(const fs::path& folder, const EntryKind& kind, const Inventory&
         WriteText(folder / PathOf(FileNameOf(kind, stored)), kind.Format({&stored, 1}), existing);
 }
 
+std::string Sheet(const EntryKind& kind, const std::vector<StoredEntry>& entries)
+{
+    const std::vector<std::string> properties = kind.SheetProperties();
+    std::vector<std::string> headings;
+    for (const std::string& property : properties)
+        headings.push_back(kind.Label(property));
+    std::vector<std::vector<std::string>> rows;
+    for (const StoredEntry& stored : entries) {
+        auto& row = rows.emplace_back();
+        for (const std::string& property : properties) {
+            const std::string* const value = stored.entry.Find(property);
+            row.push_back(value ? *value : "");
+        }
+    }
+    return CsvText(headings, rows);
+}
+
+std::string FormatOf(const EntryKind& kind)
+{
+    return kind.Extension().substr(1);
+}
+
 int Export(const Invocation& invocation, const EntryKind& kind)
 {
+    const bool isSheet = WantsCsv(invocation, FormatOf(kind));
+    if (isSheet && invocation.Has(kFolder))
+        throw Failure(kUsage, fmt::format("csv is one table in one file: {} is not for it", kFolder));
     const std::string destination = *invocation.Value("FILE");
     const IndexRange range = RangeOf(invocation);
     const Existing existing = invocation.Has(kForce) ? Existing::Replace : Existing::Refuse;
@@ -85,15 +112,14 @@ int Export(const Invocation& invocation, const EntryKind& kind)
         TellUnread(kind, inventory);
         const std::size_t garbled = TellGarbled(kind, inventory.entries);
         status = garbled == 0 ? StatusOf(inventory) : kRefused;
-        if (destination == "-") {
-            fmt::print("{}", kind.Format(inventory.entries));
-            return;
-        }
         std::error_code error;
-        if (invocation.Has(kFolder) || fs::is_directory(PathOf(destination), error))
+        const bool isFolder = invocation.Has(kFolder) || fs::is_directory(PathOf(destination), error);
+        if (isFolder && !isSheet)
             WriteFolder(PathOf(destination), kind, inventory, existing);
         else
-            WriteText(PathOf(destination), kind.Format(inventory.entries), existing);
+            WriteExport(invocation, isSheet ? Sheet(kind, inventory.entries) : kind.Format(inventory.entries));
+        if (destination == "-")
+            return;
         const std::size_t count = inventory.entries.size();
         PrintDone(
             invocation.options,
@@ -103,6 +129,14 @@ int Export(const Invocation& invocation, const EntryKind& kind)
                {{"exported", "", count}, {"unread", "", inventory.unread.size()}, {"textLost", "", garbled}}}}});
     });
     return status;
+}
+
+std::vector<CommandOption> OptionsOfExport(const EntryKind& kind)
+{
+    std::vector<CommandOption> options = ExportOptions(FormatOf(kind));
+    if (kind.SheetProperties().empty())
+        options.erase(options.begin());
+    return Joined({RangeOption(), {kFolder, "", "FILE is a folder; make it if it is not there"}}, options);
 }
 
 } // namespace
@@ -121,12 +155,11 @@ std::vector<Command> ReadingCommands(const EntryKind& kind)
         {many + " export",
          help("Write the {many} to a file or a folder"),
          help("A folder that exists, or any with --folder, takes one file for each {one}.\n\n"
-              "Examples:\n  phnctl {many} export all{ext}\n  phnctl {many} export {many} --folder\n"),
-         {{"FILE", "Where to; - for standard output", Count::One, {}}},
+              "Examples:\n  phnctl {many} export all{ext}\n  phnctl {many} export {many} --folder\n") +
+             (kind.SheetProperties().empty() ? "" : help("  phnctl {many} export {many}.csv --format csv\n")),
+         {ExportArgument()},
          Bind(Export, kind),
-         {RangeOption(),
-          {kFolder, "", "FILE is a folder; make it if it is not there"},
-          {kForce, "", "Replace files that exist"}}},
+         OptionsOfExport(kind)},
     };
 }
 

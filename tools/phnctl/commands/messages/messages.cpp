@@ -1,5 +1,6 @@
 // phnctl messages: the short messages of a handset are counted, listed, shown, sent, saved and marked.
 #include "phnctl/cli/print.h"
+#include "phnctl/commands/exporting.h"
 #include "phnctl/commands/messages/commands.h"
 #include "phnctl/commands/messages/options.h"
 #include "phnctl/commands/nouns.h"
@@ -18,6 +19,7 @@ namespace phnctl {
 namespace {
 
 constexpr const char* kPdu = "--pdu";
+constexpr const char* kJson = "json";
 
 int ShowCounts(const Invocation& invocation)
 {
@@ -52,6 +54,17 @@ int List(const Invocation& invocation)
 {
     return WithHandset(invocation.options, [&](const Handset& handset) {
         ShowAll(invocation, handset, ReadMessages(handset, BoxesOf(invocation)));
+    });
+}
+
+int Export(const Invocation& invocation)
+{
+    const bool isSheet = WantsCsv(invocation, kJson);
+    return WithHandset(invocation.options, [&](const Handset& handset) {
+        const std::vector<StoredMessage> messages = ReadMessages(handset, BoxesOf(invocation));
+        const std::string text =
+            isSheet ? MessagesSheet(messages, LabelsOf(invocation.options, handset)) : MessagesJson(messages);
+        WriteExport(invocation, text, messages.size(), "message");
     });
 }
 
@@ -193,6 +206,13 @@ std::vector<Command> MessagesCommands()
          {{"INDEX", "The index that 'list' shows", Count::One, {}}},
          Get,
          {{kPdu, "", "Its PDU in hexadecimal, for 'messages decode'"}}},
+        {"messages export",
+         "Write the messages of all boxes, or of one, to a file",
+         "As JSON they are what 'list --json' answers; as CSV, a table for spreadsheets.\n\n"
+         "Examples:\n  phnctl messages export messages.json\n  phnctl messages export inbox.csv 0 --format csv\n",
+         {ExportArgument(), BoxArgument()},
+         Export,
+         ExportOptions(kJson)},
         {"messages send", "Send a message",
          "The text is one argument: put it in quotes. What 7-bit ASCII cannot carry is refused.\n\n"
          "Example:\n  phnctl messages send 5550142 \"The ferry is late\" --callback 5550100 --priority 2\n",
