@@ -81,7 +81,7 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
          held + "RRULE=FREQ=MONTHLY;UNTIL=20091231T235959Z;INTERVAL=1;BYDAY=2TU "},
         {rule("FREQ=WEEKLY;BYDAY=TH,TU;COUNT=4;WKST=SU"), held + "RRULE=FREQ=WEEKLY;COUNT=4;INTERVAL=1;BYDAY=TU,TH "},
         {rule("FREQ=HOURLY"), "cannot hold !rule "},
-        {rule("FREQ=MONTHLY;BYDAY=3TU"), "cannot hold !start-not-in-rule "},
+        {rule("FREQ=MONTHLY;BYDAY=ZZ"), "cannot hold !rule "},
         // What is none.
         {"SUMMARY:Tea\n", "cannot hold !not-an-event "},
         {noon + "STATUS:CANCELLED\n", "cannot hold !cancelled "},
@@ -95,6 +95,124 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         ASSERT_EQ(candidates.size(), 1u) << lines;
         EXPECT_EQ(Show(candidates.front()), shown) << lines;
     }
+}
+
+// "text line!code line" of each candidate and its notes.
+std::string ShowLines(const std::string& file)
+{
+    std::string told;
+    for (const Candidate& candidate : EventsOfFile("file", file)) {
+        const std::string* const text = candidate.entry.Find("DESCRIPTION");
+        told += (text ? *text : "-") + std::to_string(candidate.line);
+        for (const Note& note : candidate.notes)
+            told += '!' + note.code + std::to_string(note.line);
+        told += ' ';
+    }
+    return told;
+}
+
+TEST(EventFile, TakesFilesAsTheyAre)
+{
+    SetLocalZone("UTC0");
+    const std::string start = "DTSTART:20090310T120000\n";
+    const std::string head = "BEGIN:VCALENDAR\nVERSION:2.0\nPRODID:x\n";
+    const std::pair<std::string, std::string> cases[] = {
+        {Calendar(Event("SUMMARY:Caf\xE9\n" + start) + Event("SUMMARY;CHARSET=ISO-8859-15:\xA4\n" + start)),
+         "Caf\u00E94!charset-guessed7 \u20AC10 "},
+        {head + Event("SUMMARY:Caf\xE9\n" + start), "Caf\u00E94!charset-guessed7 -1!cut-off0 "},
+        {head + Event(kTea) + "BEGIN:VEVENT\nSUMMARY:half\nDTST", "Tea4 half10!cut-off0 "},
+        {head + "BEGIN:VEVENT\nSUMMARY:half\n" + Event(kTea) + "END:VCALENDAR\n", "Tea6 half4!not-an-event0 "},
+        {Calendar(Event(kTea + "GEO:here\nno colon\nnor here\nLOCATION:x\n")),
+         "Tea4!not-a-property9!not-a-property11!dropped12 "},
+        {Calendar(std::string(5000, 'x') + ":\n" + Event(kTea)), "Tea5 "},
+    };
+    for (const auto& [file, shown] : cases)
+        EXPECT_EQ(ShowLines(file), shown) << file;
+    std::string deep = head;
+    for (int i = 0; i < 200000; ++i)
+        deep += "BEGIN:VTODO\n";
+    EXPECT_FALSE(EventsOfFile("file", deep).front().fits);
+}
+
+TEST(EventFile, KnowsZonesByTheNamesOfOthers)
+{
+    const std::string known = "20090310T160000UTC ";
+    const std::pair<std::string, std::string> cases[] = {
+        {"America/New_York", known},
+        {"Eastern Standard Time", known},
+        {"\"(UTC-05:00) Eastern Time (US & Canada)\"", known},
+        {"(GMT-05.00) Eastern Time (US & Canada)", known},
+        {"\"(UTC+01:00) Amsterdam, Berlin, Bern, Rome, Stockholm, Vienna\"", "20090310T110000UTC "},
+        {"/vendor/20230101/America/New_York", known},
+        {"/America/Argentina/Ushuaia", "20090310T150000UTC "},
+        {"../../../dev/null", "20090310T120000!unknown-zone "},
+        {"zone.tab", "20090310T120000!unknown-zone "},
+    };
+    for (const auto& [zone, shown] : cases) {
+        std::string told;
+        for (const Candidate& candidate :
+             EventsOfFile("file", Calendar(Event("SUMMARY:x\nDTSTART;TZID=" + zone + ":20090310T120000\n")))) {
+            const std::string* const held = candidate.entry.Find("TZID");
+            told += *candidate.entry.Find("DTSTART") + (held ? *held : "");
+            for (const Note& note : candidate.notes)
+                told += '!' + note.code;
+            told += ' ';
+        }
+        EXPECT_EQ(told, shown) << zone;
+    }
+}
+
+TEST(EventFile, TakesVCalendar)
+{
+    SetLocalZone("UTC0");
+    const std::string at = "DTSTART=20090310T120000 DTEND=20090310T130000 ";
+    const auto rule = [&](const std::string& text) { return "RRULE:" + text + "\n"; };
+    const std::pair<std::string, std::string> cases[] = {
+        {"SUMMARY;ENCODING=QUOTED-PRINTABLE;CHARSET=ISO-8859-1:Caf=E9=\n, b\n", "DESCRIPTION=Caf\u00E9, b " + at},
+        {"AALARM;TYPE=WAVE:20090310T114500;;1;x\nDALARM:20090310T114500;;1;x\n", at + "TRIGGER=15 "},
+        {"STATUS:NEEDS ACTION\nTRANSP:1\nCATEGORIES:MEETING\n", at + "!dropped "},
+        {rule("D1 #10"), at + "RRULE=FREQ=DAILY;COUNT=10;INTERVAL=1 "},
+        {rule("W1 TU WE 20091231T000000"), at + "RRULE=FREQ=WEEKLY;UNTIL=20091231T235959Z;INTERVAL=1;BYDAY=TU,WE "},
+        {rule("MP1 2+ TU"), at + "RRULE=FREQ=MONTHLY;COUNT=2;INTERVAL=1;BYDAY=2TU "},
+        {rule("MP2 1- MO TU 2+ TU #0"), at + "RRULE=FREQ=MONTHLY;INTERVAL=2;BYDAY=-1MO,2TU,-1TU "},
+        {rule("MD1 10 LD #4"), at + "RRULE=FREQ=MONTHLY;COUNT=4;INTERVAL=1;BYMONTHDAY=10,-1 "},
+        {rule("YM1 3 #0"), at + "RRULE=FREQ=YEARLY;INTERVAL=1;BYMONTH=3 "},
+        {rule("YD1 69 #0"), "cannot hold !rule "},
+        {rule("W2 MO$ TU #2"), "cannot hold !rule "},
+        {rule("D1 #0") + "EXDATE:20090312T120000;20090311T120000\n", at + "!series-parted "},
+    };
+    for (const auto& [lines, shown] : cases) {
+        const std::string text = lines.starts_with("SUMMARY") ? lines : "DCREATED:20090101T000000Z\n" + lines;
+        const auto candidates =
+            EventsOfFile("file", "BEGIN:VCALENDAR\nVERSION:1.0\nBEGIN:VEVENT\n" + text +
+                                     "DTSTART:20090310T120000\nDTEND:20090310T130000\nEND:VEVENT\nEND:VCALENDAR\n");
+        std::string told = Show(candidates.front());
+        if (const auto created = told.find("CREATED=20090101T000000 "); created != std::string::npos)
+            told.erase(created, 24);
+        EXPECT_EQ(told, shown) << lines;
+    }
+    const auto zoned = EventsOfFile("file", "BEGIN:VCALENDAR\nVERSION:1.0\nTZ:-05\n"
+                                            "DAYLIGHT:TRUE;-04;20090308T020000;20091101T020000;EST;EDT\n"
+                                            "BEGIN:VEVENT\nDTSTART:20090310T120000\nEND:VEVENT\n"
+                                            "BEGIN:VEVENT\nDTSTART:20091210T120000\nEND:VEVENT\nEND:VCALENDAR\n");
+    ASSERT_EQ(zoned.size(), 2u);
+    EXPECT_EQ(*zoned[0].entry.Find("DTSTART"), "20090310T160000");
+    EXPECT_EQ(*zoned[1].entry.Find("DTSTART"), "20091210T170000");
+}
+
+TEST(EventFile, AStartThatItsRuleDoesNotListIsAnEventInFrontOfTheSeries)
+{
+    SetLocalZone("UTC0");
+    std::string told;
+    for (const std::string rule :
+         {"WEEKLY;COUNT=3;BYDAY=MO", "WEEKLY;COUNT=1;BYDAY=MO", "YEARLY;BYMONTH=2;BYMONTHDAY=30"})
+        for (const Candidate& candidate : EventsOfFile("file", Calendar(Event(kTea + "RRULE:FREQ=" + rule + "\n"))))
+            told += Show(candidate) + '|';
+    const std::string start = "DESCRIPTION=Tea DTSTART=20090310T120000 DTEND=20090310T120000 !start-not-in-rule |";
+    EXPECT_EQ(told, start +
+                        "DESCRIPTION=Tea DTSTART=20090316T120000 DTEND=20090316T120000 "
+                        "RRULE=FREQ=WEEKLY;COUNT=2;INTERVAL=1;BYDAY=MO !start-not-in-rule |" +
+                        start + start);
 }
 
 TEST(EventFile, EverythingInAFileIsSpokenOf)

@@ -207,8 +207,7 @@ private:
     {
         if (!m_isCharsetGuessed && IsCharsetGuessed(line)) {
             m_isCharsetGuessed = true;
-            m_dropped.push_back({"charset-guessed", line.name, line.line,
-                                 fmt::format("the file names no character set and is not UTF-8; read as '{}'", value)});
+            m_dropped.push_back({"charset-guessed", line.name, line.line, GuessedCharset(value)});
         }
         m_wishes.push_back({property, value, line.name, line.line, IsPreferred(line)});
     }

@@ -78,7 +78,7 @@ std::string DisplayName(PHN_ERROR(PHN_CALL* call)(std::uint32_t, Record*), const
 class Contacts : public EntryKind
 {
 public:
-    Contacts() : EntryKind("contact", "contacts", ".vcf") {}
+    Contacts() : EntryKind("contact", "contacts", {".vcf"}) {}
 
     std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const override
     {

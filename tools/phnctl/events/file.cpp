@@ -1,7 +1,6 @@
 #include "phnctl/events/file.h"
 
 #include "phnctl/text/content_line.h"
-#include "phnctl/text/text.h"
 
 namespace phnctl {
 
@@ -20,9 +19,8 @@ std::vector<EventDraft> ReadEvents(const std::string& text)
 
 std::vector<Candidate> EventsOfFile(const std::string& file, const std::string& text)
 {
-    const std::string whole = IsUtf8(text) ? text : FromHandset(text);
     std::vector<Candidate> candidates;
-    for (EventDraft& draft : ReadEvents(whole)) {
+    for (EventDraft& draft : ReadEvents(text)) {
         candidates.push_back(FitEvent(std::move(draft)));
         candidates.back().file = file;
     }

@@ -25,11 +25,11 @@ std::string FileOfEvents(std::span<const StoredEntry> events);
 Entry EventFromLibrary(std::string_view text);
 std::string EventToLibrary(const Entry& event);
 
-// The events of the library's text and of the tool's own files, in UTF-8. Nothing: it is another program's.
+// The events of the library's text and of the tool's own files. Nothing: it is another program's.
 std::optional<std::vector<EventDraft>> ReadOwnEvents(std::string_view text);
 
-// The events of another program's calendar, in UTF-8. Series are parted at their exceptions; what is
-// no event comes as a draft that is not meant.
+// The events of another program's calendar, in any character set. Series are parted at their exceptions; what is no
+// event comes as a draft that is not meant.
 std::vector<EventDraft> ReadForeignEvents(const std::string& text);
 
 // The starts of a repeating event that fall into a span, at most so many, in the event's own time, as is the rule's

@@ -32,7 +32,7 @@ constexpr PropertyLabel kLabels[] = {
 class Events : public EntryKind
 {
 public:
-    Events() : EntryKind("event", "events", ".ics") {}
+    Events() : EntryKind("event", "events", {".ics", ".vcs"}) {}
 
     std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const override
     {

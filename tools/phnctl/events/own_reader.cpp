@@ -34,10 +34,17 @@ public:
     {
         ContentLineReader reader(text);
         ContentLine line;
-        while (!m_isForeign && reader.Next(line))
+        while (!m_isForeign && reader.Next(line)) {
+            const bool isGuessed = IsCharsetGuessed(line);
+            line.value = DecodedValue(line);
             Take(line);
+            if (isGuessed && m_isInside && !m_isAlarm && (line.name == kText || line.name == "SUMMARY"))
+                m_drafts.back().Tell("charset-guessed", line.name, GuessedCharset(m_drafts.back().text));
+        }
         if (m_isInside)
             m_drafts.back().problem = "the event has no END:VEVENT";
+        else if (m_calendar != 0)
+            TellCutOff();
         return std::move(m_drafts);
     }
 
@@ -45,10 +52,20 @@ public:
     bool IsForeign() const { return m_isForeign || (m_isLibrary && m_hasForeignProperty); }
 
 private:
+    void TellCutOff()
+    {
+        EventDraft& draft = m_drafts.emplace_back();
+        draft.line = m_calendar;
+        draft.problemCode = "cut-off";
+        draft.problem = "the calendar ends early, without an END: its whole events are read";
+    }
+
     void Take(const ContentLine& line)
     {
         m_hasForeignProperty = m_hasForeignProperty || line.name == "SUMMARY" || line.name == "DURATION";
-        if (line.name == "PRODID" && m_isLibrary) {
+        if (line.name == "VERSION" && line.value.starts_with("1.")) {
+            m_isForeign = true; // vCalendar
+        } else if (line.name == "PRODID" && m_isLibrary) {
             m_isLibrary = false;
             m_isForeign = line.value != kCalendarProduct;
         } else if (line.name == "BEGIN" && UpperCase(line.value) == "VEVENT") {
@@ -61,6 +78,8 @@ private:
             m_isInside = false;
         } else if (line.name == "BEGIN" || line.name == "END") {
             m_isAlarm = line.name == "BEGIN";
+            if (UpperCase(line.value) == "VCALENDAR")
+                m_calendar = line.name == "BEGIN" ? line.line : 0;
         } else if (m_isInside && m_isAlarm) {
             TakeAlarm(line, m_drafts.back());
         } else if (m_isInside) {
@@ -121,6 +140,7 @@ private:
     }
 
     std::vector<EventDraft> m_drafts;
+    std::size_t m_calendar = 0; // the line where the one that has not ended begins
     bool m_isInside = false;
     bool m_isAlarm = false;
     bool m_isLibrary = true; // which escapes nothing, and puts ids into braces

@@ -19,12 +19,14 @@ namespace phnctl {
 class EntryKind : public EntryForm
 {
 public:
-    EntryKind(std::string one, std::string many, std::string extension)
-        : EntryForm(std::move(one), std::move(many)), m_extension(std::move(extension))
+    EntryKind(std::string one, std::string many, std::vector<std::string> extensions)
+        : EntryForm(std::move(one), std::move(many)), m_extensions(std::move(extensions))
     {
     }
 
-    const std::string& Extension() const { return m_extension; } // of its files: ".vcf"
+    // Of its files: ".ics", and all that are read, ".vcs".
+    const std::string& Extension() const { return m_extensions.front(); }
+    const std::vector<std::string>& Extensions() const { return m_extensions; }
 
     // The handset's entries. All throw Refusal; Read gives nothing where nothing is stored.
     virtual std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const = 0;
@@ -61,7 +63,7 @@ public:
     virtual std::vector<Field> Details(const Handset& handset, const Entry& entry) const = 0;
 
 private:
-    const std::string m_extension;
+    const std::vector<std::string> m_extensions; // the first is that of files that are written
 };
 
 } // namespace phnctl

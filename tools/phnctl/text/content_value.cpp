@@ -3,6 +3,7 @@
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
+#include <fmt/format.h>
 #include <optional>
 
 namespace phnctl {
@@ -66,15 +67,25 @@ bool IsCharsetGuessed(const ContentLine& line)
     return !CodePageOf(line.ParameterValue("CHARSET")) && !IsUtf8(BytesOf(line));
 }
 
-std::string DecodedValue(const ContentLine& line)
+std::string GuessedCharset(const std::string& value)
+{
+    return fmt::format("the file names no character set and is not UTF-8; read as '{}'", value);
+}
+
+std::string Utf8Of(const std::string& bytes)
 {
     constexpr unsigned kWestern = 1252;
-    const std::string bytes = BytesOf(line);
-    if (const auto codePage = CodePageOf(line.ParameterValue("CHARSET")))
-        return FromCodePage(*codePage, bytes);
     if (IsUtf8(bytes))
         return bytes;
     return CodePageHoldsAll() ? FromCodePage(kWestern, bytes) : FromHandset(bytes);
+}
+
+std::string DecodedValue(const ContentLine& line)
+{
+    const std::string bytes = BytesOf(line);
+    if (const auto codePage = CodePageOf(line.ParameterValue("CHARSET")))
+        return FromCodePage(*codePage, bytes);
+    return Utf8Of(bytes);
 }
 
 std::vector<std::string> SplitEscaped(std::string_view text, char separator)

@@ -13,8 +13,12 @@ namespace phnctl {
 // The value as UTF-8: quoted-printable and the CHARSET parameter are decoded; bytes that are no UTF-8 and name no
 // character set are taken for the code page, or for Windows-1252 where that is UTF-8.
 std::string DecodedValue(const ContentLine& line);
-// True when the bytes were taken so.
+// True when the bytes were taken so; what to tell a person of it, beside what was read.
 bool IsCharsetGuessed(const ContentLine& line);
+std::string GuessedCharset(const std::string& value);
+
+// Bytes that name no character set as UTF-8, in the same way.
+std::string Utf8Of(const std::string& bytes);
 
 // Splits at a separator that is not escaped, and resolves the escapes \n \, \; \: \\ in each part.
 std::vector<std::string> SplitEscaped(std::string_view text, char separator);

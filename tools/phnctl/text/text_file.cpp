@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <fstream>
 #include <iostream>
 #include <string_view>
@@ -48,12 +49,12 @@ std::string WithoutMark(std::string text)
     return text;
 }
 
-bool HasExtension(const fs::path& path, const std::string& extension)
+bool HasExtension(const fs::path& path, const std::vector<std::string>& extensions)
 {
     std::string actual = path.extension().string();
     std::transform(actual.begin(), actual.end(), actual.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    return actual == extension;
+    return std::ranges::find(extensions, actual) != extensions.end();
 }
 
 } // namespace
@@ -69,7 +70,7 @@ std::string TextOf(const fs::path& path)
     return {text.begin(), text.end()};
 }
 
-std::vector<std::string> FilesOf(const std::vector<std::string>& arguments, const std::string& extension)
+std::vector<std::string> FilesOf(const std::vector<std::string>& arguments, const std::vector<std::string>& extensions)
 {
     std::vector<std::string> files;
     for (const std::string& argument : arguments) {
@@ -80,12 +81,13 @@ std::vector<std::string> FilesOf(const std::vector<std::string>& arguments, cons
         }
         std::vector<std::string> inside;
         for (const auto& item : fs::directory_iterator(PathOf(argument), error))
-            if (HasExtension(item.path(), extension))
+            if (HasExtension(item.path(), extensions))
                 inside.push_back(TextOf(item.path()));
         if (error)
             throw Failure(kUsage, fmt::format("{}: {}", Printable(argument), error.message()));
         if (inside.empty())
-            throw Failure(kUsage, fmt::format("the folder {} holds no {} file", Printable(argument), extension));
+            throw Failure(kUsage, fmt::format("the folder {} holds no {} file", Printable(argument),
+                                              fmt::join(extensions, " or ")));
         std::sort(inside.begin(), inside.end());
         files.insert(files.end(), inside.begin(), inside.end());
     }

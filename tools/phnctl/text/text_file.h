@@ -13,9 +13,10 @@ namespace phnctl {
 std::filesystem::path PathOf(const std::string& text);
 std::string TextOf(const std::filesystem::path& path);
 
-// The files that the arguments mean, in order: a folder stands for its files with that extension, sorted by name; "-"
-// for standard input. Throws Failure(kUsage).
-std::vector<std::string> FilesOf(const std::vector<std::string>& arguments, const std::string& extension);
+// The files that the arguments mean, in order: a folder stands for its files with one of the extensions, sorted by
+// name;
+// "-" for standard input. Throws Failure(kUsage).
+std::vector<std::string> FilesOf(const std::vector<std::string>& arguments, const std::vector<std::string>& extensions);
 
 // The text of a file, or of standard input for "-". A byte order mark is removed; UTF-16 becomes UTF-8; bytes without a
 // mark stay as they are. Throws Failure(kUsage).

@@ -5,6 +5,7 @@
 #include "phnctl/text/text.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace phnctl {
 
@@ -49,7 +50,10 @@ int StatusOf(const Inventory& inventory)
 std::string HelpText(const EntryKind& kind, std::string text)
 {
     const std::pair<std::string, std::string> words[] = {
-        {"{one}", kind.One()}, {"{many}", kind.Many()}, {"{ext}", kind.Extension()}};
+        {"{one}", kind.One()},
+        {"{many}", kind.Many()},
+        {"{ext}", kind.Extension()},
+        {"{exts}", fmt::format("{}", fmt::join(kind.Extensions(), " or "))}};
     for (const auto& [mark, word] : words)
         for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + word.size()))
             text.replace(at, mark.size(), word);

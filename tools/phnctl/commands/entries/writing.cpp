@@ -95,7 +95,7 @@ int Put(const Invocation& invocation, const EntryKind& kind)
 
 int Import(const Invocation& invocation, const EntryKind& kind)
 {
-    const std::vector<std::string> files = FilesOf(invocation.values.at("FILE"), kind.Extension());
+    const std::vector<std::string> files = FilesOf(invocation.values.at("FILE"), kind.Extensions());
     auto candidates = ReadCandidates(kind, files, invocation.Has(kAcceptLoss));
     RequireEntries(kind, files, candidates);
     const IndexRange range = RangeOf(invocation);
@@ -197,7 +197,7 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
          help("Store the {one} of a file"),
          help("Without INDEX it is added at the first index that holds nothing; otherwise it replaces what is stored "
               "there.\n\nExamples:\n  phnctl {many} put one{ext}\n  phnctl {many} put one{ext} 4 --dry-run\n"),
-         {{"FILE", help("A {ext} file with one {one}; - for standard input"), Count::One, {}},
+         {{"FILE", help("A {exts} file with one {one}; - for standard input"), Count::One, {}},
           {"INDEX", "Where to store it", Count::Optional, {}}},
          Bind(Put, kind),
          Joined(Joined(WriteOptions(), CopyOptions()), {AcceptLossOption()})},
@@ -207,7 +207,7 @@ std::vector<Command> WritingCommands(const EntryKind& kind)
               "cannot hold. --dry-run shows it and ends. Each write is read back and compared; what is replaced is\n"
               "kept in a copy. Ctrl-C ends after the {one} in hand; a second import goes on from there.\n\n"
               "Examples:\n  phnctl {many} import all{ext} --dry-run\n  phnctl {many} import folder more{ext}\n"),
-         {{"FILE", help("{ext} files, folders of them, or - for standard input"), Count::Many, {}}},
+         {{"FILE", help("{exts} files, folders of them, or - for standard input"), Count::Many, {}}},
          Bind(Import, kind),
          Joined(Joined(ImportOptions(kind), WriteOptions()), CopyOptions())},
     };

@@ -3,11 +3,9 @@
 #include "phnctl/events/meeting.h"
 
 #include <algorithm>
-#include <deque>
 #include <fmt/format.h>
 #include <iterator>
 #include <map>
-#include <memory>
 
 namespace phnctl {
 
@@ -15,25 +13,16 @@ namespace {
 
 constexpr std::size_t kMostChanges = 20; // of one series: each looks at all of its components
 
-struct ComponentDeleter
-{
-    void operator()(icalcomponent* component) const { icalcomponent_free(component); }
-};
-
 class CalendarReader
 {
 public:
-    explicit CalendarReader(const std::string& text) : m_outlines(OutlineOf(text))
+    explicit CalendarReader(const std::string& text) : m_assembly(Assemble(text))
     {
-        const std::unique_ptr<icalcomponent, ComponentDeleter> root(icalparser_parse_string(text.c_str()));
-        if (!root) {
-            m_drafts.emplace_back().problem = "its calendar is broken";
-            return;
-        }
-        Find(root.get());
+        Find(m_assembly.root.get());
         Gather();
         for (const Component& component : m_components)
             Take(component);
+        std::ranges::move(m_assembly.broken, std::back_inserter(m_drafts));
     }
 
     std::vector<EventDraft> Drafts() { return std::move(m_drafts); }
@@ -43,10 +32,7 @@ private:
     {
         const icalcomponent_kind kind = icalcomponent_isa(component);
         if (kind != ICAL_XROOT_COMPONENT && kind != ICAL_VCALENDAR_COMPONENT) {
-            auto& known = m_outlines[Given(icalcomponent_kind_to_string(kind))];
-            m_components.push_back(ReadComponent(component, known.empty() ? ComponentOutline() : known.front()));
-            if (!known.empty())
-                known.pop_front();
+            m_components.push_back(ReadComponent(component, m_assembly));
             return;
         }
         icalcompiter next = icalcomponent_begin_component(component, ICAL_ANY_COMPONENT);
@@ -121,8 +107,8 @@ private:
         return draft.problem.empty() ? DraftOf(change, family) : draft;
     }
 
-    std::map<std::string, std::deque<ComponentOutline>> m_outlines; // of what is still to be found
-    std::vector<Component> m_components;                            // in the file's order
+    Assembly m_assembly;
+    std::vector<Component> m_components; // in the file's order
     std::map<std::string, Family> m_families;
     std::vector<EventDraft> m_drafts;
 };

@@ -33,8 +33,8 @@ std::string TextOf(icalcomponent* component)
 class EventReader
 {
 public:
-    EventReader(icalcomponent* event, const ComponentOutline& outline, Component& read)
-        : m_event(event), m_outline(outline), m_read(read), m_draft(read.draft)
+    EventReader(icalcomponent* event, const Assembly& assembly, Component& read)
+        : m_event(event), m_assembly(assembly), m_origin(assembly.origins.at(event)), m_read(read), m_draft(read.draft)
     {
     }
 
@@ -48,9 +48,7 @@ public:
         m_draft.modified = ParseEventTime(modified);
         m_read.start = icalcomponent_get_dtstart(m_event);
         m_read.end = icalcomponent_get_dtend(m_event);
-        if (icalproperty* const start = First(m_event, ICAL_DTSTART_PROPERTY))
-            if (icalparameter* const zone = icalproperty_get_first_parameter(start, ICAL_TZID_PARAMETER))
-                m_read.zone = Given(icalparameter_get_tzid(zone));
+        m_read.zone = m_origin.zone;
         TakeOccurrence();
         TakeAlarms();
         // All are found first: libical keeps one place in a component, which asking for a single property moves.
@@ -62,8 +60,9 @@ public:
             Take(property);
         TellDropped();
         m_read.losses = std::exchange(m_draft.notes, {});
-        m_draft.rule = ParseRule(ValueOf(m_event, ICAL_RRULE_PROPERTY));
-        if (icalcomponent_count_properties(m_event, ICAL_RRULE_PROPERTY) > 1)
+        if (!m_origin.rules.empty())
+            m_draft.rule = ParseRule(m_origin.rules.front());
+        if (m_origin.rules.size() > 1)
             m_draft.Tell("one-too-many", kRule, "the handset repeats an event by one rule");
     }
 
@@ -81,38 +80,34 @@ private:
     void TakeAlarms()
     {
         icalcomponent* chosen = nullptr;
-        std::size_t number = 0;
-        std::size_t chosenNumber = 0;
         bool isMail = false;
         for (icalcomponent* alarm = icalcomponent_get_first_component(m_event, ICAL_VALARM_COMPONENT); alarm;
-             alarm = icalcomponent_get_next_component(m_event, ICAL_VALARM_COMPONENT), ++number) {
+             alarm = icalcomponent_get_next_component(m_event, ICAL_VALARM_COMPONENT)) {
             const std::string action = UpperCase(ValueOf(alarm, ICAL_ACTION_PROPERTY));
             if (action == "NONE" || !First(alarm, ICAL_TRIGGER_PROPERTY))
                 continue;
             const bool isBetter = !chosen || (isMail && action != "EMAIL");
             if (chosen)
-                TellOfAlarm(isBetter ? chosenNumber : number);
+                TellOfAlarm(isBetter ? chosen : alarm);
             if (!isBetter)
                 continue;
             chosen = alarm;
-            chosenNumber = number;
             isMail = action == "EMAIL";
         }
         if (!chosen)
             return;
-        if (chosenNumber < m_outline.alarms.size())
-            m_draft.lines.insert(m_outline.alarms[chosenNumber].begin(), m_outline.alarms[chosenNumber].end());
+        const auto& lines = m_assembly.origins.at(chosen).lines;
+        m_draft.lines.insert(lines.begin(), lines.end());
         icalproperty* const trigger = First(chosen, ICAL_TRIGGER_PROPERTY);
         icalparameter* const related = icalproperty_get_first_parameter(trigger, ICAL_RELATED_PARAMETER);
         m_read.alarm = {icalproperty_get_trigger(trigger),
                         related && icalparameter_get_related(related) == ICAL_RELATED_END};
     }
 
-    void TellOfAlarm(std::size_t number)
+    void TellOfAlarm(icalcomponent* alarm)
     {
-        m_draft.Tell("one-too-many", "VALARM", "the handset keeps one alarm of an event");
-        if (number < m_outline.alarms.size())
-            m_draft.notes.back().line = m_outline.alarms[number].at("BEGIN");
+        m_draft.notes.push_back(
+            {"one-too-many", "VALARM", m_assembly.origins.at(alarm).line, "the handset keeps one alarm of an event"});
     }
 
     void Take(icalproperty* property)
@@ -142,18 +137,9 @@ private:
             if (name == kOwnUid) // the tool's own, in a file that went through another program
                 m_draft.uid = Given(icalproperty_get_x(property));
             return;
-        case ICAL_XLICERROR_PROPERTY:
-            return TakeError(Given(icalproperty_get_xlicerror(property)));
         default:
             return;
         }
-    }
-
-    // A property without a value says nothing that could be lost.
-    void TakeError(const std::string& text)
-    {
-        if (!text.starts_with("No value for"))
-            m_draft.Tell("not-a-property", "", text);
     }
 
     void TellDropped()
@@ -168,7 +154,8 @@ private:
     }
 
     icalcomponent* m_event;
-    const ComponentOutline& m_outline;
+    const Assembly& m_assembly;
+    const Assembly::Origin& m_origin;
     Component& m_read;
     EventDraft& m_draft;
     std::map<std::string, int> m_dropped;
@@ -176,15 +163,17 @@ private:
 
 } // namespace
 
-Component ReadComponent(icalcomponent* component, const ComponentOutline& outline)
+Component ReadComponent(icalcomponent* component, const Assembly& assembly)
 {
+    const Assembly::Origin& origin = assembly.origins.at(component);
     Component read;
-    read.kind = Given(icalcomponent_kind_to_string(icalcomponent_isa(component)));
-    read.draft.line = outline.line;
-    read.draft.lines = outline.lines;
+    read.kind = origin.kind;
+    read.draft.line = origin.line;
+    read.draft.lines = origin.lines;
+    read.draft.notes = origin.notes;
     read.draft.text = TextOf(component);
     if (read.IsEvent())
-        EventReader(component, outline, read).Read();
+        EventReader(component, assembly, read).Read();
     return read;
 }
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "phnctl/events/event.h"
+#include "phnctl/events/foreign/assembly.h"
 #include "phnctl/events/foreign/libical.h"
-#include "phnctl/events/foreign/outline.h"
 
 #include <optional>
 #include <string>
@@ -34,7 +34,7 @@ struct Component
     std::string version; // a higher one is newer: by the number that a change raises, then by the time of the change
     icaltimetype start{};
     icaltimetype end{};
-    std::string zone; // the name of the start's
+    std::string zone; // the name of the start's, as the file has it
     std::optional<Occurrence> occurrence;
     std::vector<icaltimetype> exceptions;
     std::optional<Alarm> alarm;
@@ -44,7 +44,7 @@ struct Component
     bool IsForAllLater() const { return occurrence && occurrence->isForAllLater; }
 };
 
-Component ReadComponent(icalcomponent* component, const ComponentOutline& outline);
+Component ReadComponent(icalcomponent* component, const Assembly& assembly);
 
 // The events of one id.
 struct Family

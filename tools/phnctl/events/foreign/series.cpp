@@ -32,6 +32,47 @@ public:
             Begin();
         if (m_draft.start->year < kFirstYear)
             return {m_draft};
+        std::vector<EventDraft> pieces;
+        if (m_draft.rule.Lists(*m_draft.start) || PartStart(pieces))
+            std::ranges::move(Runs(), std::back_inserter(pieces));
+        return pieces;
+    }
+
+private:
+    // An event takes place at its start, whatever its rule lists: such a start goes in front as an event of its own.
+    // False: nothing follows it.
+    bool PartStart(std::vector<EventDraft>& pieces)
+    {
+        EventRule& rule = m_draft.rule;
+        const bool takesPlace = std::ranges::find(m_draft.exceptions, *m_draft.start) == m_draft.exceptions.end();
+        EventDraft own = m_draft;
+        own.rule = {};
+        const bool isLast = rule.count == 1;
+        rule.count -= rule.count == 0 ? 0 : 1;
+        const auto next = isLast ? std::vector<EventTime>() : Find(*m_draft.start, kLast, 1);
+        if (next.empty()) {
+            own.Tell("start-not-in-rule", kRule,
+                     "its rule lists neither its start nor a later day: it takes place once");
+            pieces.push_back(std::move(own));
+            return false;
+        }
+        const std::string from = ShownDay(next.front());
+        Place(m_draft, next.front());
+        if (!takesPlace) {
+            m_draft.Tell("start-not-in-rule", kRule,
+                         fmt::format("its rule does not list its start: it starts on {}", from));
+            return true;
+        }
+        own.Tell("start-not-in-rule", kRule,
+                 fmt::format("its rule does not list its start: it becomes that event and a series from {} on", from));
+        pieces.push_back(std::move(own));
+        m_draft.notes.clear();
+        m_draft.Tell("start-not-in-rule", kRule, "the series without its start");
+        return true;
+    }
+
+    std::vector<EventDraft> Runs()
+    {
         const std::vector<EventTime> gone = Gone();
         if (gone.empty())
             return {m_draft};
@@ -45,7 +86,6 @@ public:
         return std::move(m_pieces);
     }
 
-private:
     std::vector<EventTime> Find(const EventTime& from, const EventTime& to, std::size_t limit) const
     {
         return Occurrences(*m_draft.start, m_draft.rule, from, to, limit);
@@ -156,8 +196,7 @@ private:
 bool IsSeries(const EventDraft& draft)
 {
     const EventRule& rule = draft.rule;
-    return draft.start && draft.end && draft.problem.empty() && rule.problem.empty() && rule.Repeats() &&
-           rule.Lists(*draft.start);
+    return draft.start && draft.end && draft.problem.empty() && rule.problem.empty() && rule.Repeats();
 }
 
 } // namespace
@@ -181,8 +220,9 @@ std::vector<EventDraft> PiecesOf(std::vector<EventDraft> drafts)
         }
         rule.count -= rule.count == 0 ? 0 : past;
         if (draft.before) {
-            rule.count = static_cast<unsigned>(
-                Occurrences(*draft.start, rule, {}, TimeOf(SecondsOf(*draft.before) - 1), kAll).size());
+            const bool isStartBeside = !rule.Lists(*draft.start) && *draft.start < *draft.before;
+            const EventTime last = TimeOf(SecondsOf(*draft.before) - 1);
+            rule.count = static_cast<unsigned>(Occurrences(*draft.start, rule, {}, last, kAll).size()) + isStartBeside;
             rule.until.reset();
             past += rule.count;
             if (rule.count == 0)

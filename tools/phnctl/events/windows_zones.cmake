@@ -1,0 +1,17 @@
+# The names of Windows' zones, from CLDR's data: the name that a zone is shown by is in the comment before its mappings, of
+# which territory 001 is the one for the whole world.
+find_file(PHN_WINDOWS_ZONES_XML windowsZones.xml PATHS /usr/share/unicode/cldr/common/supplemental NO_DEFAULT_PATH)
+if(NOT PHN_WINDOWS_ZONES_XML)
+    message(FATAL_ERROR "CLDR's windowsZones.xml is missing: ./dev setup installs it (unicode-cldr-core)")
+endif()
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PHN_WINDOWS_ZONES_XML})
+file(STRINGS ${PHN_WINDOWS_ZONES_XML} lines REGEX "<!-- \\(UTC|territory=\"001\"")
+set(shown "")
+foreach(line IN LISTS lines)
+    if(line MATCHES "<!-- \\([^)]*\\) (.*) -->")
+        set(shown "${CMAKE_MATCH_1}")
+    elseif(line MATCHES "other=\"([^\"]*)\" territory=\"001\" type=\"([^\"]*)\"")
+        string(APPEND PHN_WINDOWS_ZONES "        {\"${CMAKE_MATCH_1}\", \"${shown}\", \"${CMAKE_MATCH_2}\"},\n")
+    endif()
+endforeach()
+configure_file(foreign/windows_zones.cpp.in windows_zones.cpp @ONLY)
