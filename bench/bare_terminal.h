@@ -16,8 +16,8 @@ public:
     BareTerminal(const BareTerminal&) = delete;
     BareTerminal& operator=(const BareTerminal&) = delete;
 
-    // Writes the frame and reads its reply. Without a length, under the library's usual rule: until 10 ms pass without a
-    // byte; with one, no longer than for so many bytes. How many came.
+    // Writes the frame and reads its reply. Without a length, under the library's usual rule: until 10 ms pass without
+    // a byte; with one, no longer than for so many bytes. How many came.
     std::size_t Exchange(const void* frame, std::size_t length, std::size_t replyLength = kLongestReply);
 
 private:

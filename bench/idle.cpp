@@ -14,6 +14,7 @@
 
 #include <windows.h>
 
+#include "figure.h"
 #include "phnnrv.h"
 #include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
@@ -140,10 +141,11 @@ bool Measure(const Setting& setting, unsigned seconds)
     const double exchanges = static_cast<double>(handset.Requests() - requests);
     FreeLibrary(library);
     const double expected = setting.hasCallbacks ? seconds / 2.0 : 0;
-    const bool isGood = perMinute < setting.limit && std::abs(exchanges - expected) <= 1;
-    std::printf("%-42s %6.1f ms per minute (at most %3.0f), %3.0f exchanges in %u s (%.0f)  %s\n", setting.title,
-                perMinute, setting.limit, exchanges, seconds, expected, isGood ? "ok" : "MISSED");
-    return isGood;
+    const bool isBelow =
+        bench::Judge({.what = setting.title, .value = perMinute, .unit = "ms/min", .limit = setting.limit});
+    const bool areRight = std::abs(exchanges - expected) <= 1;
+    std::printf("    %.0f exchanges in %u s (%.0f)  %s\n", exchanges, seconds, expected, areRight ? "ok" : "MISSED");
+    return isBelow && areRight;
 }
 
 } // namespace

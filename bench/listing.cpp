@@ -1,6 +1,7 @@
 // Reading many contacts, and listing many messages, through phnctl beside as many bare exchanges of the same bytes over
-// the same pseudo terminal. The program is timed by what the handset sees: from its reply to the startup's last request
-// to the last entry's.
+// the same pseudo terminal, both with reads that end by silence and with reads that end with the reply. The program is
+// timed by what the handset sees: from its reply to the startup's last request to the last entry's.
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
@@ -43,7 +44,7 @@ std::vector<std::uint8_t> Request(std::initializer_list<std::uint32_t> numbers)
 }
 
 // Nothing before the first contact; the goodbye behind the last one.
-constexpr Listing kContacts{"contacts list --range 0-499", 500, 0, 1, [](std::uint32_t entry) {
+constexpr Listing kContacts{"contacts export --range 0-499 -", 500, 0, 1, [](std::uint32_t entry) {
                                 return Request({35, entry});
                             }};
 // The model's name and the opening of the store before the first message; the end and the goodbye behind the last one.
@@ -68,10 +69,10 @@ simulator::Phone FullPhone()
 // When each reply has gone out, on the handset's own thread.
 std::vector<Clock::time_point> replies;
 
-void Tool(benchmark::State& state, simulator::Simulator& handset, const Listing& listing)
+void Tool(benchmark::State& state, simulator::Simulator& handset, const Listing& listing, const char* option)
 {
     constexpr std::size_t kStartup = 2;
-    const std::string command = std::string(PHNCTL " ") + listing.arguments + " > /dev/null";
+    const std::string command = std::string(PHNCTL " ") + option + listing.arguments + " > /dev/null";
     for (auto _ : state) {
         replies.clear();
         handset.Control().SetTrace([](std::string_view line) {
@@ -88,21 +89,35 @@ void Tool(benchmark::State& state, simulator::Simulator& handset, const Listing&
     }
 }
 
-void Bare(benchmark::State& state, const std::string& path, const Listing& listing)
+// One pass over all entries; with lengths, no longer than for so many bytes of each reply. What came of each.
+std::vector<std::size_t> ExchangeAll(bench::BareTerminal& terminal, const Listing& listing,
+                                     const std::vector<std::size_t>& lengths)
+{
+    CFrameCodec codec;
+    std::vector<std::size_t> received;
+    for (std::uint32_t entry = 0; entry < listing.entries; ++entry) {
+        const std::vector<std::uint8_t> request = listing.request(entry);
+        std::uint8_t frame[64];
+        DWORD length = 0;
+        codec.ComposeData(request.data(), static_cast<DWORD>(request.size()), frame, sizeof frame, &length);
+        received.push_back(lengths.empty() ? terminal.Exchange(frame, length)
+                                           : terminal.Exchange(frame, length, lengths[entry]));
+    }
+    return received;
+}
+
+void Bare(benchmark::State& state, const std::string& path, const Listing& listing, bool knowsLengths)
 {
     bench::BareTerminal terminal(path);
-    CFrameCodec codec;
+    std::vector<std::size_t> lengths;
+    if (knowsLengths)
+        lengths = ExchangeAll(terminal, listing, {});
     for (auto _ : state) {
         const auto start = Clock::now();
-        for (std::uint32_t entry = 0; entry < listing.entries; ++entry) {
-            const std::vector<std::uint8_t> request = listing.request(entry);
-            std::uint8_t frame[64];
-            DWORD length = 0;
-            codec.ComposeData(request.data(), static_cast<DWORD>(request.size()), frame, sizeof frame, &length);
-            if (!terminal.Exchange(frame, length))
-                return state.SkipWithError("no reply");
-        }
+        const std::vector<std::size_t> received = ExchangeAll(terminal, listing, lengths);
         state.SetIterationTime(std::chrono::duration<double>(Clock::now() - start).count());
+        if (knowsLengths ? received != lengths : std::count(received.begin(), received.end(), 0u) > 0)
+            return state.SkipWithError("no reply, or another one");
     }
 }
 
@@ -117,23 +132,27 @@ int main(int argc, char** argv)
     simulator::Simulator handset(devices.Path(), name, simulator::PortKind::Diagnostic, FullPhone());
     handset.Start();
 
-    const auto measure = [&](const std::string& what, const Listing& listing) {
-        benchmark::RegisterBenchmark((what + "_phnctl").c_str(),
-                                     [&](benchmark::State& state) { Tool(state, handset, listing); })
-            ->Iterations(1)
-            ->Repetitions(3)
-            ->UseManualTime();
-        benchmark::RegisterBenchmark((what + "_bare").c_str(), Bare, devices.Path() / name, listing)
-            ->Iterations(1)
-            ->Repetitions(3)
-            ->UseManualTime();
+    const auto add = [](const std::string& title, auto run) {
+        benchmark::RegisterBenchmark(title.c_str(), run)->Iterations(1)->Repetitions(3)->UseManualTime();
     };
-    measure("contacts", kContacts);
-    measure("messages", kMessages);
+    for (const auto& [noun, listing] : {std::pair{"contacts", kContacts}, {"messages", kMessages}}) {
+        const std::string what = noun;
+        for (const bool prompt : {true, false}) {
+            const std::string way = prompt ? "_prompt" : "";
+            add(what + way, [&handset, listing, prompt](benchmark::State& state) {
+                Tool(state, handset, listing, prompt ? "" : "--slow-reads ");
+            });
+            add(what + "_bare" + way, [path = std::string(devices.Path() / name), listing,
+                                       prompt](benchmark::State& state) { Bare(state, path, listing, prompt); });
+        }
+    }
     using bench::Bound;
-    return bench::RunBenchmarks(argc, argv,
-                                {{"500 contacts through phnctl beside 500 bare exchanges", "contacts_phnctl",
-                                  "contacts_bare", Bound::AtMost, 1.05},
-                                 {"200 messages through phnctl beside 200 bare exchanges", "messages_phnctl",
-                                  "messages_bare", Bound::AtMost, 1.05}});
+    return bench::RunBenchmarks(
+        argc, argv,
+        {{"export of 500 contacts, prompt reads, beside 500 bare exchanges", "contacts_prompt", "contacts_bare_prompt",
+          Bound::AtMost, 1.3},
+         {"200 messages, prompt reads, beside 200 bare exchanges", "messages_prompt", "messages_bare_prompt",
+          Bound::AtMost, 1.3},
+         {"export of 500 contacts beside 500 bare exchanges", "contacts", "contacts_bare", Bound::AtMost, 1.05},
+         {"200 messages beside 200 bare exchanges", "messages", "messages_bare", Bound::AtMost, 1.05}});
 }

@@ -7,6 +7,7 @@
 
 #include <windows.h>
 
+#include "figure.h"
 #include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
 
@@ -43,7 +44,10 @@ int main()
     }
     const long grown = ResidentKiB() - before;
     FreeLibrary(library);
-    std::printf("%-58s %8ld KiB  (at most 4096)  %s\n", "resident memory of library and open handset", grown,
-                grown < 4096 ? "ok" : "MISSED");
-    return grown < 4096 ? 0 : 1;
+    return bench::Judge({.what = "resident memory of library and open handset",
+                         .value = static_cast<double>(grown),
+                         .unit = "KiB",
+                         .limit = 4096})
+               ? 0
+               : 1;
 }

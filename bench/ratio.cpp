@@ -6,6 +6,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "figure.h"
+
 namespace bench {
 namespace {
 
@@ -37,18 +39,24 @@ private:
     std::map<std::string, double> best_;
 };
 
-bool IsTime(const Ratio& ratio)
+Figure FigureOf(const BestTimes& times, const Ratio& ratio)
 {
-    return ratio.reference.empty() || ratio.bound == Bound::AtMostAbove;
-}
-
-double Value(const BestTimes& times, const Ratio& ratio)
-{
-    const double subject = times.Of(ratio.subject);
-    const double reference = ratio.reference.empty() ? 0 : times.Of(ratio.reference);
-    if (IsTime(ratio))
-        return (subject - reference) / 1000;
-    return ratio.bound == Bound::AtMost ? subject / reference : reference / subject;
+    const double subject = times.Of(ratio.subject) / 1000;
+    const double reference = ratio.reference.empty() ? 0 : times.Of(ratio.reference) / 1000;
+    Figure figure{.what = ratio.what,
+                  .value = subject - reference,
+                  .unit = "us",
+                  .limit = ratio.limit,
+                  .subject = ratio.subject,
+                  .subjectTime = subject,
+                  .reference = ratio.reference,
+                  .referenceTime = reference};
+    if (ratio.reference.empty() || ratio.bound == Bound::AtMostAbove)
+        return figure;
+    figure.unit.clear();
+    figure.isLeast = ratio.bound == Bound::AtLeast;
+    figure.value = figure.isLeast ? reference / subject : subject / reference;
+    return figure;
 }
 
 } // namespace
@@ -60,15 +68,9 @@ int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios)
     benchmark::RunSpecifiedBenchmarks(&times);
     bool isGood = true;
     std::puts("");
-    for (const Ratio& ratio : ratios) {
-        if (times.Of(ratio.subject) <= 0)
-            continue;
-        const double value = Value(times, ratio);
-        const bool holds = ratio.bound == Bound::AtLeast ? value >= ratio.limit : value <= ratio.limit;
-        std::printf("%-58s %8.3f%s  (%s %g)  %s\n", ratio.what.c_str(), value, IsTime(ratio) ? " us" : "   ",
-                    ratio.bound == Bound::AtLeast ? "at least" : "at most", ratio.limit, holds ? "ok" : "MISSED");
-        isGood = isGood && holds;
-    }
+    for (const Ratio& ratio : ratios)
+        if (times.Of(ratio.subject) > 0)
+            isGood = Judge(FigureOf(times, ratio)) && isGood;
     return isGood ? 0 : 1;
 }
 
