@@ -16,7 +16,8 @@ enum class Count
 {
     One,
     Optional,
-    Many,
+    Many, // at least one
+    Any,  // or none
 };
 
 struct Argument

@@ -51,9 +51,9 @@ void AddOptions(CLI::App& app, Options& options, std::string& logLevel)
 void AddArgument(CLI::App& app, const Argument& argument, std::vector<std::string>& values)
 {
     CLI::Option* option = app.add_option(argument.name, values, argument.help);
-    option->required(argument.count != Count::Optional);
+    option->required(argument.count == Count::One || argument.count == Count::Many);
     option->type_name(argument.allowed.empty() ? "TEXT" : fmt::format("{}", fmt::join(argument.allowed, "|")));
-    if (argument.count == Count::Many)
+    if (argument.count == Count::Many || argument.count == Count::Any)
         option->expected(-1);
     else
         option->expected(1)->allow_extra_args(false);
@@ -75,7 +75,7 @@ void AddCommandOption(CLI::App& app, const CommandOption& option, std::vector<st
         app.add_flag_callback(
             option.name, [&values] { values.emplace_back(); }, option.help);
     else
-        app.add_option(option.name, values, option.help)->type_name(option.value)->expected(1);
+        app.add_option(option.name, values, option.help)->type_name(option.value)->expected(1)->allow_extra_args(false);
 }
 
 } // namespace phnctl

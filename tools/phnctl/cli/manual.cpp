@@ -94,8 +94,10 @@ std::string Paragraphs(const std::string& text)
 
 std::string Shown(const Argument& argument)
 {
-    const std::string name = Italic(argument.name) + (argument.count == Count::Many ? "..." : "");
-    return argument.count == Count::Optional ? "[" + name + "]" : name;
+    const bool isList = argument.count == Count::Many || argument.count == Count::Any;
+    const bool mayMiss = argument.count == Count::Optional || argument.count == Count::Any;
+    const std::string name = Italic(argument.name) + (isList ? "..." : "");
+    return mayMiss ? "[" + name + "]" : name;
 }
 
 std::string CommandSection(const Command& command)

@@ -1,5 +1,6 @@
 // phnctl events: the calendar.
 #include "phnctl/commands/entries/commands.h"
+#include "phnctl/commands/event_adding.h"
 #include "phnctl/commands/nouns.h"
 #include "phnctl/events/event.h"
 #include "phnctl/events/file.h"
@@ -163,6 +164,7 @@ std::vector<Command> EventsCommands()
     list.run = [listStored](const Invocation& invocation) {
         return invocation.Has(kStored) ? listStored(invocation) : ListOccurrences(invocation);
     };
+    commands.push_back(EventAddCommand());
     return commands;
 }
 

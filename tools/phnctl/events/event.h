@@ -8,6 +8,7 @@
 
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -67,6 +68,9 @@ struct EventDraft
 // An entry of what fits; what does not is noted. `fits` is false when the event cannot be stored: the last note says
 // why.
 Candidate FitEvent(EventDraft draft);
+
+// The alarms of a handset, in minutes before the start.
+std::span<const std::int64_t> AlarmLeads();
 
 EventDraft DraftOf(const Entry& entry);
 

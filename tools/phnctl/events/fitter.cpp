@@ -171,6 +171,11 @@ private:
 
 } // namespace
 
+std::span<const std::int64_t> AlarmLeads()
+{
+    return kLeads;
+}
+
 Candidate FitEvent(EventDraft draft)
 {
     return EventFitter(std::move(draft)).Fit();

@@ -8,6 +8,7 @@
 #include "phnctl/plan/plan.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,8 +35,17 @@ std::vector<CommandOption> WriteOptions();
 // kInterrupted after Ctrl-C, otherwise kRefused. `apply` leaves in the plan what came of it.
 int CarryOut(const Invocation& invocation, Plan& plan, const std::function<void(bool isStrict)>& apply);
 
-// The same for entries under indexes, with a copy of what is replaced; prints the plan.
+// The same for entries under indexes, with a copy of what is replaced; prints the plan. The run is known by the verb.
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
-             const Inventory& inventory);
+             const Inventory& inventory, const char* verb);
+
+// Stores one entry at an index, or at the first that holds nothing. The exit status.
+int Store(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Candidate candidate,
+          std::optional<std::uint32_t> index, const char* verb);
+
+// Stores what a person has typed, and shows all of it, so that a mistake is seen. Throws Failure(kUsage) where the
+// handset would not hold just that. The exit status.
+int AddTyped(const Invocation& invocation, const EntryKind& kind, const Candidate& typed);
+std::vector<CommandOption> AddOptions(); // --dry-run and --no-copy
 
 } // namespace phnctl

@@ -4,6 +4,7 @@
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
@@ -40,6 +41,17 @@ JsonObject EntryJson(const EntryKind& kind, const StoredEntry& stored)
     return {{"index", {std::int64_t{stored.index}}},
             {"title", {kind.Title(stored.entry)}},
             {"fields", {std::move(fields)}}};
+}
+
+Report Describe(const EntryKind& kind, const Entry& entry, const std::vector<Field>& details, std::vector<Field> before)
+{
+    Section section{"", "", std::move(before)};
+    for (const EntryField& field : entry.fields) {
+        const auto detail = std::ranges::find(details, field.property, &Field::key);
+        section.fields.push_back(
+            detail != details.end() ? *detail : Field(field.property, kind.Label(field.property), field.value));
+    }
+    return {{std::move(section)}};
 }
 
 int StatusOf(const Inventory& inventory)

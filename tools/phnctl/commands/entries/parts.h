@@ -19,6 +19,10 @@ Entry ReadOne(const Handset& handset, const EntryKind& kind, std::uint32_t index
 
 JsonObject EntryJson(const EntryKind& kind, const StoredEntry& stored);
 
+// Everything about one entry, in the order of its fields, behind what is known of it besides.
+Report Describe(const EntryKind& kind, const Entry& entry, const std::vector<Field>& details,
+                std::vector<Field> before = {});
+
 // The exit status of a command that only reads.
 int StatusOf(const Inventory& inventory);
 

@@ -22,19 +22,6 @@ namespace {
 constexpr const char* kFolder = "--folder";
 constexpr const char* kText = "--text";
 
-// Everything about one entry, in the order of its fields.
-Report Describe(const EntryKind& kind, const StoredEntry& stored, const std::vector<Field>& details)
-{
-    Section section{"", "", {{"index", "Index", stored.index}}};
-    for (const EntryField& field : stored.entry.fields) {
-        const auto detail = std::find_if(details.begin(), details.end(),
-                                         [&](const Field& candidate) { return candidate.key == field.property; });
-        section.fields.push_back(
-            detail != details.end() ? *detail : Field(field.property, kind.Label(field.property), field.value));
-    }
-    return {{std::move(section)}};
-}
-
 int Get(const Invocation& invocation, const EntryKind& kind)
 {
     const std::uint32_t index = ParseIndex(*invocation.Value("INDEX"));
@@ -44,7 +31,7 @@ int Get(const Invocation& invocation, const EntryKind& kind)
             return fmt::print("{}", kind.Format({&stored, 1}));
         const std::vector<Field> details = kind.Details(handset, stored.entry);
         if (!invocation.options.json)
-            return Print(invocation.options, Describe(kind, stored, details));
+            return Print(invocation.options, Describe(kind, stored.entry, details, {{"index", "Index", stored.index}}));
         JsonObject object = EntryJson(kind, stored);
         object.emplace_back("details", ToJson({{{"", "", details}}}));
         fmt::print("{}\n", WriteJson({std::move(object)}));

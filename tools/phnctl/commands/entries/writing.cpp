@@ -78,17 +78,7 @@ int Put(const Invocation& invocation, const EntryKind& kind)
         index = ParseIndex(*given);
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
-        Inventory inventory;
-        if (!index)
-            index = FirstEmpty(handset, kind);
-        else if (auto present = kind.Read(handset, *index))
-            inventory.entries.push_back({*index, std::move(*present)});
-        Plan plan = MakePlanFor(kind, std::move(candidates.front()), *index,
-                                inventory.entries.empty() ? nullptr : &inventory.entries.front().entry);
-        TellIfHeldElsewhere(handset, kind, plan.entries.front());
-        if (!invocation.Has(kAcceptLoss))
-            SpareGarbled(kind, plan, inventory);
-        status = CarryOut(invocation, handset, kind, plan, inventory);
+        status = Store(invocation, handset, kind, std::move(candidates.front()), index, "put");
     });
     return status;
 }
@@ -113,7 +103,7 @@ int Import(const Invocation& invocation, const EntryKind& kind)
         for (const Deletion& deletion : plan.deletions)
             stale.push_back(deletion.stored);
         RequireWholeCopy(invocation, kind, stale);
-        status = CarryOut(invocation, handset, kind, plan, inventory);
+        status = CarryOut(invocation, handset, kind, plan, inventory, "import");
     });
     return status;
 }
@@ -172,10 +162,10 @@ int CarryOut(const Invocation& invocation, Plan& plan, const std::function<void(
 }
 
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
-             const Inventory& inventory)
+             const Inventory& inventory, const char* verb)
 {
     const int status = CarryOut(invocation, plan, [&](bool isStrict) {
-        RunRecord record(invocation, handset, kind.Many() + " import");
+        RunRecord record(invocation, handset, fmt::format("{} {}", kind.Many(), verb));
         record.KeepCopy(kind, EndangeredBy(plan, inventory));
         Apply(handset, kind, plan, inventory, isStrict, record);
         if (!plan.isInterrupted)
@@ -186,6 +176,22 @@ int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKi
     else
         fmt::print("{}", PlanText(kind, plan, host::TerminalWidth(stdout)));
     return status;
+}
+
+int Store(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Candidate candidate,
+          std::optional<std::uint32_t> index, const char* verb)
+{
+    Inventory inventory;
+    if (!index)
+        index = FirstEmpty(handset, kind);
+    else if (auto present = kind.Read(handset, *index))
+        inventory.entries.push_back({*index, std::move(*present)});
+    Plan plan = MakePlanFor(kind, std::move(candidate), *index,
+                            inventory.entries.empty() ? nullptr : &inventory.entries.front().entry);
+    TellIfHeldElsewhere(handset, kind, plan.entries.front());
+    if (!invocation.Has(kAcceptLoss))
+        SpareGarbled(kind, plan, inventory);
+    return CarryOut(invocation, handset, kind, plan, inventory, verb);
 }
 
 std::vector<Command> WritingCommands(const EntryKind& kind)
