@@ -1,5 +1,5 @@
-// The commands that every kind of entry has: list, find, get, put, delete, clear, export and import. A kind's file
-// returns them, with what only it has; backup and restore use the steps below.
+// The commands that every kind of entry has: list, find, get, edit, put, delete, clear, export and import. A kind's
+// file returns them, with what only it has; backup and restore use the steps below.
 #pragma once
 
 #include "phnctl/cli/command.h"
@@ -19,6 +19,7 @@ std::vector<Command> EntryCommands(const EntryKind& kind);
 std::vector<Command> ListingCommands(const EntryKind& kind);  // the ones of listing.cpp
 std::vector<Command> ReadingCommands(const EntryKind& kind);  // of reading.cpp
 std::vector<Command> WritingCommands(const EntryKind& kind);  // of writing.cpp
+std::vector<Command> EditingCommands(const EntryKind& kind);  // of editing.cpp
 std::vector<Command> DeletingCommands(const EntryKind& kind); // and of deleting.cpp
 
 // All entries of some files, in order. One whose text was lost to a code page fits only where that is accepted. Throws
