@@ -68,6 +68,11 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
               "EMAIL;TYPE=INTERNET:a@b.example\n",
               "4.0"),
          "FN=Ana|C+15550100p5|H5550101|F5550102|W5550103|Ea@b.example|D1|number-rewritten@4(TEL)|"},
+        {"4.0 URIs of a number inside a country, with what else an address has",
+         Card("FN:A\nTEL;VALUE=uri:tel:555-0100;phone-context=+1-914\n"
+              "TEL;VALUE=uri;TYPE=home:TEL:+15550101;isub=7;ext=5\nTEL;VALUE=uri;TYPE=work:tel:+1-555-1234\\;ext=5\n",
+              "4.0"),
+         "FN=A|C+19145550100|H+15550101p5|W+15551234p5|number-rewritten@5(TEL)|number-rewritten@6(TEL)|"},
         {"2.1: bare types, quoted-printable over soft breaks, folded where a space belongs to the text",
          "BEGIN:VCARD\nVERSION:2.1\nN;CHARSET=UTF-8;ENCODING=QUOTED-PRINTABLE:M=C3=BCl=\nler;Zo=C3=\n=AB\n"
          "TEL;CELL;PREF:1\nTEL;HOME;FAX:2\nTEL;PAGER:3\nNOTE:two\n  lines\nEND:VCARD\n",

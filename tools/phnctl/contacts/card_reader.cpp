@@ -33,15 +33,21 @@ bool IsPreferred(const ContentLine& line)
     return line.HasParameter("TYPE", "PREF") || line.HasParameter("PREF", "1");
 }
 
-// "tel:+1-555-0100;ext=5" (RFC 3966) as a number; what is no such address stays as it is.
+// "tel:+1-555-0100;ext=5" (RFC 3966) as a number; what is no such address stays as it is. A number inside a country or
+// an area is dialled from everywhere with the digits of its context: "tel:5550100;phone-context=+1-914".
 std::string NumberOfUri(const std::string& text)
 {
     if (!UpperCase(text).starts_with("TEL:"))
         return text;
-    const std::size_t extension = UpperCase(text).find(";EXT=");
-    std::string number = text.substr(4, text.find(';') - 4);
-    if (extension != std::string::npos)
-        number += text.substr(extension, text.find(';', extension + 1) - extension);
+    const std::vector<std::string> parts = SplitEscaped(std::string_view(text).substr(4), ';');
+    std::string number = parts.front();
+    for (const std::string& part : parts) {
+        const std::string upper = UpperCase(part);
+        if (upper.starts_with("PHONE-CONTEXT=+"))
+            number.insert(0, part.substr(14));
+        else if (upper.starts_with("EXT="))
+            number += ';' + part;
+    }
     return number;
 }
 
