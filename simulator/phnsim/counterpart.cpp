@@ -11,13 +11,12 @@ Counterpart::Counterpart(const Options& options) : options_(options)
 {
     if (options.replay.empty())
         return;
-    const Recording recording = ReadRecording(options.replay);
-    if (recording.header.kind != options.port.kind)
+    if (options.recording.header.kind != options.port.kind)
         throw std::invalid_argument(options.replay + " is of a " +
                                     (options.port.kind == PortKind::Modem
                                          ? "diagnostic port: --port, --usb or --tcp replays it"
                                          : "modem port: --modem replays it"));
-    replay_.emplace(recording, [this](const Deviation& deviation) { Report(deviation); });
+    replay_.emplace(options.recording, [this](const Deviation& deviation) { Report(deviation); });
 }
 
 ConversationMaker Counterpart::Conversations()

@@ -13,7 +13,7 @@ namespace simulator {
 class Counterpart
 {
 public:
-    // Throws when a recording cannot be read, or is of another kind of port.
+    // Throws std::invalid_argument when a recording is of another kind of port.
     explicit Counterpart(const Options& options);
 
     ConversationMaker Conversations();

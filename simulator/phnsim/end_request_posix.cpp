@@ -43,6 +43,8 @@ private:
 void PrepareForEndRequests()
 {
     std::signal(SIGPIPE, SIG_IGN); // a TCP peer or a reader of the trace that goes is no reason to die
+    std::signal(SIGTTIN,
+                SIG_IGN); // in the background of a terminal, standard input has ended instead of phnsim stopping
     // Blocked in every thread, so that all leave them to the one that waits for them.
     const sigset_t signals = EndSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);

@@ -96,6 +96,8 @@ void Serve(const Options& options, Control& control, Counterpart& counterpart, c
         return;
     control.simulator.Start();
     loop.Script().Advance();
+    if (control.isOver) // a host that is told to begin would find no port
+        return;
     const std::string name = counterpart.Name(control.simulator);
     if (options.ready)
         Print(stdout, ReadyJsonLine(name, options.port.shown, web));
@@ -121,6 +123,10 @@ int TurnIntoPcap(const std::string& recording, const std::string& file)
 
 int Run(const Options& options)
 {
+    if (options.listCommands) {
+        ListCommands();
+        return 0;
+    }
     if (!options.toPcap.empty())
         return TurnIntoPcap(options.toPcap[0], options.toPcap[1]);
     if (!options.mask.empty()) {
@@ -173,16 +179,11 @@ int Run(const Options& options)
 
 int main(int argumentCount, char** arguments)
 {
-    const auto parsed = ParseOptions(argumentCount, arguments);
-    if (const int* status = std::get_if<int>(&parsed))
-        return *status;
-    const auto& options = std::get<Options>(parsed);
-    if (options.listCommands) {
-        ListCommands();
-        return 0;
-    }
     try {
-        return Run(options);
+        const auto parsed = ParseOptions(argumentCount, arguments);
+        if (const int* status = std::get_if<int>(&parsed))
+            return *status;
+        return Run(std::get<Options>(parsed));
     } catch (const std::invalid_argument& error) {
         std::fprintf(stderr, "phnsim: %s\n", error.what());
         return kUsageError;

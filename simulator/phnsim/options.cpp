@@ -117,7 +117,9 @@ std::variant<Options, int> ParseOptions(int argumentCount, char** arguments)
     options.trace = options.trace || options.hex;
     if (webOption->count() != 0)
         options.webPort = web;
-    options.port = port.Choice();
+    if (!options.replay.empty())
+        options.recording = ReadRecording(options.replay);
+    options.port = port.Choice(options.recording.header.kind);
     if (options.once && !options.port.tellsClose) {
         std::cerr << "phnsim: --once needs a port that tells when a host closes it; a serial port does not\n";
         return kUsageError;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "simulator/phnsim/port_options.h"
+#include "simulator/recording/recording.h"
 
 #include <cstdint>
 #include <optional>
@@ -28,6 +29,7 @@ struct Options
     std::vector<std::string> mask;   // likewise
     std::string between;             // another handset's port
     std::string replay;
+    Recording recording{};                // of `replay`
     std::optional<std::uint16_t> webPort; // 0: one that is free
     bool strict = false;
     bool ready = false;
@@ -36,7 +38,7 @@ struct Options
 };
 
 // The options, or the exit status when there is nothing left to do (help was shown, or what was wrong on standard
-// error).
+// error). Throws what ReadRecording throws.
 std::variant<Options, int> ParseOptions(int argumentCount, char** arguments);
 
 } // namespace simulator

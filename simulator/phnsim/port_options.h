@@ -25,14 +25,14 @@ struct PortChoice
 class PortOptions
 {
 public:
-    // One of the options has to be given.
     explicit PortOptions(CLI::App& app);
     ~PortOptions();
     PortOptions(const PortOptions&) = delete;
     PortOptions& operator=(const PortOptions&) = delete;
 
-    // After the command line has been parsed.
-    PortChoice Choice() const;
+    // After the command line has been parsed. `usual` is the kind of port where none of the options is given, which
+    // only Linux allows.
+    PortChoice Choice(PortKind usual) const;
 
 private:
     struct Values;

@@ -50,7 +50,8 @@ struct PortOptions::Values
 
 PortOptions::PortOptions(CLI::App& app) : values_(std::make_unique<Values>())
 {
-    auto* way = app.add_option_group("port", "how it is reached (one of these)");
+    auto* way = app.add_option_group(
+        "port", "how it is reached (otherwise by --usb 0001; a modem port's recording by --modem 0001)");
     way->add_option("--port", values_->port, "a plain serial port of this name, such as com5")
         ->type_name("NAME")
         ->check(CheckName);
@@ -64,7 +65,7 @@ PortOptions::PortOptions(CLI::App& app) : values_(std::make_unique<Values>())
         ->type_name("PORT")
         ->check(CLI::Range(1, 65535).description(""))
         ->each([this](const auto&) { values_->isTcp = true; });
-    way->require_option(1);
+    way->require_option(0, 1);
     app.add_option("--devices", values_->devices, "the device directory")
         ->envname("PHNNRV_DEVICES")
         ->capture_default_str();
@@ -72,9 +73,11 @@ PortOptions::PortOptions(CLI::App& app) : values_(std::make_unique<Values>())
 
 PortOptions::~PortOptions() = default;
 
-PortChoice PortOptions::Choice() const
+PortChoice PortOptions::Choice(PortKind usual) const
 {
-    const auto& [port, usb, modem, devices, tcp, isTcp] = *values_;
+    auto [port, usb, modem, devices, tcp, isTcp] = *values_;
+    if (port.empty() && usb.empty() && modem.empty())
+        (usual == PortKind::Modem ? modem : usb) = "0001";
     const auto handset = [folder = devices](const std::string& device) { return HandsetLines(device, folder); };
     if (isTcp)
         return {.open = [number = tcp] { return TcpLines(number); },

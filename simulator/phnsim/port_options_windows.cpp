@@ -25,7 +25,7 @@ PortOptions::PortOptions(CLI::App& app) : values_(std::make_unique<Values>())
 
 PortOptions::~PortOptions() = default;
 
-PortChoice PortOptions::Choice() const
+PortChoice PortOptions::Choice(PortKind) const
 {
     if (values_->port.empty())
         return {.open = [tcp = values_->tcp] { return TcpLines(tcp); },

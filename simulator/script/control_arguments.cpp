@@ -6,13 +6,23 @@
 #include <utility>
 
 namespace simulator {
+namespace {
+
+constexpr std::string_view kSpaces = " \t";
+
+bool IsSpace(char character)
+{
+    return kSpaces.find(character) != std::string_view::npos;
+}
+
+} // namespace
 
 std::string Arguments::Word()
 {
     std::string word;
     bool isQuoted = false;
     std::size_t at = 0;
-    for (; at < rest_.size() && (isQuoted || rest_[at] != ' '); ++at) {
+    for (; at < rest_.size() && (isQuoted || !IsSpace(rest_[at])); ++at) {
         if (rest_[at] == '"')
             isQuoted = !isQuoted;
         else
@@ -38,7 +48,7 @@ std::uint64_t Arguments::Number(std::uint64_t least, std::uint64_t most)
 
 bool Arguments::NumberIsNext() const
 {
-    const std::string_view word = rest_.substr(0, rest_.find(' '));
+    const std::string_view word = rest_.substr(0, rest_.find_first_of(kSpaces));
     return !word.empty() && std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
@@ -47,9 +57,15 @@ std::string Arguments::Rest()
     return std::string(std::exchange(rest_, {}));
 }
 
+std::string Arguments::Text()
+{
+    const bool isEnclosed = rest_.size() >= 2 && rest_.front() == '"' && rest_.find('"', 1) == rest_.size() - 1;
+    return isEnclosed ? Word() : Rest();
+}
+
 void Arguments::SkipSpaces()
 {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(kSpaces), rest_.size()));
 }
 
 } // namespace simulator

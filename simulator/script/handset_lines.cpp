@@ -68,7 +68,7 @@ ControlLine DeliverMessage(Arguments& arguments)
 {
     Message message;
     message.address = arguments.Word();
-    message.body = arguments.Rest();
+    message.body = arguments.Text();
     if (message.address.empty())
         throw std::invalid_argument("message needs a number and a text");
     return {[message](Control& control) mutable {

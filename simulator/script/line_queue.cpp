@@ -2,9 +2,12 @@
 
 #include <exception>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 namespace simulator {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 void LineQueue::Add(const Place& place, const std::string& text)
 {
@@ -20,7 +23,8 @@ void LineQueue::AddAll(std::istream& script, const std::string& file)
     Place place{.file = file, .isStrict = true};
     std::string text;
     while (std::getline(script, text) && !control_.isOver) {
-        ++place.line;
+        if (++place.line == 1 && text.starts_with(kByteOrderMark))
+            text.erase(0, kByteOrderMark.size());
         Add(place, text);
     }
     if (!control_.isOver && (script.bad() || !script.eof()))

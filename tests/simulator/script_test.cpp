@@ -72,7 +72,9 @@ TEST_F(Script, EndsAsItsExpectationsAreMet)
     const std::string battery = "battery-information status=0 battery1=1 battery2=41\n";
     const std::string set = "set battery/battery2 41\n", answer = "battery/battery2 = 41\n";
     const std::tuple<std::string, std::string, int, std::string> cases[] = {
-        {"after 1 battery-information do " + set +
+        {"\xEF\xBB\xBF"
+         "after\t1 battery-information do " +
+             set +
              "wait-for close\nexpect startup 1\nexpect 5 1 battery2=80\nexpect 5 1 battery2=41 status=0\n"
              "expect-none shutdown\nexpect-none rejected\n",
          script, kMet, answer},
@@ -89,6 +91,7 @@ TEST_F(Script, EndsAsItsExpectationsAreMet)
          "phnsim: script:1: wait-for startup 2 waits in vain: the host has closed the port, and it came once; the last "
          "was "
          "startup status=0\n"},
+        {"message 5550100 \"Hi there\"\nshow messages/27/body\n", script, kMet, "message 27 arrived\n\"Hi there\"\n"},
         {"wait 10\nafter 1 startup do every 5 plug\n", script, kUnmet,
          "phnsim: script:2: wait, wait-for, after and every stand on lines of their own\n"},
         {"every 1 show battery/battery2\nwait-for close\nwait 200\nend\nwait-for startup 2\n", script, kMet,
