@@ -5,9 +5,7 @@
 #include "phnctl/text/content_value.h"
 #include "phnctl/text/text.h"
 
-#include <algorithm>
 #include <fmt/format.h>
-#include <set>
 
 namespace phnctl {
 
@@ -35,16 +33,13 @@ std::string PlainValue(const ContentLine& line)
     return WithoutControls(plain);
 }
 
-// All of a parameter's value, commas included.
-std::string WholeParameter(const ContentLine& line, std::string_view parameter)
+// The whole value of each parameter, commas included.
+std::map<std::string, std::string> WholeParameters(const ContentLine& line)
 {
-    std::string whole;
-    bool isFirst = true;
+    std::map<std::string, std::string> whole;
     for (const auto& [name, value] : line.parameters) {
-        if (name != parameter)
-            continue;
-        whole += (isFirst ? "" : ",") + WithoutControls(Utf8Of(value));
-        isFirst = false;
+        const auto [parameter, isFirst] = whole.try_emplace(name);
+        parameter->second += (isFirst ? "" : ",") + WithoutControls(Utf8Of(value));
     }
     return whole;
 }
@@ -52,13 +47,11 @@ std::string WholeParameter(const ContentLine& line, std::string_view parameter)
 std::string PlainLine(const ContentLine& line)
 {
     std::string text = line.name;
-    std::set<std::string> taken{"CHARSET", "ENCODING"};
-    for (const ContentLine::Parameter& parameter : line.parameters) {
-        if (!IsName(parameter.name) || !taken.insert(parameter.name).second)
+    for (const auto& [name, value] : WholeParameters(line)) {
+        if (!IsName(name) || name == "CHARSET" || name == "ENCODING")
             continue;
-        const std::string value = WholeParameter(line, parameter.name);
         const char* const quote = value.find_first_of(":;,") == std::string::npos ? "" : "\"";
-        text += fmt::format(";{}={}{}{}", parameter.name, quote, value, quote);
+        text += fmt::format(";{}={}{}{}", name, quote, value, quote);
     }
     return text + ':' + PlainValue(line);
 }
@@ -88,6 +81,7 @@ private:
     {
         ComponentOwner component;
         Assembly::Origin* origin;
+        bool isGuessTold = false;
     };
 
     void Take(const ContentLine& line)
@@ -189,7 +183,7 @@ private:
         if (origin.kind == "VEVENT" && line.name == kRule)
             return origin.rules.push_back(PlainValue(line));
         if (line.name == kStart)
-            origin.zone = WholeParameter(line, "TZID");
+            origin.zone = WholeParameters(line)["TZID"];
         TellGuess(line);
         TakeOver(line);
     }
@@ -226,13 +220,13 @@ private:
     // Of the text that people read, once.
     void TellGuess(const ContentLine& line)
     {
-        Assembly::Origin& origin = *m_open.back().origin;
-        const bool isTold = std::ranges::any_of(origin.notes, [](const Note& note) { return note.code == kGuessed; });
-        if (!isTold && (line.name == "SUMMARY" || line.name == kText) && IsCharsetGuessed(line))
-            origin.notes.push_back({kGuessed, line.name, line.line, GuessedCharset(Unescaped(DecodedValue(line)))});
+        Open& open = m_open.back();
+        if (open.isGuessTold || (line.name != "SUMMARY" && line.name != kText) || !IsCharsetGuessed(line))
+            return;
+        open.isGuessTold = true;
+        open.origin->notes.push_back(
+            {"charset-guessed", line.name, line.line, GuessedCharset(Unescaped(DecodedValue(line)))});
     }
-
-    static constexpr const char* kGuessed = "charset-guessed";
 
     ContentLineReader m_reader;
     Assembly m_result;

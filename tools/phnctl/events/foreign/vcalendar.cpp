@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <iterator>
+#include <set>
 #include <span>
 
 namespace phnctl {
@@ -152,14 +152,13 @@ std::vector<ContentLine> VCalendarReader::Zone(std::size_t line) const
 std::vector<ContentLine> VCalendarReader::Alarms() const
 {
     std::vector<ContentLine> lines;
-    std::vector<std::int64_t> leads;
+    std::set<std::int64_t> leads;
     for (const Alarm& alarm : m_alarms) {
         if (!m_start)
             break;
         const std::int64_t lead = SecondsOf(m_start->time) - SecondsOf(alarm.time);
-        if (std::ranges::find(leads, lead) != leads.end())
+        if (!leads.insert(lead).second)
             continue;
-        leads.push_back(lead);
         const auto add = [&](const char* name, const std::string& value) {
             lines.push_back(Line(alarm.line.line, name, value));
         };
