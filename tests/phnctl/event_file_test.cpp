@@ -58,6 +58,8 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {"SUM\r\n MARY:Te\r\n a\r\nDTSTART:20090310T120000\r\nDURATION:PT1H\r\n", held}, // folded
         {"SUMMARY:a\\, b\\nc\nDTSTART:20090310T120000Z\nDURATION:PT30M\n",
          "DESCRIPTION=a, b c DTSTART=20090310T120000 DTEND=20090310T123000 TZID=UTC "},
+        {"SUMMARY:C\\\xC3\xA9\nDTSTART:20090310T120000Z\n",
+         "DESCRIPTION=C\\\xC3\xA9 DTSTART=20090310T120000 DTEND=20090310T120000 TZID=UTC "},
         {"DESCRIPTION:Tea\nDTSTART:20090310T120000\n", at("20090310T120000", "20090310T120000")},
         {noon + "DESCRIPTION:more\nLOCATION:here\nATTENDEE:mailto:a\n", held + "!dropped !dropped !dropped "},
         {"SUMMARY:" + std::string(81, 'x') + "\nDTSTART:20090310T120000\n",

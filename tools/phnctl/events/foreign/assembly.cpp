@@ -20,12 +20,20 @@ bool IsName(std::string_view text)
     return !text.empty() && text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_") == std::string_view::npos;
 }
 
-// The value in one line, as libical takes it.
+// The value in one line, as libical takes it: behind a backslash that escapes nothing it would lose a byte.
 std::string PlainValue(const ContentLine& line)
 {
+    const std::string value = DecodedValue(line);
     std::string plain;
-    for (const char c : DecodedValue(line)) {
-        if (c == '\n')
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const char c = value[i];
+        const bool isEscape = c == '\\' && i + 1 < value.size() &&
+                              std::string_view("nN,;:\\\"").find(value[i + 1]) != std::string_view::npos;
+        if (isEscape)
+            plain += {c, value[++i]};
+        else if (c == '\\')
+            plain += "\\\\";
+        else if (c == '\n')
             plain += "\\n";
         else if (c != '\r')
             plain += c;
