@@ -21,7 +21,7 @@ public:
     void ReportTo(Control& control) { control_ = &control; }
 
     std::string Name(Simulator& simulator) const;
-    // After how many closings by the host --once ends.
+    // After how many closings --once ends.
     unsigned Closings() const;
     // Reports what the host has left out of a recording.
     void ReportMissing();

@@ -2,6 +2,7 @@
 #include "simulator/commands/command.h"
 #include "simulator/phnsim/counterpart.h"
 #include "simulator/phnsim/end_request.h"
+#include "simulator/phnsim/named_files.h"
 #include "simulator/phnsim/options.h"
 #include "simulator/phnsim/standard_input.h"
 #include "simulator/phnsim/wire_files.h"
@@ -127,6 +128,7 @@ int Run(const Options& options)
         ListCommands();
         return 0;
     }
+    CheckFilesDiffer(options);
     if (!options.toPcap.empty())
         return TurnIntoPcap(options.toPcap[0], options.toPcap[1]);
     if (!options.mask.empty()) {

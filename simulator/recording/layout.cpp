@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace simulator {
 namespace {
@@ -263,6 +264,16 @@ Layout ReplyLayout(std::uint32_t command)
 {
     const Row* const row = FindRow(command);
     return row ? row->reply : kNothing;
+}
+
+std::vector<std::string_view> FieldNames(std::uint32_t command)
+{
+    std::vector<std::string_view> names;
+    for (const Layout& whole : {RequestLayout(command), ReplyLayout(command)})
+        for (const Layout* layout = &whole; layout; layout = layout->items)
+            std::transform(layout->fields.begin(), layout->fields.end(), std::back_inserter(names),
+                           [](const FieldLayout& field) { return field.name; });
+    return names;
 }
 
 std::vector<PlacedField> PlaceFields(const Layout& layout, std::span<const std::uint8_t> bytes, std::size_t offset)

@@ -49,6 +49,9 @@ struct Layout
 Layout RequestLayout(std::uint32_t command);
 Layout ReplyLayout(std::uint32_t command);
 
+// Their names, without those of the status and the result, in their order.
+std::vector<std::string_view> FieldNames(std::uint32_t command);
+
 // A field where it lies in its record.
 struct PlacedField
 {

@@ -45,7 +45,7 @@ RecordingHeader ParseHeader(const Json& line)
     if (!line.is_object() || !line.contains("recording"))
         throw std::runtime_error("this is no recording of phnsim");
     if (line.at("recording") != kVersion)
-        throw std::runtime_error("this recording is of a later version of phnsim");
+        throw std::runtime_error("this recording is of another version of phnsim");
     const auto port = line.at("port").get<std::string>();
     if (port != "modem" && port != "diagnostic")
         throw std::runtime_error("\"" + port + "\" is no kind of port");
@@ -69,6 +69,16 @@ Packet ParsePacket(const Json& line)
             .bytes = FromHex(line.value("bytes", ""))};
 }
 
+// The JSON library's own words name its parts, not those of a recording.
+std::string Reason(const std::exception& error)
+{
+    if (dynamic_cast<const Json::parse_error*>(&error))
+        return "this is no line of JSON";
+    if (dynamic_cast<const Json::exception*>(&error))
+        return "a member is missing, or of another type";
+    return error.what();
+}
+
 } // namespace
 
 Recording ReadRecording(const std::filesystem::path& file)
@@ -79,6 +89,8 @@ Recording ReadRecording(const std::filesystem::path& file)
     std::string text;
     try {
         while (std::getline(stream, text)) {
+            if (text.empty() && number > 0 && stream.peek() == std::ifstream::traits_type::eof())
+                break;
             ++number;
             const Json line = Json::parse(text);
             if (number == 1)
@@ -87,7 +99,7 @@ Recording ReadRecording(const std::filesystem::path& file)
                 recording.packets.push_back({number, ParsePacket(line), line.value("blanked", std::size_t{0})});
         }
     } catch (const std::exception& error) {
-        throw std::runtime_error(file.string() + ":" + std::to_string(number) + ": " + error.what());
+        throw std::runtime_error(file.string() + ":" + std::to_string(number) + ": " + Reason(error));
     }
     if (number == 0 || stream.bad())
         throw std::runtime_error(file.string() + " cannot be read");

@@ -6,12 +6,18 @@
 namespace simulator {
 namespace {
 
+// Of lines on which the host had sent something. Where the handset closed first, the host's closing is not another one.
 unsigned CountClosings(const Recording& recording)
 {
-    return static_cast<unsigned>(
-        std::count_if(recording.packets.begin(), recording.packets.end(), [](const RecordedPacket& recorded) {
-            return recorded.packet.sender == Sender::Host && recorded.packet.bytes.empty();
-        }));
+    unsigned closings = 0;
+    bool isOpen = false;
+    for (const auto& [line, packet, blanked] : recording.packets) {
+        if (packet.bytes.empty())
+            closings += std::exchange(isOpen, false) ? 1 : 0;
+        else if (packet.sender == Sender::Host)
+            isOpen = true;
+    }
+    return closings;
 }
 
 // The reply frame with its sequence identifier moved by as much as the request's is, and the check value as right or
@@ -48,6 +54,15 @@ class Replay::Voice : public Conversation
 public:
     Voice(Replay& replay, Handset& handset) : replay_(replay), handset_(handset), dissector_(replay.kind_) {}
 
+    // A line that the recorded handset has dropped ends as one that the host closes.
+    ~Voice() override
+    {
+        if (isDropped_)
+            handset_.Tell({.command = kPortClosed, .name = "close"});
+    }
+    Voice(const Voice&) = delete;
+    Voice& operator=(const Voice&) = delete;
+
     std::vector<Step> Receive(std::span<const std::uint8_t> bytes) override
     {
         std::vector<Step> steps;
@@ -73,12 +88,15 @@ private:
         const std::vector<Step> answer = replay_.Answer(dissection);
         steps.insert(steps.end(), answer.begin(), answer.end());
         handset_.Tell(dissection.exchange);
+        isDropped_ = isDropped_ || std::any_of(answer.begin(), answer.end(),
+                                               [](const Step& step) { return step.kind == Step::Kind::HangUp; });
     }
 
     Replay& replay_;
     Handset& handset_;
     Dissector dissector_;
     Bytes received_;
+    bool isDropped_ = false;
 };
 
 Replay::Replay(const Recording& recording, std::function<void(const Deviation&)> departed)

@@ -30,7 +30,7 @@ public:
     ConversationMaker Conversations();
     // What the host has left out.
     std::optional<Deviation> Missing() const;
-    // How often the host closed the port.
+    // How often the host or the handset ended a line. Of each that is played, the handset's watcher is told.
     unsigned Closings() const { return closings_; }
 
 private:

@@ -1,5 +1,9 @@
 #include "simulator/script/script_lines.h"
 
+#include "simulator/commands/command.h"
+#include "simulator/recording/layout.h"
+
+#include <algorithm>
 #include <optional>
 #include <stdexcept>
 
@@ -24,7 +28,25 @@ std::string ToString(const Expectation& expectation)
     return text;
 }
 
-FieldValues ReadFieldValues(Arguments& arguments)
+// Those of requests that were turned away are any.
+void CheckIsField(const std::string& name, std::uint32_t deed)
+{
+    const Command* const command = FindCommand(deed);
+    if (!command)
+        return;
+    std::vector<std::string_view> names = FieldNames(deed);
+    names.insert(names.begin(), {"status", "result"});
+    if (!command->hasResult)
+        names.erase(names.begin() + 1);
+    if (std::find(names.begin(), names.end(), name) != names.end())
+        return;
+    std::string known;
+    for (const std::string_view one : names)
+        known.append(" ").append(one);
+    throw std::invalid_argument("\"" + name + "\" is no field of " + DeedName(deed) + ", which has" + known);
+}
+
+FieldValues ReadFieldValues(Arguments& arguments, std::uint32_t deed)
 {
     FieldValues values;
     while (!arguments.AtEnd()) {
@@ -32,6 +54,7 @@ FieldValues ReadFieldValues(Arguments& arguments)
         const std::size_t equals = word.find('=');
         if (equals == std::string::npos || equals == 0)
             throw std::invalid_argument("\"" + word + "\" is no FIELD=VALUE");
+        CheckIsField(word.substr(0, equals), deed);
         values.emplace_back(word.substr(0, equals), word.substr(equals + 1));
     }
     return values;
@@ -116,14 +139,14 @@ ControlLine Expect(Arguments& arguments)
     Expectation expectation{.deed = ParseDeed(arguments.Word())};
     if (arguments.NumberIsNext())
         expectation.count = arguments.Number(0, kMostTimes);
-    expectation.values = ReadFieldValues(arguments);
+    expectation.values = ReadFieldValues(arguments, expectation.deed);
     return Expecting(std::move(expectation), arguments.Where());
 }
 
 ControlLine ExpectNone(Arguments& arguments)
 {
     Expectation expectation{.deed = ParseDeed(arguments.Word()), .count = 0};
-    expectation.values = ReadFieldValues(arguments);
+    expectation.values = ReadFieldValues(arguments, expectation.deed);
     return Expecting(std::move(expectation), arguments.Where());
 }
 

@@ -87,6 +87,8 @@ TEST_F(Recorded, AReportIsMadeWithConsentAndHoldsNothingPrivate)
     EXPECT_TRUE(Has(all, "phnctl info ...\nexit status 0\n"));
     for (const std::string& value : {number, text, std::string("2122125876"), std::string("#0001#")})
         EXPECT_FALSE(Has(all, value)) << value;
+    m_simulator.Unplug(); // what needs a report most
+    Expect(0, "report " + Path("gone.zip") + " --run info --yes --wait 1", {"exit status 1", "not recorded"});
 }
 
 } // namespace

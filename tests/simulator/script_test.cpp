@@ -92,6 +92,8 @@ TEST_F(Script, EndsAsItsExpectationsAreMet)
          "was "
          "startup status=0\n"},
         {"message 5550100 \"Hi there\"\nshow messages/27/body\n", script, kMet, "message 27 arrived\n\"Hi there\"\n"},
+        {"expect startup battery2=1\n", script, kUnmet,
+         "phnsim: script:1: \"battery2\" is no field of startup, which has status\n"},
         {"wait 10\nafter 1 startup do every 5 plug\n", script, kUnmet,
          "phnsim: script:2: wait, wait-for, after and every stand on lines of their own\n"},
         {"every 1 show battery/battery2\nwait-for close\nwait 200\nend\nwait-for startup 2\n", script, kMet,
@@ -134,6 +136,11 @@ TEST_F(Script, GivesWayToARecordingOfIt)
     ASSERT_EQ(Run("set battery/battery2 41\n", "--script script --record recording </dev/null"), kMet);
     EXPECT_EQ(Run("", "--replay recording </dev/null"), kMet);
     std::string recording = File("recording");
+    const std::size_t closing = recording.rfind('\n', recording.find(R"("from":"host","name":"close")")) + 1;
+    std::ofstream(devices.Path() / "dropped")
+        << recording.substr(0, closing) << recording.substr(recording.find('\n', closing) + 1) << '\n';
+    EXPECT_EQ(Run("", "--replay dropped </dev/null"), kMet); // by the handset, with which --once ends as well
+    EXPECT_EQ(Run("", "--replay recording --record ./recording </dev/null"), 2);
     for (int startup = 0; startup < 2; ++startup) { // the request and its reply
         const std::size_t line = recording.find('\n') + 1;
         recording.erase(line, recording.find('\n', line) + 1 - line);

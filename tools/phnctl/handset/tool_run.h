@@ -20,7 +20,7 @@ bool CanRunTool();
 ToolRun RunTool(const std::vector<std::string>& words);
 
 // The same, with every port that the library would ask led through this process. Adds to `recordings` what went over
-// each of them, masked (docs/simulator.md). Throws Failure when there is no such port.
+// each of them, masked (docs/simulator.md): nothing where no port is free.
 ToolRun RunToolRecorded(const std::vector<std::string>& words, std::vector<std::string>& recordings);
 
 // "Linux 6.1.0 x86_64"

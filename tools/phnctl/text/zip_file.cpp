@@ -3,6 +3,9 @@
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text_file.h"
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <fmt/format.h>
 #include <memory>
 #include <zip.h>
@@ -14,6 +17,11 @@ namespace {
 [[noreturn]] void Fail(const std::filesystem::path& file, const std::string& why)
 {
     throw Failure(kRefused, fmt::format("{} cannot be written: {}", TextOf(file), why));
+}
+
+[[noreturn]] void FailAsItExists(const std::filesystem::path& file)
+{
+    throw Failure(kUsage, fmt::format("{} exists; choose another name", TextOf(file)));
 }
 
 // The texts have to outlive the archive, which reads them when it is closed.
@@ -33,13 +41,25 @@ bool CanWriteZip()
     return true;
 }
 
+// By making it for a moment, as nothing else tells of every reason.
+void CheckZipCanBeMade(const std::filesystem::path& file)
+{
+    std::FILE* const made = std::fopen(file.c_str(), "wx");
+    if (!made && errno == EEXIST)
+        FailAsItExists(file);
+    if (!made)
+        Fail(file, std::strerror(errno));
+    std::fclose(made);
+    std::filesystem::remove(file);
+}
+
 void WriteZip(const std::filesystem::path& file, const std::vector<ZipEntry>& entries)
 {
     int error = 0;
     std::unique_ptr<zip_t, decltype(&zip_discard)> archive(zip_open(file.c_str(), ZIP_CREATE | ZIP_EXCL, &error),
                                                            &zip_discard);
     if (!archive && error == ZIP_ER_EXISTS)
-        throw Failure(kUsage, fmt::format("{} exists; choose another name", TextOf(file)));
+        FailAsItExists(file);
     if (!archive) {
         zip_error_t reason;
         zip_error_init_with_code(&reason, error);

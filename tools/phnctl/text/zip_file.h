@@ -16,6 +16,7 @@ struct ZipEntry
 bool CanWriteZip();
 
 // Throws Failure: kUsage when the file exists.
+void CheckZipCanBeMade(const std::filesystem::path& file);
 void WriteZip(const std::filesystem::path& file, const std::vector<ZipEntry>& entries);
 
 } // namespace phnctl

@@ -12,7 +12,9 @@
 #include "phnctl/text/zip_file.h"
 
 #include <algorithm>
+#include <ctime>
 #include <fmt/format.h>
+#include <iomanip>
 #include <sstream>
 
 namespace phnctl {
@@ -57,6 +59,21 @@ std::string LogFileOf(const ToolRun& run)
     return "";
 }
 
+// The lines of a log, which several runs of a minute share, from this second on: "11/25/26 19:30:00\t...".
+std::string LoggedSince(std::time_t begin, const std::string& log)
+{
+    std::size_t line = 0;
+    while (line < log.size()) {
+        std::tm time{};
+        time.tm_isdst = -1;
+        std::istringstream stamp(log.substr(line, sizeof "11/25/26 19:30:00" - 1));
+        if (stamp >> std::get_time(&time, "%m/%d/%y %H:%M:%S") && std::mktime(&time) >= begin)
+            break;
+        line = std::min(log.find('\n', line), log.size() - 1) + 1;
+    }
+    return log.substr(line);
+}
+
 std::vector<std::string> CommonWords(const Options& options)
 {
     std::vector<std::string> words{"--wait", std::to_string(options.waitSeconds)};
@@ -82,13 +99,15 @@ public:
         words.insert(words.begin(), {"--log", "all"});
         words.insert(words.begin(), m_common.begin(), m_common.end());
         std::vector<std::string> recordings;
+        const std::time_t begin = std::time(nullptr);
         const ToolRun run = RunToolRecorded(words, recordings);
         fmt::print(stderr, "{}{}", run.out, run.err);
-        Add("command.txt", fmt::format("phnctl {} ...\nexit status {}\n", name, run.status));
+        Add("command.txt", fmt::format("phnctl {} ...\nexit status {}\n{}", name, run.status,
+                                       recordings.empty() ? "not recorded: no port was free\n" : ""));
         for (std::size_t i = 0; i < recordings.size(); ++i)
             m_entries.push_back({fmt::format("recording-{}.jsonl", i + 1), std::move(recordings[i])});
         if (const std::string log = LogFileOf(run); !log.empty())
-            Add("library.log", ReadText(log));
+            Add("library.log", LoggedSince(begin, ReadText(log)));
     }
 
     const std::vector<ZipEntry>& Entries() const { return m_entries; }
@@ -106,16 +125,17 @@ private:
     std::vector<ZipEntry> m_entries;
 };
 
-// Short texts as they are; of the others, how much there is.
+// Short texts as they are; of the others, how much there is, and how all of it can be seen.
 void Show(const std::string& file, const std::vector<ZipEntry>& entries)
 {
     constexpr std::size_t kShort = 4000;
     fmt::print(stderr, "{} will hold:\n", file);
     for (const ZipEntry& entry : entries) {
         const auto lines = static_cast<std::size_t>(std::count(entry.text.begin(), entry.text.end(), '\n'));
-        fmt::print(stderr, "--- {} ({})\n", entry.name, Counted(lines, "line"));
-        if (entry.text.size() <= kShort && !entry.name.starts_with("recording"))
-            fmt::print(stderr, "{}", entry.text);
+        const bool isShown = entry.text.size() <= kShort && !entry.name.starts_with("recording");
+        fmt::print(stderr, "--- {} ({}{})\n{}", entry.name, Counted(lines, "line"),
+                   isShown ? "" : fmt::format("; once it is written, 'unzip -p {} {}' shows them", file, entry.name),
+                   isShown ? entry.text : "");
     }
 }
 
@@ -127,6 +147,7 @@ int MakeReport(const Invocation& invocation)
     const auto run = invocation.Value(kRun);
     if (run)
         CommandName(*run);
+    CheckZipCanBeMade(PathOf(file));
     const auto embedded = invocation.options.simulator ? StartEmbeddedHandset() : nullptr;
     Collection collection(invocation.options);
     collection.AddVersions();
@@ -150,19 +171,20 @@ int MakeReport(const Invocation& invocation)
 
 std::vector<Command> ReportCommands()
 {
-    return {{"report",
-             "Collect in a zip file what helps to find a fault",
-             "Versions, and what 'doctor' finds. With --run, a command is run once more, and its exit status, the\n"
-             "library's log and a recording of what it exchanged with the handset go in as well. The recording is\n"
-             "masked: numbers, names and texts are made-up ones, lock codes are zeros. What the command was given and\n"
-             "what it said stay out. All is shown before it is written.\n\n"
-             "Examples:\n"
-             "  phnctl report fault.zip\n"
-             "  phnctl report fault.zip --run \"contacts list\"\n",
-             {{"FILE", "The zip file to make", Count::One, {}}},
-             MakeReport,
-             {{kRun, "COMMAND", "run this command of phnctl, its words parted by spaces, and record it"},
-              ConfirmOption()}}};
+    return {
+        {"report",
+         "Collect in a zip file what helps to find a fault",
+         "Versions, and what 'doctor' finds. With --run, a command is run once more, and its exit status, the\n"
+         "library's log and, where a port is free, a recording of what it exchanged with the handset go in as well.\n"
+         "The recording is masked: numbers, names and texts are made-up ones, lock codes are zeros. What the\n"
+         "command was given and what it said stay out. All is listed before it is written.\n\n"
+         "Examples:\n"
+         "  phnctl report fault.zip\n"
+         "  phnctl report fault.zip --run \"contacts list\"\n",
+         {{"FILE", "The zip file to make", Count::One, {}}},
+         MakeReport,
+         {{kRun, "COMMAND", "run this command of phnctl, its words parted by spaces, and record it"},
+          ConfirmOption()}}};
 }
 
 } // namespace phnctl
