@@ -153,6 +153,11 @@ DWORD CFrameCodec::CountMissing(const uint8_t* pData, DWORD dwLength)
     return dwLength == qwExpected && pData[dwLength - 1] == kFlag ? 0 : MAXDWORD;
 }
 
+bool CFrameCodec::IsForLastRequest(const uint8_t* pFrame, DWORD dwLength) const
+{
+    return LoadField(pFrame, dwLength, kSequenceOffset) == m_dwSequence;
+}
+
 bool CFrameCodec::DecomposeData(const uint8_t* pFrame, DWORD dwLength, void* pDest, DWORD dwSize, DWORD* pdwDelivered)
 {
     if (!pFrame || !pDest) {

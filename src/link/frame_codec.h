@@ -47,6 +47,9 @@ public:
     // 0 when it has ended. Of one that has no flag where its length says, nothing but silence tells the end: MAXDWORD.
     static DWORD CountMissing(const uint8_t* pData, DWORD dwLength);
 
+    // Whether a reply frame carries the sequence identifier of the request that was sent last.
+    bool IsForLastRequest(const uint8_t* pFrame, DWORD dwLength) const;
+
     // Checks a reply frame's command and sequence identifier and delivers what follows its 13 header bytes: the
     // payload, check sequence, flag and ten zeros. The destination is zeroed first.
     bool DecomposeData(const uint8_t* pFrame, DWORD dwLength, void* pDest, DWORD dwSize, DWORD* pdwDelivered);

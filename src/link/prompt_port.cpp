@@ -51,5 +51,13 @@ bool CPromptPort::Gather(SReply& Reply)
         const ULONGLONG ullSpent = GetTickCount64() - ullStart;
         dwLeft = ullSpent < Reply.dwTimeout ? static_cast<DWORD>(Reply.dwTimeout - ullSpent) : 0;
     }
-    return true;
+    return IsForLastRequest(GetDecoded(), Reply.dwDecoded) || TakeRest(Reply);
+}
+
+// A late reply is going to be refused. What comes close behind it may be the one that was asked for and goes with it,
+// as in DP: left there, it would be taken for the reply to the next request, and so on.
+bool CPromptPort::TakeRest(SReply& Reply)
+{
+    DWORD dwGot = 0;
+    return ReadChunk(Reply, kBufferSize - Reply.dwCounted, Reply.dwTimeout, true, &dwGot) && Append(Reply, dwGot);
 }

@@ -20,4 +20,5 @@ public:
 private:
     void DropLeftovers(HANDLE hPort) const override;
     bool Gather(SReply& Reply) override;
+    bool TakeRest(SReply& Reply);
 };

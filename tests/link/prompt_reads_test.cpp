@@ -192,16 +192,15 @@ TEST_F(PromptReadsTest, WhatComesBehindAReplyOrLateIsDroppedBeforeTheNextRequest
 
     Ask();
     EXPECT_EQ(log_.TakeLines(), dropped);
-    Send(Reply(2)); // later still: it is taken for the reply to this request
+    Send(Reply(2) + Reply(3)); // later still, and close behind it the one that was asked for
     EXPECT_FALSE(Read(kTimeout).done);
     EXPECT_EQ(log_.TakeLines(), Lines{"CPort Error DP::DecomposeData - Expected sequence id(3) does not match the "
                                       "returned sequence id(2)"});
-    Leave(Reply(3));
 
     Ask();
     Send(Reply(4));
     EXPECT_EQ(Read(kTimeout).bytes, kDelivered);
-    EXPECT_EQ(log_.TakeLines(), dropped);
+    EXPECT_EQ(log_.TakeLines(), Lines{});
 }
 
 TEST_F(PromptReadsTest, ThePortsWayIsTheRegistrysWhenItIsOpened)
