@@ -23,8 +23,8 @@ namespace {
 
 constexpr DWORD kPauseAfterSilence = 500;
 
-// While a search goes on: `onDelay` when it does not come to its end soon, and what takes so long and for how long: at a
-// terminal a line that counts, and that is wiped when it is over; elsewhere one sentence.
+// While a search goes on: `onDelay` when it does not come to its end soon, and what takes so long and for how long: at
+// a terminal a line that counts, and that is wiped when it is over; elsewhere one sentence.
 class SearchNotice
 {
 public:
