@@ -66,8 +66,8 @@
  * 10. How long a call may take, once it is its turn. Every call is synchronous.
  *      Diagnostic port: an exchange writes for at most 15 s and reads at most three times, waiting at most 15 s for
  *      each; a reply normally takes some 10 ms, far less with the registry's value "Prompt Reads" (docs/hosting.md).
- *      PHN_DeleteAllContacts and PHN_DeleteAllMessages wait at most 301 s for each of the three reads. PHN_Startup waits
- *      up to 15 s for a handset before its two exchanges.
+ *      PHN_DeleteAllContacts and PHN_DeleteAllMessages wait at most 301 s for each of the three reads.
+ *      PHN_Startup waits up to 15 s for a handset before its two exchanges.
  *      PHN_GetFirstMessage makes two exchanges; for list 1 PHN_GetCallEntryCount and PHN_ClearCallEntries make two, and
  *      PHN_GetFirstCallEntry and PHN_GetNextCallEntry up to two.
  *      Modem port (used when the handset offers no diagnostic port): a read ends 7 s after the last byte that came; one
