@@ -4,8 +4,7 @@
 
 HandsetTest::~HandsetTest()
 {
-    if (library_)
-        FreeLibrary(library_);
+    Unload();
 }
 
 void HandsetTest::Load(const std::filesystem::path& library)
@@ -13,6 +12,13 @@ void HandsetTest::Load(const std::filesystem::path& library)
     library_ = LoadLibraryA(library.string().c_str());
     if (!library_)
         throw std::runtime_error("the library does not load: " + std::to_string(GetLastError()));
+}
+
+void HandsetTest::Unload()
+{
+    if (library_)
+        FreeLibrary(library_);
+    library_ = nullptr;
 }
 
 void HandsetTest::StartService()

@@ -54,6 +54,7 @@ protected:
 
     void Load() { Load(bench_.LibraryPath()); }
     void Load(const std::filesystem::path& library);
+    void Unload();
     // Plugs the handset in, loads the library and starts the service; the log is taken.
     void StartService();
     // How the service fares: the code of a request that every handset answers.
