@@ -3,6 +3,7 @@
 #include "phnctl/contacts/card_writer.h"
 
 #include "phnctl/contacts/contact.h"
+#include "phnctl/contacts/fitter.h"
 #include "phnctl/contacts/merge.h"
 
 #include <gtest/gtest.h>
@@ -78,8 +79,9 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          "TEL;CELL;PREF:1\nTEL;HOME;FAX:2\nTEL;PAGER:3\nNOTE:two\n  lines\nEND:VCARD\n",
          "FN=Zoë Müller|C1|F2|D1|dropped@8(TEL)|dropped@9(NOTE)|"},
         {"a character set of its own, and bytes that are none",
-         Card("FN;CHARSET=ISO-8859-2:\xA3ukasz\nTEL:1\n") + Card("FN:Ren\xE9\nTEL:2\n"),
-         "FN=Łukasz|C1|no-place-in-code-page@3(FN)|! FN=René|C2|charset-guessed@8(FN)|"},
+         Card("FN;CHARSET=ISO-8859-2:\xA3ukasz\nTEL:1\n") + Card("FN;CHARSET=ISO-8859-1:\x8Eofia\nTEL:1\n") +
+             Card("FN:Ren\xE9\nTEL:2\n"),
+         "FN=Łukasz|C1|no-place-in-code-page@3(FN)|! FN=Žofia|C1| FN=René|C2|charset-guessed@13(FN)|"},
         {"3.0 folds anywhere, also inside a character; escapes",
          Card("FN:Berg\\, A\\;n\\\\n\xC3\r\n \xA9\r\nTEL;TYPE=\r\n\tCELL:55\r\n 5\r\n"), "FN=Berg, A;n\\né|C555|"},
         {"no usable FN; the organisation is a name, too",
@@ -110,7 +112,7 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
               "X-PHN-DEFAULT-NO:4\nX-PHN-SPEEDDIAL-LIST:1\\,0,0,4,0\nREV:N/A\nUID:N/A\n"),
          "FN=A|M1|C2|X-PHN-GROUP-ID=3|D4|S1,0,0,4,0|not-a-number@7(X-PHN-RINGER-ID)|"},
         {"control characters become spaces, not lines", Card("FN:A\\nTEL:9\nTEL:1\nEMAIL:a\\nEND:VCARD\n"),
-         "FN=A TEL:9|C1|Ea END:VCARD|"},
+         "FN=A TEL:9|C1|Ea END:VCARD|control-characters@3(FN)|control-characters@5(EMAIL)|"},
         {"no card before a card", "hello\n" + Card("FN:A\nTEL:1\n"), "not-a-card@1()|! FN=A|C1|"},
         {"a card without an end", "BEGIN:VCARD\nFN:A\nTEL:1\n" + Card("FN:B\nTEL:2\n"),
          "FN=A|C1|not-a-card@1()|! FN=B|C2|"},
@@ -172,6 +174,39 @@ TEST(ContactCard, ComesBackFromItsOwnFileUnchanged)
     const std::vector<Candidate> back = ContactsOfFile("file", file);
     ASSERT_EQ(back.size(), 1u);
     EXPECT_EQ(Told(back.front().entry), Told(contact.entry)) << file;
+}
+
+// The library writes a contact's texts as the handset has them.
+TEST(ContactCard, ALineEndInATextOfTheHandsetMakesNoOtherProperty)
+{
+    const struct
+    {
+        const char *lines, *speedDials, *read, *inFile;
+    } cases[] = {
+        {"FN:Ann\r\nPHOTO:x\r\nEND:VCARD\r\nBEGIN:VCARD Lee\r\nTEL;TYPE=CELL:1", "0,0,0,0,0",
+         "FN=Ann\r\nPHOTO:x\r\nEND:VCARD\r\nBEGIN:VCARD Lee|C1|", "Ann PHOTO:x END:VCARD BEGIN:VCARD Lee"},
+        {"FN:Ann\r\nX-PHN-GROUP-ID:9\r\nREV:N/A\r\nUID:N/A\r\nEMAIL:a\r\n\r\nFN:Lee", "0,0,0,0,0",
+         "FN=Ann\r\nX-PHN-GROUP-ID:9\r\nREV:N/A\r\nUID:N/A|Ea\r\n\r\nFN:Lee|", "Ann X-PHN-GROUP-ID:9 REV:N/A UID:N/A"},
+        {"FN:Ann\r\nTEL;TYPE=CELL:666", "", "FN=Ann\r\nTEL;TYPE=CELL:666|", "Ann TEL;TYPE=CELL:666"}, // has no number
+        {"FN:A\x1B\nB\rC\tD\x81\r\nEMAIL:a", "0,0,0,0,0", "FN=A\x1B\nB\rC\tD\xC2\x81|Ea|", "A\\x1B B C D\\x81"},
+        // What looks like a number of the contact cannot be told from one.
+        {"FN:Ann\r\nTEL;TYPE=CELL:666\r\nTEL;TYPE=CELL:1", "0,0,0,0,0", "FN=Ann|C666|C1|", "Ann"},
+    };
+    for (const auto& [lines, speedDials, read, inFile] : cases) {
+        const StoredEntry contact{0,
+                                  FromLibraryText("BEGIN:VCARD\r\nVERSION:3.0\r\n" + std::string(lines) +
+                                                  "\r\nREV:N/A\r\nUID:N/A\r\nX-PHN-GROUP-ID:1\r\nX-PHN-PICTURE-ID:2\r\n"
+                                                  "X-PHN-RINGER-ID:3\r\nX-PHN-DEFAULT-NO:\r\nX-PHN-SPEEDDIAL-LIST:" +
+                                                  speedDials + "\r\nEND:VCARD\r\n")};
+        EXPECT_TRUE(Told(contact.entry).starts_with(read + std::string("X-PHN-GROUP-ID=1|"))) << Told(contact.entry);
+        const std::string file = FileOfContacts({&contact, 1});
+        const std::vector<Candidate> back = ContactsOfFile("file", file);
+        ASSERT_EQ(back.size(), 1u) << file;
+        EXPECT_EQ(*back.front().entry.Find("FN"), inFile);
+        EXPECT_EQ(StorableContact(contact.entry).Text(), CompleteContact(back.front().entry, nullptr).Text()) << file;
+        const bool hasControls = std::string(inFile) != "Ann";
+        EXPECT_EQ(Told(back.front()).find("control-characters") != std::string::npos, hasControls) << file;
+    }
 }
 
 } // namespace

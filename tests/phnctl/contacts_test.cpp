@@ -115,6 +115,17 @@ TEST_F(Contacts, AChangeShowsItselfKeepsACopyAndWhatTheCardLeavesOpen)
     EXPECT_EQ(Stored()[3].entries.front().value, "5551000411");
 }
 
+TEST_F(Contacts, APlanSaysWhatATextOfTheHandsetCannotBringAlong)
+{
+    Handset().Change(0,
+                     [](simulator::Phone& phone) { phone.contacts[3].firstName = "Zoë\r\nTEL;TYPE=WORK:6\r\n\x1B"; });
+    Expect(0, "contacts put --dry-run " + File("change.vcf", Card("Zoë", {"W7"})) + " 3",
+           {"    control-characters: line 1: the handset's Work, '6\\x0D\\x0A\\x1B Müller': its control characters do",
+            "    held-twice: line 1: the handset's contact has Work twice"});
+    const std::string card = Expect(0, "contacts get --text 3").out;
+    EXPECT_TRUE(Has(card, "TEL;TYPE=WORK:6\\n\\\\x1B Müller\r\n")) << card;
+}
+
 TEST_F(Contacts, OneBadCardDoesNotStopTheRestUnlessStrict)
 {
     Empty();

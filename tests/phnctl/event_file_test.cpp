@@ -266,6 +266,25 @@ TEST(EventFile, TheLibrarysTextAndTheToolsFilesComeBackUnchanged)
     }
 }
 
+// The library writes an event's texts as the handset has them.
+TEST(EventFile, ALineEndInATextOfTheHandsetMakesNoOtherProperty)
+{
+    const StoredEntry stored{
+        0, EventFromLibrary("BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nCREATED:20090105T080000Z\r\n"
+                            "LAST-MODIFIED:20090106T093000Z\r\nUID:{i\r\nDTSTART:20300101T000000Z}\r\n"
+                            "DESCRIPTION:Tea\r\nDTSTART:20300101T000000\r\n RRULE:FREQ=DAILY\nEND:VEVENT\x1B\r\n"
+                            "DTSTART:20090302T091500\r\nDTEND:20090302T093000\r\n\r\n\r\nEND:VEVENT\r\n"
+                            "END:VCALENDAR\r\n")};
+    EXPECT_EQ(*stored.entry.Find("DESCRIPTION"), "Tea\r\nDTSTART:20300101T000000\r\n RRULE:FREQ=DAILY\nEND:VEVENT\x1B");
+    EXPECT_EQ(*stored.entry.Find("UID"), "i\r\nDTSTART:20300101T000000Z");
+    EXPECT_FALSE(stored.entry.Find("RRULE"));
+    const auto back = EventsOfFile("file", FileOfEvents({&stored, 1}));
+    ASSERT_EQ(back.size(), 1u);
+    EXPECT_EQ(*back.front().entry.Find("DESCRIPTION"), "Tea DTSTART:20300101T000000  RRULE:FREQ=DAILY END:VEVENT\\x1B");
+    EXPECT_EQ(*back.front().entry.Find("DTSTART"), "20090302T091500");
+    EXPECT_EQ(*back.front().entry.Find("UID"), "i DTSTART:20300101T000000Z");
+}
+
 TEST(EventFile, TheLastOccurrenceIsTheSameForOtherPrograms)
 {
     SetLocalZone("EST5EDT,M3.2.0,M11.1.0");

@@ -20,9 +20,12 @@ TEST(Printable, ShowsOnlyWhatATerminalMayGet)
         {"\xED\xA0\x80", "\\xED\\xA0\\x80"},          // half of a surrogate pair
         {"\xF4\x90\x80\x80", "\\xF4\\x90\\x80\\x80"}, // beyond U+10FFFF
         {"\xE6\x97", "\\xE6\\x97"},                   // cut
+        {"\xC2\xAD\xD8\x9C", "\\xAD\\u{061C}"},       // a soft hyphen, an Arabic letter mark
     };
     for (const auto& [text, shown] : cases)
         EXPECT_EQ(Printable(text), shown);
+    EXPECT_EQ(WriteJson({std::string("\x1B\x7F\xC2\x9B \xE2\x80\xAE\xF3\xA0\x80\xA0 \xC3\xA6\xFF")}),
+              "\"\\u001b\\u007f\\u009b \\u202e\\udb40\\udc20 \xC3\xA6\xEF\xBF\xBD\"");
 }
 
 TEST(Report, AlignsAndWrapsToTheTerminal)

@@ -215,6 +215,8 @@ private:
             m_isCharsetGuessed = true;
             m_dropped.push_back({"charset-guessed", line.name, line.line, GuessedCharset(value)});
         }
+        if ((property == kName || IsAddress(property)) && HasControls(Unescaped(DecodedValue(line))))
+            m_dropped.push_back({"control-characters", line.name, line.line, kControlsReplaced});
         m_wishes.push_back({property, value, line.name, line.line, IsPreferred(line)});
     }
 

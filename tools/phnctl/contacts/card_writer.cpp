@@ -1,7 +1,6 @@
 #include "phnctl/contacts/card_writer.h"
 #include "phnctl/contacts/contact.h"
 #include "phnctl/text/content_value.h"
-#include "phnctl/text/text.h"
 
 #include <fmt/format.h>
 #include <windows.h>
@@ -15,7 +14,7 @@ namespace {
 void AppendCard(std::string& text, const Entry& contact)
 {
     const std::string* name = contact.Find(kName);
-    const std::string shown = Escaped(name ? WithoutControls(*name) : "");
+    const std::string shown = Escaped(name ? *name : "");
     const std::size_t space = shown.find(' ');
     text += "BEGIN:VCARD\r\nVERSION:3.0\r\n";
     AppendFolded(text, space == std::string::npos
@@ -24,9 +23,8 @@ void AppendCard(std::string& text, const Entry& contact)
     if (!name)
         text += "FN:\r\n";
     for (const EntryField& field : contact.fields) {
-        const std::string value = WithoutControls(field.value);
-        AppendFolded(text,
-                     fmt::format("{}:{}", field.property, field.property == kSpeedDials ? value : Escaped(value)));
+        const bool isList = field.property == kSpeedDials;
+        AppendFolded(text, fmt::format("{}:{}", field.property, isList ? field.value : Escaped(field.value)));
     }
     if (MayHaveLostText(contact))
         text += fmt::format("{}:{}\r\n", kLostText, GetACP());

@@ -5,10 +5,37 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
+#include <ranges>
 
 namespace phnctl {
 
 using namespace contact_property;
+
+namespace {
+
+// The lines of the library's text: BEGIN and VERSION, the name, the values in the order of the handset, and these, from
+// the last one on. A line end inside a value makes a line of its own; it is known by having no place in that order.
+constexpr std::size_t kBeforeName = 2;
+constexpr const char* kBehindValues[] = {"END", kSpeedDials, kDefault, kRinger, kPicture, kGroup, "UID", "REV"};
+
+std::vector<std::string> LinesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find("\r\n", begin), text.size());
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end + 2;
+    }
+    return lines;
+}
+
+EntryField FieldOf(const std::string& line)
+{
+    const std::size_t colon = std::min(line.find(':'), line.size());
+    return {line.substr(0, colon), line.substr(std::min(colon + 1, line.size()))};
+}
+
+} // namespace
 
 bool IsId(std::string_view property)
 {
@@ -49,19 +76,28 @@ bool MayHaveLostText(const Entry& read)
 
 Entry FromLibraryText(std::string_view text)
 {
-    constexpr std::string_view kFraming[] = {"BEGIN", "VERSION", "REV", "UID", "END"};
-    const std::string whole = FromHandset(text);
+    std::vector<std::string> lines = LinesOf(FromHandset(text));
+    Entry settings;
+    for (const char* property : kBehindValues)
+        if (!lines.empty() && FieldOf(lines.back()).property == property) {
+            settings.fields.insert(settings.fields.begin(), FieldOf(lines.back()));
+            lines.pop_back();
+        }
+    const std::string* const speedDials = settings.Find(kSpeedDials);
+    const bool hasValues = !speedDials || !speedDials->empty(); // the library lists them where there is any
     Entry entry;
-    for (std::size_t begin = 0; begin < whole.size();) {
-        const std::size_t end = std::min(whole.find("\r\n", begin), whole.size());
-        const std::string line = whole.substr(begin, end - begin);
-        const std::size_t colon = line.find(':');
-        const std::string property = line.substr(0, colon);
-        if (colon != std::string::npos && colon + 1 < line.size() &&
-            std::find(std::begin(kFraming), std::end(kFraming), property) == std::end(kFraming))
-            entry.fields.push_back({property, line.substr(colon + 1)});
-        begin = end + 2;
+    for (const std::string& line : lines | std::views::drop(kBeforeName)) {
+        const EntryField field = FieldOf(line);
+        const bool isName = entry.fields.empty() && field.property == kName;
+        if (isName || (hasValues && IsNumberOrAddress(field.property)))
+            entry.fields.push_back(field);
+        else if (!entry.fields.empty())
+            entry.fields.back().value += "\r\n" + line;
     }
+    std::ranges::move(settings.fields, std::back_inserter(entry.fields));
+    std::erase_if(entry.fields, [](const EntryField& field) {
+        return field.value.empty() || field.property == "REV" || field.property == "UID" || field.property == "END";
+    });
     return entry;
 }
 

@@ -56,7 +56,9 @@ Entry CompleteContact(const Entry& wanted, const Entry* replaced);
 // True when the library may have replaced characters that have no place in the code page. A '?' may be a real one, too.
 bool MayHaveLostText(const Entry& read);
 
-// From the library's vCard text, and back to such text in the code page.
+// From the library's vCard text, and back to such text in the code page. The library writes values as they are, also
+// with line ends in them: such a value stays whole, except where what follows a line end looks like another number or
+// address of the contact, which nothing tells from one.
 Entry FromLibraryText(std::string_view text);
 std::string ToLibraryText(const Entry& entry);
 

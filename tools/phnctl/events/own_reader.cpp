@@ -148,6 +148,30 @@ private:
     bool m_hasForeignProperty = false;
 };
 
+struct OwnTexts
+{
+    std::string uid;
+    std::string text;
+    std::string rest; // of the calendar
+};
+
+// The library writes the handset's texts as they are, also with line ends in them. They stand one behind the other, and
+// no text of the handset is behind them: so the last start is the event's, whatever they look like.
+OwnTexts TakeOutTexts(const std::string& calendar)
+{
+    constexpr std::string_view kUidMark = "\r\nUID:{", kTextMark = "\r\nDESCRIPTION:";
+    const std::size_t uid = calendar.find(kUidMark);
+    const std::size_t uidBegin = uid == std::string::npos ? 0 : uid + kUidMark.size();
+    const std::size_t uidEnd = uidBegin == 0 ? 0 : calendar.find("}" + std::string(kTextMark), uidBegin);
+    const std::size_t text = calendar.find(kTextMark, uidEnd);
+    const std::size_t end = calendar.rfind("\r\nDTSTART");
+    if (text == std::string::npos || end == std::string::npos || end < text + kTextMark.size())
+        return {"", "", calendar};
+    const std::size_t begin = text + kTextMark.size();
+    return {calendar.substr(uidBegin, uidEnd - uidBegin), calendar.substr(begin, end - begin),
+            calendar.substr(0, uidBegin == 0 ? text : uid) + calendar.substr(end)};
+}
+
 } // namespace
 
 std::optional<std::vector<EventDraft>> ReadOwnEvents(std::string_view text)
@@ -159,8 +183,18 @@ std::optional<std::vector<EventDraft>> ReadOwnEvents(std::string_view text)
 
 Entry EventFromLibrary(std::string_view text)
 {
-    auto drafts = OwnEventReader().Read(FromHandset(text));
-    return drafts.empty() ? Entry() : FitEvent(std::move(drafts.front())).entry;
+    OwnTexts texts = TakeOutTexts(FromHandset(text));
+    auto drafts = OwnEventReader().Read(texts.rest);
+    if (drafts.empty())
+        return {};
+    drafts.front().text = texts.text;
+    drafts.front().uid = texts.uid;
+    Entry entry = FitEvent(std::move(drafts.front())).entry;
+    for (EntryField& field : entry.fields)
+        if (const std::string& own = field.property == kUid ? texts.uid : texts.text;
+            (field.property == kUid || field.property == kText) && HasControls(own))
+            field.value = own;
+    return entry;
 }
 
 } // namespace phnctl

@@ -7,6 +7,7 @@
 #include "phnctl/text/text.h"
 #include "system/system.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <set>
 
@@ -54,6 +55,26 @@ void SpareGarbled(const EntryKind& kind, Plan& plan, const Inventory& inventory)
              fmt::format("the handset's {} may have characters that have no place in the code page, and '?' would be "
                          "written over them; {} does so",
                          kind.One(), kAcceptLoss)});
+    }
+}
+
+void TellDoubtfulTexts(const EntryKind& kind, Plan& plan, const Inventory& inventory)
+{
+    for (PlannedEntry& planned : plan.entries) {
+        const auto stored = std::ranges::find_if(
+            inventory.entries, [&](const StoredEntry& entry) { return entry.index == planned.index; });
+        if (planned.action != Action::Change || stored == inventory.entries.end())
+            continue;
+        std::set<std::string> properties;
+        for (const auto& [property, value] : stored->entry.fields) {
+            if (HasControls(value))
+                planned.Tell("control-characters",
+                             fmt::format("the handset's {}, '{}': {}", kind.Label(property), value, kControlsReplaced));
+            if (!properties.insert(property).second)
+                planned.Tell("held-twice", fmt::format("the handset's {} has {} twice: a line end in a text of it may "
+                                                       "pass for a number or an address",
+                                                       kind.One(), kind.Label(property)));
+        }
     }
 }
 

@@ -26,6 +26,9 @@ void RequireWholeCopy(const Invocation& invocation, const EntryKind& kind, std::
 // Takes out of a plan what would write the replacement of lost characters over the characters.
 void SpareGarbled(const EntryKind& kind, Plan& plan, const Inventory& inventory);
 
+// Says in a plan of the entries that it changes what the handset's own text does not bring along, or may pretend.
+void TellDoubtfulTexts(const EntryKind& kind, Plan& plan, const Inventory& inventory);
+
 // The answer to a deletion, also of nothing.
 void TellDeleted(const Invocation& invocation, std::size_t count, const std::string& one, const std::string& many);
 

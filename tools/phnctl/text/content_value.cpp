@@ -3,12 +3,15 @@
 #include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <optional>
 
 namespace phnctl {
 
 namespace {
+
+constexpr unsigned kWestern = 1252;
 
 std::optional<unsigned char> HexByte(std::string_view text)
 {
@@ -49,7 +52,7 @@ std::optional<unsigned> CodePageOf(const std::string& charset)
                                          : std::nullopt;
     };
     if (const auto part = numbered("ISO-8859-", 15); part && *part >= 1)
-        return 28590 + static_cast<unsigned>(*part);
+        return *part == 1 ? kWestern : 28590 + static_cast<unsigned>(*part); // as browsers do: it is what was meant
     if (const auto number = numbered("WINDOWS-", 1258); number && *number >= 1250)
         return static_cast<unsigned>(*number);
     return std::nullopt;
@@ -74,7 +77,6 @@ std::string GuessedCharset(const std::string& value)
 
 std::string Utf8Of(const std::string& bytes)
 {
-    constexpr unsigned kWestern = 1252;
     if (IsUtf8(bytes))
         return bytes;
     return CodePageHoldsAll() ? FromCodePage(kWestern, bytes) : FromHandset(bytes);
@@ -120,15 +122,18 @@ std::string Unescaped(std::string_view text)
 std::string Escaped(std::string_view text)
 {
     std::string escaped;
-    for (const char c : text) {
-        if (c == ',' || c == ';' || c == '\\')
-            escaped += '\\';
-        if (c == '\n')
-            escaped += "\\n";
-        else
+    for (;;) {
+        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+        for (const char c : VisibleControls(text.substr(0, end))) {
+            if (c == ',' || c == ';' || c == '\\')
+                escaped += '\\';
             escaped += c;
+        }
+        if (end == text.size())
+            return escaped;
+        escaped += "\\n";
+        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
     }
-    return escaped;
 }
 
 } // namespace phnctl

@@ -23,7 +23,8 @@ std::string Utf8Of(const std::string& bytes);
 // Splits at a separator that is not escaped, and resolves the escapes \n \, \; \: \\ in each part.
 std::vector<std::string> SplitEscaped(std::string_view text, char separator);
 std::string Unescaped(std::string_view text);
-// The reverse, for text of version 3.0 and later.
+// The reverse, for text of version 3.0 and later, on one line whatever the text holds: control characters that have no
+// escape become visible, as \xNN.
 std::string Escaped(std::string_view text);
 
 } // namespace phnctl

@@ -1,7 +1,8 @@
 #include "phnctl/text/json.h"
 
+#include "phnctl/text/text.h"
+
 #include <algorithm>
-#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -71,23 +72,9 @@ const Json* Json::Find(const std::string& name) const
     return member == object->end() ? nullptr : &member->value;
 }
 
-// The library escapes the control characters of ASCII; U+0080 to U+009F, some of which a terminal obeys too, are not
-// among them.
 std::string WriteJson(const Json& json)
 {
-    const std::string text =
-        std::visit(ToLibrary(), json.value).dump(-1, ' ', false, Library::error_handler_t::replace);
-    std::string escaped;
-    escaped.reserve(text.size());
-    for (size_t at = 0; at < text.size(); at++) {
-        const bool isControl =
-            text[at] == '\xC2' && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xA0;
-        if (isControl)
-            escaped += fmt::format("\\u{:04x}", static_cast<unsigned char>(text[++at]));
-        else
-            escaped += text[at];
-    }
-    return escaped;
+    return PrintableJson(std::visit(ToLibrary(), json.value).dump(-1, ' ', false, Library::error_handler_t::replace));
 }
 
 Json ParseJson(const std::string& text)

@@ -33,7 +33,7 @@ struct JsonMember
     Json value;
 };
 
-// One line without a line end. The text must be UTF-8; what is not becomes U+FFFD.
+// One line without a line end, fit for a terminal. The text must be UTF-8; what is not becomes U+FFFD.
 std::string WriteJson(const Json& json);
 
 // Throws std::runtime_error with place and reason when the text is not JSON.

@@ -2,7 +2,9 @@
 
 #include "phnctl/text/failure.h"
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <utility>
 #include <vector>
 #include <windows.h>
 
@@ -59,11 +61,40 @@ Character FirstCharacter(std::string_view text)
     return {code, length};
 }
 
+bool IsControl(unsigned code)
+{
+    return code < 0x20 || (code >= 0x7F && code < 0xA0);
+}
+
 // Control characters, and those that reverse or hide the text around them.
 bool IsUnsafe(unsigned code)
 {
-    return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x200B && code <= 0x200F) ||
-           (code >= 0x2028 && code <= 0x202E) || (code >= 0x2060 && code <= 0x206F) || code == 0xFEFF;
+    constexpr std::pair<unsigned, unsigned> kFormats[] = {
+        {0xAD, 0xAD},     {0x61C, 0x61C},   {0x180E, 0x180E}, {0x200B, 0x200F},   {0x2028, 0x202E},
+        {0x2060, 0x206F}, {0xFEFF, 0xFEFF}, {0xFFF9, 0xFFFB}, {0xE0000, 0xE007F},
+    };
+    return IsControl(code) || std::ranges::any_of(kFormats, [&](const auto& range) {
+               return range.first <= code && code <= range.second;
+           });
+}
+
+// Each character as it is, or as `shown` has it.
+template <class Shown>
+std::string Replaced(std::string_view text, Shown shown)
+{
+    std::string result;
+    while (!text.empty()) {
+        const Character character = FirstCharacter(text);
+        const std::size_t length = character.length ? character.length : 1;
+        result += shown(character, text.substr(0, length));
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
+std::string ByteMark(unsigned byte)
+{
+    return fmt::format("\\x{:02X}", byte);
 }
 
 } // namespace
@@ -128,33 +159,37 @@ std::string ToHandset(const std::string& text)
 
 std::string WithoutControls(std::string_view text)
 {
-    std::string plain;
-    while (!text.empty()) {
-        const Character character = FirstCharacter(text);
-        const std::size_t length = character.length ? character.length : 1;
-        const bool isControl =
-            character.length && (character.code < 0x20 || (character.code >= 0x7F && character.code < 0xA0));
-        plain.append(isControl ? " " : text.substr(0, length));
-        text.remove_prefix(length);
-    }
-    return plain;
+    return Replaced(text, [](const Character& character, std::string_view bytes) {
+        return std::string(character.length && IsControl(character.code) ? " " : bytes);
+    });
+}
+
+bool HasControls(std::string_view text)
+{
+    return WithoutControls(text) != text;
 }
 
 std::string Printable(std::string_view text)
 {
-    std::string shown;
-    while (!text.empty()) {
-        const Character character = FirstCharacter(text);
+    return Replaced(text, [](const Character& character, std::string_view bytes) {
         if (character.length == 0)
-            shown += fmt::format("\\x{:02X}", static_cast<unsigned char>(text[0]));
-        else if (IsUnsafe(character.code))
-            shown += character.code < 0x100 ? fmt::format("\\x{:02X}", character.code)
-                                            : fmt::format("\\u{{{:04X}}}", character.code);
-        else
-            shown += text.substr(0, character.length);
-        text.remove_prefix(character.length ? character.length : 1);
-    }
-    return shown;
+            return ByteMark(static_cast<unsigned char>(bytes[0]));
+        if (!IsUnsafe(character.code))
+            return std::string(bytes);
+        return character.code < 0x100 ? ByteMark(character.code) : fmt::format("\\u{{{:04X}}}", character.code);
+    });
+}
+
+std::string PrintableJson(std::string_view json)
+{
+    return Replaced(json, [](const Character& character, std::string_view bytes) {
+        if (!IsUnsafe(character.code))
+            return std::string(bytes);
+        std::string escaped;
+        for (const WCHAR unit : Widen(CP_UTF8, bytes))
+            escaped += fmt::format("\\u{:04x}", static_cast<unsigned>(unit));
+        return escaped;
+    });
 }
 
 std::string CutToUnits(const std::string& text, std::size_t units)
@@ -170,9 +205,20 @@ std::string CutToUnits(const std::string& text, std::size_t units)
     return text;
 }
 
-std::string OneLine(const std::string& value)
+std::string VisibleControls(std::string_view text)
 {
-    std::string text = WithoutControls(value);
+    bool isPair = false; // CR and LF are one line end
+    return Replaced(text, [&](const Character& character, std::string_view bytes) -> std::string {
+        const bool isSecond = std::exchange(isPair, character.code == '\r') && character.code == '\n';
+        if (character.code == '\t' || character.code == '\n' || character.code == '\r')
+            return isSecond ? "" : " ";
+        return character.length && IsControl(character.code) ? ByteMark(character.code) : std::string(bytes);
+    });
+}
+
+std::string OneLine(std::string_view value)
+{
+    std::string text = VisibleControls(value);
     text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }

@@ -39,14 +39,26 @@ bool IsUtf8(std::string_view text);
 
 // UTF-8 in which every control character is a space, so that it is one line.
 std::string WithoutControls(std::string_view text);
+bool HasControls(std::string_view text);
 
 // The beginning of a text that is no more than so many units of UTF-16.
 std::string CutToUnits(const std::string& text, std::size_t units);
 
-// One line: control characters become spaces, and there are none around the text.
-std::string OneLine(const std::string& value);
+// UTF-8 on one line: line ends and tabs become spaces, other control characters visible, as \xNN.
+std::string VisibleControls(std::string_view text);
 
-// UTF-8 made fit for a terminal: control characters, and bytes that are no UTF-8, as \xNN or \u{NNNN}.
+// What it has done to a text, for people.
+inline constexpr const char* kControlsReplaced =
+    "its control characters do not go over: line ends and tabs become spaces, others '\\xNN'";
+
+// The same without spaces around it.
+std::string OneLine(std::string_view value);
+
+// UTF-8 made fit for a terminal: control characters, those that reverse or hide the text around them, and bytes that
+// are no UTF-8, as \xNN or \u{NNNN}.
 std::string Printable(std::string_view text);
+
+// The same for text that is JSON already: as \uNNNN, which means the same to whoever reads it.
+std::string PrintableJson(std::string_view json);
 
 } // namespace phnctl

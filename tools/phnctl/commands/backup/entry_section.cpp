@@ -64,6 +64,7 @@ std::optional<Restoration> EntrySection::Prepare(const Invocation& invocation, c
             restoration.plan.deletions.push_back({std::move(other)});
     else
         restoration.others = others.size();
+    TellDoubtfulTexts(m_kind, restoration.plan, *inventory);
     restoration.apply = Applying(handset, m_kind, inventory);
     return restoration;
 }
@@ -73,8 +74,9 @@ std::optional<Restoration> EntrySection::Retrace(const Invocation& invocation, c
 {
     const auto inventory = std::make_shared<Inventory>(TakeInventory(handset, m_kind, IndexRange()));
     TellUnread(m_kind, *inventory);
-    return Restoration{&m_kind, phnctl::Retrace(steps, way, StorableOf(m_kind, *inventory), invocation.Has(kForce)),
-                       Applying(handset, m_kind, inventory)};
+    Plan plan = phnctl::Retrace(steps, way, StorableOf(m_kind, *inventory), invocation.Has(kForce));
+    TellDoubtfulTexts(m_kind, plan, *inventory);
+    return Restoration{&m_kind, std::move(plan), Applying(handset, m_kind, inventory)};
 }
 
 } // namespace phnctl

@@ -164,6 +164,7 @@ int CarryOut(const Invocation& invocation, Plan& plan, const std::function<void(
 int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Plan& plan,
              const Inventory& inventory, const char* verb)
 {
+    TellDoubtfulTexts(kind, plan, inventory);
     const int status = CarryOut(invocation, plan, [&](bool isStrict) {
         RunRecord record(invocation, handset, fmt::format("{} {}", kind.Many(), verb));
         record.KeepCopy(kind, EndangeredBy(plan, inventory));
