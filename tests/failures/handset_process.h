@@ -1,0 +1,25 @@
+// The simulated handset in a process of its own, so that nothing of it meets the failures that the host's process is
+// given. It outlasts the hosts, which take turns.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include <sys/types.h>
+
+class HandsetProcess
+{
+public:
+    explicit HandsetProcess(const std::filesystem::path& devices);
+    ~HandsetProcess();
+    HandsetProcess(const HandsetProcess&) = delete;
+    HandsetProcess& operator=(const HandsetProcess&) = delete;
+
+    // "plug", "unplug", "reset" (memory and faults as at first, unplugged), "changes" (to be reported to the host), or
+    // "fault TEXT". Returns when it is done.
+    void Tell(const std::string& command) const;
+
+private:
+    int socket_ = -1;
+    pid_t process_ = 0;
+};
