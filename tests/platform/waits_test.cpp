@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <atomic>
 #include <memory>
 #include <thread>
 #include <utility>
@@ -97,6 +98,38 @@ TEST(Waits, ThreadsTakeTurnsWithoutLosingAWakeUp)
     count(0);
     other.join();
     EXPECT_EQ(taken, 2000);
+}
+
+TEST(Waits, ASetEventFreesOneOfItsManyWaitersOrAllAndOnlyAFullSetThoseWhoWantAll)
+{
+    const Owned once = NewEvent(false, false);
+    const Owned taken = NewEvent(false, false);
+    const Owned stop = NewEvent(true, false);
+    const std::array both = {once.get(), stop.get()};
+    std::atomic<int> takes = 0;
+    std::array<std::thread, 4> any;
+    for (std::thread& thread : any) {
+        thread = std::thread([&] {
+            while (WaitForMultipleObjects(2, both.data(), FALSE, INFINITE) == WAIT_OBJECT_0) {
+                takes++;
+                SetEvent(taken.get());
+            }
+        });
+    }
+    for (int i = 0; i < 100; i++) {
+        SetEvent(once.get());
+        WaitForSingleObject(taken.get(), INFINITE);
+    }
+    EXPECT_EQ(takes, 100);
+    DWORD ofAll = WAIT_FAILED;
+    std::thread all([&] { ofAll = WaitForMultipleObjects(2, both.data(), TRUE, INFINITE); });
+    SetEvent(stop.get());
+    for (std::thread& thread : any)
+        thread.join();
+    SetEvent(once.get());
+    all.join();
+    EXPECT_EQ(ofAll, WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(once.get(), 0), WAIT_TIMEOUT) << "taken";
 }
 
 } // namespace

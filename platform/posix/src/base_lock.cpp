@@ -1,5 +1,6 @@
 #include "base_lock.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <new>
@@ -7,11 +8,19 @@
 namespace platform {
 namespace {
 
-// Never destroyed: threads may still wait while the process ends. It needs no memory but its own: Sleep cannot fail.
+// A blocked thread, on whose stack it lies: Sleep needs no memory and cannot fail.
+struct Waiter
+{
+    std::span<const Source> sources;
+    Waiter* next;
+    std::condition_variable woken = {};
+};
+
+// Never destroyed: threads may still wait while the process ends.
 struct Base
 {
     std::mutex mutex;
-    std::condition_variable changed;
+    Waiter* first = nullptr; // those who are blocked; a process has few
 };
 
 Base& TheBase()
@@ -28,17 +37,33 @@ Lock TakeBaseLock()
     return Lock(TheBase().mutex);
 }
 
-void WakeWaiters(const Lock&)
+void WakeWaiters(const Lock&, Source source)
 {
-    TheBase().changed.notify_all();
+    for (Waiter* waiter = TheBase().first; waiter; waiter = waiter->next) {
+        if (std::ranges::find(waiter->sources, source) != waiter->sources.end())
+            waiter->woken.notify_one();
+    }
 }
 
-void WaitForWake(Lock& lock, TimePoint deadline)
+void WakeAllWaiters(const Lock&)
 {
+    for (Waiter* waiter = TheBase().first; waiter; waiter = waiter->next)
+        waiter->woken.notify_one();
+}
+
+void WaitForWake(Lock& lock, std::span<const Source> sources, TimePoint deadline)
+{
+    Waiter*& first = TheBase().first;
+    Waiter waiter{sources, first};
+    first = &waiter;
     if (deadline == kNever)
-        TheBase().changed.wait(lock);
+        waiter.woken.wait(lock);
     else
-        TheBase().changed.wait_until(lock, RealTime(deadline));
+        waiter.woken.wait_until(lock, RealTime(deadline));
+    Waiter** place = &first;
+    while (*place != &waiter)
+        place = &(*place)->next;
+    *place = waiter.next;
 }
 
 } // namespace platform

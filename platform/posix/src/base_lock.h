@@ -1,11 +1,12 @@
 // One lock guards the state of everything that can be waited for, the message queues, the pending serial operations and
-// the service thread's tables; one condition variable wakes whoever waits for any of it. A function that takes a Lock&
-// is called with the base lock held (the parameter is the proof) and never calls an exported Win32 function, which
-// would take it again.
+// the service thread's tables. A blocked thread says what it is blocked for, and a change of one thing wakes only those
+// who are blocked for that one. A function that takes a Lock& is called with the base lock held (the parameter is the
+// proof) and never calls an exported Win32 function, which would take it again.
 #pragma once
 
 #include <condition_variable>
 #include <mutex>
+#include <span>
 
 #include "clock.h"
 
@@ -15,22 +16,25 @@ using Lock = std::unique_lock<std::mutex>;
 
 Lock TakeBaseLock();
 
-// Call after any change that may end somebody's wait.
-void WakeWaiters(const Lock& lock);
+// What a thread can be blocked for, by its address.
+using Source = const void*;
 
-// Waits for one wake-up, or until the clock has reached the deadline. Wakes for no reason too: call it in a loop.
-void WaitForWake(Lock& lock, TimePoint deadline);
+// Call after any change of the source that may end somebody's wait for it.
+void WakeWaiters(const Lock& lock, Source source);
 
-// Blocks until the predicate holds (true) or the clock has reached the deadline (false).
+// Call when the clock was moved: every time-out is looked at again.
+void WakeAllWaiters(const Lock& lock);
+
+// Waits until one of the sources has changed, or the clock has reached the deadline. Wakes for no reason too: call it
+// in a loop.
+void WaitForWake(Lock& lock, std::span<const Source> sources, TimePoint deadline);
+
+// Blocks until the predicate holds, which a change of the source may bring about.
 template <typename Predicate>
-bool BlockUntil(Lock& lock, TimePoint deadline, Predicate&& holds)
+void BlockUntil(Lock& lock, Source source, Predicate&& holds)
 {
-    while (!holds()) {
-        if (Now() >= deadline)
-            return false;
-        WaitForWake(lock, deadline);
-    }
-    return true;
+    while (!holds())
+        WaitForWake(lock, {&source, 1}, kNever);
 }
 
 // A wait that a caller asked for with a stated time-out, for as long as it lasts; a test can look for it.
@@ -55,15 +59,5 @@ public:
     StatedWait* next = first;
 #endif
 };
-
-// The same for a caller's stated time-out, which is over at the deadline.
-template <typename Predicate>
-bool BlockFor(Lock& lock, DWORD milliseconds, TimePoint deadline, Predicate&& holds)
-{
-    if (holds())
-        return true;
-    const StatedWait wait(lock, milliseconds, deadline);
-    return BlockUntil(lock, deadline, holds);
-}
 
 } // namespace platform

@@ -20,7 +20,7 @@ public:
     void Set(const Lock& lock)
     {
         signalled_ = true;
-        WakeWaiters(lock);
+        Wake(lock);
     }
     void Reset(const Lock&) { signalled_ = false; }
 

@@ -1,5 +1,5 @@
 // Posting, sending, taking and dispatching messages, and waiting for them together with handles.
-#include <algorithm>
+#include <array>
 #include <map>
 
 #include "message_queue.h"
@@ -29,6 +29,11 @@ public:
     InputArrival(std::shared_ptr<MessageQueue> queue, DWORD kinds) : queue_(std::move(queue)), kinds_(kinds) {}
 
     bool IsSignalled(const Lock& lock) const override { return queue_->HasNewInput(lock, kinds_); }
+    Source ChangesWith() const override { return queue_.get(); }
+    TimePoint IsDueAt(const Lock& lock) const override
+    {
+        return (kinds_ & QS_TIMER) ? queue_->NextTimer(lock) : kNever;
+    }
 
 private:
     const std::shared_ptr<MessageQueue> queue_;
@@ -41,11 +46,12 @@ LRESULT SendAcross(Lock& lock, const std::shared_ptr<SentMessage>& message)
 {
     message->window->queue->Send(lock, message);
     const auto own = MessageQueue::Current(lock);
+    const std::array<Source, 2> sources{message.get(), own.get()};
     for (;;) {
         own->RunSent(lock);
         if (message->done)
             break;
-        WaitForWake(lock, kNever);
+        WaitForWake(lock, sources, kNever);
     }
     if (!message->reached)
         throw Win32Error{ERROR_INVALID_WINDOW_HANDLE};
@@ -71,11 +77,12 @@ BOOL WINAPI GetMessageA(LPMSG lpMsg, HWND hWnd, UINT wMsgFilterMin, UINT wMsgFil
         Lock lock = TakeBaseLock();
         const auto queue = MessageQueue::Current(lock);
         const auto filter = FilterOf(lock, hWnd, wMsgFilterMin, wMsgFilterMax);
+        const std::array<Source, 1> sources{queue.get()};
         for (;;) {
             queue->RunSent(lock);
             if (queue->Take(lock, filter, true, *lpMsg))
                 return lpMsg->message != WM_QUIT;
-            WaitForWake(lock, queue->NextTimer(lock));
+            WaitForWake(lock, sources, queue->NextTimer(lock));
         }
     });
 }
@@ -156,17 +163,9 @@ DWORD WINAPI MsgWaitForMultipleObjects(DWORD nCount, const HANDLE* pHandles, BOO
     return Win32Call(Call::MsgWaitForMultipleObjects, WAIT_FAILED, [&]() -> DWORD {
         if (nCount >= MAXIMUM_WAIT_OBJECTS)
             throw Win32Error{ERROR_INVALID_PARAMETER};
-        auto objects = WaitablesOf(pHandles, nCount);
+        WaitableList objects(pHandles, nCount);
         Lock lock = TakeBaseLock();
-        const auto queue = MessageQueue::Current(lock);
-        objects.push_back(std::make_shared<InputArrival>(queue, dwWakeMask));
-        const TimePoint deadline = After(dwMilliseconds);
-        const StatedWait wait(lock, dwMilliseconds, deadline);
-        for (;;) {
-            const DWORD result = WaitFor(lock, objects, fWaitAll != FALSE, 0);
-            if (result != WAIT_TIMEOUT || Now() >= deadline)
-                return result;
-            WaitForWake(lock, std::min(deadline, queue->NextTimer(lock)));
-        }
+        objects.Add(std::make_shared<InputArrival>(MessageQueue::Current(lock), dwWakeMask));
+        return WaitFor(lock, objects, fWaitAll != FALSE, dwMilliseconds, After(dwMilliseconds));
     });
 }

@@ -68,10 +68,9 @@ void MessageQueue::Close(DWORD threadId)
     while (!queue->windows_.empty())
         RemoveWindow(lock, std::shared_ptr(queue->windows_.back()));
     for (const auto& message : queue->sent_)
-        message->done = true;
+        message->SetDone(lock);
     queue->sent_.clear();
     Queues().erase(threadId);
-    WakeWaiters(lock);
 }
 
 void MessageQueue::Forget(const Lock&, const Window& window)
@@ -87,7 +86,7 @@ void MessageQueue::Post(const Lock& lock, HWND window, UINT message, WPARAM wPar
         throw Win32Error{ERROR_NOT_ENOUGH_QUOTA};
     posted_.push_back(MakeMessage(window, message, wParam, lParam));
     newPosted_ = true;
-    WakeWaiters(lock);
+    WakeWaiters(lock, this);
 }
 
 void MessageQueue::PostQuit(const Lock& lock, int exitCode)
@@ -95,13 +94,13 @@ void MessageQueue::PostQuit(const Lock& lock, int exitCode)
     quitting_ = true;
     exitCode_ = exitCode;
     newPosted_ = true;
-    WakeWaiters(lock);
+    WakeWaiters(lock, this);
 }
 
 void MessageQueue::Send(const Lock& lock, std::shared_ptr<SentMessage> message)
 {
     sent_.push_back(std::move(message));
-    WakeWaiters(lock);
+    WakeWaiters(lock, this);
 }
 
 void MessageQueue::RunSent(Lock& lock)
@@ -113,8 +112,7 @@ void MessageQueue::RunSent(Lock& lock)
             message->reached = true;
             message->result = CallWindow(lock, *message->window, message->message, message->wParam, message->lParam);
         }
-        message->done = true;
-        WakeWaiters(lock);
+        message->SetDone(lock);
     }
 }
 

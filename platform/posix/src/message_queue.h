@@ -1,7 +1,8 @@
 // A thread's message queue: its windows, the messages posted and sent to them, and their timers. A timer has no message
 // of its own: when it is due and nothing else is there, WM_TIMER is made for the one who asks, and the timer starts
 // anew. Messages from other threads are sent by laying them into the queue; the owner runs them whenever it looks for
-// messages. Everything is under the base lock.
+// messages. Everything is under the base lock; new input wakes those who are blocked for the queue, and the end of a
+// sent message those who are blocked for the message.
 #pragma once
 
 #include <deque>
@@ -22,6 +23,12 @@ struct SentMessage
     LRESULT result = 0;
     bool done = false;
     bool reached = false; // the window's procedure ran
+
+    void SetDone(const Lock& lock)
+    {
+        done = true;
+        WakeWaiters(lock, this);
+    }
 };
 
 struct MessageFilter

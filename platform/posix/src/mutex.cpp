@@ -25,7 +25,7 @@ void Mutex::Release(const Lock& lock)
     if (--taken_ == 0) {
         owner_ = nullptr;
         std::erase(thread.owned, shared_from_this());
-        WakeWaiters(lock);
+        Wake(lock);
     }
 }
 
@@ -34,7 +34,7 @@ void Mutex::Abandon(const Lock& lock)
     owner_ = nullptr;
     taken_ = 0;
     abandoned_ = true;
-    WakeWaiters(lock);
+    Wake(lock);
 }
 
 } // namespace platform

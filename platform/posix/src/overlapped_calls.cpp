@@ -11,7 +11,7 @@ BOOL WINAPI GetOverlappedResult(HANDLE hFile, LPOVERLAPPED lpOverlapped, LPDWORD
         const auto isOver = [&] { return lpOverlapped->Internal != STATUS_PENDING; };
         if (!isOver() && !bWait)
             throw Win32Error{ERROR_IO_INCOMPLETE};
-        BlockUntil(lock, kNever, isOver);
+        BlockUntil(lock, lpOverlapped, isOver);
         *lpNumberOfBytesTransferred = static_cast<DWORD>(lpOverlapped->InternalHigh);
         if (lpOverlapped->Internal != ERROR_SUCCESS)
             throw Win32Error{static_cast<DWORD>(lpOverlapped->Internal)};

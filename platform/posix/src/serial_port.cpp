@@ -13,6 +13,12 @@
 namespace platform {
 namespace {
 
+// What those are blocked for who wait until the operation is over.
+Source SourceOf(const SerialOperation& operation)
+{
+    return operation.record ? static_cast<Source>(operation.record) : &operation;
+}
+
 void Finish(const Lock& lock, SerialOperation& operation)
 {
     operation.over = true;
@@ -22,8 +28,7 @@ void Finish(const Lock& lock, SerialOperation& operation)
     }
     if (operation.event)
         operation.event->Set(lock);
-    else
-        WakeWaiters(lock);
+    WakeWaiters(lock, SourceOf(operation));
 }
 
 // A record says that its operation is pending from the call until it is over.
@@ -75,7 +80,7 @@ DWORD SerialPort::Run(Direction& direction, std::shared_ptr<SerialOperation> ope
 void SerialPort::Block(Lock& lock, const SerialOperation& operation)
 {
     operation.thread->blockedIn = this;
-    BlockUntil(lock, kNever, [&] { return operation.over; });
+    BlockUntil(lock, SourceOf(operation), [&] { return operation.over; });
     operation.thread->blockedIn = nullptr;
 }
 

@@ -41,8 +41,6 @@ Failure& FailureOf(const char* name)
     return failures[static_cast<std::size_t>(found - kCallNames.begin())];
 }
 
-unsigned observers = 0; // threads in AwaitBlocked, under the base lock
-
 } // namespace
 
 DWORD InjectedError(Call call) noexcept
@@ -64,8 +62,7 @@ DWORD InjectedError(Call call) noexcept
 StatedWait::StatedWait(const Lock& lock, DWORD milliseconds, TimePoint until) : timeout(milliseconds), deadline(until)
 {
     first = this;
-    if (observers > 0)
-        WakeWaiters(lock);
+    WakeWaiters(lock, &first);
 }
 
 StatedWait::~StatedWait()
@@ -87,14 +84,14 @@ void AdvanceClock(DWORD milliseconds)
     const Lock lock = TakeBaseLock();
     MoveClock(std::chrono::milliseconds(milliseconds));
     OnClockMoved(lock);
-    WakeWaiters(lock);
+    WakeAllWaiters(lock);
 }
 
 bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads)
 {
     const auto giveUp = SteadyClock::now() + std::chrono::seconds(10);
+    const std::array<Source, 1> sources{&StatedWait::first};
     Lock lock = TakeBaseLock();
-    observers++;
     const auto found = [&] {
         unsigned blocked = 0;
         for (const StatedWait* wait = StatedWait::first; wait; wait = wait->next)
@@ -102,8 +99,7 @@ bool AwaitBlocked(DWORD timeoutMilliseconds, unsigned threads)
         return blocked >= threads;
     };
     while (!found() && SteadyClock::now() < giveUp)
-        WaitForWake(lock, Now() + (giveUp - SteadyClock::now()));
-    observers--;
+        WaitForWake(lock, sources, Now() + (giveUp - SteadyClock::now()));
     return found();
 }
 

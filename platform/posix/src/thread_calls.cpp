@@ -34,8 +34,7 @@ extern "C" void* RunThread(void* argument)
     const bool isAttached = ErrorOf([&] { AttachThread(start.record); }) == ERROR_SUCCESS;
     {
         const Lock lock = TakeBaseLock();
-        (isAttached ? start.record->started : start.record->ended) = true;
-        WakeWaiters(lock);
+        isAttached ? start.record->SetStarted(lock) : start.record->SetEnded(lock);
     }
     start.record.reset();
     if (isAttached)
@@ -77,7 +76,7 @@ HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE
         }
         start.release();
         Lock lock = TakeBaseLock();
-        BlockUntil(lock, kNever, [&] { return record->started || record->ended; });
+        BlockUntil(lock, record->ChangesWith(), [&] { return record->started || record->ended; });
         if (!record->started) {
             lock.unlock();
             FreeHandle(handle);

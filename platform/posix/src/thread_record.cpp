@@ -29,9 +29,8 @@ void EndThread(void* pointer)
     for (const auto& mutex : record.owned)
         mutex->Abandon(lock);
     record.owned.clear();
-    record.ended = true;
     attachment = nullptr;
-    WakeWaiters(lock);
+    record.SetEnded(lock);
 }
 
 pthread_key_t EndKey()

@@ -19,6 +19,17 @@ class ThreadRecord : public Waitable
 public:
     bool IsSignalled(const Lock&) const override { return ended; }
 
+    void SetStarted(const Lock& lock)
+    {
+        started = true;
+        Wake(lock);
+    }
+    void SetEnded(const Lock& lock)
+    {
+        ended = true;
+        Wake(lock);
+    }
+
     DWORD id = 0; // fixed once the thread runs
 
     // Under the base lock:

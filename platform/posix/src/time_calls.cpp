@@ -11,7 +11,10 @@ void WINAPI Sleep(DWORD dwMilliseconds)
         return;
     }
     Lock lock = TakeBaseLock();
-    BlockFor(lock, dwMilliseconds, After(dwMilliseconds), [] { return false; });
+    const TimePoint end = After(dwMilliseconds);
+    const StatedWait wait(lock, dwMilliseconds, end);
+    while (Now() < end)
+        WaitForWake(lock, {}, end);
 }
 
 ULONGLONG WINAPI GetTickCount64()

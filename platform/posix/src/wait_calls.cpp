@@ -6,9 +6,9 @@ using namespace platform;
 DWORD WINAPI WaitForSingleObject(HANDLE hHandle, DWORD dwMilliseconds)
 {
     return Win32Call(Call::WaitForSingleObject, WAIT_FAILED, [&] {
-        const auto object = FromHandle<Waitable>(hHandle);
+        const WaitableList objects(&hHandle, 1);
         Lock lock = TakeBaseLock();
-        return WaitFor(lock, {&object, 1}, false, dwMilliseconds);
+        return WaitFor(lock, objects, false, dwMilliseconds, AfterSilence(dwMilliseconds));
     });
 }
 
@@ -17,9 +17,9 @@ DWORD WINAPI WaitForMultipleObjects(DWORD nCount, const HANDLE* lpHandles, BOOL 
     return Win32Call(Call::WaitForMultipleObjects, WAIT_FAILED, [&] {
         if (nCount == 0 || nCount > MAXIMUM_WAIT_OBJECTS)
             throw Win32Error{ERROR_INVALID_PARAMETER};
-        const auto objects = WaitablesOf(lpHandles, nCount);
+        const WaitableList objects(lpHandles, nCount);
         Lock lock = TakeBaseLock();
-        return WaitFor(lock, objects, bWaitAll != FALSE, dwMilliseconds);
+        return WaitFor(lock, objects, bWaitAll != FALSE, dwMilliseconds, AfterSilence(dwMilliseconds));
     });
 }
 

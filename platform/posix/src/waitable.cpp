@@ -6,19 +6,21 @@ namespace platform {
 namespace {
 
 // Takes the first signalled object; false if there is none.
-bool TakeAny(const Lock& lock, WaitableList objects, DWORD& result)
+bool TakeAny(const Lock& lock, const WaitableList& objects, DWORD& result)
 {
-    for (DWORD i = 0; i < objects.size(); i++) {
-        if (objects[i]->IsSignalled(lock)) {
-            result = (objects[i]->Acquire(lock) ? WAIT_ABANDONED_0 : WAIT_OBJECT_0) + i;
+    DWORD index = 0;
+    for (const auto& object : objects) {
+        if (object->IsSignalled(lock)) {
+            result = (object->Acquire(lock) ? WAIT_ABANDONED_0 : WAIT_OBJECT_0) + index;
             return true;
         }
+        index++;
     }
     return false;
 }
 
 // Takes all objects if all are signalled, and none otherwise.
-bool TakeAll(const Lock& lock, WaitableList objects, DWORD& result)
+bool TakeAll(const Lock& lock, const WaitableList& objects, DWORD& result)
 {
     if (!std::ranges::all_of(objects, [&](const auto& object) { return object->IsSignalled(lock); }))
         return false;
@@ -30,23 +32,33 @@ bool TakeAll(const Lock& lock, WaitableList objects, DWORD& result)
     return true;
 }
 
-} // namespace
-
-DWORD WaitFor(Lock& lock, WaitableList objects, bool all, DWORD milliseconds)
+void WaitForChange(Lock& lock, const WaitableList& objects, TimePoint deadline)
 {
-    DWORD result = WAIT_TIMEOUT;
-    BlockFor(lock, milliseconds, AfterSilence(milliseconds),
-             [&] { return all ? TakeAll(lock, objects, result) : TakeAny(lock, objects, result); });
-    return result;
+    std::array<Source, MAXIMUM_WAIT_OBJECTS> sources;
+    std::size_t count = 0;
+    for (const auto& object : objects) {
+        sources[count++] = object->ChangesWith();
+        if (!object->IsSignalled(lock))
+            deadline = std::min(deadline, object->IsDueAt(lock));
+    }
+    WaitForWake(lock, {sources.data(), count}, deadline);
 }
 
-std::vector<std::shared_ptr<Waitable>> WaitablesOf(const HANDLE* handles, DWORD count)
+} // namespace
+
+DWORD WaitFor(Lock& lock, const WaitableList& objects, bool all, DWORD milliseconds, TimePoint deadline)
 {
-    std::vector<std::shared_ptr<Waitable>> objects;
-    objects.reserve(count);
-    for (DWORD i = 0; i < count; i++)
-        objects.push_back(FromHandle<Waitable>(handles[i]));
-    return objects;
+    DWORD result = WAIT_TIMEOUT;
+    const auto take = [&] { return all ? TakeAll(lock, objects, result) : TakeAny(lock, objects, result); };
+    if (take())
+        return result;
+    const StatedWait wait(lock, milliseconds, deadline);
+    while (Now() < deadline) {
+        WaitForChange(lock, objects, deadline);
+        if (take())
+            return result;
+    }
+    return WAIT_TIMEOUT;
 }
 
 } // namespace platform

@@ -1,11 +1,11 @@
 // What can be waited for: events, mutexes, threads, and a thread's message queue. A kind says when it is signalled and
 // what a satisfied wait takes from it; the waiting itself is written once, here. A kind that becomes signalled calls
-// WakeWaiters.
+// Wake.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <span>
-#include <vector>
 
 #include "base_lock.h"
 #include "handle_table.h"
@@ -20,14 +20,40 @@ public:
 
     // Takes what a satisfied wait of the calling thread takes. True if it was abandoned.
     virtual bool Acquire(const Lock&) { return false; }
+
+    // What changes when it becomes signalled.
+    virtual Source ChangesWith() const { return this; }
+
+    // When it becomes signalled by the clock alone.
+    virtual TimePoint IsDueAt(const Lock&) const { return kNever; }
+
+protected:
+    void Wake(const Lock& lock) const { WakeWaiters(lock, ChangesWith()); }
 };
 
-using WaitableList = std::span<const std::shared_ptr<Waitable>>;
+// The objects of one wait.
+class WaitableList
+{
+public:
+    // Those of a caller's array of handles, at most MAXIMUM_WAIT_OBJECTS; throws ERROR_INVALID_HANDLE.
+    WaitableList(const HANDLE* handles, DWORD count)
+    {
+        for (const HANDLE handle : std::span(handles, count))
+            Add(FromHandle<Waitable>(handle));
+    }
+
+    void Add(std::shared_ptr<Waitable> object) { objects_[count_++] = std::move(object); }
+
+    auto begin() const { return objects_.begin(); }
+    auto end() const { return begin() + count_; }
+
+private:
+    std::array<std::shared_ptr<Waitable>, MAXIMUM_WAIT_OBJECTS> objects_;
+    std::ptrdiff_t count_ = 0;
+};
 
 // The rule of WaitForMultipleObjects, with its results: WAIT_OBJECT_0 or WAIT_ABANDONED_0 plus the index, WAIT_TIMEOUT.
-DWORD WaitFor(Lock& lock, WaitableList objects, bool all, DWORD milliseconds);
-
-// The objects of a caller's array of handles; throws ERROR_INVALID_HANDLE.
-std::vector<std::shared_ptr<Waitable>> WaitablesOf(const HANDLE* handles, DWORD count);
+// The time-out, which the caller states in milliseconds, is over at the deadline.
+DWORD WaitFor(Lock& lock, const WaitableList& objects, bool all, DWORD milliseconds, TimePoint deadline);
 
 } // namespace platform
