@@ -58,8 +58,12 @@ TEST_F(Edit, LeavesWhatTheHandsetHasChangedMeanwhile)
         usleep(1000);
     Handset().Change(0, [](simulator::Phone& phone) { phone.contacts[0].firstName = "Other"; });
     const std::string changed = Entries();
-    phnctl_test::Expect(m_program.Finish(process), 1, {"has become another one meanwhile. Nothing was changed."});
+    const Outcome left = m_program.Finish(process);
+    phnctl_test::Expect(left, 1, {"has become another one meanwhile. Nothing was changed."});
     EXPECT_TRUE(Entries() == changed);
+    const std::size_t put = left.err.find("'phnctl contacts put ");
+    ASSERT_NE(put, std::string::npos) << left.err;
+    Expect(0, left.err.substr(put + 8, left.err.find("' writes it") - put - 8), {"    Work: (nothing) -> 5550199\n"});
 }
 
 } // namespace

@@ -19,7 +19,7 @@ namespace phnctl {
 
 namespace {
 
-// Gone with all that the editor leaves beside it, however the process ends.
+// Gone with all that the editor leaves beside it, however the process ends, unless it is kept.
 class EditedFile
 {
 public:
@@ -31,13 +31,21 @@ public:
     ~EditedFile()
     {
         std::error_code error;
-        std::filesystem::remove_all(m_folder, error);
+        if (!m_isKept)
+            std::filesystem::remove_all(m_folder, error);
         Forget(m_folder);
     }
     EditedFile(const EditedFile&) = delete;
     EditedFile& operator=(const EditedFile&) = delete;
 
     std::string Name() const { return TextOf(m_path); }
+    // What the person has made of it was not written.
+    void Keep(const EntryKind& kind, std::uint32_t index)
+    {
+        m_isKept = true;
+        fmt::print(stderr, "phnctl: the edited text is kept: 'phnctl {} put {} {}' writes it.\n", kind.Many(),
+                   Printable(Name()), index);
+    }
     void Write(const std::string& text) const { WriteText(m_path, text, Existing::Replace); }
 
     // What the person makes of it.
@@ -53,6 +61,7 @@ public:
 private:
     const std::filesystem::path m_folder;
     const std::filesystem::path m_path;
+    bool m_isKept = false;
 };
 
 // The name stands once, in FN: in N, which cards have besides, the former one would win.
@@ -105,9 +114,9 @@ void AskToEditAgain()
 }
 
 // Nothing: it stays as it is.
-std::optional<Candidate> EditedEntry(const Invocation& invocation, const EntryKind& kind, const StoredEntry& stored)
+std::optional<Candidate> EditedEntry(const Invocation& invocation, const EntryKind& kind, const StoredEntry& stored,
+                                     const EditedFile& file)
 {
-    const EditedFile file(kind.Extension());
     const std::string before = TextToEdit(kind, stored);
     for (file.Write(before);; AskToEditAgain()) {
         if (file.Edited() == before)
@@ -121,20 +130,34 @@ std::optional<Candidate> EditedEntry(const Invocation& invocation, const EntryKi
     }
 }
 
+int Write(const Invocation& invocation, const Handset& handset, const EntryKind& kind, const StoredEntry& stored,
+          Candidate edited)
+{
+    if (ReadOne(handset, kind, stored.index) != stored.entry)
+        throw Failure(
+            kRefused,
+            fmt::format("the handset's {} has become another one meanwhile. Nothing was changed.", kind.One()));
+    return Store(invocation, handset, kind, std::move(edited), stored.index, "edit");
+}
+
 int Edit(const Invocation& invocation, const EntryKind& kind)
 {
     const std::uint32_t index = ParseIndex(*invocation.Value("INDEX"));
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
         const StoredEntry stored{index, ReadOne(handset, kind, index)};
-        auto edited = EditedEntry(invocation, kind, stored);
+        EditedFile file(kind.Extension());
+        auto edited = EditedEntry(invocation, kind, stored, file);
         if (!edited)
             return PrintDone(invocation.options, "Nothing was changed.", {{{"", "", {{"changed", "", 0}}}}});
-        if (ReadOne(handset, kind, index) != stored.entry)
-            throw Failure(
-                kRefused,
-                fmt::format("the handset's {} has become another one meanwhile. Nothing was changed.", kind.One()));
-        status = Store(invocation, handset, kind, std::move(*edited), index, "edit");
+        try {
+            status = Write(invocation, handset, kind, stored, std::move(*edited));
+        } catch (const Failure&) {
+            file.Keep(kind, index);
+            throw;
+        }
+        if (status == kRefused)
+            file.Keep(kind, index);
     });
     return status;
 }
