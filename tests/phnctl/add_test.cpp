@@ -22,11 +22,16 @@ TEST_F(Add, AContactShowsWhereEachNumberIsAndIsTakenBack)
     const std::size_t before = Held().contacts.size();
     Expect(0, "contacts add \"Ann Lee\" --work 5550100 \"+47 555 01 42\" 5550199 --dry-run", {"Mobile  +475550142\n"});
     EXPECT_EQ(Handset().Requests(kSetContact), 0u);
+    Expect(0, "contacts add \"anna  BERG\" 5551000685 --dry-run",
+           {"namesake: the handset has a contact of this name already, at index 0; ",
+            "shared-number: another contact of the handset has a number or an address of these: Łukasz Wójcik, at "});
     Expect(0, "contacts add \"Ann Lee\" --work 5550100 \"+47 555 01 42\" 5550199",
            {"Name    Ann Lee\nMobile  +475550142\nHome    5550199\nWork    5550100\n"});
     EXPECT_EQ(Held().contacts.size(), before + 1);
-    Expect(0, "undo --yes");
+    Expect(2, "undo --yes 1999", {"there is no run 1999"});
+    Expect(0, "undo --yes 20", {"contacts.vcf\ndeleted      Ann Lee  (index "}); // the only run that begins so
     EXPECT_EQ(Held().contacts.size(), before);
+    Expect(2, "undo --yes 20", {"several runs begin with 20; "});
     const std::pair<const char*, const char*> refused[] = {
         {"Ann 1-800-FLOWERS", "NUMBER: '1-800-FLOWERS' is no number that can be dialled. Nothing was changed.\n"},
         {"Ann 1 2 3 4 5", "NUMBER: '5': the handset has no place for another one."},

@@ -89,7 +89,9 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
          "FN=Dr. Anna Maria Berg|C1|dropped@5(ORG)| FN=Harbour|C1|"},
         {"FN and N", Card("FN:Berg\\, Ana\nN:Berg;Ana;;;\nTEL:1\n") + Card("FN:Mum\nN:Berg;Eva;;;\nTEL:1\n"),
          "FN=Ana Berg|C1|name-from-parts@3(FN)| FN=Mum|C1|dropped@10(N)|"},
-        {"labels of an address book", Card("FN:A\nitem1.TEL:1\nitem1.X-ABLabel:_$!<HomeFAX>!$_\n"), "FN=A|F1|"},
+        {"labels of an address book",
+         Card("FN:A\nitem1.TEL:1\nitem1.X-ABLabel:_$!<HomeFAX>!$_\n") + Card("FN:B\nTEL;TYPE=WORKFAX:2\n"),
+         "FN=A|F1| FN=B|F2|"},
         {"extensions are dialled after a pause; what is not dialled from everywhere and remarks go",
          Card("FN:A\nTEL:555 0100 ext. 22\nTEL:+49 (0)30 1234567\nTEL:02234/12345 (abends)\nTEL:Max 5\n"),
          "FN=A|C5550100p22|H+49301234567|W0223412345|number-rewritten@4(TEL)|number-rewritten@5(TEL)|"

@@ -122,6 +122,8 @@ TEST_F(Contacts, APlanSaysWhatATextOfTheHandsetCannotBringAlong)
     Expect(0, "contacts put --dry-run " + File("change.vcf", Card("Zoë", {"W7"})) + " 3",
            {"    control-characters: line 1: the handset's Work, '6\\x0D\\x0A\\x1B Müller': its control characters do",
             "    held-twice: line 1: the handset's contact has Work twice"});
+    Expect(0, "contacts import --dry-run " + File("org.vcf", Card("Ann", {"C1\nORG:Harbour\nNOTE:x"})),
+           {"    dropped: ORG, line 5; NOTE, line 6: the handset has no place for them\n1 contact"});
     const std::string card = Expect(0, "contacts get --text 3").out;
     EXPECT_TRUE(Has(card, "TEL;TYPE=WORK:6\\n\\\\x1B Müller\r\n")) << card;
 }

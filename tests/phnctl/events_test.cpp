@@ -95,7 +95,7 @@ TEST_F(Events, AWholeDayStaysOneAndAToDoIsNoFailure)
                          "DTSTART;VALUE=DATE:20090415\nDTEND;VALUE=DATE:20090417\nEND:VEVENT\nEND:VCALENDAR\n");
     Expect(0, "events import " + file,
            {"left out     " + file + ":2  Milk\n", "2 events: 1 added, 1 left out.\n1 of 1 is on the handset.\n"});
-    Expect(0, "events list --from 2009-04-15 --days 1", {"Wed 2009-04-15        Thu 2009-04-16, all day"});
+    Expect(0, "events list --from 2009-04-15 --days 1", {"Wed 2009-04-15        2009-04-16"});
     Expect(0, "events export -", {"DTSTART;VALUE=DATE:20090415\r\nDTEND;VALUE=DATE:20090417\r\n"});
 }
 

@@ -54,13 +54,20 @@ TEST(Table, CutsWordsBeforeNumbersAndTimes)
     EXPECT_EQ(TableText({"Name", "Start", "Mobile"}, rows, 44),
               "Name        Start                 Mobile\nAnna        Wed 2026-11-25 19:00  +475552000\n"
               "太郎太郎…                         5551000000\n");
+    // Days and short words are no texts to be cut, and the name has more room than others.
+    EXPECT_EQ(
+        TableText({"Name", "End", "Note"},
+                  {{"Ann Lee from next door", "2026-11-25", "likes fish and chips"}, {"Bo", "all day", ""}}, 40),
+        "Name               End         Note\nAnn Lee from nex…  2026-11-25  likes fi…\nBo                 all day\n");
     EXPECT_EQ(TableText({"Name"}, {{std::string(30, 'x')}}, 0), "Name\n" + std::string(30, 'x') + "\n");
 }
 
 TEST(Wrapping, KeepsWordsWholeAndGoesOnBelowTheirColumn)
 {
-    EXPECT_EQ(Wrapped("    kept: one two three four five\nshort\n  --range A-B   Only the indexes\n", 30, 2),
-              "    kept: one two three four\n      five\nshort\n  --range A-B   Only the\n                indexes\n");
+    EXPECT_EQ(Wrapped("    kept: one two three  four five\nshort\n", 30, 2),
+              "    kept: one two three  four\n      five\nshort\n");
+    EXPECT_EQ(Wrapped("  --range A-B   Only the indexes\n", 30, 0),
+              "  --range A-B   Only the\n                indexes\n");
     EXPECT_EQ(Flowing("One\ntwo.\n\nExample:\n  a b\n  c\n"), "One two.\n\nExample:\n  a b\n  c\n");
 }
 

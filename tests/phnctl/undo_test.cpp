@@ -74,7 +74,7 @@ TEST_F(Undo, PutsBackWhatARunHasAddedChangedAndDeleted)
     Expect(0, "undo --yes");
     EXPECT_TRUE(Entries() == changed);
     Expect(2, "undo --yes", {"phnctl: there is no run to take back.\n"});
-    Expect(0, "undo --list", {"events clear", "settled"});
+    Expect(0, "undo --list", {"-events-clear ", "settled"});
 }
 
 TEST_F(Undo, MessagesComeBackNewlySaved)
@@ -84,7 +84,7 @@ TEST_F(Undo, MessagesComeBackNewlySaved)
     ASSERT_LT(Held().messages.size(), before);
     Run("undo --yes");
     EXPECT_GT(Held().messages.size(), before - 4); // those without a text cannot be saved
-    Expect(0, "undo --list", {"messages clear"});
+    Expect(0, "undo --list", {"-messages-clear "});
 }
 
 TEST_F(Undo, ARunThatWasKilledIsTakenBackOrFinished)

@@ -46,7 +46,7 @@ public:
     Line(const std::vector<Command>& commands, ParsedLine& result) : m_result(result)
     {
         m_app.name("phnctl");
-        m_app.footer(fmt::format(kEpilogue, LabelFolder().string()));
+        m_app.footer(Flowing(fmt::format(kEpilogue, LabelFolder().string())));
         AddOptions(m_app, result.invocation.options, m_logLevel);
         for (const Command& command : commands)
             Add(command);

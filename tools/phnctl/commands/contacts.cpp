@@ -5,6 +5,7 @@
 #include "phnctl/contacts/contact.h"
 #include "phnctl/contacts/fitter.h"
 #include "phnctl/contacts/kind.h"
+#include "phnctl/contacts/meeting.h"
 #include "phnctl/handset/labels.h"
 #include "phnctl/handset/session.h"
 #include "phnctl/text/text.h"
@@ -59,7 +60,9 @@ int Add(const Invocation& invocation)
     for (const auto& [option, property, help] : kTypedPlaces)
         if (const auto value = invocation.Value(option))
             wishes.push_back({property, *value, option});
-    return AddTyped(invocation, ContactKind(), FitContact(wishes));
+    return AddTyped(invocation, ContactKind(), FitContact(wishes), [](const Entry& typed, const Inventory& inventory) {
+        return NotesOnKin(ContactKind(), typed, inventory);
+    });
 }
 
 Command AddCommand()
@@ -69,15 +72,17 @@ Command AddCommand()
         options.push_back({option, property == kEmail ? "ADDRESS" : "NUMBER", help});
     for (CommandOption& option : AddOptions())
         options.push_back(std::move(option));
-    return {"contacts add",
-            "Store a contact that is typed here",
-            "Each number without an option takes the first place that is free: mobile, home, work, second mobile. The\n"
-            "answer shows where each one is. 'phnctl undo' takes it back.\n\n"
-            "Examples:\n  phnctl contacts add \"Anna Berg\" \"+47 555 01 42\" --work 5550100\n"
-            "  phnctl contacts add Office --email office@example.org --dry-run\n",
-            {{"NAME", "The whole name, in quotes", Count::One, {}}, {"NUMBER", "Numbers", Count::Any, {}}},
-            Add,
-            options};
+    return {
+        "contacts add",
+        "Store a contact that is typed here",
+        "Each number without an option takes the first place that is free: mobile, home, work, second mobile. The\n"
+        "answer shows where each one is, and which contacts have the name or a number already. 'phnctl undo' takes\n"
+        "it back.\n\n"
+        "Examples:\n  phnctl contacts add \"Anna Berg\" \"+47 555 01 42\" --work 5550100\n"
+        "  phnctl contacts add Office --email office@example.org --dry-run\n",
+        {{"NAME", "The whole name, in quotes", Count::One, {}}, {"NUMBER", "Numbers", Count::Any, {}}},
+        Add,
+        options};
 }
 
 } // namespace

@@ -61,7 +61,7 @@ Command EventAddCommand()
         "What is over, or may mean two things, is refused. The answer shows the event in full, and 'phnctl undo'\n"
         "takes it back.\n\n"
         "Examples:\n  phnctl events add Dentist tomorrow 9:00 1h30 --alarm 60\n"
-        "  phnctl events add \"Choir practice\" thu 19:30 2h --repeat \"weekly until 2009-06-25\"\n"
+        "  phnctl events add Choir thu 19:30 2h --repeat \"weekly until 2009-06-25\"\n"
         "  phnctl events add Holidays 2009-07-06 14d --dry-run\n",
         {{"TEXT", "What it is, in quotes", Count::One, {}}, {"WHEN", "A day, a time and a length", Count::Many, {}}},
         Add,

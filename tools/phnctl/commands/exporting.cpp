@@ -25,13 +25,15 @@ Argument ExportArgument()
 
 std::vector<CommandOption> ExportOptions(const std::string& format)
 {
-    return {{kFormat, fmt::format("{}|{}", format, kCsv), fmt::format("What to write (default: {})", format)},
+    return {{kFormat, fmt::format("{}|{}", format, kCsv),
+             fmt::format("What to write (default: what FILE ends in, else {})", format)},
             {kForce, "", "Replace files that exist"}};
 }
 
 bool WantsCsv(const Invocation& invocation, const std::string& format)
 {
-    const std::string asked = invocation.Value(kFormat).value_or(format);
+    const bool isCalledSo = PathOf(*invocation.Value("FILE")).extension() == ".csv";
+    const std::string asked = invocation.Value(kFormat).value_or(isCalledSo ? kCsv : format);
     if (asked != format && asked != kCsv)
         throw Failure(kUsage, fmt::format("{} '{}': allowed are {} and {}", kFormat, Printable(asked), format, kCsv));
     return asked == kCsv;

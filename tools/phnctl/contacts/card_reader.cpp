@@ -19,9 +19,11 @@ using namespace contact_property;
 
 namespace {
 
-// What a card says about itself, and what another property says as well.
-constexpr std::string_view kSilent[] = {"N",       "PRODID", "REV",          "UID",    "KIND",  "SOURCE", "NAME",
-                                        "PROFILE", "CLASS",  "CLIENTPIDMAP", "MAILER", "BEGIN", "END"};
+// What a card says about itself or to the program that wrote it, and what another property says as well.
+constexpr std::string_view kSilent[] = {
+    "N",    "PRODID",  "REV",     "UID",          "KIND",           "SOURCE",
+    "NAME", "PROFILE", "CLASS",   "CLIENTPIDMAP", "MAILER",         "BEGIN",
+    "END",  "X-ABUID", "X-ABADR", "X-ABSHOWAS",   "X-MS-OL-DESIGN", "X-MS-OL-DEFAULT-POSTAL-ADDRESS"};
 
 bool IsIn(std::string_view name, std::span<const std::string_view> names)
 {
@@ -64,9 +66,12 @@ std::string TypeOfLabel(const std::string& label)
 std::string NumberPlace(const ContentLine& line, const std::string& label)
 {
     const auto is = [&](const char* type) { return line.HasParameter("TYPE", type) || label == type; };
+    const bool isFax = std::ranges::any_of(line.parameters, [](const auto& parameter) {
+        return parameter.name == "TYPE" && UpperCase(parameter.value).ends_with("FAX"); // WORKFAX, too
+    });
     if (is("PAGER") || is("MODEM") || is("BBS") || is("TEXTPHONE"))
         return {};
-    if (is("FAX") || label.ends_with("FAX"))
+    if (isFax || label.ends_with("FAX"))
         return kFax;
     if (is("CELL") || is("MOBILE") || is("IPHONE"))
         return kCell;
@@ -222,8 +227,9 @@ private:
 
     void Drop(const ContentLine& line)
     {
-        m_dropped.push_back({"dropped", line.name, line.line,
-                             fmt::format("{}a handset's contact has no place for it", ShownValue(line))});
+        const std::string why = line.name == "TEL" ? "has no place for such a number" : kNoPlace;
+        m_dropped.push_back(
+            {"dropped", line.name, line.line, fmt::format("{}a handset's contact {}", ShownValue(line), why)});
     }
 
     const VCard& m_card;

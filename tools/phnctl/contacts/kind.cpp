@@ -188,6 +188,16 @@ public:
         return cells;
     }
 
+    std::string Values(const Entry& entry) const override
+    {
+        std::string values;
+        for (const EntryField& field : ValuesOf(entry))
+            AppendToList(values, LabelOf(field.property) + ' ' + field.value);
+        if (const std::string group = ValueOf(entry, kGroup); !group.empty() && group != "0")
+            AppendToList(values, LabelOf(kGroup) + ' ' + group);
+        return values;
+    }
+
     std::string Label(const std::string& property) const override { return LabelOf(property); }
 
     std::vector<Field> Details(const Handset& handset, const Entry& entry) const override

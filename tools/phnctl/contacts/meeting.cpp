@@ -197,6 +197,27 @@ private:
 
 } // namespace
 
+std::vector<Note> NotesOnKin(const EntryKind& kind, const Entry& typed, const Inventory& inventory)
+{
+    std::vector<Note> notes;
+    bool isShared = false;
+    for (const auto& [index, entry] : StorableOf(kind, inventory)) {
+        if (KeyOf(entry) == KeyOf(typed)) {
+            notes.push_back({"namesake", "", 0,
+                             fmt::format("the handset has a contact of this name already, at index {0}; 'phnctl "
+                                         "contacts edit {0}' changes that one",
+                                         index)});
+        } else if (!isShared && HaveValueInCommon(entry, typed)) {
+            isShared = true;
+            notes.push_back({"shared-number", "", 0,
+                             fmt::format("another contact of the handset has a number or an address of these: {}, at "
+                                         "index {}",
+                                         kind.Title(entry), index)});
+        }
+    }
+    return notes;
+}
+
 Plan MeetContacts(const EntryKind& kind, std::vector<Candidate> cards, const Inventory& inventory, Filling filling)
 {
     return ContactMeeting(kind, inventory, filling).Meet(std::move(cards));

@@ -116,11 +116,12 @@ std::string AlarmInWords(const std::string& minutes)
 
 ShownSpan SpanInWords(const EventTime& start, const EventTime& end, bool isWholeDays)
 {
+    constexpr std::size_t kWeekday = 4; // "Tue ", which the start has
     const std::string lastDay = ShownDay(end);
     const bool isOneDay = ShownDay(start) == lastDay;
     if (isWholeDays)
-        return {ShownDay(start), isOneDay ? "all day" : lastDay + ", all day"};
-    return {Shown(start), isOneDay ? Shown(end).substr(lastDay.size() + 1) : Shown(end)};
+        return {ShownDay(start), isOneDay ? "all day" : lastDay.substr(kWeekday)};
+    return {Shown(start), Shown(end).substr(isOneDay ? lastDay.size() + 1 : kWeekday)};
 }
 
 } // namespace phnctl

@@ -49,6 +49,9 @@ struct Note
     std::string text;     // for people
 };
 
+// The end of the note on a property that the handset has no place for; of several such the report makes one line.
+inline constexpr const char* kNoPlace = "has no place for it";
+
 // An entry of a file, made ready for the handset.
 struct Candidate
 {

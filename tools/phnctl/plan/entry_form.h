@@ -6,6 +6,7 @@
 #include "phnctl/plan/entry.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -13,6 +14,8 @@ namespace phnctl {
 
 struct Inventory;
 struct Plan;
+
+void AppendToList(std::string& list, std::string_view item); // with a comma between
 
 // What becomes of that which only the handset's entry holds when a file's entry changes it.
 enum class Filling
@@ -38,6 +41,9 @@ public:
     // The columns of a list, behind the index, and an entry's row of it.
     virtual std::vector<std::string> Columns() const = 0;
     virtual std::vector<std::string> Row(const Entry& entry) const = 0;
+    // What an entry holds beside its title: "Mobile 5551234567, Fax 5551234568". By the columns, unless a kind has
+    // more.
+    virtual std::string Values(const Entry& entry) const;
 
     // What a file's entry does not say is taken from the entry that it replaces (null: none).
     virtual Entry Complete(const Entry& wanted, const Entry* replaced) const = 0;

@@ -82,6 +82,12 @@ Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const Ind
     return Ask(handset, kind, range, never);
 }
 
+Inventory Glance(const Invocation& invocation, const Handset& handset, const EntryKind& kind)
+{
+    LikelyEnd end(kind.Counted(handset, invocation.options));
+    return Ask(handset, kind, IndexRange(), end);
+}
+
 Inventory Search(const Invocation& invocation, const Handset& handset, const EntryKind& kind, const IndexRange& range)
 {
     if (range.isGiven || invocation.Has(kAllOption))

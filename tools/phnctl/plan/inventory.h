@@ -43,6 +43,9 @@ struct Inventory
 // end it; throws Refusal when the handset is lost or three exchanges in a row fail.
 Inventory TakeInventory(const Handset& handset, const EntryKind& kind, const IndexRange& range);
 
+// The same until no further entry is likely.
+Inventory Glance(const Invocation& invocation, const Handset& handset, const EntryKind& kind);
+
 // The same to show entries: without a given range it ends where no further entry is likely, unless --all was given.
 // Then it says so on standard error.
 Inventory Search(const Invocation& invocation, const Handset& handset, const EntryKind& kind, const IndexRange& range);

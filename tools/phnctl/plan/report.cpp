@@ -1,9 +1,9 @@
 #include "phnctl/plan/report.h"
 
-#include "phnctl/text/table.h"
 #include "phnctl/text/text.h"
 #include "phnctl/text/wrapping.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 namespace phnctl {
@@ -61,32 +61,41 @@ void AppendNote(std::string& text, const Note& note)
                         note.line ? fmt::format("line {}: ", note.line) : "", Printable(note.text));
 }
 
-// What a new entry is going to hold beside its title: "Mobile 5551234567, Group 0".
-std::string Values(const EntryForm& form, const Entry& entry)
+bool HasNoPlace(const Note& note)
 {
-    const std::vector<std::string> columns = form.Columns();
-    const std::vector<std::string> row = form.Row(entry);
-    const std::string title = form.Title(entry);
-    std::string values;
-    for (std::size_t i = 0; i < columns.size() && i < row.size(); ++i)
-        if (!row[i].empty() && row[i] != title)
-            values += fmt::format("{}{} {}", values.empty() ? "" : ", ", columns[i], Printable(row[i]));
-    return values;
+    return note.text.ends_with(kNoPlace);
+}
+
+// Address books write much that a handset has no place for: of several such properties one line.
+void AppendNotes(std::string& text, std::vector<Note> notes)
+{
+    const auto first = std::ranges::find_if(notes, HasNoPlace);
+    if (std::ranges::count_if(notes, HasNoPlace) > 1) {
+        std::string names;
+        for (const Note& note : notes)
+            if (HasNoPlace(note))
+                names += fmt::format("{}{}, line {}", names.empty() ? "" : "; ", note.property, note.line);
+        *first = {first->code, "", 0, names + ": the handset has no place for them"};
+        notes.erase(std::remove_if(first + 1, notes.end(), HasNoPlace), notes.end());
+    }
+    for (const Note& note : notes)
+        AppendNote(text, note);
 }
 
 void AppendEntry(std::string& text, const EntryForm& form, const Plan& plan, const PlannedEntry& planned,
-                 unsigned width)
+                 bool hasValues)
 {
     const std::string line = planned.from.line ? fmt::format(":{}", planned.from.line) : "";
     const std::string place = planned.from.file.empty() ? "" : Printable(planned.from.file) + line + "  ";
     text += fmt::format("{:<11}  {}{}", Heading(plan, planned), place, Printable(form.Title(planned.from.entry)));
     const auto index = planned.ShownIndex();
     text += index ? fmt::format("  (index {})\n", *index) : "\n";
-    if (width != 0 && planned.action == Action::Add && !plan.isApplied)
-        text += Fitted("    " + Values(form, planned.target), width) + '\n';
-    for (const Note& note : planned.from.notes)
-        if (planned.action != Action::Same || note.code == kKept)
-            AppendNote(text, note);
+    if (hasValues && planned.action == Action::Add && !plan.isApplied)
+        text += fmt::format("    {}\n", Printable(form.Values(planned.target)));
+    std::vector<Note> notes = planned.from.notes;
+    if (planned.action == Action::Same)
+        std::erase_if(notes, [](const Note& note) { return note.code != kKept; });
+    AppendNotes(text, std::move(notes));
     AppendDifferences(text, form, planned.changes, "");
     AppendDifferences(text, form, planned.readBack, "read back differs, ");
     if (!planned.problem.empty())
@@ -117,7 +126,7 @@ std::string PlanText(const EntryForm& form, const Plan& plan, unsigned width)
     std::string text;
     for (const PlannedEntry& planned : plan.entries)
         if (IsWorthTelling(plan, planned))
-            AppendEntry(text, form, plan, planned, width);
+            AppendEntry(text, form, plan, planned, width != 0);
     for (const Deletion& deletion : plan.deletions)
         AppendDeletion(text, form, plan, deletion);
     return Wrapped(text + SummaryText(form, plan), width, 2);

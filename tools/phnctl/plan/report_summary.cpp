@@ -57,6 +57,8 @@ std::string Remarks(const Plan& plan)
 std::string Summary(const EntryForm& form, const Plan& plan)
 {
     const std::size_t all = plan.entries.size();
+    if (all == 0)
+        return plan.deletions.empty() ? fmt::format("There are no {} to write.\n", form.Many()) : "";
     std::string text = fmt::format("{} {}: ", all, all == 1 ? form.One() : form.Many());
     const std::size_t same = plan.Count(Action::Same);
     const std::size_t unfit = plan.Count(Action::CannotHold);

@@ -19,20 +19,28 @@ std::vector<std::string> PrintableRow(const std::vector<std::string>& row)
 
 using Rows = std::vector<std::vector<std::string>>;
 
+constexpr std::size_t kNarrowest = 6;
+constexpr std::size_t kShort = 8;
+
 struct Column
 {
     std::size_t width = 0;
     bool isWhole = true; // cut last
+    bool isMain = false; // what people look for: it keeps twice the room of other texts
+
+    std::size_t Share() const { return isMain ? (width + 1) / 2 : width; }
 };
 
-// Digits and the marks between them, or a text with a time of day in it: half of one is another one.
+// Digits and the marks between them, or a text with a date or a time of day in it: half of one is another one. What is
+// short is never cut.
 bool IsNumberOrTime(const std::string& cell)
 {
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    if (cell.find_first_not_of("0123456789+*#:.- ") == std::string::npos)
+    if (cell.size() <= kShort || cell.find_first_not_of("0123456789+*#pw:.- ") == std::string::npos)
         return true;
-    for (std::size_t colon = cell.find(':'); colon != std::string::npos; colon = cell.find(':', colon + 1))
-        if (colon > 0 && colon + 1 < cell.size() && isDigit(cell[colon - 1]) && isDigit(cell[colon + 1]))
+    for (std::size_t mark = cell.find_first_of(":-"); mark != std::string::npos;
+         mark = cell.find_first_of(":-", mark + 1))
+        if (mark > 0 && mark + 1 < cell.size() && isDigit(cell[mark - 1]) && isDigit(cell[mark + 1]))
             return true;
     return false;
 }
@@ -41,6 +49,7 @@ Column ColumnOf(const Rows& rows, std::size_t number)
 {
     constexpr std::size_t kWidestNumber = 24;
     Column column;
+    column.isMain = rows.front()[number] == "Name" || rows.front()[number] == "Text";
     for (const auto& row : rows) {
         if (number >= row.size())
             continue;
@@ -54,10 +63,10 @@ Column ColumnOf(const Rows& rows, std::size_t number)
 // The widest column that may still be cut; null if there is none.
 Column* ToNarrow(std::vector<Column>& columns, bool alsoWhole)
 {
-    constexpr std::size_t kNarrowest = 8;
     Column* widest = nullptr;
     for (Column& column : columns)
-        if (column.width > kNarrowest && (alsoWhole || !column.isWhole) && (!widest || column.width > widest->width))
+        if (column.width > kNarrowest && (alsoWhole || !column.isWhole) &&
+            (!widest || column.Share() > widest->Share()))
             widest = &column;
     return widest;
 }

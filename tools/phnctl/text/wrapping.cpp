@@ -21,7 +21,7 @@ std::string WrappedLine(const std::string& line, std::size_t width, std::size_t 
 {
     const std::size_t indent = std::min(line.find_first_not_of(' '), line.size());
     const std::size_t second = SecondColumn(line, indent);
-    const bool isTable = second != 0 && second < width * 2 / 3;
+    const bool isTable = hanging == 0 && second != 0 && second < width * 2 / 3;
     const std::string margin(isTable ? second : indent + hanging, ' ');
     std::string text;
     std::string current = line;

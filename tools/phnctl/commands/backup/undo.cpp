@@ -53,7 +53,7 @@ int List(const Invocation& invocation)
     JsonList list;
     std::vector<std::vector<std::string>> rows;
     for (const JournalRun& run : runs) {
-        rows.push_back({run.name, run.command, WhatIsIn(run), StateOf(run), run.handset.model});
+        rows.push_back({run.name, WhatIsIn(run), StateOf(run), run.handset.model}); // its command is in the name
         list.push_back({JsonObject{{"run", {run.name}},
                                    {"command", {run.command}},
                                    {"what", {WhatIsIn(run)}},
@@ -68,7 +68,7 @@ int List(const Invocation& invocation)
         fmt::print("No run has written anything yet.\n");
     else
         fmt::print("{}They are in {}.\n",
-                   TableText({"RUN", "COMMAND", "WHAT", "STATE", "MODEL"}, rows, host::TerminalWidth(stdout)),
+                   TableText({"RUN", "WHAT", "STATE", "MODEL"}, rows, host::TerminalWidth(stdout)),
                    Printable(TextOf(RunsFolder())));
     return kDone;
 }
@@ -80,17 +80,29 @@ bool CanBeMeant(const JournalRun& run, Way way)
     return way == Way::Back ? std::ranges::any_of(run.steps, &JournalStep::isBegun) : !run.IsWhole();
 }
 
+// The beginning of a name is enough where no other run begins so.
+JournalRun NamedRun(const std::string& name, const std::vector<JournalRun>& runs)
+{
+    const auto begins = [&](const JournalRun& run) { return run.name.starts_with(name); };
+    const auto exact = std::ranges::find(runs, name, &JournalRun::name);
+    const auto found = exact != runs.end() ? exact : std::ranges::find_if(runs, begins);
+    if (found == runs.end())
+        throw Failure(kUsage, fmt::format("there is no run {}; 'phnctl undo --list' shows them", Printable(name)));
+    if (found != exact && std::ranges::count_if(runs, begins) > 1)
+        throw Failure(kUsage,
+                      fmt::format("several runs begin with {}; 'phnctl undo --list' shows them", Printable(name)));
+    return *found;
+}
+
 // The run that is named, or the last one that can be meant.
 JournalRun RunOf(const Invocation& invocation, const std::vector<JournalRun>& runs, Way way)
 {
-    const auto name = invocation.Value("RUN");
-    const auto found = std::ranges::find_if(
-        runs, [&](const JournalRun& run) { return name ? run.name == *name : CanBeMeant(run, way); });
-    if (found != runs.end())
-        return *found;
-    if (name)
-        throw Failure(kUsage, fmt::format("there is no run {}; 'phnctl undo --list' shows them", Printable(*name)));
-    throw Failure(kUsage, way == Way::Back ? "there is no run to take back." : "no run was cut off.");
+    if (const auto name = invocation.Value("RUN"))
+        return NamedRun(*name, runs);
+    const auto found = std::ranges::find_if(runs, [&](const JournalRun& run) { return CanBeMeant(run, way); });
+    if (found == runs.end())
+        throw Failure(kUsage, way == Way::Back ? "there is no run to take back." : "no run was cut off.");
+    return *found;
 }
 
 // Its own steps, behind those of the run that it has finished.
@@ -120,7 +132,7 @@ void Ask(const Invocation& invocation, const std::vector<Part>& parts)
     if (const std::string written = AmountToWrite(parts); !written.empty())
         deeds.push_back("write " + written + " to the handset");
     if (const std::string gone = AmountToDelete(parts); !gone.empty())
-        deeds.push_back("delete " + gone + " from it");
+        deeds.push_back(fmt::format("delete {} from {}", gone, deeds.empty() ? "the handset" : "it"));
     if (deeds.empty())
         return;
     std::string question = fmt::format("{}?", fmt::join(deeds, ", and "));
@@ -171,7 +183,10 @@ int Resume(const Invocation& invocation)
 
 Argument RunArgument()
 {
-    return {"RUN", "A run that 'undo --list' shows (default: the last one)", Count::Optional, {}};
+    return {"RUN",
+            "A run that 'undo --list' shows, or the beginning of its name (default: the last one)",
+            Count::Optional,
+            {}};
 }
 
 std::vector<CommandOption> RetraceOptions()

@@ -6,8 +6,11 @@
 #include "phnctl/plan/run_record.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/text.h"
+#include "system/system.h"
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <iterator>
 
 namespace phnctl {
 
@@ -25,13 +28,16 @@ void RequireAllOfIt(const EntryKind& kind, const Candidate& typed)
 
 } // namespace
 
-int AddTyped(const Invocation& invocation, const EntryKind& kind, const Candidate& typed)
+int AddTyped(const Invocation& invocation, const EntryKind& kind, Candidate typed, const NotesOnTyped& notes)
 {
     RequireAllOfIt(kind, typed);
+    const bool isInPlan = invocation.Has(kDryRun) && host::TerminalWidth(stdout) != 0;
     int status = kDone;
     WithHandset(invocation.options, [&](const Handset& handset) {
+        if (notes)
+            std::ranges::move(notes(typed.entry, Glance(invocation, handset, kind)), std::back_inserter(typed.notes));
         status = Store(invocation, handset, kind, typed, std::nullopt, "add");
-        if (!invocation.options.json)
+        if (!invocation.options.json && !isInPlan)
             Print(invocation.options, Describe(kind, typed.entry, kind.Details(handset, typed.entry)));
     });
     return status;

@@ -44,9 +44,12 @@ int CarryOut(const Invocation& invocation, const Handset& handset, const EntryKi
 int Store(const Invocation& invocation, const Handset& handset, const EntryKind& kind, Candidate candidate,
           std::optional<std::uint32_t> index, const char* verb);
 
+// What there is to say of what is typed beside what the handset holds.
+using NotesOnTyped = std::function<std::vector<Note>(const Entry& typed, const Inventory& inventory)>;
+
 // Stores what a person has typed, and shows all of it, so that a mistake is seen. Throws Failure(kUsage) where the
 // handset would not hold just that. The exit status.
-int AddTyped(const Invocation& invocation, const EntryKind& kind, const Candidate& typed);
+int AddTyped(const Invocation& invocation, const EntryKind& kind, Candidate typed, const NotesOnTyped& notes = {});
 std::vector<CommandOption> AddOptions(); // --dry-run and --no-copy
 
 } // namespace phnctl

@@ -87,7 +87,7 @@ std::string FormatOf(const EntryKind& kind)
 
 int Export(const Invocation& invocation, const EntryKind& kind)
 {
-    const bool isSheet = WantsCsv(invocation, FormatOf(kind));
+    const bool isSheet = !kind.SheetProperties().empty() && WantsCsv(invocation, FormatOf(kind));
     if (isSheet && invocation.Has(kFolder))
         throw Failure(kUsage, fmt::format("csv is one table in one file: {} is not for it", kFolder));
     const std::string destination = *invocation.Value("FILE");

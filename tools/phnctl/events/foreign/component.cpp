@@ -149,8 +149,8 @@ private:
             ++m_dropped[kText];
         for (const auto& [name, count] : m_dropped)
             m_draft.Tell("dropped", name,
-                         "a handset's event has no place for it" +
-                             (count == 1 ? std::string() : fmt::format(" ({} of them)", count)));
+                         fmt::format("{}a handset's event {}",
+                                     count == 1 ? std::string() : fmt::format("{} of them: ", count), kNoPlace));
     }
 
     icalcomponent* m_event;
