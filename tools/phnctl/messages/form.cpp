@@ -63,11 +63,9 @@ Candidate CandidateOf(const PduContent& content)
 {
     Candidate candidate;
     candidate.entry = MessageEntry(content);
-    try {
-        SavingPdu(candidate.entry);
-    } catch (const Failure& failure) {
+    if (auto why = WhyNotWritable(candidate.entry)) {
         candidate.fits = false;
-        candidate.notes.push_back({"not-writable", "", 0, failure.what()});
+        candidate.notes.push_back(*std::move(why));
     }
     return candidate;
 }
@@ -115,6 +113,16 @@ PduBytes SavingPdu(const Entry& message)
     if (const std::string* callback = message.Find(kCallback))
         content.callback = *callback;
     return WriteOutgoing(content);
+}
+
+std::optional<Note> WhyNotWritable(const Entry& message)
+{
+    try {
+        SavingPdu(message);
+        return std::nullopt;
+    } catch (const Failure& failure) {
+        return Note{"not-writable", "", 0, failure.what()};
+    }
 }
 
 std::vector<Candidate> MessagesOfFile(const std::string& file, const std::string& text)

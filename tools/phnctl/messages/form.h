@@ -21,6 +21,9 @@ PduBytes SavingPdu(const Entry& message);
 Losses LossesOf(const std::vector<StoredMessage>& messages);
 
 // The messages of a file that MessagesJson has written. Throws std::runtime_error when it is none.
+// Nothing: a PDU can carry it.
+std::optional<Note> WhyNotWritable(const Entry& message);
+
 std::vector<Candidate> MessagesOfFile(const std::string& file, const std::string& text);
 
 } // namespace phnctl

@@ -12,7 +12,9 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <set>
 #include <stdexcept>
+#include <utility>
 
 namespace phnctl {
 
@@ -122,6 +124,32 @@ Restoration RestorationOf(const Handset& handset, Plan plan)
             0, isSaving ? "Messages come back newly saved, without time, box and read mark." : ""};
 }
 
+// What is to be saved may be there already, without its time, as an earlier run has left it; and what no PDU can carry
+// is refused before anything is written.
+void JudgeAdditions(Plan& plan, const Inventory& inventory)
+{
+    std::set<std::uint32_t> taken;
+    for (const PlannedEntry& planned : plan.entries)
+        if (planned.action != Action::Add && planned.index)
+            taken.insert(*planned.index);
+    for (PlannedEntry& planned : plan.entries) {
+        if (planned.action != Action::Add)
+            continue;
+        const auto same = std::ranges::find_if(inventory.entries, [&](const StoredEntry& stored) {
+            return MessageForm().Complete(planned.target, &stored.entry) == stored.entry &&
+                   !taken.contains(stored.index);
+        });
+        if (same != inventory.entries.end()) {
+            taken.insert(same->index);
+            planned.Become(*same, same->entry, {});
+        } else if (auto why = WhyNotWritable(planned.target)) {
+            planned.action = Action::CannotHold;
+            planned.index.reset();
+            planned.from.notes.push_back(*std::move(why));
+        }
+    }
+}
+
 } // namespace
 
 SavedSection MessageSection::Save(const Invocation&, const Handset& handset, const std::filesystem::path& file) const
@@ -140,7 +168,10 @@ std::optional<Restoration> MessageSection::Prepare(const Invocation&, const Hand
 std::optional<Restoration> MessageSection::Retrace(const Invocation& invocation, const Handset& handset,
                                                    std::span<const JournalStep> steps, Way way) const
 {
-    return RestorationOf(handset, phnctl::Retrace(steps, way, MessagesOf(handset).entries, invocation.Has(kForce)));
+    const Inventory inventory = MessagesOf(handset);
+    Plan plan = phnctl::Retrace(steps, way, inventory.entries, invocation.Has(kForce));
+    JudgeAdditions(plan, inventory);
+    return RestorationOf(handset, std::move(plan));
 }
 
 SavedSection CallSection::Save(const Invocation& invocation, const Handset& handset,

@@ -134,9 +134,8 @@ int Write(const Invocation& invocation, const Handset& handset, const EntryKind&
           Candidate edited)
 {
     if (ReadOne(handset, kind, stored.index) != stored.entry)
-        throw Failure(
-            kRefused,
-            fmt::format("the handset's {} has become another one meanwhile. Nothing was changed.", kind.One()));
+        throw Failure(kRefused, fmt::format("the handset's {} has become another one meanwhile. Nothing was changed.",
+                                            kind.One()));
     return Store(invocation, handset, kind, std::move(edited), stored.index, "edit");
 }
 
