@@ -170,12 +170,16 @@ TEST(ContactCard, ComesBackFromItsOwnFileUnchanged)
                               {{{"FN", "Berg, A; \\n\" Ünïcödé " + std::string(20, 'x')},
                                 {"X-PHN-MOBILE-2", "+1*#pw"},
                                 {"EMAIL", "a,b;c\\@example.org"},
+                                {"X-PHN-EMAIL-2", "d"},
                                 {"X-PHN-GROUP-ID", "-1"},
                                 {"X-PHN-SPEEDDIAL-LIST", "0,0,0,9,0"}}}};
     const std::string file = FileOfContacts({&contact, 1});
     const std::vector<Candidate> back = ContactsOfFile("file", file);
     ASSERT_EQ(back.size(), 1u);
     EXPECT_EQ(Told(back.front().entry), Told(contact.entry)) << file;
+    // Other programs know these.
+    EXPECT_NE(file.find("\nTEL;TYPE=CELL;X-PHN-PLACE=2:+1*#pw\r\n"), std::string::npos) << file;
+    EXPECT_NE(file.find("\nEMAIL;X-PHN-PLACE=2:d\r\n"), std::string::npos) << file;
 }
 
 // The library writes a contact's texts as the handset has them.

@@ -73,6 +73,8 @@ std::string NumberPlace(const ContentLine& line, const std::string& label)
         return {};
     if (isFax || label.ends_with("FAX"))
         return kFax;
+    if (line.HasParameter(kPlaceParameter, "2"))
+        return kMobile2;
     if (is("CELL") || is("MOBILE") || is("IPHONE"))
         return kCell;
     if (is("HOME"))
@@ -203,7 +205,7 @@ private:
         std::string address = Unescaped(DecodedValue(line));
         if (UpperCase(address).starts_with("MAILTO:"))
             address.erase(0, 7);
-        Ask(kEmail, address, line);
+        Ask(line.HasParameter(kPlaceParameter, "2") ? kEmail2 : kEmail, address, line);
     }
 
     // The properties that are the library's own.

@@ -11,6 +11,14 @@ using namespace contact_property;
 
 namespace {
 
+// The property as other programs read it.
+std::string PropertyInFile(const std::string& property)
+{
+    if (property != kMobile2 && property != kEmail2)
+        return property;
+    return fmt::format("{};{}=2", property == kMobile2 ? kCell : kEmail, kPlaceParameter);
+}
+
 void AppendCard(std::string& text, const Entry& contact)
 {
     const std::string* name = contact.Find(kName);
@@ -24,7 +32,8 @@ void AppendCard(std::string& text, const Entry& contact)
         text += "FN:\r\n";
     for (const EntryField& field : contact.fields) {
         const bool isList = field.property == kSpeedDials;
-        AppendFolded(text, fmt::format("{}:{}", field.property, isList ? field.value : Escaped(field.value)));
+        AppendFolded(text,
+                     fmt::format("{}:{}", PropertyInFile(field.property), isList ? field.value : Escaped(field.value)));
     }
     if (MayHaveLostText(contact))
         text += fmt::format("{}:{}\r\n", kLostText, GetACP());

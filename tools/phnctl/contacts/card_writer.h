@@ -8,8 +8,8 @@
 
 namespace phnctl {
 
-// Version 3.0, escaped, lines folded at 75 bytes. Values keep the property names of the library, so that nothing is
-// lost on the way back.
+// Version 3.0, escaped, lines folded at 75 bytes. What the standard has no property for keeps the library's name, so
+// that nothing is lost on the way back.
 std::string FileOfContacts(std::span<const StoredEntry> contacts);
 
 } // namespace phnctl

@@ -27,6 +27,8 @@ inline constexpr const char* kDefault = "X-PHN-DEFAULT-NO";
 inline constexpr const char* kSpeedDials = "X-PHN-SPEEDDIAL-LIST";
 // In files alone: what code page the texts may have lost characters to.
 inline constexpr const char* kLostText = "X-PHN-LOST-TEXT";
+// In files alone, of TEL and EMAIL: 2 is the second mobile number or address, which other programs take as one more.
+inline constexpr const char* kPlaceParameter = "X-PHN-PLACE";
 // A number without a type: any place will do.
 inline constexpr const char* kAnyNumber = "TEL";
 } // namespace contact_property

@@ -140,6 +140,17 @@ void Ask(const Invocation& invocation, const std::vector<Part>& parts)
     Confirm(invocation, question);
 }
 
+// Another try would find nothing to do: what is not on the handset cannot be held.
+bool IsExhausted(const Part& part)
+{
+    const auto isTried = [](const PlannedEntry& planned) {
+        return (planned.action != Action::Add && planned.action != Action::Change) || planned.IsHeld();
+    };
+    const auto isGone = [](const Deletion& deletion) { return deletion.result == Result::Written; };
+    return !part.restoration || (std::ranges::all_of(part.restoration->plan.entries, isTried) &&
+                                 std::ranges::all_of(part.restoration->plan.deletions, isGone));
+}
+
 int Retrace(const Invocation& invocation, Way way)
 {
     const std::vector<JournalRun> runs = KeptRuns();
@@ -165,7 +176,9 @@ int Retrace(const Invocation& invocation, Way way)
         (way == Way::Back ? own.takesBack : own.continues) = run.name;
         RunRecord record(invocation, handset, own);
         status = std::max(isReady ? kDone : kRefused, PutBack(invocation, parts, record));
-        if (status == kDone && !invocation.Has(kDryRun))
+        const bool isOver =
+            status == kDone || (status == kRefused && isReady && std::ranges::all_of(parts, IsExhausted));
+        if (isOver && !invocation.Has(kDryRun))
             way == Way::Back || record.HasSteps() ? MarkSettled(run) : MarkWhole(run);
     });
     return status;
