@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
-#include <ranges>
 
 namespace phnctl {
 
@@ -86,13 +85,13 @@ Entry FromLibraryText(std::string_view text)
     const std::string* const speedDials = settings.Find(kSpeedDials);
     const bool hasValues = !speedDials || !speedDials->empty(); // the library lists them where there is any
     Entry entry;
-    for (const std::string& line : lines | std::views::drop(kBeforeName)) {
-        const EntryField field = FieldOf(line);
+    for (std::size_t at = kBeforeName; at < lines.size(); ++at) {
+        const EntryField field = FieldOf(lines[at]);
         const bool isName = entry.fields.empty() && field.property == kName;
         if (isName || (hasValues && IsNumberOrAddress(field.property)))
             entry.fields.push_back(field);
         else if (!entry.fields.empty())
-            entry.fields.back().value += "\r\n" + line;
+            entry.fields.back().value += "\r\n" + lines[at];
     }
     std::ranges::move(settings.fields, std::back_inserter(entry.fields));
     std::erase_if(entry.fields, [](const EntryField& field) {
