@@ -1,5 +1,6 @@
 // The test hooks of the stand-in: time that passes at once, and calls that fail when asked to.
 #include <array>
+#include <cstdlib>
 
 #include <phn_platform_test.h>
 
@@ -31,6 +32,18 @@ TEST_F(PortTest, ALongIntervalPassesAtOnceAndAReplyUnderWayIsNotCut)
     EXPECT_EQ(reading.Finish(port, &got), DWORD{ERROR_SUCCESS});
     EXPECT_EQ(std::string(buffer.data(), got), "abcd");
     CloseHandle(port);
+}
+
+TEST(TickCount, BeginsWhereItIsToldAndASleepIsAsManyTicksInEveryScale)
+{
+    constexpr ULONGLONG kBeforeTheWrap = 4294967000;
+    setenv("PHNNRV_TIME_SCALE", "0.1", 1); // too late behind other tests in this process
+    setenv("PHNNRV_TICK_COUNT", "4294967000", 1);
+    EXPECT_LT(GetTickCount64() - kBeforeTheWrap, 60000u);
+    Sleep(200);
+    AdvanceClock(300);
+    EXPECT_GE(GetTickCount64() - kBeforeTheWrap, 500u);
+    EXPECT_LT(GetTickCount64() - kBeforeTheWrap, 60000u);
 }
 
 TEST(Faults, SkipTheCallsBeforeAndHappenAsOftenAsAsked)

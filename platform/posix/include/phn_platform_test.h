@@ -8,9 +8,10 @@
 
 namespace platform_test {
 
-// Moves the clock forward. Every wait with a time-out, Sleep, timer, window timer and serial time-out sees the new time
-// at once; time-outs that are now over end. A serial read still ends by its interval time-out only after that time, or
-// 10 ms if it is longer, of real silence: a reply that is under way is not cut.
+// Moves the clock forward, by a duration in the scale of all others. Every wait with a time-out, Sleep, timer, window
+// timer and serial time-out sees the new time at once; time-outs that are now over end. A serial read still ends by its
+// interval time-out only after that time, or 10 ms if it is longer, of real silence: a reply that is under way is not
+// cut.
 PHN_PLATFORM_TEST void AdvanceClock(DWORD milliseconds);
 
 // Waits until as many threads are blocked in a wait or a Sleep that was begun with exactly this time-out and is not

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 
 #include <windows.h>
 
@@ -32,6 +33,10 @@ Duration ScaledSilence(std::chrono::milliseconds stated);
 
 // The system's monotonic time at which the clock, if nobody advances it, reaches this point.
 TimePoint RealTime(TimePoint point);
+
+// The count of milliseconds that callers are told: a stated duration lasts as many of them in every scale. It begins at
+// PHNNRV_TICK_COUNT where that is set, otherwise with the system.
+std::uint64_t TickCount();
 
 // Moves the clock forward. The caller then wakes whoever waits (base_lock.h, service_thread.h).
 void MoveClock(Duration by);

@@ -82,7 +82,7 @@ using namespace platform;
 void AdvanceClock(DWORD milliseconds)
 {
     const Lock lock = TakeBaseLock();
-    MoveClock(std::chrono::milliseconds(milliseconds));
+    MoveClock(Scaled(std::chrono::milliseconds(milliseconds)));
     OnClockMoved(lock);
     WakeAllWaiters(lock);
 }

@@ -19,6 +19,5 @@ void WINAPI Sleep(DWORD dwMilliseconds)
 
 ULONGLONG WINAPI GetTickCount64()
 {
-    const auto sinceStart = std::chrono::duration_cast<std::chrono::milliseconds>(Now().time_since_epoch());
-    return static_cast<ULONGLONG>(sinceStart.count());
+    return TickCount();
 }
