@@ -9,6 +9,8 @@
 
 #include <windows.h>
 
+#include "link/first_sequence.h"
+
 // CRC-16/X.25 over a length in bits; a trailing partial byte counts by its low bits.
 uint16_t CheckSequence(const void* pData, size_t uBits);
 
@@ -55,6 +57,6 @@ public:
     bool DecomposeData(const uint8_t* pFrame, DWORD dwLength, void* pDest, DWORD dwSize, DWORD* pdwDelivered);
 
 private:
-    uint32_t m_dwSequence = 0;
+    uint32_t m_dwSequence = kSequenceBeforeFirst;
     bool m_bEscape = false;
 };

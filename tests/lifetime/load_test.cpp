@@ -1,6 +1,4 @@
 // Loading and unloading, again and again, and a host that ends without unloading.
-#include <malloc.h>
-
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -9,23 +7,12 @@
 #include "phn_platform_test.h"
 #include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
+#include "support/usage.h"
 
 namespace fs = std::filesystem;
 using std::chrono::steady_clock;
 
 namespace {
-
-size_t CountEntries(const char* folder)
-{
-    return static_cast<size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-}
-
-struct Usage
-{
-    size_t threads = CountEntries("/proc/self/task");
-    size_t descriptors = CountEntries("/proc/self/fd");
-    size_t memory = mallinfo2().uordblks;
-};
 
 // With a silent handset on a serial port, which every scan asks in vain.
 class LoadTest : public HandsetTest
