@@ -1,37 +1,39 @@
 #include "control_pipe.h"
 
-#include "simulator/script/line_splitter.h"
-
 #include <array>
+#include <chrono>
 
 namespace simulated {
-namespace {
 
-constexpr char kName[] = R"(\\.\pipe\phnsim)";
-constexpr unsigned long kWriteLimit = 1000; // milliseconds; a client that does not read loses what it is told
-
-} // namespace
-
-ControlPipe::ControlPipe(simulator::Loop& loop, Report& report)
-    : loop_(loop), report_(report), pipe_(kName, kWriteLimit)
-{
-    report_.SetClient(&pipe_);
-}
+ControlPipe::ControlPipe(simulator::Loop& loop) : PipeLine(R"(\\.\pipe\phnsim)"), loop_(loop) {}
 
 ControlPipe::~ControlPipe()
 {
-    pipe_.Interrupt();
+    constexpr std::chrono::milliseconds kLastWords(500);
+    outbox_.Close(kLastWords);
+    Interrupt();
+    writing_.Join();
     listening_.Join();
-    report_.SetClient(nullptr);
 }
 
 void ControlPipe::Listen()
 {
-    simulator::LineSplitter lines([this](std::string line) { loop_.Take(std::move(line)); });
-    pipe_.WhenHostCloses([&lines] { lines.Finish(); });
     std::array<std::uint8_t, 4096> buffer;
-    while (const std::size_t size = pipe_.Read(buffer))
-        lines.Add({reinterpret_cast<const char*>(buffer.data()), size});
+    while (const std::size_t size = Read(buffer))
+        lines_.Add({reinterpret_cast<const char*>(buffer.data()), size});
+}
+
+void ControlPipe::WriteAll()
+{
+    while (const auto line = outbox_.Next())
+        Write({reinterpret_cast<const std::uint8_t*>(line->data()), line->size()});
+}
+
+// The lines that the client has left are carried out before the next one's.
+void ControlPipe::ClientHasGone()
+{
+    lines_.Finish();
+    loop_.Take([this, next = outbox_.Forget()] { outbox_.Answer(next); });
 }
 
 } // namespace simulated

@@ -7,6 +7,9 @@
 
 #include <array>
 #include <exception>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
 #include <system_error>
 
 namespace simulated {
@@ -38,6 +41,13 @@ void FindClocks()
     static_cast<void>(std::chrono::steady_clock::now());
 }
 
+simulator::Phone SimulatedPhone()
+{
+    simulator::Phone phone = simulator::DefaultPhone();
+    phone.identity.model += " (simulated)";
+    return phone;
+}
+
 } // namespace
 
 HandsetInProcess* HandsetInProcess::Begin()
@@ -49,7 +59,7 @@ HandsetInProcess* HandsetInProcess::Begin()
     try {
         instance = new HandsetInProcess;
     } catch (const std::exception& error) {
-        Report().TellWrong(error.what());
+        TellWrong(error.what());
     }
     return instance;
 }
@@ -65,31 +75,33 @@ void HandsetInProcess::End()
 }
 
 HandsetInProcess::HandsetInProcess()
-    : simulator_(port_.Lines(), simulator::PortKind::Diagnostic),
+    : simulator_(port_.Lines(), simulator::PortKind::Diagnostic, SimulatedPhone()),
       control_{.simulator = simulator_,
                .history = history_,
                .wakeup = wakeup_,
                .dataFile = {},
-               .print = [this](std::string_view line) { report_.Print(line); },
-               .trace = [this](std::string_view line) { report_.Print(line); }},
-      loop_(control_, {.file = R"(\\.\pipe\phnsim)"}, false)
+               .print = [this](std::string_view line) { Print(line); },
+               .trace = [this](std::string_view line) { Print(line); }},
+      loop_(control_, {.file = R"(\\.\pipe\phnsim)"}, 0)
 {
-    simulator::Handset& handset = simulator_.Control();
-    handset.SetModel(handset.Snapshot().identity.model + " (simulated)");
-    handset.SetWatcher([this](const simulator::Exchange& exchange) {
+    simulator_.WhenLost([this](const std::string& why) { control_.Fail("the port is lost: " + why); });
+    simulator_.Control().SetWatcher([this](const simulator::Exchange& exchange) {
         history_.Add(exchange);
         wakeup_.WaitUntilServed(kForTheScript);
     });
-    ReadScript();
+    try {
+        ReadScript();
+    } catch (const std::exception& error) {
+        control_.Fail(error.what());
+    }
     if (control_.isOver) {
         port_.Withdraw();
         TellVerdict();
-        return;
     }
     try {
-        pipe_.emplace(loop_, report_);
+        pipe_.emplace(loop_);
     } catch (const std::system_error& error) {
-        report_.TellWrong(std::string("there are no control lines: ") + error.what());
+        Tell(std::string("there are no control lines: ") + error.what());
     }
     working_.emplace([this] { Work(); });
 }
@@ -103,20 +115,40 @@ HandsetInProcess::~HandsetInProcess()
     pipe_.reset();
 }
 
+// What an earlier run's report says is not left to stand for this one's.
 void HandsetInProcess::ReadScript()
 {
-    const std::filesystem::path folder = LibraryFolder();
-    std::ifstream script(folder / kScript);
-    hasScript_ = script.is_open();
-    if (!hasScript_)
+    const std::filesystem::path script = LibraryFolder() / kScript, report = LibraryFolder() / kReport;
+    if (!std::filesystem::exists(script)) {
+        std::error_code error;
+        std::filesystem::remove(report, error);
+        if (error)
+            TellWrong(std::string(kReport) + " is an earlier run's and cannot be removed");
         return;
-    report_.OpenFile(folder / kReport);
-    loop_.Script().AddAll(script, kScript);
+    }
+    hasScript_ = true;
+    report_.Open(report);
+    std::ifstream lines(script);
+    if (!lines)
+        throw std::runtime_error(std::string(kScript) + " cannot be read");
+    loop_.Script().AddAll(lines, kScript);
     loop_.Script().Add({.file = kScript}, {[this](simulator::Control&) { TellVerdict(); }});
 }
 
-// Lines up to the first that waits come before anything that the host has sent.
+// The pipe's clients learn that the handset has ended, and why, as long as the library is loaded.
 void HandsetInProcess::Work()
+{
+    const std::string ended = "the simulated handset has ended";
+    if (!control_.isOver) {
+        Serve();
+        if (pipe_ && !control_.Failure())
+            pipe_->Say(ended);
+    }
+    loop_.Refuse(ended + ": " + control_.Failure().value_or("a line said so"));
+}
+
+// Lines up to the first that waits come before anything that the host has sent.
+void HandsetInProcess::Serve()
 {
     try {
         simulator_.Start();
@@ -126,17 +158,32 @@ void HandsetInProcess::Work()
         TellVerdict();
         simulator_.Unplug();
     } catch (const std::exception& error) {
-        report_.TellWrong(error.what());
+        control_.Fail(error.what());
+        TellVerdict();
     }
+}
+
+void HandsetInProcess::Print(std::string_view line)
+{
+    report_.Print(line);
+    if (pipe_)
+        pipe_->Say(line);
 }
 
 void HandsetInProcess::TellVerdict()
 {
-    const std::scoped_lock lock(control_.mutex);
-    if (control_.failure)
-        report_.TellWrong(*control_.failure);
+    if (!report_.IsWhole())
+        control_.Fail(std::string(kReport) + " cannot be written");
+    if (const auto failure = control_.Failure())
+        Tell(*failure);
     else if (std::exchange(hasScript_, false))
-        report_.Print(std::string(kScript) + ": passed");
+        Print(std::string(kScript) + ": passed");
+}
+
+void HandsetInProcess::Tell(const std::string& wrong)
+{
+    Print(wrong);
+    TellWrong(wrong);
 }
 
 } // namespace simulated

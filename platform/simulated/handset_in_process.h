@@ -8,6 +8,8 @@
 #include "simulator/script/loop.h"
 
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace simulated {
 
@@ -30,7 +32,10 @@ private:
 
     void ReadScript();
     void Work();
+    void Serve();
+    void Print(std::string_view line);
     void TellVerdict();
+    void Tell(const std::string& wrong);
 
     simulated::Port port_;
     Report report_;

@@ -51,11 +51,11 @@ public:
     {
         const std::chrono::milliseconds interval = port_.interval_;
         if (!kept_.empty() && time >= interval) {
-            if (!PipeLine::Pause(interval) || !PipeLine::Write(std::exchange(kept_, {})))
+            if (!PauseUnless(port_.awaited_.Get(), interval) || !PipeLine::Write(std::exchange(kept_, {})))
                 return false;
             time -= interval;
         }
-        return PipeLine::Pause(time);
+        return PauseUnless(port_.awaited_.Get(), time);
     }
 
 private:
@@ -81,6 +81,11 @@ simulator::LineOpener Port::Lines()
 void Port::Offer()
 {
     SetEvent(offered_.Get());
+}
+
+void Port::SetIsAwaited(bool isAwaited)
+{
+    isAwaited ? SetEvent(awaited_.Get()) : ResetEvent(awaited_.Get());
 }
 
 void Port::Withdraw()

@@ -30,6 +30,10 @@ public:
     // Of the pipe; empty while the port is not there.
     std::string PipeName() const;
 
+    // While the host waits to open again what it has closed, the handset, which may not have noticed, pauses for
+    // nobody.
+    void SetIsAwaited(bool isAwaited);
+
     // After so much silence a reader has what was written to it, as a serial port's interval time-out says.
     void SetReadInterval(std::chrono::milliseconds interval) { interval_ = interval; }
 
@@ -42,6 +46,7 @@ private:
     std::string pipeName_;
     std::atomic<std::chrono::milliseconds> interval_{std::chrono::milliseconds(10)};
     const simulator::Handle offered_{simulator::MakeEvent()};
+    const simulator::Handle awaited_{simulator::MakeEvent()};
     std::unique_ptr<Line> first_;
 };
 

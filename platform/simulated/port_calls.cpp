@@ -56,18 +56,23 @@ HANDLE WINAPI SimulatedCreateFileA(LPCSTR path, DWORD access, DWORD share, LPSEC
                                    DWORD disposition, DWORD flags, HANDLE model)
 {
     constexpr DWORD kClosing = 1000; // until the handset has noticed that the port was closed
-    const HandsetInProcess* handset = HandsetInProcess::Get();
+    HandsetInProcess* handset = HandsetInProcess::Get();
     const std::string pipe = handset && _stricmp(path, kInterfacePath) == 0 ? handset->Port().PipeName() : "";
     if (pipe.empty()) {
         SetLastError(ERROR_FILE_NOT_FOUND);
         return INVALID_HANDLE_VALUE;
     }
-    HANDLE port = CreateFileA(pipe.c_str(), access, share, security, disposition, flags, model);
+    const auto open = [&] { return CreateFileA(pipe.c_str(), access, share, security, disposition, flags, model); };
+    HANDLE port = open();
     if (port == INVALID_HANDLE_VALUE && GetLastError() == ERROR_PIPE_BUSY) {
+        handset->Port().SetIsAwaited(true);
         if (WaitNamedPipeA(pipe.c_str(), kClosing))
-            port = CreateFileA(pipe.c_str(), access, share, security, disposition, flags, model);
+            port = open();
         else
             SetLastError(ERROR_ACCESS_DENIED); // as of a port that is open already
+        const DWORD error = GetLastError();
+        handset->Port().SetIsAwaited(false);
+        SetLastError(error);
     }
     return port;
 }

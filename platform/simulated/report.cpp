@@ -2,8 +2,9 @@
 
 #include "log/log.h"
 
+#include <windows.h>
+
 #include <cstdio>
-#include <span>
 
 namespace simulated {
 namespace {
@@ -12,31 +13,34 @@ constexpr CLogSource Log{LOG_PHNNRV};
 
 } // namespace
 
-void Report::OpenFile(const std::filesystem::path& file)
+void Report::Open(const std::filesystem::path& file)
 {
     const std::scoped_lock lock(mutex_);
-    file_.open(file);
-}
-
-void Report::SetClient(simulator::Line* client)
-{
-    const std::scoped_lock lock(mutex_);
-    client_ = client;
+    file_.Reset(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                            nullptr));
+    if (file_.Get() == INVALID_HANDLE_VALUE)
+        simulator::ThrowLastError(file.filename().string() + " cannot be written");
 }
 
 void Report::Print(std::string_view line)
 {
-    const std::string text = std::string(line) + "\n";
+    const std::string text = std::string(line) + "\r\n";
     const std::scoped_lock lock(mutex_);
-    if (file_.is_open())
-        file_ << text << std::flush;
-    if (client_)
-        client_->Write({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+    if (!file_.Get())
+        return;
+    DWORD size = 0;
+    if (!WriteFile(file_.Get(), text.data(), static_cast<DWORD>(text.size()), &size, nullptr) || size != text.size())
+        isWhole_ = false;
 }
 
-void Report::TellWrong(const std::string& sentence)
+bool Report::IsWhole()
 {
-    Print(sentence);
+    const std::scoped_lock lock(mutex_);
+    return isWhole_;
+}
+
+void TellWrong(const std::string& sentence)
+{
     Log.Error("Simulated handset - %s", sentence.c_str());
     std::fprintf(stderr, "PHNNRV: %s\n", sentence.c_str());
 }

@@ -1,11 +1,10 @@
-// What the simulated handset has to say to a host's developer: it goes to the control pipe's client, and, with a
-// script, into a file beside the library. What is wrong goes to the library's log and to standard error as well.
+// The file beside the library that a script's run is reported in, and what is wrong, which also goes to the library's
+// log and to standard error.
 #pragma once
 
-#include "simulator/lines/line.h"
+#include "simulator/lines/handle_line_windows.h"
 
 #include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -15,18 +14,22 @@ namespace simulated {
 class Report
 {
 public:
-    // A file that cannot be written is done without.
-    void OpenFile(const std::filesystem::path& file);
-    // Null: nobody listens any more.
-    void SetClient(simulator::Line* client);
+    // Empties the file. Nobody else can write it or take it away from here on: it is this process's script that it
+    // tells of. Throws std::system_error.
+    void Open(const std::filesystem::path& file);
 
+    // To the file, if there is one.
     void Print(std::string_view line);
-    void TellWrong(const std::string& sentence);
+    // Could all be written?
+    bool IsWhole();
 
 private:
     std::mutex mutex_;
-    std::ofstream file_;
-    simulator::Line* client_ = nullptr;
+    simulator::Handle file_;
+    bool isWhole_ = true;
 };
+
+// To the log and to standard error.
+void TellWrong(const std::string& sentence);
 
 } // namespace simulated

@@ -34,7 +34,7 @@ std::uint16_t VarianceOf(std::string_view path)
 
 } // namespace
 
-Handset::Handset(Phone phone) : phone_(std::move(phone)) {}
+Handset::Handset(Phone phone) : fresh_(std::move(phone)), phone_(fresh_) {}
 
 Phone Handset::Snapshot() const
 {
@@ -108,7 +108,7 @@ void Handset::Load(const std::filesystem::path& file)
     if (!stream)
         throw std::runtime_error(file.string() + " cannot be read");
     try {
-        Phone loaded = PhoneFromJson(text, DefaultPhone());
+        Phone loaded = PhoneFromJson(text, fresh_);
         Change(0, [&](Phone& phone) { phone = std::move(loaded); });
     } catch (const std::invalid_argument& error) {
         throw std::runtime_error(file.string() + ": " + error.what());

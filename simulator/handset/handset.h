@@ -96,6 +96,7 @@ private:
     std::vector<Fault> TakeFaults(std::uint32_t command);
     std::pair<TraceSink, TraceDetail> Trace() const;
 
+    const Phone fresh_; // what a file that is loaded does not name
     mutable std::mutex mutex_;
     mutable std::condition_variable requestCame_;
     Phone phone_;

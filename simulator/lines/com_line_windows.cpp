@@ -18,7 +18,7 @@ public:
     }
 
 private:
-    // Raw bytes; a read ends with the first that are there.
+    // Raw bytes; a read waits for the first and ends once no more have come for a millisecond.
     bool SetUp()
     {
         DCB settings{};
@@ -34,7 +34,7 @@ private:
         settings.fDsrSensitivity = settings.fErrorChar = settings.fNull = settings.fAbortOnError = FALSE;
         settings.fDtrControl = DTR_CONTROL_ENABLE;
         settings.fRtsControl = RTS_CONTROL_ENABLE;
-        COMMTIMEOUTS times{MAXDWORD, MAXDWORD, MAXDWORD - 1, 0, 0};
+        COMMTIMEOUTS times{1, 0, 0, 0, 0};
         return SetCommState(open_.Get(), &settings) && SetCommTimeouts(open_.Get(), &times);
     }
 };

@@ -6,6 +6,15 @@
 #include <system_error>
 
 namespace simulator {
+namespace {
+
+DWORD Milliseconds(std::chrono::milliseconds time)
+{
+    constexpr std::int64_t kLongest = 86'400'000; // a day
+    return static_cast<DWORD>(std::min<std::int64_t>(time.count(), kLongest));
+}
+
+} // namespace
 
 void Handle::Reset(void* handle)
 {
@@ -28,7 +37,7 @@ void ThrowLastError(const std::string& what)
 }
 
 // An operation that is over goes before an interruption, so that a host's closing of the port is noticed even then.
-long HandleLine::Transfer(const Begin& begin, unsigned long limit)
+long HandleLine::Transfer(const Begin& begin)
 {
     const Handle done(MakeEvent());
     OVERLAPPED overlapped{};
@@ -36,7 +45,7 @@ long HandleLine::Transfer(const Begin& begin, unsigned long limit)
     if (!begin(&overlapped) && GetLastError() != ERROR_IO_PENDING)
         return -static_cast<long>(GetLastError());
     const HANDLE waits[] = {done.Get(), interrupted_.Get()};
-    if (WaitForMultipleObjects(2, waits, FALSE, limit) != WAIT_OBJECT_0)
+    if (WaitForMultipleObjects(2, waits, FALSE, INFINITE) != WAIT_OBJECT_0)
         CancelIoEx(open_.Get(), &overlapped);
     DWORD size = 0;
     if (!GetOverlappedResult(open_.Get(), &overlapped, &size, TRUE))
@@ -47,12 +56,10 @@ long HandleLine::Transfer(const Begin& begin, unsigned long limit)
 std::size_t HandleLine::Read(std::span<std::uint8_t> buffer)
 {
     for (;;) {
-        const long size = Transfer(
-            [&](void* overlapped) {
-                return ReadFile(open_.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), nullptr,
-                                static_cast<OVERLAPPED*>(overlapped));
-            },
-            kForever);
+        const long size = Transfer([&](void* overlapped) {
+            return ReadFile(open_.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), nullptr,
+                            static_cast<OVERLAPPED*>(overlapped));
+        });
         if (size > 0)
             return static_cast<std::size_t>(size);
         if (size == -ERROR_OPERATION_ABORTED || !HostHasGone())
@@ -63,12 +70,10 @@ std::size_t HandleLine::Read(std::span<std::uint8_t> buffer)
 bool HandleLine::Write(std::span<const std::uint8_t> bytes)
 {
     while (!bytes.empty()) {
-        const long size = Transfer(
-            [&](void* overlapped) {
-                return WriteFile(open_.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), nullptr,
-                                 static_cast<OVERLAPPED*>(overlapped));
-            },
-            writeLimit_);
+        const long size = Transfer([&](void* overlapped) {
+            return WriteFile(open_.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), nullptr,
+                             static_cast<OVERLAPPED*>(overlapped));
+        });
         if (size < 0)
             return false;
         bytes = bytes.subspan(static_cast<std::size_t>(size));
@@ -89,9 +94,13 @@ bool HandleLine::IsInterrupted() const
 
 bool HandleLine::Pause(std::chrono::milliseconds time)
 {
-    constexpr std::int64_t kLongest = 86'400'000; // a day
-    return WaitForSingleObject(interrupted_.Get(),
-                               static_cast<DWORD>(std::min<std::int64_t>(time.count(), kLongest))) == WAIT_TIMEOUT;
+    return WaitForSingleObject(interrupted_.Get(), Milliseconds(time)) == WAIT_TIMEOUT;
+}
+
+bool HandleLine::PauseUnless(void* object, std::chrono::milliseconds time) const
+{
+    const HANDLE waits[] = {interrupted_.Get(), object};
+    return WaitForMultipleObjects(2, waits, FALSE, Milliseconds(time)) != WAIT_OBJECT_0;
 }
 
 void HandleLine::Interrupt()

@@ -41,17 +41,17 @@ protected:
 
     // Begins an overlapped operation with this OVERLAPPED; false when it fails, as its last error says.
     using Begin = std::function<bool(void* overlapped)>;
-    // The bytes that the operation has transferred, or its error, negated. It is cancelled when the line is interrupted
-    // and when `limit` (milliseconds) is over.
-    long Transfer(const Begin& begin, unsigned long limit);
+    // The bytes that the operation has transferred, or its error, negated. It is cancelled when the line is
+    // interrupted.
+    long Transfer(const Begin& begin);
     // Until the object is signalled; false when the line is interrupted.
     bool WaitFor(void* object) const;
     bool IsInterrupted() const;
 
-    static constexpr unsigned long kForever = 0xFFFFFFFF;
+    // For so long, or until the object is signalled; false when the line is interrupted.
+    bool PauseUnless(void* object, std::chrono::milliseconds time) const;
 
     Handle open_;
-    unsigned long writeLimit_ = kForever; // milliseconds
 
 private:
     const Handle interrupted_{MakeEvent()};

@@ -44,11 +44,10 @@ private:
 
 } // namespace
 
-PipeLine::PipeLine(const std::string& name, unsigned long writeLimit)
+PipeLine::PipeLine(const std::string& name)
 {
     constexpr DWORD kBuffer = 65536;
     OwnUserOnly security;
-    writeLimit_ = writeLimit;
     open_.Reset(CreateNamedPipeA(
         name.c_str(), PIPE_ACCESS_DUPLEX | FILE_FLAG_FIRST_PIPE_INSTANCE | FILE_FLAG_OVERLAPPED,
         PIPE_TYPE_BYTE | PIPE_READMODE_BYTE | PIPE_REJECT_REMOTE_CLIENTS, 1, kBuffer, kBuffer, 0, security.Get()));
@@ -80,16 +79,21 @@ bool PipeLine::Connect()
         const bool isThere = GetLastError() == ERROR_PIPE_CONNECTED || GetLastError() == ERROR_NO_DATA;
         return isThere && SetEvent(overlapped->hEvent);
     };
-    isConnected_ = Transfer(begin, kForever) >= 0;
+    isConnected_ = Transfer(begin) >= 0;
     return isConnected_;
 }
 
 bool PipeLine::HostHasGone()
 {
+    DisconnectNamedPipe(open_.Get());
+    ClientHasGone();
+    return Connect();
+}
+
+void PipeLine::ClientHasGone()
+{
     if (std::exchange(hasSent_, false))
         hostClosed_();
-    DisconnectNamedPipe(open_.Get());
-    return Connect();
 }
 
 } // namespace simulator

@@ -8,12 +8,15 @@ namespace simulator {
 class PipeLine : public HandleLine
 {
 public:
-    // Throws std::system_error when another process serves this name. What a client does not take within `writeLimit`
-    // (milliseconds) is lost, as is what is written to none.
-    explicit PipeLine(const std::string& name, unsigned long writeLimit = kForever);
+    // Throws std::system_error when another process serves this name. What is written to no client is lost.
+    explicit PipeLine(const std::string& name);
 
     std::size_t Read(std::span<std::uint8_t> buffer) override;
     bool Write(std::span<const std::uint8_t> bytes) override;
+
+protected:
+    // On the reading thread, when nothing can reach the last client any more, nor yet the next one.
+    virtual void ClientHasGone();
 
 private:
     bool Connect();

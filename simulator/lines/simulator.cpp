@@ -43,7 +43,14 @@ void Simulator::Want(Wanted wanted)
     if (worker_.IsCurrent())
         return;
     const Presence presence = wanted == Wanted::Plugged ? Presence::There : Presence::Gone;
-    changed_.wait(lock, [&] { return failure_ || wanted_ != wanted || presence_ == presence; });
+    Await(lock, [&] { return wanted_ != wanted || presence_ == presence; });
+}
+
+void Simulator::Await(std::unique_lock<std::mutex>& lock, const std::function<bool()>& isDone)
+{
+    ++waiting_;
+    changed_.wait(lock, [&] { return failure_ || isDone(); });
+    --waiting_;
     if (failure_)
         std::rethrow_exception(std::exchange(failure_, nullptr));
 }
@@ -69,9 +76,7 @@ void Simulator::HangUp()
     line_->Interrupt();
     if (worker_.IsCurrent())
         return;
-    changed_.wait(lock, [&] { return failure_ || opened_ != before || wanted_ != Wanted::Plugged; });
-    if (failure_)
-        std::rethrow_exception(std::exchange(failure_, nullptr));
+    Await(lock, [&] { return opened_ != before || wanted_ != Wanted::Plugged; });
 }
 
 bool Simulator::IsPlugged() const
@@ -107,17 +112,21 @@ Simulator::Offer Simulator::Open()
 {
     Offer offer;
     std::exception_ptr failure;
+    std::string why;
     try {
         offer.line = opener_();
         offer.conversation = maker_(handset_, *offer.line);
         offer.line->WhenHostCloses([this] { handset_.Tell({.command = kPortClosed, .name = "close"}); });
-    } catch (...) {
+    } catch (const std::exception& error) {
         failure = std::current_exception();
+        why = error.what();
         offer.line.reset();
     }
     std::unique_lock lock(mutex_);
+    const bool isLost = failure && waiting_ == 0 && wanted_ == Wanted::Plugged;
     if (failure) {
-        failure_ = failure;
+        if (waiting_ != 0)
+            failure_ = failure;
         if (wanted_ == Wanted::Plugged)
             wanted_ = Wanted::Unplugged;
     } else {
@@ -129,6 +138,8 @@ Simulator::Offer Simulator::Open()
     }
     changed_.notify_all();
     lock.unlock();
+    if (isLost)
+        lost_(why);
     handset_.TellChange();
     return offer;
 }

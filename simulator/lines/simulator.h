@@ -54,6 +54,10 @@ public:
     // Memory, faults and counters.
     Handset& Control() { return handset_; }
 
+    // Calls `told`, on the serving thread, when a line that ended cannot be offered again, and nobody waits to be told
+    // so: the handset is unplugged. Before Start().
+    void WhenLost(std::function<void(const std::string& why)> told) { lost_ = std::move(told); }
+
     // Each returns when the entry is there, or gone. Start and Replug throw std::system_error when the line cannot be
     // offered (no such directory, another simulator serves under this name).
     void Start() { Want(Wanted::Plugged); }
@@ -89,6 +93,7 @@ private:
     };
 
     void Want(Wanted wanted);
+    void Await(std::unique_lock<std::mutex>& lock, const std::function<bool()>& isDone);
     void Serve();
     Offer Open();
     void ServeLine(const Offer& offer);
@@ -96,6 +101,7 @@ private:
 
     const LineOpener opener_;
     const ConversationMaker maker_;
+    std::function<void(const std::string& why)> lost_ = [](const std::string&) {};
     Handset handset_;
 
     mutable std::mutex mutex_;
@@ -104,6 +110,7 @@ private:
     Presence presence_ = Presence::Gone;
     std::uint64_t opened_ = 0;
     Line* line_ = nullptr;
+    unsigned waiting_ = 0; // for what they wanted
     std::exception_ptr failure_;
     Worker worker_;
 };

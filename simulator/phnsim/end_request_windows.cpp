@@ -11,11 +11,18 @@ namespace {
 std::mutex mutex;
 std::function<void()> toTell;
 
-BOOL WINAPI Tell(DWORD)
+// After a console's closing, and all but Ctrl-C and Ctrl-Break, the system ends the process as soon as this returns: so
+// it does not before the program, which still writes what is to be kept, has ended by itself. The system's patience,
+// some seconds, is the limit.
+BOOL WINAPI Tell(DWORD event)
 {
-    const std::scoped_lock lock(mutex);
-    if (toTell)
-        toTell();
+    {
+        const std::scoped_lock lock(mutex);
+        if (toTell)
+            toTell();
+    }
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
+        WaitForSingleObject(GetCurrentProcess(), INFINITE);
     return TRUE;
 }
 

@@ -95,6 +95,7 @@ void Serve(const Options& options, Control& control, Counterpart& counterpart, c
     }
     if (control.isOver) // a line cannot be read
         return;
+    const auto end = WatchEndRequests([&] { loop.Stop("a signal has ended phnsim"); });
     control.simulator.Start();
     loop.Script().Advance();
     if (control.isOver) // a host that is told to begin would find no port
@@ -106,7 +107,6 @@ void Serve(const Options& options, Control& control, Counterpart& counterpart, c
         control.print("serving " + name + " on " + options.port.shown);
     if (!options.ready && !web.empty())
         Print(stdout, "panel at " + web);
-    const auto end = WatchEndRequests([&] { loop.Stop("a signal has ended phnsim"); });
     const StandardInput input([&](std::string line) { loop.Take(std::move(line)); });
     loop.Run();
     counterpart.ReportMissing();
@@ -152,9 +152,14 @@ int Run(const Options& options)
                     .history = history,
                     .wakeup = wakeup,
                     .dataFile = options.data,
+                    .hasHandset = options.replay.empty() && options.between.empty(),
                     .print = print,
                     .trace = trace};
     counterpart.ReportTo(control);
+    simulator.WhenLost([&](const std::string& why) {
+        if (!control.isOver) // as by the end of another handset
+            control.Fail("the port is lost: " + why);
+    });
     const std::unique_ptr<Panel> panel = options.webPort ? std::make_unique<Panel>(control, *options.webPort) : nullptr;
     if (panel)
         control.print = [&](std::string_view line) {

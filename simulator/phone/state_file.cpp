@@ -213,12 +213,18 @@ try {
     FailAbsent(node, path);
 }
 
+// A list grows by one at its end; a store takes any id.
+bool MayGrow(const Json& above, const std::string& name)
+{
+    return !above.is_array() || name == "-" || name == std::to_string(above.size());
+}
+
 // The part of the state to be set. A new entry of a store is made, null.
 Json& PlaceFor(Json& node, std::string_view path)
 try {
     const Json::json_pointer pointer = Pointer(node, path);
     const Json::json_pointer above = pointer.parent_pointer();
-    if (!node.contains(pointer) && (above.empty() || !node.contains(above)))
+    if (!node.contains(pointer) && (above.empty() || !node.contains(above) || !MayGrow(node[above], pointer.back())))
         FailAbsent(node, path);
     return node[pointer];
 } catch (const Json::exception&) {

@@ -1,6 +1,9 @@
 // Makes lines of bytes as they come.
 #pragma once
 
+#include "simulator/script/control.h"
+
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -16,11 +19,11 @@ public:
 
     void Add(std::string_view bytes)
     {
-        pending_ += bytes;
-        std::size_t begin = 0;
-        for (std::size_t end = 0; (end = pending_.find('\n', begin)) != std::string::npos; begin = end + 1)
-            take_(pending_.substr(begin, end - begin));
-        pending_.erase(0, begin);
+        for (std::size_t end = 0; (end = bytes.find('\n')) != std::string_view::npos; bytes.remove_prefix(end + 1)) {
+            Keep(bytes.substr(0, end));
+            take_(std::exchange(pending_, {}));
+        }
+        Keep(bytes);
     }
 
     // The last line has no end.
@@ -31,6 +34,12 @@ public:
     }
 
 private:
+    // Of a line that is too long, as much as shows that it is.
+    void Keep(std::string_view bytes)
+    {
+        pending_ += bytes.substr(0, std::min(bytes.size(), kLongestControlLine + 1 - pending_.size()));
+    }
+
     const std::function<void(std::string)> take_;
     std::string pending_;
 };

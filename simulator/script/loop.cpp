@@ -21,11 +21,57 @@ void Loop::Run()
     }
 }
 
+void Loop::Refuse(const std::string& why)
+{
+    while (!IsStopped()) {
+        while (const auto next = Next())
+            if (next->turn)
+                next->turn();
+            else
+                control_.print("error: " + why);
+        control_.wakeup.Wait({});
+    }
+}
+
 void Loop::Take(std::string line)
 {
+    constexpr std::size_t kRoom = 16 * 1024 * 1024;
+    std::unique_lock lock(mutex_);
+    ++place_.line;
+    if (isFull_)
+        return;
+    takenBytes_ += line.size() + 1;
+    if (takenBytes_ <= kRoom) {
+        taken_.push_back({.place = place_, .text = std::move(line)});
+        control_.wakeup.Raise();
+        return;
+    }
+    isFull_ = true;
+    const Place place = place_;
+    lock.unlock();
+    control_.Report(place, "too many lines wait; from this one on they are dropped");
+}
+
+void Loop::Take(std::function<void()> turn)
+{
     const std::scoped_lock lock(mutex_);
-    taken_.push_back(std::move(line));
+    taken_.push_back({.turn = std::move(turn)});
     control_.wakeup.Raise();
+}
+
+std::optional<Loop::Taken> Loop::Next()
+{
+    const std::scoped_lock lock(mutex_);
+    if (taken_.empty())
+        return std::nullopt;
+    Taken next = std::move(taken_.front());
+    taken_.pop_front();
+    takenBytes_ -= next.turn ? 0 : next.text.size() + 1;
+    if (taken_.empty()) {
+        takenBytes_ = 0;
+        isFull_ = false;
+    }
+    return next;
 }
 
 void Loop::Stop(std::string why)
@@ -35,22 +81,26 @@ void Loop::Stop(std::string why)
     control_.wakeup.Raise();
 }
 
+bool Loop::IsStopped()
+{
+    const std::scoped_lock lock(mutex_);
+    return stopped_.has_value();
+}
+
 // Lines that wait are not overtaken by more of them.
 void Loop::TakeInput()
 {
     input_.Advance();
     while (!control_.isOver && input_.IsDone()) {
-        std::string line;
-        {
-            const std::scoped_lock lock(mutex_);
-            if (taken_.empty())
-                return;
-            line = std::move(taken_.front());
-            taken_.pop_front();
+        const auto next = Next();
+        if (!next)
+            return;
+        if (next->turn) {
+            next->turn();
+        } else {
+            input_.Add(next->place, next->text);
+            input_.Advance();
         }
-        ++place_.line;
-        input_.Add(place_, line);
-        input_.Advance();
     }
 }
 

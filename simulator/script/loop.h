@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -30,13 +31,26 @@ public:
     LineQueue& Script() { return script_; }
     // Until the end, which control.failure tells when it is one.
     void Run();
+    // After it, until Stop(): whoever gives a line is told `why` it is not carried out.
+    void Refuse(const std::string& why);
 
-    // A line without its end.
+    // A line without its end. One that finds no room, as too many wait, is reported.
     void Take(std::string line);
+    // Called on the thread at work once the lines taken before have been carried out.
+    void Take(std::function<void()> turn);
     // The end, for which a script that is not done is told `why`.
     void Stop(std::string why);
 
 private:
+    struct Taken
+    {
+        Place place{};
+        std::string text{};
+        std::function<void()> turn{}; // instead of a line
+    };
+
+    std::optional<Taken> Next();
+    bool IsStopped();
     void RunTimers();
     void TakeInput();
     void TakePosted();
@@ -49,10 +63,12 @@ private:
     LineQueue script_;
     LineQueue input_;
     LineQueue posted_;
-    Place place_;
 
     std::mutex mutex_; // of what other threads say
-    std::deque<std::string> taken_;
+    Place place_;
+    std::deque<Taken> taken_;
+    std::size_t takenBytes_ = 0;
+    bool isFull_ = false; // until none of them is left
     std::optional<std::string> stopped_;
 };
 

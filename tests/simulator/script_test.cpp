@@ -116,6 +116,21 @@ TEST_F(Script, LeavesALogOfWhatCame)
         EXPECT_NE(log.find(part), std::string::npos) << part << " in\n" << log;
 }
 
+TEST_F(Script, HasTheLinesOfTheLineOnlyWithoutASimulatedHandset)
+{
+    ASSERT_EQ(Run("", "--record recording </dev/null"), kMet);
+    const std::string folder = devices.Path().string();
+    EXPECT_NE(std::system(("cd " + folder +
+                           "; printf 'help\\nset battery/battery2 41\\nend\\n' | timeout 30 " PHNSIM
+                           " --devices . --port com5 --replay recording >told 2>&1")
+                              .c_str()),
+              0)
+        << "nobody has asked what was recorded";
+    EXPECT_NE(File("told").find("\nunplug "), std::string::npos) << File("told");
+    EXPECT_EQ(File("told").find("show [PATH]"), std::string::npos);
+    EXPECT_NE(File("told").find("\nerror: no simulated handset is here for this line"), std::string::npos);
+}
+
 // A packet of a capture is its bytes, zeros to a multiple of four, and who has sent it.
 TEST_F(Script, CapturesWhatItRecords)
 {

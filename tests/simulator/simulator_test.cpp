@@ -10,6 +10,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <future>
 #include <system_error>
 
 namespace {
@@ -95,6 +96,23 @@ TEST_F(DeviceTest, ComesAndGoes)
     ASSERT_TRUE(simulator.Control().WaitForRequests(6, 1, 10s));
     simulator.Unplug();
     EXPECT_EQ(waiting.Receive(), Bytes());
+}
+
+TEST_F(DeviceTest, TellsOfALineThatIsLost)
+{
+    const DeviceDirectory others;
+    std::promise<std::string> told;
+    Simulator lost(others.Path(), "com5");
+    lost.WhenLost([&](const std::string& why) { told.set_value(why); });
+    lost.Start();
+    lost.Control().AddFault("hangup@1");
+    HostPort port{others.Path() / "com5"};
+    std::filesystem::remove_all(others.Path());
+    port.Ask(1);
+    std::future<std::string> why = told.get_future();
+    ASSERT_EQ(why.wait_for(10s), std::future_status::ready);
+    EXPECT_NE(why.get().find(others.Path().string()), std::string::npos);
+    EXPECT_FALSE(lost.IsPlugged());
 }
 
 TEST_F(DeviceTest, ReplacesNothingElse)

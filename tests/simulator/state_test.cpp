@@ -52,6 +52,12 @@ TEST(SimulatorState, IsLeftAloneByAFileThatCannotBeUsed)
     Handset other;
     other.Load(file); // with all that the shipped handset has
     EXPECT_EQ(other.Show(), handset.Show());
+    Phone phone;
+    phone.identity.model = "Another";
+    Handset another(phone);
+    std::ofstream(file) << "{}";
+    another.Load(file);
+    EXPECT_EQ(another.Show("identity/model"), "\"Another\"") << "what the file does not name";
     std::filesystem::remove(file);
 }
 
@@ -77,6 +83,10 @@ TEST(SimulatorState, TellsTheHostWhatWasChangedOnce)
     };
     for (const auto& one : wrong)
         EXPECT_EQ(WhatIsWrong([&] { handset.Set(one.first, "1"); }), one.second);
+    const std::string far = "contacts/3/entries/4000000000";
+    EXPECT_EQ(WhatIsWrong([&] { handset.Set(far, "{}"); }),
+              far + ": there is no such part; \"show\" shows what there is");
+    handset.Set("contacts/3/entries/-", "{}");
 }
 
 TEST(SimulatorText, KeepsWhatIsWellFormedAndReplacesTheRest)

@@ -2,11 +2,17 @@
 // pipe, and its end.
 #include <windows.h>
 
+#include <dbt.h>
+
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string>
+#include <thread>
+#include <utility>
 
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
@@ -24,7 +30,7 @@ protected:
         fs::copy_file(driver::BuiltLibrary().replace_filename("PHNNRV-simulated.dll"), bench_.LibraryPath(),
                       fs::copy_options::overwrite_existing);
     }
-    ~SimulatedTest() override { CloseHandle(pipe_); }
+    ~SimulatedTest() override { Leave(); }
 
     void WriteScript(const std::string& lines) const { std::ofstream(Beside("PHNNRV-simulated.txt")) << lines; }
 
@@ -34,27 +40,54 @@ protected:
         return {std::istreambuf_iterator<char>(file), {}};
     }
 
+    void Send(const std::string& line)
+    {
+        const char name[] = R"(\\.\pipe\phnsim)";
+        while (pipe_ == INVALID_HANDLE_VALUE && WaitNamedPipeA(name, 10'000))
+            pipe_ = CreateFileA(name, GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        DWORD size = 0;
+        EXPECT_TRUE(WriteFile(pipe_, (line + "\n").data(), static_cast<DWORD>(line.size() + 1), &size, nullptr));
+    }
+
+    std::string ReadLine()
+    {
+        std::array<char, 4096> bytes;
+        DWORD size = 0;
+        while (said_.find('\n') == std::string::npos && ReadFile(pipe_, bytes.data(), bytes.size(), &size, nullptr))
+            said_.append(bytes.data(), size);
+        const std::size_t end = said_.find('\n');
+        const std::string line = said_.substr(0, end);
+        said_.erase(0, end == std::string::npos ? end : end + 1);
+        return line;
+    }
+
     // The answer to a control line, itself a line.
     std::string Ask(const std::string& line)
     {
-        if (pipe_ == INVALID_HANDLE_VALUE)
-            pipe_ =
-                CreateFileA(R"(\\.\pipe\phnsim)", GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-        DWORD size = 0;
-        std::string answer;
-        EXPECT_TRUE(WriteFile(pipe_, (line + "\n").data(), static_cast<DWORD>(line.size() + 1), &size, nullptr));
-        for (char next = 0; ReadFile(pipe_, &next, 1, &size, nullptr) && next != '\n';)
-            answer += next;
-        return answer;
+        Send(line);
+        return ReadLine();
+    }
+
+    void Leave() { CloseHandle(std::exchange(pipe_, INVALID_HANDLE_VALUE)); }
+
+    uint32_t BatteryLevel() const
+    {
+        PHN_BATTERY_INFO info{};
+        info.uSize = sizeof info;
+        CALL(PHN_GetBatteryInfo)(&info);
+        return info.uBattery2;
     }
 
     fs::path Beside(const char* name) const { return fs::path(bench_.LibraryPath()).replace_filename(name); }
 
 private:
     HANDLE pipe_ = INVALID_HANDLE_VALUE;
+    std::string said_;
 };
 
 using Types = std::vector<uint32_t>;
+
+constexpr DWORD kTick = 2500; // one poll, and a little
 
 TEST_F(SimulatedTest, TellsOfChangesAndOfBeingUnpluggedAndReplugged)
 {
@@ -64,19 +97,30 @@ TEST_F(SimulatedTest, TellsOfChangesAndOfBeingUnpluggedAndReplugged)
     EXPECT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_REMOVED, Tell, 0), PHN_ERROR_NONE);
     EXPECT_EQ(Ask("show identity/model"), "\"Fjord 40 (simulated)\"");
     EXPECT_EQ(Ask("set battery/battery2 40"), "battery/battery2 = 40");
-    RunFor(2500);
+    RunFor(kTick);
     EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_BATTERY_INFO});
+    EXPECT_EQ(Ask("flags 1FF"), "the host will be told");
+    RunFor(kTick);
+    EXPECT_EQ(TakeTypes(), (Types{1, 2, 3, 4, 5, 9}));
 
     EXPECT_EQ(Ask("unplug"), "unplugged");
     EXPECT_EQ(Battery(), PHN_ERROR_FAILED) << "not noticed yet";
     RunFor(10);
-    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_REMOVED});
+    const std::vector<Told> removed = TakeTold();
+    ASSERT_EQ(removed.size(), 1u);
+    EXPECT_EQ(removed[0].type, uint32_t{PHN_CALLBACK_REMOVED});
+    EXPECT_EQ(removed[0].thread, GetCurrentThreadId());
     EXPECT_EQ(Battery(), PHN_ERROR_NO_DEVICE);
     EXPECT_EQ(Ask("replug"), "plugged in");
     RunFor(10);
     EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
     EXPECT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
-    EXPECT_EQ(Battery(), PHN_ERROR_NONE);
+    EXPECT_EQ(Ask("flags 1FF"), "the host will be told");
+    RunFor(kTick);
+    EXPECT_EQ(TakeTypes(), Types{}) << "registrations end with the handset";
+    EXPECT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_SMS, Tell, 0), PHN_ERROR_NONE);
+    RunFor(kTick);
+    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_SMS});
 }
 
 TEST_F(SimulatedTest, ReadsAsFromASerialPort)
@@ -95,19 +139,113 @@ TEST_F(SimulatedTest, ReadsAsFromASerialPort)
     EXPECT_EQ(Battery(), PHN_ERROR_NONE);
 }
 
-TEST_F(SimulatedTest, ABadScriptIsTold)
+TEST_F(SimulatedTest, IsOpenedAgainWhileItMakesTheHostWait)
 {
-    bench_.SetLoggingLevel(TestBench::kAllLines);
-    WriteScript("set identity/number 5550100\nunplog\n");
     Load();
-    const std::string wrong = R"(PHNNRV-simulated.txt:2: "unplog" is no control line; "help" lists them)";
-    EXPECT_EQ(Report(), wrong + "\n");
-    EXPECT_EQ(Battery(), PHN_ERROR_NO_DEVICE);
-    const std::vector<std::string> log = bench_.TakeLog();
-    EXPECT_NE(std::find_if(log.begin(), log.end(),
-                           [&](const std::string& line) { return line.find(wrong) != std::string::npos; }),
-              log.end());
+    ASSERT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    EXPECT_EQ(Ask("fault delay=600000@5*1"), "fault delay=600000@5*1");
+    std::thread waiting([this] { EXPECT_EQ(Battery(), PHN_ERROR_FAILED); });
+    EXPECT_EQ(Ask("wait-for battery-information\nshow battery/battery2"), "80");
+    driver::SendDeviceChange(DBT_DEVICEREMOVECOMPLETE);
+    waiting.join();
+    driver::SendDeviceChange(DBT_DEVICEARRIVAL);
+    EXPECT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    EXPECT_EQ(Battery(), PHN_ERROR_NONE);
 }
+
+TEST_F(SimulatedTest, TellsAClientNothingThatAnotherOneAsked)
+{
+    Load();
+    Send("wait-for startup\nshow battery/battery2");
+    Leave();
+    Send("show identity/model");
+    EXPECT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    EXPECT_EQ(ReadLine(), "\"Fjord 40 (simulated)\"");
+}
+
+TEST_F(SimulatedTest, WaitsForNoClientAndKeepsLittleForIt)
+{
+    Load();
+    ASSERT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+    for (int line = 0; line < 150; ++line)
+        Send("show");
+    Send("set battery/battery2 41");
+    const auto start = std::chrono::steady_clock::now();
+    while (BatteryLevel() != 41 && std::chrono::steady_clock::now() - start < std::chrono::seconds(60))
+        RunFor(20);
+    EXPECT_EQ(BatteryLevel(), 41u) << "one that does not read holds up the others";
+    std::size_t size = 0;
+    std::string line;
+    while (!line.starts_with("error: what was said next is lost") && size < 4'000'000)
+        size += (line = ReadLine()).size();
+    EXPECT_LT(size, 2'000'000u);
+
+    EXPECT_EQ(Ask(std::string(100'000, 'x')), "error: a control line has at most 65536 bytes");
+    Send("wait-for shutdown");
+    for (int remark = 0; remark < 300; ++remark)
+        Send("#" + std::string(60'000, 'x'));
+    EXPECT_EQ(ReadLine(), "error: too many lines wait; from this one on they are dropped");
+    EXPECT_EQ(CALL(PHN_Shutdown)(), PHN_ERROR_NONE);
+    while (Ask("show battery/battery2") != "41")
+        RunFor(20); // until there is room again
+}
+
+TEST_F(SimulatedTest, LeavesNoReportOfAnEarlierRun)
+{
+    std::ofstream(Beside("PHNNRV-simulated.report.txt")) << "PHNNRV-simulated.txt: passed\n";
+    Load();
+    EXPECT_FALSE(fs::exists(Beside("PHNNRV-simulated.report.txt")));
+}
+
+struct Ending
+{
+    const char* script;
+    const char* held; // by another process
+    bool begins;
+    std::string why;
+    std::string report;
+};
+
+class EndingTest : public SimulatedTest, public testing::WithParamInterface<Ending>
+{
+};
+
+// After it, every line is answered with the reason.
+TEST_P(EndingTest, IsToldEverywhere)
+{
+    const auto& [script, held, begins, why, report] = GetParam();
+    bench_.SetLoggingLevel(TestBench::kAllLines);
+    WriteScript(script);
+    std::ofstream(Beside("PHNNRV-simulated.report.txt")) << "an earlier one\n";
+    const HANDLE file = CreateFileA(Beside(held).string().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    Load();
+    EXPECT_EQ(CALL(PHN_Startup)() == PHN_ERROR_NONE, begins);
+    CALL(PHN_Shutdown)();
+    std::string answer;
+    while (!answer.starts_with("error: "))
+        answer = Ask("show battery/battery2"); // 80, or the sentence itself, while it has not ended
+    EXPECT_EQ(answer.substr(0, answer.find(why) + why.size()), "error: the simulated handset has ended: " + why);
+    EXPECT_EQ(Ask("unplug"), answer);
+    CloseHandle(file);
+    EXPECT_EQ(Report().substr(0, report.size()), report);
+    const std::vector<std::string> log = bench_.TakeLog();
+    EXPECT_EQ(std::any_of(log.begin(), log.end(),
+                          [&](const std::string& line) { return line.find(why) != std::string::npos; }),
+              why != "a line said so");
+}
+
+const std::string kMisspelt = R"(PHNNRV-simulated.txt:2: "unplog" is no control line; "help" lists them)";
+const std::string kUnmet = "PHNNRV-simulated.txt:2: rejected was expected at least once, but never came";
+
+INSTANTIATE_TEST_SUITE_P(
+    Ways, EndingTest,
+    testing::Values(Ending{"set identity/number 5550100\nunplog\n", "", false, kMisspelt, kMisspelt},
+                    Ending{"wait-for shutdown\nexpect rejected\n", "", true, kUnmet, kUnmet},
+                    Ending{"wait-for shutdown\nend\n", "", true, "a line said so", "PHNNRV-simulated.txt: passed"},
+                    Ending{"", "PHNNRV-simulated.txt", false, "PHNNRV-simulated.txt cannot be read",
+                           "PHNNRV-simulated.txt cannot be read"},
+                    Ending{"", "PHNNRV-simulated.report.txt", false,
+                           "PHNNRV-simulated.report.txt cannot be written: ", "an earlier one"}));
 
 TEST_F(SimulatedTest, EndsWithTheLibraryWhateverItIsDoing)
 {
