@@ -56,6 +56,7 @@ protected:
         while (said_.find('\n') == std::string::npos && ReadFile(pipe_, bytes.data(), bytes.size(), &size, nullptr))
             said_.append(bytes.data(), size);
         const std::size_t end = said_.find('\n');
+        EXPECT_NE(end, std::string::npos) << "the pipe has ended";
         const std::string line = said_.substr(0, end);
         said_.erase(0, end == std::string::npos ? end : end + 1);
         return line;
@@ -176,7 +177,7 @@ TEST_F(SimulatedTest, WaitsForNoClientAndKeepsLittleForIt)
     EXPECT_EQ(BatteryLevel(), 41u) << "one that does not read holds up the others";
     std::size_t size = 0;
     std::string line;
-    while (!line.starts_with("error: what was said next is lost") && size < 4'000'000)
+    while (!line.starts_with("error: what was said next is lost") && size < 2'000'000)
         size += (line = ReadLine()).size();
     EXPECT_LT(size, 2'000'000u);
 
@@ -185,9 +186,6 @@ TEST_F(SimulatedTest, WaitsForNoClientAndKeepsLittleForIt)
     for (int remark = 0; remark < 300; ++remark)
         Send("#" + std::string(60'000, 'x'));
     EXPECT_EQ(ReadLine(), "error: too many lines wait; from this one on they are dropped");
-    EXPECT_EQ(CALL(PHN_Shutdown)(), PHN_ERROR_NONE);
-    while (Ask("show battery/battery2") != "41")
-        RunFor(20); // until there is room again
 }
 
 TEST_F(SimulatedTest, LeavesNoReportOfAnEarlierRun)
@@ -222,7 +220,7 @@ TEST_P(EndingTest, IsToldEverywhere)
     EXPECT_EQ(CALL(PHN_Startup)() == PHN_ERROR_NONE, begins);
     CALL(PHN_Shutdown)();
     std::string answer;
-    while (!answer.starts_with("error: "))
+    while (!answer.starts_with("error: ") && !HasFailure())
         answer = Ask("show battery/battery2"); // 80, or the sentence itself, while it has not ended
     EXPECT_EQ(answer.substr(0, answer.find(why) + why.size()), "error: the simulated handset has ended: " + why);
     EXPECT_EQ(Ask("unplug"), answer);
@@ -257,10 +255,13 @@ TEST_F(SimulatedTest, EndsWithTheLibraryWhateverItIsDoing)
             auto* const startup = reinterpret_cast<void*>(GetProcAddress(library, "PHN_Startup"));
             EXPECT_EQ(reinterpret_cast<decltype(&PHN_Startup)>(startup)(), PHN_ERROR_NONE);
         }
+        for (unsigned line = 0; line < cycle * 10; ++line)
+            Send("show"); // to a client that does not read
         const auto start = std::chrono::steady_clock::now();
         ASSERT_TRUE(FreeLibrary(library));
         ASSERT_FALSE(GetModuleHandleA("PHNNRV.dll")) << "still loaded";
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+        Leave();
     }
     EXPECT_NE(Report().find("wait-for shutdown waits in vain: the library was unloaded, and it never came"),
               std::string::npos)
