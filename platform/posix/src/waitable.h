@@ -45,11 +45,11 @@ public:
     void Add(std::shared_ptr<Waitable> object) { objects_[count_++] = std::move(object); }
 
     auto begin() const { return objects_.begin(); }
-    auto end() const { return begin() + count_; }
+    auto end() const { return begin() + static_cast<std::ptrdiff_t>(count_); }
 
 private:
     std::array<std::shared_ptr<Waitable>, MAXIMUM_WAIT_OBJECTS> objects_;
-    std::ptrdiff_t count_ = 0;
+    std::size_t count_ = 0;
 };
 
 // The rule of WaitForMultipleObjects, with its results: WAIT_OBJECT_0 or WAIT_ABANDONED_0 plus the index, WAIT_TIMEOUT.
