@@ -141,14 +141,16 @@ private:
         }
     }
 
-    // Strikes at most three times, or the line would soon carry nothing right.
+    // Strikes at most three times, or the line would soon carry nothing right. One in four is out of all proportion: a
+    // reply that is late, or too long.
     static std::string AnyFault(Dice& dice)
     {
         const auto kinds = simulator::AllFaultKinds();
         const simulator::FaultKind& kind = kinds[dice() % kinds.size()];
+        const auto most = kind.name == "delay" ? dice() % 300 : dice() % 60000;
         std::string fault(kind.name);
         for (std::size_t value = 0; value < std::min<std::size_t>(kind.values, 2); ++value)
-            fault += (value ? "," : "=") + std::to_string(value ? 0xFFFF : dice() % 40);
+            fault += (value ? "," : "=") + std::to_string(value ? 0xFFFF : dice() % 4 ? dice() % 40 : most);
         return fault + "*" + std::to_string(1 + dice() % 3);
     }
 
