@@ -1,12 +1,14 @@
 #include "phnctl/cli/print.h"
 
 #include "phnctl/text/failure.h"
+#include "phnctl/text/text.h"
 #include "system/system.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fmt/format.h>
+#include <sstream>
 
 namespace phnctl {
 
@@ -24,6 +26,15 @@ void PrintDone(const Options& options, const std::string& sentence, const Report
         Print(options, report);
     else
         fmt::print("{}\n", sentence);
+}
+
+void PrintFileText(const std::string& text)
+{
+    if (host::TerminalWidth(stdout) == 0)
+        return fmt::print("{}", text);
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        fmt::print("{}\n", Printable(line.substr(0, line.find_last_not_of('\r') + 1)));
 }
 
 void FlushOutput()

@@ -43,7 +43,7 @@ void WriteExport(const Invocation& invocation, const std::string& text)
 {
     const std::string file = *invocation.Value("FILE");
     if (file == "-")
-        fmt::print("{}", text);
+        PrintFileText(text);
     else
         WriteText(PathOf(file), text, invocation.Has(kForce) ? Existing::Replace : Existing::Refuse);
 }

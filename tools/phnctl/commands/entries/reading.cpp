@@ -28,7 +28,7 @@ int Get(const Invocation& invocation, const EntryKind& kind)
     return WithHandset(invocation.options, [&](const Handset& handset) {
         const StoredEntry stored{index, ReadOne(handset, kind, index)};
         if (invocation.Has(kText))
-            return fmt::print("{}", kind.Format({&stored, 1}));
+            return PrintFileText(kind.Format({&stored, 1}));
         const std::vector<Field> details = kind.Details(handset, stored.entry);
         if (!invocation.options.json)
             return Print(invocation.options, Describe(kind, stored.entry, details, {{"index", "Index", stored.index}}));
@@ -41,10 +41,9 @@ int Get(const Invocation& invocation, const EntryKind& kind)
 // "0012 Anna Berg.vcf": names that every file system takes.
 std::string FileNameOf(const EntryKind& kind, const StoredEntry& stored)
 {
-    std::string name = fmt::format("{:04} {}", stored.index, kind.Title(stored.entry));
+    std::string name = fmt::format("{:04} {}", stored.index, Printable(kind.Title(stored.entry)));
     for (char& c : name)
-        if (static_cast<unsigned char>(c) < 0x20 ||
-            std::string_view("<>:\"/\\|?*\x7F").find(c) != std::string_view::npos)
+        if (std::string_view("<>:\"/\\|?*").find(c) != std::string_view::npos)
             c = '_';
     const std::size_t end = name.find_last_not_of(" .");
     return name.substr(0, end + 1) + kind.Extension();
