@@ -7,6 +7,14 @@ namespace simulator {
 
 using namespace std::chrono;
 
+namespace {
+
+// Moments count nanoseconds: their years are within those.
+constexpr year kFirstYear{1678};
+constexpr year kLastYear{2261};
+
+} // namespace
+
 std::string ToText(Moment moment)
 {
     const auto day = floor<days>(moment);
@@ -37,7 +45,7 @@ std::optional<Moment> ParseMoment(std::string_view text)
             ++number;
     }
     const year_month_day date(year(static_cast<int>(numbers[0])), month(numbers[1]), day(numbers[2]));
-    if (!date.ok())
+    if (!date.ok() || date.year() < kFirstYear || date.year() > kLastYear)
         return std::nullopt;
     return sys_days(date) + hours(numbers[3]) + minutes(numbers[4]) + seconds(numbers[5]) + milliseconds(numbers[6]);
 }

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <ranges>
 #include <thread>
 
 namespace {
@@ -98,7 +97,10 @@ TEST_F(Manners, TheLogTellsNothingOfTheOwner)
     bench_.Handset().Change(0, [&](simulator::Phone& phone) { Plant(phone, planted); });
     StartService();
     const std::string read = ReadAll();
-    EXPECT_GT(std::ranges::distance(std::views::split(read, planted)), 8) << "the stores were read";
+    int found = 0;
+    for (size_t at = read.find(planted); at != read.npos; at = read.find(planted, at + planted.size()))
+        ++found;
+    EXPECT_GE(found, 8) << "the stores were read";
     EXPECT_EQ(CALL(PHN_SetLock)(1, code.c_str()), PHN_ERROR_NONE);
     EXPECT_EQ(CALL(PHN_ChangeLockCode)(code.c_str(), "8462"), PHN_ERROR_NONE);
     for (const std::string& line : bench_.TakeLog())
