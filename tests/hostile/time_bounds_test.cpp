@@ -24,7 +24,7 @@ using simulator::Step;
 
 constexpr const char* kScale = "0.007";
 constexpr auto kDrip = 3ms;       // much less than the silence that ends a read
-constexpr double kMost = 0.85;    // of a read's time-out: it is not to run out
+constexpr auto kMargin = 25ms;    // by which a read does not run out of time, the silence that ends it included
 constexpr std::size_t kBytes = 2; // of the reply in each read
 constexpr std::size_t kInAll = 3 * kBytes;
 
@@ -66,7 +66,7 @@ private:
         const simulator::Bytes unstuffed = simulator::Unstuff(reply);
         simulator::FieldReader frame(unstuffed);
         frame.Skip(simulator::kReplyPayloadOffset); // the header repeats the command
-        const auto late = ceil<std::chrono::milliseconds>(ReadTimeout(frame.U32("command")) * Scale() * kMost);
+        const auto late = ceil<std::chrono::milliseconds>(ReadTimeout(frame.U32("command")) * Scale()) - kMargin;
         const bool isEndless = drip_ == Drip::Endless;
         for (std::size_t at = 0; at < (isEndless ? reply.size() : kInAll); ++at) {
             const auto byte = reply.begin() + static_cast<std::ptrdiff_t>(at);
@@ -102,7 +102,7 @@ protected:
             simulator_.Unplug();
             EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
             late = std::jthread([this] {
-                std::this_thread::sleep_for(15s * Scale() * kMost);
+                std::this_thread::sleep_for(15s * Scale() - kMargin);
                 simulator_.Replug();
             });
         }
