@@ -156,12 +156,14 @@ Meaning ReadCallback(Bytes data, PduContent& content)
 {
     BitReader bits(data);
     const auto isText = bits.Take(1);
-    if (isText && *isText) {
+    if (!isText) // and another one may have been read before
+        return std::nullopt;
+    if (*isText) {
         bits.Take(3);
         bits.Take(4);
         const auto text = TakeText(bits, 8);
         content.callback = text ? std::optional(FromHandset(*text)) : std::nullopt;
-    } else if (isText) {
+    } else {
         content.callback = TakeDigits(bits);
     }
     return content.callback ? Meaning(fmt::format("{} ({})", *content.callback,
