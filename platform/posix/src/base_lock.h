@@ -4,6 +4,8 @@
 // proof) and never calls an exported Win32 function, which would take it again.
 #pragma once
 
+#include <poll.h>
+
 #include <condition_variable>
 #include <mutex>
 #include <span>
@@ -28,6 +30,13 @@ void WakeAllWaiters(const Lock& lock);
 // Waits until one of the sources has changed, or the clock has reached the deadline. Wakes for no reason too: call it
 // in a loop.
 void WaitForWake(Lock& lock, std::span<const Source> sources, TimePoint deadline);
+
+// The same for a thread that looks at a descriptor itself meanwhile: ends also when that has what is asked for. The
+// bell (an eventfd) is for those who wake it.
+void WaitForWakeOr(Lock& lock, std::span<const Source> sources, TimePoint deadline, pollfd looked, int bell);
+
+// Ends such a wait; to be called under the base lock.
+void Ring(int bell);
 
 // Blocks until the predicate holds, which a change of the source may bring about.
 template <typename Predicate>

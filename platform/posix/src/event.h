@@ -24,9 +24,14 @@ public:
     }
     void Reset(const Lock&) { signalled_ = false; }
 
+    // Whose operation the event is to tell the end of; null once it is over.
+    void SetCarrier(const Lock&, std::shared_ptr<Carrier> carrier) { carrier_ = std::move(carrier); }
+    std::shared_ptr<Carrier> CarriedBy(const Lock&) const override { return carrier_; }
+
 private:
     const bool manualReset_;
     bool signalled_;
+    std::shared_ptr<Carrier> carrier_;
 };
 
 } // namespace platform

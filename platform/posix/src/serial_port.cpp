@@ -1,13 +1,16 @@
 #include "serial_port.h"
 
 #include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
+#include "recycled.h"
 #include "win32_call.h"
 
 namespace platform {
@@ -26,8 +29,10 @@ void Finish(const Lock& lock, SerialOperation& operation)
         operation.record->InternalHigh = operation.done;
         operation.record->Internal = operation.error;
     }
-    if (operation.event)
+    if (operation.event) {
+        operation.event->SetCarrier(lock, nullptr);
         operation.event->Set(lock);
+    }
     WakeWaiters(lock, SourceOf(operation));
 }
 
@@ -46,16 +51,23 @@ void Prepare(const Lock& lock, SerialOperation& operation)
 
 } // namespace
 
+SerialPort::SerialPort(UniqueDescriptor descriptor, bool overlapped)
+    : overlapped_(overlapped),
+      descriptor_(std::move(descriptor)),
+      bell_(overlapped ? eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK) : -1)
+{
+}
+
 DWORD SerialPort::Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped)
 {
     auto* bytes = static_cast<unsigned char*>(buffer);
-    return Run(reads_, std::make_shared<SerialOperation>(SerialOperation{bytes, size, overlapped}), done);
+    return Run(reads_, MakeRecycled<SerialOperation>(SerialOperation{bytes, size, overlapped}), done);
 }
 
 DWORD SerialPort::Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped)
 {
     auto* bytes = static_cast<unsigned char*>(const_cast<void*>(data));
-    return Run(writes_, std::make_shared<SerialOperation>(SerialOperation{bytes, size, overlapped}), done);
+    return Run(writes_, MakeRecycled<SerialOperation>(SerialOperation{bytes, size, overlapped}), done);
 }
 
 DWORD SerialPort::Run(Direction& direction, std::shared_ptr<SerialOperation> operation, DWORD* done)
@@ -67,8 +79,11 @@ DWORD SerialPort::Run(Direction& direction, std::shared_ptr<SerialOperation> ope
     Prepare(lock, *operation);
     direction.operations.push_back(operation);
     Advance(lock, direction);
-    if (!operation->over && overlapped_)
+    if (!operation->over && overlapped_) {
+        if (operation->event)
+            operation->event->SetCarrier(lock, shared_from_this());
         return ERROR_IO_PENDING;
+    }
     if (!operation->over)
         Block(lock, *operation);
     if (operation->error != ERROR_SUCCESS)
@@ -100,7 +115,7 @@ void SerialPort::Advance(const Lock& lock, Direction& direction)
                 return;
         }
         Finish(lock, operation);
-        direction.operations.pop_front();
+        direction.operations.erase(direction.operations.begin());
     }
     CancelTimer(lock, std::exchange(direction.timer, 0));
 }
@@ -143,10 +158,24 @@ void SerialPort::AwaitMore(const Lock& lock, Direction& direction, TimePoint end
     });
 }
 
-// Reports what is new only, so that bytes nobody reads, and a terminal that stays hung up, cost nothing.
+std::uint32_t SerialPort::EventsAwaited() const
+{
+    return EPOLLIN | (writes_.operations.empty() ? 0u : std::uint32_t{EPOLLOUT});
+}
+
+// The thread that carries on learns what it has to look for now.
 void SerialPort::Watch(const Lock& lock)
 {
-    const std::uint32_t events = EPOLLIN | EPOLLET | (writes_.operations.empty() ? 0u : std::uint32_t{EPOLLOUT});
+    if (isCarriedOn_)
+        Ring(bell_.Get());
+    else
+        SetWatch(lock, EventsAwaited());
+}
+
+// Reports what is new only, so that bytes nobody reads, and a terminal that stays hung up, cost nothing.
+void SerialPort::SetWatch(const Lock& lock, std::uint32_t awaited)
+{
+    const std::uint32_t events = awaited | EPOLLET;
     if (!watch_)
         watch_ = WatchDescriptor(lock, descriptor_.Get(), events, [this](const Lock& held, std::uint32_t) {
             Advance(held, reads_);
@@ -155,6 +184,21 @@ void SerialPort::Watch(const Lock& lock)
     else if (watched_ != events)
         ChangeWatch(lock, watch_, events);
     watched_ = events;
+}
+
+bool SerialPort::CarryOn(Lock& lock, std::span<const Source> sources, TimePoint deadline)
+{
+    if (isCarriedOn_ || !descriptor_ || !bell_)
+        return false;
+    SetWatch(lock, 0);
+    isCarriedOn_ = true;
+    for (const Direction* direction : {&reads_, &writes_})
+        deadline = direction->timer ? std::min(deadline, direction->timerDue) : deadline;
+    WaitForWakeOr(lock, sources, deadline, {descriptor_.Get(), static_cast<short>(EventsAwaited()), 0}, bell_.Get());
+    isCarriedOn_ = false;
+    Advance(lock, reads_);
+    Advance(lock, writes_);
+    return true;
 }
 
 bool SerialPort::Cancel(const Lock& lock, const std::function<bool(const SerialOperation&)>& isMeant)

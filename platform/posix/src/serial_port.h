@@ -1,11 +1,12 @@
 // A serial port: a terminal in raw mode, with a queue of operations for each direction. An operation begins on the
-// caller's thread and, if it is not over at once, is carried on by the service thread; buffers and OVERLAPPED records
-// are touched under the base lock only, and never again once the operation is over (completed, timed out, cancelled,
-// purged, or its port closed). A terminal that has hung up fails everything with ERROR_GEN_FAILURE.
+// caller's thread and, if it is not over at once, is carried on by the service thread, or by the thread that waits for
+// its event while that is blocked; buffers and OVERLAPPED records are touched under the base lock only, and never again
+// once the operation is over (completed, timed out, cancelled, purged, or its port closed). A terminal that has hung up
+// fails everything with ERROR_GEN_FAILURE.
 #pragma once
 
-#include <deque>
 #include <functional>
+#include <vector>
 
 #include "event.h"
 #include "file.h"
@@ -31,17 +32,15 @@ struct SerialOperation
     DWORD error = ERROR_SUCCESS;
 };
 
-class SerialPort : public File
+class SerialPort : public File, public Carrier, public std::enable_shared_from_this<SerialPort>
 {
 public:
-    SerialPort(UniqueDescriptor descriptor, bool overlapped)
-        : overlapped_(overlapped), descriptor_(std::move(descriptor))
-    {
-    }
+    SerialPort(UniqueDescriptor descriptor, bool overlapped);
 
     DWORD Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
     DWORD Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped) override;
     void OnLastHandleClosed() override;
+    bool CarryOn(Lock& lock, std::span<const Source> sources, TimePoint deadline) override;
 
     // Ends the pending operations that are meant, with ERROR_OPERATION_ABORTED. False if there are none.
     bool Cancel(const Lock& lock, const std::function<bool(const SerialOperation&)>& isMeant);
@@ -56,7 +55,7 @@ private:
     struct Direction
     {
         bool reads;
-        std::deque<std::shared_ptr<SerialOperation>> operations = {};
+        std::vector<std::shared_ptr<SerialOperation>> operations = {};
         TimerId timer = 0;
         TimePoint timerDue = kNever;
     };
@@ -68,7 +67,9 @@ private:
     void Advance(const Lock& lock, Direction& direction);
     void MoveBytes(const Direction& direction, SerialOperation& operation) const;
     void AwaitMore(const Lock& lock, Direction& direction, TimePoint end);
+    std::uint32_t EventsAwaited() const;
     void Watch(const Lock& lock);
+    void SetWatch(const Lock& lock, std::uint32_t events);
 
     const bool overlapped_;
     // Under the base lock:
@@ -78,6 +79,8 @@ private:
     Direction writes_{false};
     WatchId watch_ = 0;
     std::uint32_t watched_ = 0;
+    const UniqueDescriptor bell_; // of the thread that carries on
+    bool isCarriedOn_ = false;
 };
 
 } // namespace platform

@@ -36,12 +36,16 @@ void WaitForChange(Lock& lock, const WaitableList& objects, TimePoint deadline)
 {
     std::array<Source, MAXIMUM_WAIT_OBJECTS> sources;
     std::size_t count = 0;
+    std::shared_ptr<Carrier> carrier;
     for (const auto& object : objects) {
         sources[count++] = object->ChangesWith();
         if (!object->IsSignalled(lock))
             deadline = std::min(deadline, object->IsDueAt(lock));
+        if (!carrier)
+            carrier = object->CarriedBy(lock);
     }
-    WaitForWake(lock, {sources.data(), count}, deadline);
+    if (!carrier || !carrier->CarryOn(lock, {sources.data(), count}, deadline))
+        WaitForWake(lock, {sources.data(), count}, deadline);
 }
 
 } // namespace

@@ -12,6 +12,17 @@
 
 namespace platform {
 
+// What carries on the operation that an object stands for the end of. A thread that waits for the end may do that
+// itself: the service thread need not be woken to wake it in turn.
+class Carrier
+{
+public:
+    virtual ~Carrier() = default;
+
+    // Waits like WaitForWake, and carries on meanwhile. False if another thread does so already.
+    virtual bool CarryOn(Lock& lock, std::span<const Source> sources, TimePoint deadline) = 0;
+};
+
 class Waitable : public Object
 {
 public:
@@ -23,6 +34,9 @@ public:
 
     // What changes when it becomes signalled.
     virtual Source ChangesWith() const { return this; }
+
+    // Null where the service thread alone brings it about, or another thread of the program.
+    virtual std::shared_ptr<Carrier> CarriedBy(const Lock&) const { return nullptr; }
 
     // When it becomes signalled by the clock alone.
     virtual TimePoint IsDueAt(const Lock&) const { return kNever; }
