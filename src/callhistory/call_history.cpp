@@ -149,7 +149,7 @@ bool CCallHistory::GetEntry(HANDLE hDevice, DWORD dwCommand, std::span<const uin
     if (!Reader.Holds(dwNumOfEntries, sizeof(CH_ENTRY)))
         return Fail(Log, pError, PHN_ERROR_NO_MORE_ENTRIES, "GetEntry - dwPtr(%d) is less than data to copy(%d).",
                     Reader.GetRemaining(), uint64_t{dwNumOfEntries} * sizeof(CH_ENTRY));
-    CH_ENTRY Entry;
+    CH_ENTRY Entry{};
     Reader.Read(&Entry);
     FillEntry(pEntry, Entry);
     CLock Lock(m_csPlace);

@@ -39,24 +39,36 @@ std::u16string ToWide(std::string_view strText)
     return strWide;
 }
 
+static int ConvertToAnsi(std::u16string_view strText, char* pszRoom, size_t uRoom)
+{
+    return WideCharToMultiByte(CP_ACP, 0, reinterpret_cast<LPCWSTR>(strText.data()), GetLength(strText.size()), pszRoom,
+                               GetLength(uRoom), nullptr, nullptr);
+}
+
+static size_t GetAnsiLength(std::u16string_view strText)
+{
+    return Checked(ConvertToAnsi(strText, nullptr, 0));
+}
+
+void AppendAnsi(std::u16string_view strText, std::string* pstrAnsi)
+{
+    if (strText.empty())
+        return;
+    char szRoom[512]; // whatever a field of the handset makes has room here
+    const size_t uLength = strText.size() > sizeof szRoom / 4 ? GetAnsiLength(strText) : sizeof szRoom;
+    if (uLength <= sizeof szRoom) {
+        pstrAnsi->append(szRoom, Checked(ConvertToAnsi(strText, szRoom, sizeof szRoom)));
+        return;
+    }
+    const size_t uBefore = pstrAnsi->size();
+    pstrAnsi->resize(uBefore + uLength);
+    Checked(ConvertToAnsi(strText, pstrAnsi->data() + uBefore, uLength));
+}
+
 std::string ToAnsi(std::u16string_view strText)
 {
-    const int nUnits = GetLength(strText.size());
-    if (nUnits == 0)
-        return {};
-    const LPCWSTR pwszText = reinterpret_cast<LPCWSTR>(strText.data());
-    // Nearly every text has no more bytes than units.
-    std::string strAnsi(static_cast<size_t>(nUnits), '\0');
-    const auto Convert = [&](int nRoom) {
-        return WideCharToMultiByte(CP_ACP, 0, pwszText, nUnits, nRoom ? strAnsi.data() : nullptr, nRoom, nullptr,
-                                   nullptr);
-    };
-    int nLength = Convert(nUnits);
-    if (nLength == 0 && GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
-        strAnsi.resize(Checked(Convert(0)));
-        nLength = Convert(static_cast<int>(strAnsi.size()));
-    }
-    strAnsi.resize(Checked(nLength));
+    std::string strAnsi;
+    AppendAnsi(strText, &strAnsi);
     return strAnsi;
 }
 

@@ -19,5 +19,8 @@ std::u16string ToWide(std::string_view strText);
 // Characters that the code page lacks become its default replacement character.
 std::string ToAnsi(std::u16string_view strText);
 
+// The same, behind what the other text holds.
+void AppendAnsi(std::u16string_view strText, std::string* pstrAnsi);
+
 // As much of the text's beginning as has at most uLimit bytes; whole characters only.
 std::string ToAnsi(std::u16string_view strText, size_t uLimit);

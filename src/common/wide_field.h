@@ -21,16 +21,28 @@ struct WideField
     std::u16string GetWide() const
     {
         char16_t awUnits[N];
-        std::memcpy(awUnits, m_abyUnits, sizeof m_abyUnits);
-        return std::u16string(awUnits, std::find(awUnits, awUnits + N, u'\0'));
+        return std::u16string(CopyUnits(awUnits));
     }
-    std::string GetText() const { return ToAnsi(GetWide()); }
+    std::string GetText() const
+    {
+        std::string strText;
+        AppendText(&strText);
+        return strText;
+    }
+
+    // Appends the text in the host's code page.
+    void AppendText(std::string* pstrText) const
+    {
+        char16_t awUnits[N];
+        AppendAnsi(CopyUnits(awUnits), pstrText);
+    }
 
     // Copies as many whole characters of the ANSI text as fit, without a terminator: the host's cleared field supplies
     // it if there is room.
     void CopyText(char* pszText, size_t uSize) const
     {
-        const std::string strText = ToAnsi(GetWide(), uSize);
+        char16_t awUnits[N];
+        const std::string strText = ToAnsi(CopyUnits(awUnits), uSize);
         std::memcpy(pszText, strText.data(), strText.size());
     }
     template <size_t M>
@@ -48,5 +60,12 @@ struct WideField
         return uUnits == strText.size();
     }
     bool SetText(std::string_view strText) { return SetWide(ToWide(strText)); }
+
+private:
+    std::u16string_view CopyUnits(char16_t (&awUnits)[N]) const
+    {
+        std::memcpy(awUnits, m_abyUnits, sizeof m_abyUnits);
+        return {awUnits, static_cast<size_t>(std::find(awUnits, awUnits + N, u'\0') - awUnits)};
+    }
 };
 static_assert(sizeof(WideField<36>) == 72 && alignof(WideField<36>) == 1);

@@ -62,12 +62,14 @@ bool DP::Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* 
 {
     *pdwError = 0;
     *pdwRead = 0;
-    SReply Reply{hPort, dwTimeout, pdwError};
-    return ReadFrame(Reply) && DecomposeData(m_pAccumulator.get(), Reply.dwDecoded, pBuffer, dwSize, pdwRead);
+    DWORD dwDecoded = 0;
+    return ReadFrame(hPort, dwTimeout, pdwError, &dwDecoded) &&
+           DecomposeData(m_pAccumulator.get(), dwDecoded, pBuffer, dwSize, pdwRead);
 }
 
-bool DP::ReadFrame(SReply& Reply)
+bool DP::ReadFrame(HANDLE hPort, DWORD dwTimeout, DWORD* pdwError, DWORD* pdwDecoded)
 {
+    SReply Reply{hPort, dwTimeout, pdwError};
     if (!Reply.Operation) {
         Log.Error("DP::Read  - Unable to create the event");
         return false;
@@ -82,8 +84,10 @@ bool DP::ReadFrame(SReply& Reply)
             Log.Error("DP::Read - CheckSize returned an error");
             return false;
         }
-        if (nComplete > 0)
+        if (nComplete > 0) {
+            *pdwDecoded = Reply.dwDecoded;
             return true;
+        }
     }
     Log.Error("DP::Read - Exceeded the maximum loop counter");
     return false;

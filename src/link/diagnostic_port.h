@@ -53,7 +53,8 @@ protected:
     const uint8_t* GetDecoded() const { return m_pAccumulator.get(); }
 
 private:
-    bool ReadFrame(SReply& Reply);
+    // Into the accumulator. The read's event is closed when this returns.
+    bool ReadFrame(HANDLE hPort, DWORD dwTimeout, DWORD* pdwError, DWORD* pdwDecoded);
 
     std::unique_ptr<uint8_t[]> m_pChunk;       // received bytes of one read
     std::unique_ptr<uint8_t[]> m_pAccumulator; // decoded bytes of one reply

@@ -1,17 +1,20 @@
 #include "link/exchange.h"
 
-#include "common/byte_writer.h"
 #include "link/exec_command.h"
 
 bool CExchange::Send(HANDLE hDevice, std::span<const uint8_t> Parameters, PHN_ERROR* pError)
 {
-    CByteWriter Request;
-    Request.Put(MakeRequest(m_dwCommand)).PutBytes(Parameters.data(), Parameters.size());
-    const std::span<const uint8_t> Bytes = Request.GetBytes();
+    uint8_t abyRequest[kMaxRequest];
+    const RequestHeader Header = MakeRequest(m_dwCommand);
+    std::memcpy(abyRequest, &Header, sizeof Header);
+    // A request that is too long is refused by its length, and none of it is looked at.
+    std::ranges::copy(Parameters.first(std::min(Parameters.size(), sizeof abyRequest - sizeof Header)),
+                      abyRequest + sizeof Header);
+    const auto dwRequestLen = static_cast<DWORD>(sizeof Header + Parameters.size());
     DWORD dwErrSts = 0;
     DWORD dwRetBufferLen = 0;
-    if (!ExecCmd(hDevice, Bytes.data(), static_cast<DWORD>(Bytes.size()), m_Reply.m_abyBuffer, kReplyBufferSize,
-                 &dwRetBufferLen, &dwErrSts, m_Spec.dwTimeout, nullptr)) {
+    if (!ExecCmd(hDevice, abyRequest, dwRequestLen, m_Reply.m_abyBuffer, kReplyBufferSize, &dwRetBufferLen, &dwErrSts,
+                 m_Spec.dwTimeout, nullptr)) {
         m_Log.Error("%s - ExecCmd failed with dwErrSts = %d(0x%X).", m_Spec.pszOperation, dwErrSts, dwErrSts);
         *pError = PHN_ERROR_FAILED;
         return false;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <vector>
 
 #include "link/command.h"
 #include "log/log.h"
@@ -70,23 +69,22 @@ bool CFrameCodec::ComposeData(const void* pRecord, DWORD dwLength, uint8_t* pDes
         return false;
     }
     const uint64_t qwFrame = uint64_t{dwLength} + kRequestOverhead;
-    if (qwFrame >= dwSize) {
+    if (qwFrame >= std::min(dwSize, kMaxRequest)) {
         Log.Error("DP::ComposeData - Destination buffer size(%d) is not enough. Data to store is %d", dwSize, qwFrame);
         return false;
     }
     ++m_dwSequence;
-    std::vector<uint8_t> Frame(static_cast<size_t>(qwFrame));
     constexpr uint8_t kHeader[] = {kCommandCode, 0x00, 0x13, 0x00};
-    uint8_t* const pFrame = Frame.data();
-    std::memcpy(pFrame, kHeader, sizeof kHeader);
-    std::memcpy(pFrame + sizeof kHeader, &m_dwSequence, sizeof m_dwSequence);
-    std::memcpy(pFrame + kRequestHeaderSize, pRecord, dwLength);
+    uint8_t abyFrame[kMaxRequest];
+    std::memcpy(abyFrame, kHeader, sizeof kHeader);
+    std::memcpy(abyFrame + sizeof kHeader, &m_dwSequence, sizeof m_dwSequence);
+    std::memcpy(abyFrame + kRequestHeaderSize, pRecord, dwLength);
     const size_t uChecked = size_t{kRequestHeaderSize} + dwLength;
-    const uint16_t wCheck = CheckSequence(pFrame, 8 * uChecked);
-    std::memcpy(pFrame + uChecked, &wCheck, sizeof wCheck);
-    Frame.back() = kFlag;
+    const uint16_t wCheck = CheckSequence(abyFrame, 8 * uChecked);
+    std::memcpy(abyFrame + uChecked, &wCheck, sizeof wCheck);
+    abyFrame[uChecked + sizeof wCheck] = kFlag;
     std::memset(pDest, 0, dwSize);
-    if (!Encode(pFrame, static_cast<DWORD>(qwFrame), pDest, dwSize, pdwStuffed)) {
+    if (!Encode(abyFrame, static_cast<DWORD>(qwFrame), pDest, dwSize, pdwStuffed)) {
         Log.Error("DP::ComposeData - Failed encoding data");
         return false;
     }

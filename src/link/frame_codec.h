@@ -32,7 +32,8 @@ SStuffing UnstuffBytes(const uint8_t* pSource, size_t uLength, uint8_t* pDest, s
 class CFrameCodec
 {
 public:
-    // Wraps a request record in a stuffed frame under the next sequence identifier. The destination is zeroed first.
+    // Wraps a request record in a stuffed frame under the next sequence identifier. The destination is zeroed first; a
+    // frame is shorter than it and than kMaxRequest.
     bool ComposeData(const void* pRecord, DWORD dwLength, uint8_t* pDest, DWORD dwSize, DWORD* pdwStuffed);
 
     // Stuffs every byte but the last, the closing flag.

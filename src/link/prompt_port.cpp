@@ -26,8 +26,10 @@ bool CPromptPort::IsWanted()
 
 void CPromptPort::DropLeftovers(HANDLE hPort) const
 {
-    const DWORD dwWaiting = Owns(hPort) ? CountWaiting(hPort) : 0;
-    if (dwWaiting != 0 && PurgeComm(hPort, PURGE_RXCLEAR))
+    if (!Owns(hPort))
+        return;
+    const DWORD dwWaiting = CountWaiting(hPort); // that of a port that does not tell are dropped as well
+    if (PurgeComm(hPort, PURGE_RXCLEAR) && dwWaiting != 0)
         Log.Error("DP::Write - Dropped %d bytes that were received before the request", dwWaiting);
 }
 

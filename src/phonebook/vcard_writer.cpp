@@ -22,17 +22,24 @@ void AppendFullName(std::string* pstrText, const PB_VCARD_DATA& Data)
     if (Data.strFirstName.empty() && Data.strLastName.empty())
         return;
     const char* const pszBetween = Data.strFirstName.empty() || Data.strLastName.empty() ? "" : " ";
-    AppendLine(pstrText, kVCardKeys[eKeyFullName], Data.strFirstName + pszBetween + Data.strLastName);
+    pstrText->append(kVCardKeys[eKeyFullName]).append(":").append(Data.strFirstName);
+    pstrText->append(pszBetween).append(Data.strLastName).append("\r\n");
 }
 
 } // namespace
 
 std::string MakeEntryLines(std::span<const PB_NUMBER_ENTRY> Entries)
 {
+    constexpr size_t kUsualLine = 40;
     std::string strLines;
-    for (const PB_NUMBER_ENTRY& Entry : Entries)
-        if (Entry.dwType < kEntryTypeCount)
-            AppendLine(&strLines, kVCardKeys[kEntryTypes[Entry.dwType].eKey], Entry.wszValue.GetText());
+    strLines.reserve(kUsualLine * Entries.size());
+    for (const PB_NUMBER_ENTRY& Entry : Entries) {
+        if (Entry.dwType >= kEntryTypeCount)
+            continue;
+        strLines.append(kVCardKeys[kEntryTypes[Entry.dwType].eKey]).append(":");
+        Entry.wszValue.AppendText(&strLines);
+        strLines.append("\r\n");
+    }
     return strLines;
 }
 

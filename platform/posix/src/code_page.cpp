@@ -6,7 +6,6 @@
 #include <cstring>
 #include <map>
 #include <memory>
-#include <type_traits>
 
 #include "win32_error.h"
 
@@ -36,16 +35,6 @@ std::string IconvName(UINT number)
 void AppendUnit(std::string& output, char16_t unit)
 {
     output.append(reinterpret_cast<const char*>(&unit), sizeof unit);
-}
-
-// Most texts are, and those need no converter.
-template <typename Unit>
-bool IsAscii(std::basic_string_view<Unit> text)
-{
-    unsigned all = 0;
-    for (const Unit unit : text)
-        all |= static_cast<std::make_unsigned_t<Unit>>(unit);
-    return all < 0x80;
 }
 
 } // namespace
@@ -163,8 +152,6 @@ void CodePage::FindUndefinedBytes()
 
 std::u16string CodePage::Decode(std::string_view bytes)
 {
-    if (isAscii_ && IsAscii(bytes))
-        return std::u16string(bytes.begin(), bytes.end());
     const std::lock_guard guard(mutex_);
     std::string output;
     output.reserve(bytes.size() * sizeof(char16_t));
@@ -185,8 +172,6 @@ std::u16string CodePage::Decode(std::string_view bytes)
 
 std::string CodePage::Encode(std::u16string_view units, bool* replaced)
 {
-    if (isAscii_ && IsAscii(units))
-        return std::string(units.begin(), units.end());
     const std::lock_guard guard(mutex_);
     std::string output;
     output.reserve(units.size());

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include <windows.h>
@@ -48,6 +49,16 @@ public:
 
     // The number of the system's ANSI code page (PHNNRV_ANSI_CODE_PAGE).
     static UINT Ansi();
+
+    // Whether each unit is one byte of the same value, which needs no conversion: so are most texts.
+    template <typename Text>
+    bool IsPlain(const Text& text) const
+    {
+        unsigned all = 0;
+        for (const auto unit : text)
+            all |= static_cast<std::make_unsigned_t<typename Text::value_type>>(unit);
+        return isAscii_ && all < 0x80;
+    }
 
     // Both put a character of their own for what means nothing.
     std::u16string Decode(std::string_view bytes);

@@ -1,5 +1,6 @@
 #include "event.h"
 
+#include "recycled.h"
 #include "win32_call.h"
 
 using namespace platform;
@@ -10,7 +11,7 @@ HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES, BOOL bManualReset, BOOL bIniti
     return Win32Call(Call::CreateEventA, HANDLE{}, [&] {
         if (lpName)
             throw Win32Error{ERROR_NOT_SUPPORTED};
-        return NewHandle(std::make_shared<Event>(bManualReset != FALSE, bInitialState != FALSE));
+        return NewHandle(MakeRecycled<Event>(bManualReset != FALSE, bInitialState != FALSE));
     });
 }
 

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -72,24 +73,47 @@ std::vector<std::string> PartedByColons(std::string_view list)
     return parts;
 }
 
-std::string Environment(const char* name, const char* otherwise)
+// The variables of the environment that the registry is made from. Asking whether they are as they were takes no
+// memory: the log asks at each of its lines.
+class Environment
 {
-    const char* const value = std::getenv(name);
-    return value ? value : otherwise;
-}
+public:
+    bool IsAsKnown() const { return std::ranges::equal(kVariables, texts_, {}, TextOf); }
 
-// Values of the library's key that variables of the environment state, over what the files say: as a file's text.
-std::string ValuesOfEnvironment()
-{
-    std::string values;
-    for (const auto& [variable, value] :
-         {std::pair{"PHNNRV_CHECK_HOST", "Check Host"}, {"PHNNRV_PROMPT_READS", "Prompt Reads"}}) {
-        const std::string number = Environment(variable, "");
-        if (!number.empty())
-            values.append("\"").append(value).append("\"=dword:").append(number).append("\n");
+    void Renew() { std::ranges::transform(kVariables, texts_.begin(), TextOf); }
+
+    std::string_view Files() const { return texts_[0]; }
+
+    // Values of the library's key that variables state, over what the files say: as a file's text.
+    std::string Values() const
+    {
+        std::string values;
+        for (size_t i = 1; i < kVariables.size(); i++) {
+            if (!texts_[i].empty())
+                values.append("\"").append(kVariables[i].value).append("\"=dword:").append(texts_[i]).append("\n");
+        }
+        return values.empty() ? values : "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n" + values;
     }
-    return values.empty() ? values : "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n" + values;
-}
+
+private:
+    struct Variable
+    {
+        const char* name;
+        const char* otherwise;
+        const char* value;
+    };
+    static const char* TextOf(const Variable& variable)
+    {
+        const char* const text = std::getenv(variable.name);
+        return text ? text : variable.otherwise;
+    }
+
+    static constexpr std::array<Variable, 3> kVariables{{{"PHNNRV_REGISTRY", "/etc/phnnrv.reg", nullptr},
+                                                         {"PHNNRV_CHECK_HOST", "", "Check Host"},
+                                                         {"PHNNRV_PROMPT_READS", "", "Prompt Reads"}}};
+
+    std::array<std::string, kVariables.size()> texts_;
+};
 
 // Tells whether a file may have changed. The file itself is watched for its content, its directory for its name.
 class FileWatch
@@ -177,20 +201,16 @@ private:
         if (registry_ && now - looked_ < kLookIsGoodFor)
             return;
         looked_ = now;
-        std::string list = Environment("PHNNRV_REGISTRY", "/etc/phnnrv.reg");
-        std::string values = ValuesOfEnvironment();
-        if (registry_ && list_ == list && values_ == values &&
-            std::ranges::none_of(watches_, &FileWatch::MayHaveChanged))
+        if (registry_ && environment_.IsAsKnown() && std::ranges::none_of(watches_, &FileWatch::MayHaveChanged))
             return;
         registry_ = nullptr;
-        list_ = std::move(list);
-        values_ = std::move(values);
+        environment_.Renew();
         Read();
     }
 
     void Read()
     {
-        const auto paths = PartedByColons(list_);
+        const auto paths = PartedByColons(environment_.Files());
         auto registry = std::make_shared<Registry>();
         registry->keys[""];
         watches_.resize(paths.size());
@@ -198,15 +218,14 @@ private:
             watches_[i].Start(paths[i]);
             AddFile(paths[i], *registry);
         }
-        if (!values_.empty())
-            (void)AddRegistry(values_, registry->keys);
+        if (const std::string values = environment_.Values(); !values.empty())
+            (void)AddRegistry(values, registry->keys);
         registry_ = std::move(registry);
     }
 
     std::mutex mutex_; // a leaf
     std::chrono::steady_clock::time_point looked_{};
-    std::string list_;
-    std::string values_;
+    Environment environment_;
     std::vector<FileWatch> watches_;
     std::shared_ptr<const Registry> registry_;
 };

@@ -44,16 +44,17 @@ std::basic_string_view<Unit> TextOf(const Unit* text, int length)
     return {text, length < 0 ? std::char_traits<Unit>::length(text) + 1 : static_cast<size_t>(length)};
 }
 
-// Copies the result, or as much as there is room for, and gives its length; a length of 0 only asks for it.
-template <typename Text>
-int Deliver(const Text& result, typename Text::value_type* to, int length)
+// Copies the result, each unit as it is wanted, or as much as there is room for, and gives its length; a length of 0
+// only asks for it.
+template <typename Text, typename Unit, typename Wanted>
+int Deliver(const Text& result, Unit* to, int length, Wanted wanted)
 {
     if (result.size() > INT_MAX)
         throw Win32Error{ERROR_INVALID_PARAMETER};
     if (length == 0)
         return static_cast<int>(result.size());
     const size_t count = std::min(result.size(), static_cast<size_t>(length));
-    std::copy_n(result.data(), count, to);
+    std::transform(result.data(), result.data() + count, to, wanted);
     if (count < result.size())
         throw Win32Error{ERROR_INSUFFICIENT_BUFFER};
     return static_cast<int>(count);
@@ -75,10 +76,13 @@ int WINAPI MultiByteToWideChar(UINT CodePage, DWORD dwFlags, LPCSTR lpMultiByteS
         constexpr DWORD kKnown = MB_PRECOMPOSED | MB_USEGLYPHCHARS;
         if ((dwFlags & ~kKnown) || (CodePage == CP_UTF8 && dwFlags))
             throw Win32Error{ERROR_INVALID_FLAGS};
-        std::u16string units = PageOf(CodePage).Decode(TextOf(lpMultiByteStr, cbMultiByte));
-        if (dwFlags & MB_USEGLYPHCHARS)
-            std::ranges::transform(units, units.begin(), Glyph);
-        return Deliver(units, lpWideCharStr, cchWideChar);
+        const auto wanted = [hasGlyphs = (dwFlags & MB_USEGLYPHCHARS) != 0](auto unit) -> WCHAR {
+            return hasGlyphs ? Glyph(static_cast<char16_t>(unit)) : static_cast<char16_t>(unit);
+        };
+        const std::string_view bytes = TextOf(lpMultiByteStr, cbMultiByte);
+        auto& page = PageOf(CodePage);
+        return page.IsPlain(bytes) ? Deliver(bytes, lpWideCharStr, cchWideChar, wanted)
+                                   : Deliver(page.Decode(bytes), lpWideCharStr, cchWideChar, wanted);
     });
 }
 
@@ -93,10 +97,17 @@ int WINAPI WideCharToMultiByte(UINT CodePage, DWORD dwFlags, LPCWSTR lpWideCharS
             throw Win32Error{ERROR_INVALID_FLAGS};
         if (lpDefaultChar)
             throw Win32Error{ERROR_NOT_SUPPORTED};
+        const auto wanted = [](auto unit) { return static_cast<char>(unit); };
+        const std::u16string_view units = TextOf(lpWideCharStr, cchWideChar);
+        auto& page = PageOf(CodePage);
         bool replaced = false;
-        const std::string bytes = PageOf(CodePage).Encode(TextOf(lpWideCharStr, cchWideChar), &replaced);
+        if (lpUsedDefaultChar)
+            *lpUsedDefaultChar = FALSE;
+        if (page.IsPlain(units))
+            return Deliver(units, lpMultiByteStr, cbMultiByte, wanted);
+        const std::string bytes = page.Encode(units, &replaced);
         if (lpUsedDefaultChar)
             *lpUsedDefaultChar = replaced ? TRUE : FALSE;
-        return Deliver(bytes, lpMultiByteStr, cbMultiByte);
+        return Deliver(bytes, lpMultiByteStr, cbMultiByte, wanted);
     });
 }

@@ -111,6 +111,8 @@ bool CodePageHoldsAll()
 
 std::string FromCodePage(unsigned codePage, std::string_view text)
 {
+    if ((codePage == CP_ACP ? GetACP() : codePage) == CP_UTF8 && IsUtf8(text))
+        return std::string(text);
     return Narrow(CP_UTF8, Widen(codePage, text), nullptr);
 }
 

@@ -1,0 +1,79 @@
+// What an exchange asks of the memory once the handset is served: the exports of a busy host cost none.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "failures/allocation_faults.h"
+#include "failures/handset_process.h"
+#include "phnnrv.h"
+#include "temporary_folder.h"
+
+namespace {
+
+class AllocationsTest : public testing::TestWithParam<const char*>
+{
+protected:
+    AllocationsTest() : handset_(folder_.Path())
+    {
+        setenv("PHNNRV_DEVICES", folder_.Path().c_str(), 1);
+        setenv("PHNNRV_REGISTRY", (folder_.Path() / "none.reg").c_str(), 1);
+        setenv("PHNNRV_PROMPT_READS", GetParam(), 1);
+        handset_.Tell("plug");
+        allocation_faults::SpareThisThread();
+        library_ = LoadLibraryA(PHN_LIBRARY);
+    }
+    ~AllocationsTest() override { FreeLibrary(library_); }
+
+    template <typename Function>
+    Function* Find(const char* name) const
+    {
+        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(library_, name)));
+    }
+
+    // Those of this thread in the call, and of all the library's meanwhile.
+    template <typename Call>
+    static uint64_t MadeBy(Call call)
+    {
+        allocation_faults::Arm(0, 0);
+        {
+            const allocation_faults::LibraryScope scope;
+            EXPECT_EQ(call(), PHN_ERROR_NONE);
+        }
+        allocation_faults::Disarm();
+        return allocation_faults::Made();
+    }
+
+private:
+    TemporaryFolder folder_;
+    HandsetProcess handset_;
+    HMODULE library_ = nullptr;
+};
+
+TEST_P(AllocationsTest, AStatusMakesNoneAndAContactFew)
+{
+    const auto startup = Find<decltype(PHN_Startup)>("PHN_Startup");
+    const auto getBattery = Find<decltype(PHN_GetBatteryInfo)>("PHN_GetBatteryInfo");
+    const auto getContact = Find<decltype(PHN_GetContact)>("PHN_GetContact");
+    ASSERT_TRUE(startup && getBattery && getContact);
+    ASSERT_EQ(startup(), PHN_ERROR_NONE);
+    PHN_BATTERY_INFO battery{};
+    battery.uSize = sizeof battery;
+    const auto askBattery = [&] { return getBattery(&battery); };
+    char text[4096];
+    const auto askContact = [&](uint32_t index) {
+        PHN_CONTACT_RECORD record{sizeof record, text, sizeof text};
+        return getContact(index, &record);
+    };
+    EXPECT_GT(MadeBy([&] { return askContact(0); }), 0u) << "they are counted";
+    askBattery();
+    EXPECT_EQ(MadeBy(askBattery), 0u);
+    for (uint32_t index = 1; index <= 4; ++index)
+        EXPECT_LE(MadeBy([&] { return askContact(index); }), 8u) << "contact " << index;
+}
+
+INSTANTIATE_TEST_SUITE_P(Reads, AllocationsTest, testing::Values("0", "1"));
+
+} // namespace
