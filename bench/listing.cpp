@@ -69,18 +69,13 @@ simulator::Phone FullPhone()
 // When each reply has gone out, on the handset's own thread.
 std::vector<Clock::time_point> replies;
 
-void Tool(benchmark::State& state, simulator::Simulator& handset, const Listing& listing, const char* option)
+void Tool(benchmark::State& state, const Listing& listing, const char* option)
 {
     constexpr std::size_t kStartup = 2;
     const std::string command = std::string(PHNCTL " ") + option + listing.arguments + " > /dev/null";
     for (auto _ : state) {
         replies.clear();
-        handset.Control().SetTrace([](std::string_view line) {
-            if (line.starts_with("> "))
-                replies.push_back(Clock::now());
-        });
         const bool isDone = std::system(command.c_str()) == 0;
-        handset.Control().SetTrace({});
         const std::size_t last = kStartup + listing.before + listing.entries - 1;
         if (!isDone || replies.size() != last + 1 + listing.behind)
             return state.SkipWithError("phnctl did not read the entries");
@@ -130,6 +125,10 @@ int main(int argc, char** argv)
     setenv("PHNNRV_REGISTRY", (devices.Path() / "none.reg").c_str(), 1);
     const std::string name = simulator::UsbInterfaceName("0001");
     simulator::Simulator handset(devices.Path(), name, simulator::PortKind::Diagnostic, FullPhone());
+    handset.Control().SetTrace([](std::string_view line) { // in every exchange, the bare ones too
+        if (line.starts_with("> "))
+            replies.push_back(Clock::now());
+    });
     handset.Start();
 
     const auto add = [](const std::string& title, auto run) {
@@ -139,9 +138,8 @@ int main(int argc, char** argv)
         const std::string what = noun;
         for (const bool prompt : {true, false}) {
             const std::string way = prompt ? "_prompt" : "";
-            add(what + way, [&handset, listing, prompt](benchmark::State& state) {
-                Tool(state, handset, listing, prompt ? "" : "--slow-reads ");
-            });
+            add(what + way,
+                [listing, prompt](benchmark::State& state) { Tool(state, listing, prompt ? "" : "--slow-reads "); });
             add(what + "_bare" + way, [path = std::string(devices.Path() / name), listing,
                                        prompt](benchmark::State& state) { Bare(state, path, listing, prompt); });
         }

@@ -98,6 +98,11 @@ void SetLoggingLevel(DWORD level)
     Key(R"(SOFTWARE\Norvik\LinkDesk)").Set("Logging Level", level);
 }
 
+void SetPromptReads(bool areWanted)
+{
+    Key(R"(SOFTWARE\Norvik\LinkDesk)").Set("Prompt Reads", areWanted ? 1 : 0);
+}
+
 std::filesystem::path BuiltLibrary()
 {
     wchar_t path[MAX_PATH];

@@ -28,6 +28,9 @@ void ClearSerialPorts();
 
 void SetLoggingLevel(DWORD level);
 
+// Which the library reads when it opens a port.
+void SetPromptReads(bool areWanted);
+
 // The PHNNRV.dll that was built with this program.
 std::filesystem::path BuiltLibrary();
 
