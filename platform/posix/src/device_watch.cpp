@@ -48,7 +48,7 @@ void DeviceWatch::End(const Lock& lock)
 
 void DeviceWatch::OnEvents(const Lock& lock)
 {
-    bool understood = true;
+    bool understood = !std::exchange(isBehind_, true);
     alignas(inotify_event) char buffer[4096];
     for (;;) {
         const ssize_t count = read(inotify_.Get(), buffer, sizeof buffer);
@@ -64,6 +64,7 @@ void DeviceWatch::OnEvents(const Lock& lock)
     }
     if (!understood)
         Rescan(lock);
+    isBehind_ = false;
 }
 
 // A link of the directory came or went. False for anything else.
@@ -78,7 +79,8 @@ bool DeviceWatch::OnName(const Lock& lock, std::uint32_t events, const std::stri
     return true;
 }
 
-// After the directory itself came or went, or events were lost: compares what is there with what was known.
+// After the directory itself came or went, or events were lost, for want of memory too: compares what is there with
+// what was known.
 void DeviceWatch::Rescan(const Lock& lock)
 {
     WatchNearest();
@@ -133,14 +135,16 @@ void DeviceWatch::Arrive(const Lock& lock, const std::string& name, std::uint64_
     if (known != present_.end() && known->second == link)
         return;
     Leave(lock, name);
-    present_[name] = link;
     listener_(lock, name, true);
+    present_[name] = link;
 }
 
 void DeviceWatch::Leave(const Lock& lock, const std::string& name)
 {
-    if (present_.erase(name))
-        listener_(lock, name, false);
+    if (!present_.contains(name))
+        return;
+    listener_(lock, name, false);
+    present_.erase(name);
 }
 
 DeviceWatch::Interfaces DeviceWatch::Present() const

@@ -16,7 +16,8 @@ namespace platform {
 class DeviceWatch
 {
 public:
-    // Called, with the base lock held, with the name of an interface that has arrived (true) or is gone (false).
+    // Called, with the base lock held, with the name of an interface that has arrived (true) or is gone (false). When
+    // it throws, it is called again.
     using Listener = std::function<void(const Lock&, const std::string& name, bool arrived)>;
 
     // What is there now is not announced. Throws std::system_error or Win32Error when nothing can be watched.
@@ -44,7 +45,8 @@ private:
     UniqueDescriptor inotify_;
     int directoryWatch_ = -1;
     int ancestorWatch_ = -1;
-    Interfaces present_;
+    Interfaces present_;    // as the listener was told
+    bool isBehind_ = false; // not all events were told
     WatchId watch_ = 0;
 };
 

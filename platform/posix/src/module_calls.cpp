@@ -20,10 +20,11 @@ using namespace platform;
 
 namespace {
 
+// Nothing is allocated to find one: unloading must not fail for want of memory.
 struct Module
 {
     HMODULE handle = nullptr;
-    std::string name; // as it was loaded; empty for the program
+    const char* name = ""; // as it was loaded; empty for the program. It goes with the module.
 };
 
 // The first loaded module that fits; a null handle if none does. The program comes first.
@@ -78,7 +79,8 @@ HMODULE LoadedModule(const char* name)
     const std::string file = name;
     const bool isPath = file.find('/') != file.npos;
     const Module module = FindModule([&](const Module& m) {
-        return m.name == file || (!isPath && m.name.size() > file.size() && m.name.ends_with('/' + file));
+        const std::string_view loaded = m.name;
+        return loaded == file || (!isPath && loaded.size() > file.size() && loaded.ends_with('/' + file));
     });
     if (!module.handle)
         throw Win32Error{ERROR_MOD_NOT_FOUND};
@@ -87,18 +89,18 @@ HMODULE LoadedModule(const char* name)
 
 std::string PathOf(const Module& module)
 {
-    const std::string name = module.name.empty() ? "/proc/self/exe" : module.name;
-    if (!module.name.empty() && name.starts_with('/'))
-        return name;
-    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(name.c_str(), nullptr), free);
+    if (*module.name == '/')
+        return module.name;
+    const char* const name = *module.name ? module.name : "/proc/self/exe";
+    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(name, nullptr), free);
     return resolved ? resolved.get() : name;
 }
 
 // One reference to a loaded module, as dlopen counts them.
 std::unique_ptr<void, int (*)(void*)> Reference(HMODULE handle)
 {
-    const std::string name = ModuleOf(handle).name;
-    void* const reference = dlopen(name.empty() ? nullptr : name.c_str(), RTLD_NOLOAD | RTLD_LAZY);
+    const char* const name = ModuleOf(handle).name;
+    void* const reference = dlopen(*name ? name : nullptr, RTLD_NOLOAD | RTLD_LAZY);
     if (!reference)
         throw Win32Error{ERROR_MOD_NOT_FOUND};
     return {reference, dlclose};

@@ -77,11 +77,13 @@ public:
 
 private:
     static constexpr std::uint64_t kTimerEvent = 0;
+    static constexpr int kPause = 10; // milliseconds before what has failed is tried again
 
     struct Watch
     {
         int descriptor;
         std::shared_ptr<OnEvents> onEvents; // kept by the call in progress, which may end the watch
+        bool isOwed = false;                // it has failed, such as for want of memory, and is due again
     };
 
     struct Timer
@@ -136,27 +138,49 @@ private:
                 armed_ = kNever;
             return;
         }
-        const auto watch = watches_.find(id);
-        if (watch == watches_.end())
-            return; // ended since the event was fetched
-        const auto onEvents = watch->second.onEvents;
-        (*onEvents)(lock, event.events);
+        if (watches_.contains(id)) // not ended since the event was fetched
+            Call(lock, id, event.events);
     }
 
-    // Nothing can be done for a process that closes our descriptors or has no memory left for a timer: it is
-    // terminated.
+    void Call(const Lock& lock, WatchId id, std::uint32_t events)
+    {
+        const auto onEvents = watches_.at(id).onEvents;
+        const bool hasFailed = ErrorOf([&] { (*onEvents)(lock, events); }) != ERROR_SUCCESS;
+        if (const auto watch = watches_.find(id); watch != watches_.end())
+            watch->second.isOwed = hasFailed;
+    }
+
+    auto FirstOwed(WatchId behind)
+    {
+        return std::find_if(watches_.upper_bound(behind), watches_.end(),
+                            [](const auto& one) { return one.second.isOwed; });
+    }
+
+    void CallOwed(const Lock& lock)
+    {
+        WatchId last = 0;
+        for (auto owed = FirstOwed(last); owed != watches_.end(); owed = FirstOwed(last)) {
+            last = owed->first;
+            Call(lock, last, 0);
+        }
+    }
+
+    // Nothing can be done for a process that closes our descriptors: it is terminated.
     [[noreturn]] void Run() noexcept
     {
         std::array<epoll_event, 16> events;
+        int pause = -1;
         for (;;) {
-            const int count = epoll_wait(epoll_.Get(), events.data(), static_cast<int>(events.size()), -1);
+            const int count = epoll_wait(epoll_.Get(), events.data(), static_cast<int>(events.size()), pause);
             if (count < 0 && errno != EINTR)
                 ThrowErrno();
             const Lock lock = TakeBaseLock();
+            CallOwed(lock);
             for (int i = 0; i < count; i++)
                 Handle(lock, events[static_cast<std::size_t>(i)]);
             RunDueTimers(lock);
             Arm();
+            pause = FirstOwed(0) == watches_.end() ? -1 : kPause;
         }
     }
 
