@@ -44,4 +44,15 @@ TEST(FailuresTest, EachCallFailsFromThenOn)
     ExpectCallsRight(kForEver);
 }
 
+TEST(FailuresTest, EachAllocationFails)
+{
+    const unsigned allocations = TakeCensus().allocations;
+    std::vector<Fault> faults;
+    for (const unsigned count : {1u, kForEver}) {
+        for (unsigned skip = 0; skip < allocations; ++skip)
+            faults.push_back({"", 0, skip, count});
+    }
+    ExpectRight("allocations", allocations, faults);
+}
+
 } // namespace

@@ -105,8 +105,8 @@ void ExpectedOutputs::Note(const SessionReport& report)
 Complaints JudgeClean(const SessionReport& report, const ExpectedOutputs& expected)
 {
     Complaints wrong;
-    if (!report.isLoaded)
-        wrong.push_back("the library is not loaded");
+    if (!report.isLoaded || !report.isUnloaded)
+        wrong.push_back("the library is not loaded, or not unloaded");
     for (const Outcome& outcome : report.outcomes) {
         if (!HasSucceeded(outcome))
             wrong.push_back(ToString(outcome));
@@ -127,6 +127,8 @@ Complaints JudgeFaulty(const SessionReport& report, const ExpectedOutputs& expec
             wrong.push_back(ToString(outcome) + " after " + std::to_string(outcome.time.count()) + " ms");
         JudgeOutput(outcome, expected, wrong);
     }
+    if (report.isLoaded && !report.isUnloaded)
+        wrong.push_back("the library is not unloaded");
     JudgeLog(report, fault, wrong);
     return wrong;
 }

@@ -122,7 +122,7 @@ SessionReport Session::Run(Length length)
     if (library_) {
         length == Length::Whole ? LiveWhole() : LiveShortly();
         const LibraryScope scope;
-        FreeLibrary(library_);
+        report_.isUnloaded = FreeLibrary(library_) && !GetModuleHandleA("PHNNRV.dll");
     }
     report_.log = LogReader(logs).Text();
     return std::move(report_);

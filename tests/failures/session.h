@@ -26,6 +26,7 @@ struct Outcome
 struct SessionReport
 {
     bool isLoaded = false;
+    bool isUnloaded = false; // or was never loaded
     std::vector<Outcome> outcomes{};
     bool wasChangeTold = false;
     bool wasRemovalTold = false;
