@@ -12,7 +12,7 @@ using FindExport = std::function<void*(const char* name)>;
 
 struct ExportCall
 {
-    const char* name;
+    std::string name;
     uint32_t success; // the code, or the count
     // What is written to the host's memory goes to `output`.
     std::function<uint32_t(const FindExport& find, std::string* output)> call;

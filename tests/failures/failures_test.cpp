@@ -1,8 +1,10 @@
-// Every failure, one after the other: each call of the stand-in and each allocation of a whole session fails in its
-// turn. A case that goes wrong is run alone, with its log, by its name: PHN_WALK_LOG=1 PHN_WALK_ONLY="CreateEventA
-// error 8 behind 17 once" failures_test
+// Every failure, one after the other: each call of the stand-in and each allocation of a session fails in its turn, and
+// then pairs of failures. A case that goes wrong is run alone, with its log, by its name:
+// PHN_WALK_LOG=1 PHN_WALK_ONLY="CreateEventA error 8 behind 17 once" failures_test
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <numeric>
 
@@ -11,48 +13,105 @@
 
 namespace {
 
-void ExpectRight(const char* what, unsigned places, const std::vector<Fault>& faults)
+void ExpectRight(const WalkResult& result, const std::string& walked)
 {
-    const WalkResult result = Walk(faults);
-    std::printf("walked %u %s: %zu runs, in %u of which the failure came about, %zu wrong, %.0f s\n", places, what,
+    std::printf("walked %s: %zu runs, in %u of which a failure came about, %zu wrong, %.0f s\n", walked.c_str(),
                 result.runs, result.struck, result.wrong.size(), result.seconds);
     for (const std::string& wrong : result.wrong)
         ADD_FAILURE() << wrong;
 }
 
-void ExpectCallsRight(unsigned count)
+// With each error of the call, or with as many as are wanted.
+void AddCalls(const Census& census, unsigned count, std::vector<Case>& cases, size_t errors = SIZE_MAX)
 {
-    const std::vector<unsigned> calls = TakeCensus().calls;
-    std::vector<Fault> faults;
-    for (size_t call = 0; call < calls.size(); ++call) {
+    for (size_t call = 0; call < census.calls.size(); ++call) {
         const CallErrors& one = AllCallErrors()[call];
-        for (const DWORD error : one.errors) {
-            for (unsigned skip = 0; skip < calls[call]; ++skip)
-                faults.push_back({one.call, error, skip, count});
+        for (size_t error = 0; error < std::min(errors, one.errors.size()); ++error) {
+            for (unsigned skip = 0; skip < census.calls[call]; ++skip)
+                cases.push_back({{{one.call, one.errors[error], skip, count}}});
         }
     }
-    ExpectRight("calls", std::accumulate(calls.begin(), calls.end(), 0u), faults);
 }
 
-TEST(FailuresTest, EachCallFailsOnce)
+void AddAllocations(const Census& census, unsigned count, std::vector<Case>& cases)
 {
-    ExpectCallsRight(1);
+    for (unsigned skip = 0; skip < census.allocations; ++skip)
+        cases.push_back({{{"", 0, skip, count}}});
 }
 
-TEST(FailuresTest, EachCallFailsFromThenOn)
+std::string CountOf(const Census& census)
 {
-    ExpectCallsRight(kForEver);
+    return std::to_string(std::accumulate(census.calls.begin(), census.calls.end(), 0u)) + " calls and " +
+           std::to_string(census.allocations) + " allocations";
 }
 
-TEST(FailuresTest, EachAllocationFails)
+void ExpectSessionRight(unsigned count)
 {
-    const unsigned allocations = TakeCensus().allocations;
-    std::vector<Fault> faults;
+    const Census census = TakeCensus();
+    std::vector<Case> cases;
+    AddCalls(census, count, cases);
+    AddAllocations(census, count, cases);
+    ExpectRight(Walk(cases), CountOf(census));
+}
+
+TEST(FailuresTest, WhatFailsOnce)
+{
+    ExpectSessionRight(1);
+}
+
+TEST(FailuresTest, WhatFailsFromThenOn)
+{
+    ExpectSessionRight(kForEver);
+}
+
+TEST(FailuresTest, OnASerialPort)
+{
+    const Census census = TakeCensus(Attachment::Serial);
+    std::vector<Case> cases;
     for (const unsigned count : {1u, kForEver}) {
-        for (unsigned skip = 0; skip < allocations; ++skip)
-            faults.push_back({"", 0, skip, count});
+        AddCalls(census, count, cases, 1);
+        AddAllocations(census, count, cases);
     }
-    ExpectRight("allocations", allocations, faults);
+    ExpectRight(Walk(cases, Attachment::Serial), CountOf(census));
+}
+
+// What an exchange fails by, and what its clean-up or its log line fails by in the same call.
+TEST(FailuresTest, PairsOfFailuresInAnExchange)
+{
+    const Case exchange[] = {
+        {{{"CreateEventA", ERROR_NOT_ENOUGH_MEMORY}}},
+        {{{"ReadFile", ERROR_GEN_FAILURE}}},
+        {{{"ReadFile", ERROR_OPERATION_ABORTED}}},
+        {{{"WriteFile", ERROR_GEN_FAILURE, 0, kForEver}}}, // the log's as well
+        {{{"WaitForMultipleObjects", ERROR_NOT_ENOUGH_MEMORY, 0, kForEver}}},
+        {{{"GetOverlappedResult", ERROR_GEN_FAILURE, 0, kForEver}}},
+        {{}, {}, "silence"},
+        {{}, {}, "hangup"},
+        {{}, {}, "unplug"},
+        {{}, {}, "truncate=9"},
+        {{}, {}, "check"},
+    };
+    const Fault cleanUp[] = {
+        {"ClearCommError", ERROR_BAD_COMMAND, 0, kForEver},
+        {"PurgeComm", ERROR_BAD_COMMAND, 0, kForEver},
+        {"CancelIoEx", ERROR_NOT_FOUND, 0, kForEver},
+        {"GetOverlappedResult", ERROR_OPERATION_ABORTED, 0, kForEver},
+        {"RegQueryValueExA", ERROR_NOT_ENOUGH_MEMORY, 0, kForEver},
+        {"", 0, 0, kForEver},
+    };
+    TakeCensus();
+    std::vector<Case> cases;
+    for (const char* const subject : {"PHN_GetBatteryInfo", "PHN_GetContact", "PHN_SetContact", "PHN_SetEvent",
+                                      "PHN_SendMessage", "PHN_GetFirstMessage"}) {
+        for (const Case& first : exchange) {
+            for (const Fault& second : cleanUp) {
+                cases.push_back(first);
+                cases.back().subject = subject;
+                cases.back().faults.push_back(second);
+            }
+        }
+    }
+    ExpectRight(Walk(cases), "six exports");
 }
 
 } // namespace

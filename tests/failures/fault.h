@@ -1,9 +1,12 @@
-// What is made to fail in a session: a call of the stand-in or an allocation, once or from then on.
+// What is made to fail in a session: a call of the stand-in or an allocation, once or from then on, and cases of it.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <windows.h>
+
+#include "failures/session.h"
 
 constexpr unsigned kForEver = 0xFFFFFFFF;
 
@@ -15,8 +18,16 @@ struct Fault
     unsigned count = 1;
 };
 
-std::string ToString(const Fault& fault);
+// The faults strike throughout the session or, with a subject, while that is called.
+struct Case
+{
+    std::vector<Fault> faults;
+    std::string subject{};
+    std::string handset{}; // a fault of the simulated handset, as phnsim knows it
+};
 
-void Arm(const Fault& fault);
-// Ends every failure. Has this one come about?
-bool Disarm(const Fault& fault);
+std::string ToString(const Case& one);
+
+void Arm(const Case& one);
+// Ends every failure. Has one of them come about?
+bool Disarm(const Case& one);

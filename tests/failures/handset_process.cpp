@@ -15,34 +15,52 @@ namespace {
 
 constexpr uint16_t kAllChanges = 0x01FF;
 
-void Obey(simulator::Simulator& simulator, const std::string& command)
+class Handsets
 {
-    if (command == "plug") {
-        simulator.Start();
-    } else if (command == "unplug") {
-        simulator.Unplug();
-    } else if (command == "reset") {
-        simulator.Unplug();
-        simulator.Control().ClearFaults();
-        simulator.Control().Change(0, [](simulator::Phone& phone) { phone = simulator::DefaultPhone(); });
-    } else if (command == "changes") {
-        simulator.Control().Change(0, [](simulator::Phone& phone) { phone.variance = kAllChanges; });
-    } else {
-        simulator.Control().AddFault(command.substr(command.find(' ') + 1));
+public:
+    explicit Handsets(const std::filesystem::path& devices)
+        : usb_(devices, simulator::UsbInterfaceName("0001")), serial_(devices, "com5")
+    {
     }
-}
+
+    void Obey(const std::string& command)
+    {
+        if (command.starts_with("plug"))
+            (plugged_ = command == "plug usb" ? &usb_ : &serial_)->Start();
+        else if (command == "unplug")
+            plugged_->Unplug();
+        else if (command == "reset")
+            Reset();
+        else if (command == "changes")
+            plugged_->Control().Change(0, [](simulator::Phone& phone) { phone.variance = kAllChanges; });
+        else
+            plugged_->Control().AddFault(command);
+    }
+
+private:
+    void Reset()
+    {
+        plugged_->Unplug();
+        plugged_->Control().ClearFaults();
+        plugged_->Control().Change(0, [](simulator::Phone& phone) { phone = simulator::DefaultPhone(); });
+    }
+
+    simulator::Simulator usb_;
+    simulator::Simulator serial_;
+    simulator::Simulator* plugged_ = &usb_;
+};
 
 [[noreturn]] void Serve(int socket, const std::filesystem::path& devices)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    simulator::Simulator simulator(devices, simulator::UsbInterfaceName("0001"));
+    Handsets handsets(devices);
     char command[200];
     for (ssize_t length; (length = recv(socket, command, sizeof command, 0)) > 0;) {
-        Obey(simulator, std::string(command, static_cast<size_t>(length)));
+        handsets.Obey(std::string(command, static_cast<size_t>(length)));
         if (send(socket, "", 1, 0) != 1)
             break;
     }
-    simulator.Stop();
+    handsets.Obey("unplug");
     _exit(0);
 }
 

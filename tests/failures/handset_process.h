@@ -15,8 +15,8 @@ public:
     HandsetProcess(const HandsetProcess&) = delete;
     HandsetProcess& operator=(const HandsetProcess&) = delete;
 
-    // "plug", "unplug", "reset" (memory and faults as at first, unplugged), "changes" (to be reported to the host), or
-    // "fault TEXT". Returns when it is done.
+    // "plug usb" or "plug serial"; "unplug"; "reset" (memory and faults as at first, unplugged);
+    // "changes" (to be reported to the host); or a fault as phnsim knows it. Returns when it is done.
     void Tell(const std::string& command) const;
 
 private:

@@ -26,4 +26,4 @@ Complaints JudgeClean(const SessionReport& report, const ExpectedOutputs& expect
 
 // Each call succeeds with the same output, or has a code that is documented for this and an Error line of its own, in
 // its time.
-Complaints JudgeFaulty(const SessionReport& report, const ExpectedOutputs& expected, const Fault& fault);
+Complaints JudgeFaulty(const SessionReport& report, const ExpectedOutputs& expected, const Case& one);

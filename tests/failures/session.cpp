@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
 
 #include "failures/allocation_faults.h"
 #include "failures/export_calls.h"
@@ -27,11 +26,12 @@ class Session
 public:
     Session(const HostFolder& folder, const HandsetProcess& handset) : folder_(folder), handset_(handset) {}
 
-    SessionReport Run(Length length);
+    SessionReport Run(const SessionPlan& plan);
 
 private:
-    void LiveShortly();
+    void LiveShortly(const SessionPlan& plan);
     void LiveWhole();
+    void Plug() const;
     void Call(const ExportCall& call);
     void Await(const std::function<bool()>& isDone) const;
 
@@ -73,10 +73,23 @@ void Session::Await(const std::function<bool()>& isDone) const
     } while (isExpected && !isDone() && steady_clock::now() < end);
 }
 
-void Session::LiveShortly()
+void Session::Plug() const
+{
+    handset_.Tell(folder_.attachment == Attachment::Usb ? "plug usb" : "plug serial");
+}
+
+void Session::LiveShortly(const SessionPlan& plan)
 {
     Call(Startup());
-    Call(ExportCalls().front());
+    for (unsigned more = plan.startups; --more > 0 && report_.outcomes.back().code == PHN_ERROR_NO_DEVICE;) {
+        report_.outcomes.pop_back();
+        Call(Startup());
+    }
+    if (plan.before)
+        plan.before();
+    Call(*std::ranges::find(ExportCalls(), plan.subject, &ExportCall::name));
+    if (plan.after)
+        plan.after();
     Call(Shutdown());
     report_.wasChangeTold = report_.wasRemovalTold = true; // nothing was to be told
 }
@@ -100,19 +113,19 @@ void Session::LiveWhole()
     report_.wasRemovalTold = all.removals > 0;
     Call(Battery());
     report_.outcomes.back().success = PHN_ERROR_NO_DEVICE;
-    handset_.Tell("plug");
+    Plug();
     Call(Startup());
     Call(Battery());
     Call(Shutdown());
 }
 
-SessionReport Session::Run(Length length)
+SessionReport Session::Run(const SessionPlan& plan)
 {
     const fs::path logs = folder_.library.parent_path();
     RemoveLogs(logs);
     TakeTold();
     handset_.Tell("reset");
-    handset_.Tell("plug");
+    Plug();
     {
         const std::string path = folder_.library;
         const LibraryScope scope;
@@ -120,7 +133,7 @@ SessionReport Session::Run(Length length)
     }
     report_.isLoaded = library_ != nullptr;
     if (library_) {
-        length == Length::Whole ? LiveWhole() : LiveShortly();
+        plan.subject.empty() ? LiveWhole() : LiveShortly(plan);
         const LibraryScope scope;
         report_.isUnloaded = FreeLibrary(library_) && !GetModuleHandleA("PHNNRV.dll");
     }
@@ -130,19 +143,21 @@ SessionReport Session::Run(Length length)
 
 } // namespace
 
-HostFolder::HostFolder(const fs::path& folder) : devices(folder / "devices"), library(folder / "libphnnrv.so")
+HostFolder::HostFolder(const fs::path& folder, Attachment attached)
+    : devices(folder / "devices"), library(folder / "libphnnrv.so"), attachment(attached)
 {
     fs::create_directory(devices);
-    fs::copy_file(PHN_LIBRARY, library);
+    fs::create_symlink(PHN_LIBRARY, library);
     const fs::path registry = folder / "phnnrv.reg";
     std::ofstream(registry) << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n"
-                               "\"Logging Level\"=dword:fffff\n\"Prompt Reads\"=dword:1\n";
+                               "\"Logging Level\"=dword:fffff\n\"Prompt Reads\"=dword:"
+                            << (attached == Attachment::Usb) << '\n';
     setenv("PHNNRV_DEVICES", devices.c_str(), 1);
     setenv("PHNNRV_REGISTRY", registry.c_str(), 1);
     setenv("PHNNRV_TIME_SCALE", std::to_string(1.0 / kTimeDivisor).c_str(), 1);
 }
 
-SessionReport RunSession(const HostFolder& folder, const HandsetProcess& handset, Length length)
+SessionReport RunSession(const HostFolder& folder, const HandsetProcess& handset, const SessionPlan& plan)
 {
-    return Session(folder, handset).Run(length);
+    return Session(folder, handset).Run(plan);
 }

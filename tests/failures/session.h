@@ -1,18 +1,19 @@
 // A host's session with the library. The whole one: load, start, one call of each export, callbacks, unplug, replug,
-// end, unload. The short one: load, start, the first call, end, unload. It goes on whatever fails, as a stubborn host
-// would, and tells what came of each call.
+// end, unload. The short one: load, start, one call, end, unload. It goes on whatever fails, as a stubborn host would,
+// and tells what came of each call.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "failures/handset_process.h"
 
 // A second of the library's lasts that much less.
-constexpr int kTimeDivisor = 50;
+constexpr int kTimeDivisor = 30;
 
 struct Outcome
 {
@@ -33,19 +34,29 @@ struct SessionReport
     std::string log{};
 };
 
-// The surroundings of a host: the library's own copy with its log beside it, logging of everything, prompt reads.
+// How the handset is attached. On USB the library reads promptly.
+enum class Attachment
+{
+    Usb,
+    Serial,
+};
+
+// The surroundings of a host: a link to the library with its log beside it, logging of everything.
 struct HostFolder
 {
-    explicit HostFolder(const std::filesystem::path& folder);
+    HostFolder(const std::filesystem::path& folder, Attachment attached);
 
     std::filesystem::path devices;
     std::filesystem::path library;
+    Attachment attachment;
 };
 
-enum class Length
+struct SessionPlan
 {
-    Whole,
-    Short,
+    std::string subject{};          // the export that a short session calls; empty: a whole session
+    std::function<void()> before{}; // the call of the subject
+    std::function<void()> after{};
+    unsigned startups = 1; // how often a handset that was not found is asked for: a serial one may take a while
 };
 
-SessionReport RunSession(const HostFolder& folder, const HandsetProcess& handset, Length length);
+SessionReport RunSession(const HostFolder& folder, const HandsetProcess& handset, const SessionPlan& plan);

@@ -1,5 +1,5 @@
-// The walk over failures: each case is a process of its own, forked where no thread is, that runs a whole session with
-// one failure, and then a short one without any. Several workers share the cases, each with a handset of its own.
+// The walk over failures: each case is a process of its own, forked where no thread is, that runs a session with its
+// failures, and then a short one without any. Several workers share the cases, each with a handset of its own.
 #pragma once
 
 #include <string>
@@ -23,6 +23,6 @@ struct WalkResult
 };
 
 // Runs a session without failures, which all others are compared with. Throws std::runtime_error if it goes wrong.
-Census TakeCensus();
+Census TakeCensus(Attachment attachment = Attachment::Usb);
 
-WalkResult Walk(std::vector<Fault> faults);
+WalkResult Walk(std::vector<Case> cases, Attachment attachment = Attachment::Usb);
