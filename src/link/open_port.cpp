@@ -55,6 +55,12 @@ bool COpenPort::IsClosed() const
     return m_bClosed;
 }
 
+bool COpenPort::IsIdle() const
+{
+    CLock Lock(m_csUse);
+    return m_dwUsers == 0;
+}
+
 void COpenPort::Close()
 {
     {
@@ -63,7 +69,9 @@ void COpenPort::Close()
             return;
     }
     SetEvent(m_evClosing.Get());
-    while (WaitForSingleObject(m_evIdle.Get(), kCancelPause) == WAIT_TIMEOUT)
-        m_pPort->CancelPending();
+    while (!IsIdle()) {
+        if (WaitForSingleObject(m_evIdle.Get(), kCancelPause) != WAIT_OBJECT_0 || !IsIdle())
+            m_pPort->CancelPending();
+    }
     m_hOwned.Reset();
 }

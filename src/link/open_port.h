@@ -34,6 +34,8 @@ public:
     void Close();
 
 private:
+    bool IsIdle() const;
+
     // One thread's stay inside the port object. A port that has been closed admits no handle any more.
     class CUse
     {

@@ -16,6 +16,9 @@ constexpr CLogSource Log{LOG_CDEVICE};
 constexpr DWORD kCycle = 15000;
 constexpr DWORD kGrace = 1000; // for the threads to be gone before their code is
 constexpr DWORD kPause = 100;  // behind a wait that failed
+// Between looks at whether what is awaited has come about without its event.
+constexpr DWORD kLook = 1000;
+constexpr DWORD kWorkerLook = 20000;
 
 void CloseAndClear(HANDLE* phObject)
 {
@@ -24,15 +27,20 @@ void CloseAndClear(HANDLE* phObject)
     *phObject = nullptr;
 }
 
-// Waits without limit for the object or, when there is one, for the end of the thread that should signal it. A wait
-// that fails is said, and then it counts what the predicate says, looked at again and again.
+// Waits without limit for the object or, when there is one, for the end of the thread that should signal it, or until
+// the predicate holds, which is looked at again and again. A wait that fails is said.
 template <typename TDone>
-void AwaitObject(HANDLE hObject, HANDLE hThread, TDone IsDone)
+void AwaitObject(HANDLE hObject, HANDLE hThread, TDone IsDone, DWORD dwLook = kLook)
 {
     const HANDLE ahObjects[]{hObject, hThread};
-    while (WaitForMultipleObjects(hThread ? 2 : 1, ahObjects, FALSE, INFINITE) == WAIT_FAILED) {
-        Log.Error("BT_Thread - WaitForMultipleObjects failed with error = 0x%X.", GetLastError());
-        Sleep(kPause);
+    for (;;) {
+        const DWORD dwResult = WaitForMultipleObjects(hThread ? 2 : 1, ahObjects, FALSE, dwLook);
+        if (dwResult != WAIT_TIMEOUT && dwResult != WAIT_FAILED)
+            return;
+        if (dwResult == WAIT_FAILED) {
+            Log.Error("BT_Thread - WaitForMultipleObjects failed with error = 0x%X.", GetLastError());
+            Sleep(kPause);
+        }
         if (IsDone())
             return;
     }
@@ -103,8 +111,8 @@ void CPortWatch::End()
 void CPortWatch::ScanOnWorker(std::vector<std::string> Ports)
 {
     m_WorkerPorts = std::move(Ports);
-    m_bWorkerBusy = true;
     ResetEvent(g_evScanDone);
+    m_bWorkerBusy = true;
     SetEvent(m_evRequest);
 }
 
@@ -125,9 +133,12 @@ void CPortWatch::RunWorker()
     m_bBegun = true;
     SetEvent(m_evRunning);
     for (;;) {
-        AwaitObject(m_evRequest, nullptr, [this] { return m_bWorkerBusy.load(); });
+        AwaitObject(
+            m_evRequest, nullptr, [this] { return m_bWorkerBusy.load(); }, kWorkerLook);
         if (m_bEndWorker)
             break;
+        if (!m_bWorkerBusy)
+            continue;
         RunGuarded([this] { m_Work.ScanPortList(m_WorkerPorts); });
         m_bWorkerBusy = false;
         SetEvent(g_evScanDone);
@@ -140,7 +151,7 @@ bool CPortWatch::AwaitStop(DWORD dwTime)
     for (;;) {
         const DWORD dwResult = WaitForSingleObject(g_evStop, dwTime);
         if (dwResult != WAIT_FAILED)
-            return dwResult != WAIT_TIMEOUT;
+            return dwResult != WAIT_TIMEOUT || m_bEnding;
         Log.Error("BT_Thread - WaitForSingleObject failed with error = 0x%X.", GetLastError());
         Sleep(kPause);
         if (m_bEnding)
