@@ -119,13 +119,3 @@ void operator delete[](void* memory, std::size_t) noexcept
 {
     Free(memory);
 }
-
-void operator delete(void* memory, const std::nothrow_t&) noexcept
-{
-    Free(memory);
-}
-
-void operator delete[](void* memory, const std::nothrow_t&) noexcept
-{
-    Free(memory);
-}

@@ -1,6 +1,6 @@
-// How each call of the stand-in can fail on a handle that is one: the errors that Windows documents or gives for it.
-// Calls that a correct program cannot make fail (closing what is open, ending what has begun, signalling an event) are
-// not here; nor are the host's own (LoadLibraryA, GetProcAddress, FreeLibrary).
+// How each call of the stand-in can fail: the errors that Windows documents or gives for it. Events and mutexes do not
+// fail for a program that has them; the library bears it all the same. Not here are calls that close or end something,
+// which would leave it open here and nowhere else, and the host's own (LoadLibraryA, GetProcAddress, FreeLibrary).
 #pragma once
 
 #include <span>

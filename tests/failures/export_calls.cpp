@@ -94,6 +94,7 @@ using Message = BufferRecord<PHN_SMS_MESSAGE>;
 // clang-format off
 #define PLAIN(name, success, ...) \
     {#name, success, [](const FindExport& find, std::string*) -> uint32_t { CALL_OF(name); return CALLED(__VA_ARGS__); }}
+#define UNSUPPORTED(name) PLAIN(name, PHN_ERROR_NOT_SUPPORTED, ())
 #define RECORD(name, success, type, ...) \
     {#name, success, [](const FindExport& find, std::string* output) { \
         CALL_OF(name); const auto p = NewRecord<type>(); const uint32_t code = CALLED(__VA_ARGS__); Keep(*p, output); return code; }}
@@ -149,19 +150,11 @@ const std::vector<ExportCall>& ExportCalls()
         PLAIN(PHN_DeleteMessage, 0, (1)),
         PLAIN(PHN_DeleteAllMessages, 0, (kBox)),
         PLAIN(PHN_ClearCallEntries, 0, (kList)),
-        PLAIN(PHN_CheckForUpgrade, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_GetLocationInfo, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_GetMassStorageMode, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_GetNDISMode, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_PlayRingerID, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_SetCallbackExtended, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_SetFieldTest, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_SetLocationMode, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_SetMassStorageMode, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_SetNDISMode, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_SetPower, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_SetPowerState, PHN_ERROR_NOT_SUPPORTED, ()),
-        PLAIN(PHN_Upgrade, PHN_ERROR_NOT_SUPPORTED, ()),
+        UNSUPPORTED(PHN_CheckForUpgrade), UNSUPPORTED(PHN_GetLocationInfo), UNSUPPORTED(PHN_GetMassStorageMode),
+        UNSUPPORTED(PHN_GetNDISMode), UNSUPPORTED(PHN_PlayRingerID), UNSUPPORTED(PHN_SetCallbackExtended),
+        UNSUPPORTED(PHN_SetFieldTest), UNSUPPORTED(PHN_SetLocationMode), UNSUPPORTED(PHN_SetMassStorageMode),
+        UNSUPPORTED(PHN_SetNDISMode), UNSUPPORTED(PHN_SetPower), UNSUPPORTED(PHN_SetPowerState),
+        UNSUPPORTED(PHN_Upgrade),
     };
     return calls;
 }
