@@ -25,8 +25,6 @@ class LibraryScope
 public:
     LibraryScope();
     ~LibraryScope();
-    LibraryScope(const LibraryScope&) = delete;
-    LibraryScope& operator=(const LibraryScope&) = delete;
 
 private:
     bool wasSpared_;

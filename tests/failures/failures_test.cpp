@@ -75,29 +75,22 @@ TEST(FailuresTest, OnASerialPort)
     ExpectRight(Walk(cases, Attachment::Serial), CountOf(census));
 }
 
+// clang-format off
 // What an exchange fails by, and what its clean-up or its log line fails by in the same call.
 TEST(FailuresTest, PairsOfFailuresInAnExchange)
 {
     const Case exchange[] = {
-        {{{"CreateEventA", ERROR_NOT_ENOUGH_MEMORY}}},
-        {{{"ReadFile", ERROR_GEN_FAILURE}}},
+        {{{"CreateEventA", ERROR_NOT_ENOUGH_MEMORY}}}, {{{"ReadFile", ERROR_GEN_FAILURE}}},
         {{{"ReadFile", ERROR_OPERATION_ABORTED}}},
         {{{"WriteFile", ERROR_GEN_FAILURE, 0, kForEver}}}, // the log's as well
         {{{"WaitForMultipleObjects", ERROR_NOT_ENOUGH_MEMORY, 0, kForEver}}},
-        {{{"GetOverlappedResult", ERROR_GEN_FAILURE, 0, kForEver}}},
-        {{}, {}, "silence"},
-        {{}, {}, "hangup"},
-        {{}, {}, "unplug"},
-        {{}, {}, "truncate=9"},
-        {{}, {}, "check"},
+        {{{"GetOverlappedResult", ERROR_GEN_FAILURE, 0, kForEver}}}, {{}, {}, "silence"}, {{}, {}, "hangup"},
+        {{}, {}, "unplug"}, {{}, {}, "truncate=9"}, {{}, {}, "check"},
     };
     const Fault cleanUp[] = {
-        {"ClearCommError", ERROR_BAD_COMMAND, 0, kForEver},
-        {"PurgeComm", ERROR_BAD_COMMAND, 0, kForEver},
-        {"CancelIoEx", ERROR_NOT_FOUND, 0, kForEver},
-        {"GetOverlappedResult", ERROR_OPERATION_ABORTED, 0, kForEver},
-        {"RegQueryValueExA", ERROR_NOT_ENOUGH_MEMORY, 0, kForEver},
-        {"", 0, 0, kForEver},
+        {"ClearCommError", ERROR_BAD_COMMAND, 0, kForEver}, {"PurgeComm", ERROR_BAD_COMMAND, 0, kForEver},
+        {"CancelIoEx", ERROR_NOT_FOUND, 0, kForEver}, {"GetOverlappedResult", ERROR_OPERATION_ABORTED, 0, kForEver},
+        {"RegQueryValueExA", ERROR_NOT_ENOUGH_MEMORY, 0, kForEver}, {"", 0, 0, kForEver},
     };
     TakeCensus();
     std::vector<Case> cases;

@@ -28,11 +28,7 @@ namespace {
 bool AwaitEnd(const sigset_t& ends, std::chrono::seconds time)
 {
     const timespec left{static_cast<time_t>(time.count()), 0};
-    int result;
-    do {
-        result = sigtimedwait(&ends, nullptr, &left);
-    } while (result < 0 && errno == EINTR);
-    return result >= 0;
+    return sigtimedwait(&ends, nullptr, &left) >= 0;
 }
 
 } // namespace
