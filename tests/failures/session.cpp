@@ -122,6 +122,7 @@ void Session::LiveWhole()
 SessionReport Session::Run(const SessionPlan& plan)
 {
     const fs::path logs = folder_.library.parent_path();
+    fs::current_path(logs); // where the log lies when the library's own place cannot be told
     RemoveLogs(logs);
     TakeTold();
     handset_.Tell("reset");
