@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 #define PHN_PLATFORM_TEST __attribute__((visibility("default")))
 
 namespace platform_test {
@@ -27,5 +29,17 @@ PHN_PLATFORM_TEST void FailCall(const char* name, DWORD error, unsigned skip = 0
 PHN_PLATFORM_TEST unsigned PendingFailures(const char* name);
 
 PHN_PLATFORM_TEST void ClearFailures();
+
+// A thread has entered `inner` while it was in `outer`.
+struct NestedSections
+{
+    const CRITICAL_SECTION* outer;
+    const CRITICAL_SECTION* inner;
+
+    bool operator==(const NestedSections&) const = default;
+};
+
+// All of the process so far, each pair once. A section that is made where another was is taken for it.
+PHN_PLATFORM_TEST std::vector<NestedSections> SectionOrder();
 
 } // namespace platform_test

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include "section_order.h"
+
 namespace {
 
 static_assert(sizeof(pthread_mutex_t) <= sizeof(CRITICAL_SECTION) &&
@@ -27,10 +29,12 @@ void WINAPI InitializeCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
 void WINAPI EnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
 {
     pthread_mutex_lock(MutexOf(lpCriticalSection));
+    platform::NoteEntered(lpCriticalSection);
 }
 
 void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
 {
+    platform::NoteLeft(lpCriticalSection);
     pthread_mutex_unlock(MutexOf(lpCriticalSection));
 }
 

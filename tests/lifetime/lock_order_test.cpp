@@ -1,0 +1,66 @@
+// The order in which the library's locks are taken, over a session with every export, callbacks and a handset that is
+// lost and comes back.
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <set>
+#include <utility>
+
+#include "manners/host_session.h"
+#include "phn_platform_test.h"
+
+namespace {
+
+// The named locks, outermost first; others, and the last of these, are leaves. docs/architecture.md says why.
+constexpr std::array<std::string_view, 5> kOrder = {"g_csCallbackPoll", "g_csCallbackRemoved", "g_csDevice",
+                                                    "g_csCommand", "a leaf"};
+
+class LockOrder : public HostSession
+{
+protected:
+    // The names of the library's locks, by their addresses. They are no exports, so the file's symbols have them.
+    std::map<const void*, std::string> Names()
+    {
+        Dl_info library{};
+        dladdr(reinterpret_cast<void*>(Find<void()>("PHN_Startup")), &library);
+        const std::string command = "nm --defined-only -C " + bench_.LibraryPath();
+        const std::unique_ptr<FILE, int (*)(FILE*)> symbols(popen(command.c_str(), "r"), pclose);
+        std::map<const void*, std::string> names;
+        unsigned long offset = 0;
+        char line[4096], name[64];
+        while (std::fgets(line, sizeof line, symbols.get()))
+            if (std::sscanf(line, "%lx %*c g_cs%59s", &offset, name) == 2)
+                names[static_cast<const char*>(library.dli_fbase) + offset] = std::string("g_cs") + name;
+        return names;
+    }
+};
+
+std::size_t RankOf(std::string_view name)
+{
+    return static_cast<std::size_t>(std::ranges::find(kOrder, name) - kOrder.begin());
+}
+
+TEST_F(LockOrder, IsTheDocumentedOne)
+{
+    std::map<const void*, std::string> names;
+    Run([&] { names = Names(); });
+    ASSERT_EQ(names.size(), kOrder.size()) << "four with a place and the log's";
+    std::set<std::pair<std::string, std::string>> nested;
+    for (const auto& [outer, inner] : platform_test::SectionOrder()) {
+        const auto name = [&](const void* section) {
+            return names.contains(section) && names[section] != "g_csLog" ? names[section] : "a leaf";
+        };
+        EXPECT_LT(RankOf(name(outer)), RankOf(name(inner))) << name(inner) << " is taken under " << name(outer);
+        nested.emplace(name(outer), name(inner));
+    }
+    for (const auto& [outer, inner] :
+         {std::pair("g_csCallbackPoll", "g_csCallbackRemoved"), std::pair("g_csCallbackRemoved", "g_csDevice"),
+          std::pair("g_csCommand", "a leaf")})
+        EXPECT_TRUE(nested.contains({outer, inner})) << "the session shows " << inner << " under " << outer;
+}
+
+} // namespace
