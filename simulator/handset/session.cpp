@@ -183,11 +183,11 @@ void Session::TraceAnswer(const Exchange& exchange, const Bytes& record, const B
     Trace("> " + tag + exchange.name + ": " + ToString(exchange.reply) + struck, reply);
 }
 
-void Session::AnswerAt(std::string_view line, std::vector<Step>& steps)
+void Session::AnswerAt(const std::string& line, std::vector<Step>& steps)
 {
     const std::vector<Fault> faults = handset_.TakeFaults(kAtCommands);
     const Departure departure = DepartureOf(faults);
-    const std::string echo = echo_ ? std::string(line) + "\r" : "";
+    const std::string echo = echo_ ? line + "\r" : "";
     const std::string answer = echo + "\r\n" + (departure.isAtError ? "ERROR" : ExecuteAt(line)) + "\r\n";
     const Bytes bytes = ReplyBytes(Bytes(answer.begin(), answer.end()), std::nullopt, departure);
     Trace("< AT " + Printable(line), Bytes(line.begin(), line.end()));
@@ -197,7 +197,7 @@ void Session::AnswerAt(std::string_view line, std::vector<Step>& steps)
     handset_.CountRequest(kAtCommands, Bytes(line.begin(), line.end()));
     handset_.Tell({.command = kAtCommands,
                    .name = "at",
-                   .request = {{"line", std::string(line), Field::Kind::Text}},
+                   .request = {{"line", line, Field::Kind::Text}},
                    .reply = {{"answer", answer, Field::Kind::Text}},
                    .faults = faults,
                    .received = Bytes(line.begin(), line.end()),

@@ -35,7 +35,7 @@ private:
     void Answer(const Bytes& record, std::optional<std::uint32_t> sequence, const Bytes& received,
                 std::vector<Step>& steps);
     void TraceAnswer(const Exchange& exchange, const Bytes& record, const Bytes& reply);
-    void AnswerAt(std::string_view line, std::vector<Step>& steps);
+    void AnswerAt(const std::string& line, std::vector<Step>& steps);
     std::string ExecuteAt(std::string_view line);
     void Reject(const std::string& reason, const Bytes& received);
     void Trace(const std::string& line, std::span<const std::uint8_t> bytes);

@@ -52,7 +52,9 @@ private:
 
 ConversationMaker BridgeTo(LineOpener handset, std::function<void()> gone)
 {
-    return [=](Handset&, Line& host) { return std::make_unique<Bridge>(handset(), host, gone); };
+    return [handset = std::move(handset), gone = std::move(gone)](Handset&, Line& host) {
+        return std::make_unique<Bridge>(handset(), host, gone);
+    };
 }
 
 } // namespace simulator

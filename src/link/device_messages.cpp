@@ -107,7 +107,7 @@ BOOL CDevice::OnDeviceChange(UINT uEvent, const void* pData)
     if (uEvent == DBT_DEVICEARRIVAL) {
         const std::string strName = BroadcastName(pInterface);
         Log.Comment("CDevice::OnDeviceChange, DBT_DEVICEARRIVAL = %s\n", strName.c_str());
-        if (IsMakersDevice(strName))
+        if (pInterface && IsMakersDevice(strName))
             return OnArrival(pInterface->dbcc_classguid, strName);
     } else {
         const std::string strName = BroadcastName(pInterface);

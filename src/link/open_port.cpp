@@ -10,10 +10,12 @@ constexpr DWORD kCancelPause = 10;
 } // namespace
 
 COpenPort::COpenPort(CHandle hPort, std::unique_ptr<CPort> pPort)
-    : m_pPort(std::move(pPort)), m_hPort(hPort.Get()), m_hOwned(std::move(hPort))
+    : m_evClosing(MakeEvent()),
+      m_evIdle(MakeEvent(true)),
+      m_pPort(std::move(pPort)),
+      m_hPort(hPort.Get()),
+      m_hOwned(std::move(hPort))
 {
-    m_evClosing = MakeEvent();
-    m_evIdle = MakeEvent(true);
     m_pPort->Attach(m_hPort, m_evClosing.Get());
 }
 

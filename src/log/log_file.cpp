@@ -177,7 +177,7 @@ static std::string GetModulePath()
             strPath.resize(dwLength);
             return strPath;
         }
-        strPath.resize(dwSize * 2);
+        strPath.resize(strPath.size() * 2);
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 template <typename T>
@@ -64,8 +65,8 @@ private:
     static constexpr void CheckArgument(const char** ppszNext)
     {
         const char cConversion = FindConversion(ppszNext);
-        if (IsLogText<T> ? cConversion != 's'
-                         : cConversion != 'd' && cConversion != 'u' && cConversion != 'X' && cConversion != 'c')
+        constexpr std::string_view kConversions = IsLogText<T> ? "s" : "duXc";
+        if (kConversions.find(cConversion) == kConversions.npos)
             throw "this conversion does not fit its argument";
     }
 

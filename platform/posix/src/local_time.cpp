@@ -79,7 +79,7 @@ SYSTEMTIME LocalTimeOf(time_t seconds, WORD milliseconds)
 // have.
 time_t FromLocal(time_t local)
 {
-    constexpr time_t kDay = 24 * 60 * 60;
+    constexpr time_t kDay = time_t{24} * 60 * 60;
     FollowZone();
     const auto [smaller, larger] = std::minmax({OffsetAt(local - kDay), OffsetAt(local + kDay)});
     const time_t seconds = local - larger;

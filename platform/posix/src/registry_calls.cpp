@@ -118,7 +118,7 @@ LSTATUS WINAPI RegQueryValueExA(HKEY hKey, LPCSTR lpValueName, LPDWORD lpReserve
         const auto open = KeyOf(hKey);
         const std::lock_guard guard(open->mutex);
         const RegistryValue* const value = open->Look()->Find(lpValueName ? lpValueName : "");
-        return value ? Deliver(*value, lpType, lpData, lpcbData) : ERROR_FILE_NOT_FOUND;
+        return value ? Deliver(*value, lpType, lpData, lpcbData) : LONG{ERROR_FILE_NOT_FOUND};
     });
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <mutex>
+#include <span>
 
 #include "phn_platform_test.h"
 
@@ -19,8 +20,7 @@ template <typename T, std::size_t kSize>
 class FixedList
 {
 public:
-    auto begin() { return m_items.begin(); }
-    auto end() { return m_items.begin() + static_cast<std::ptrdiff_t>(m_count); }
+    std::span<const T> Items() const { return {m_items.data(), m_count}; }
 
     void Add(const T& item)
     {
@@ -31,8 +31,9 @@ public:
 
     void Remove(const T& item) // the newest of its kind
     {
-        const auto newest = std::find(std::reverse_iterator(end()), std::reverse_iterator(begin()), item);
-        std::copy(newest.base(), end(), newest.base() - 1);
+        const std::span<T> items(m_items.data(), m_count);
+        const auto newest = std::find(items.rbegin(), items.rend(), item);
+        std::copy(newest.base(), items.end(), newest.base() - 1);
         m_count--;
     }
 
@@ -49,14 +50,14 @@ constinit FixedList<NestedSections, 256> nested;
 
 void NoteEntered(const CRITICAL_SECTION* section) noexcept
 {
-    const bool isEnteredAgain = std::ranges::find(held, section) != held.end();
+    const bool isEnteredAgain = std::ranges::count(held.Items(), section) != 0;
     held.Add(section);
     if (isEnteredAgain)
         return; // nobody waits for what is its own
     const std::lock_guard guard(nestedMutex);
-    for (const CRITICAL_SECTION* const outer : held)
+    for (const CRITICAL_SECTION* const outer : held.Items())
         if (const NestedSections pair{outer, section};
-            outer != section && std::ranges::find(nested, pair) == nested.end())
+            outer != section && std::ranges::count(nested.Items(), pair) == 0)
             nested.Add(pair);
 }
 
@@ -72,7 +73,8 @@ namespace platform_test {
 std::vector<NestedSections> SectionOrder()
 {
     const std::lock_guard guard(platform::nestedMutex);
-    return {platform::nested.begin(), platform::nested.end()};
+    const auto items = platform::nested.Items();
+    return {items.begin(), items.end()};
 }
 
 } // namespace platform_test

@@ -70,7 +70,7 @@ DWORD SerialPort::Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* o
     return Run(writes_, MakeRecycled<SerialOperation>(SerialOperation{bytes, size, overlapped}), done);
 }
 
-DWORD SerialPort::Run(Direction& direction, std::shared_ptr<SerialOperation> operation, DWORD* done)
+DWORD SerialPort::Run(Direction& direction, const std::shared_ptr<SerialOperation>& operation, DWORD* done)
 {
     if (overlapped_ && !operation->record)
         throw Win32Error{ERROR_INVALID_PARAMETER};

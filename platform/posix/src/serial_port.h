@@ -61,7 +61,7 @@ private:
     };
 
     void CheckOpen() const;
-    DWORD Run(Direction& direction, std::shared_ptr<SerialOperation> operation, DWORD* done);
+    DWORD Run(Direction& direction, const std::shared_ptr<SerialOperation>& operation, DWORD* done);
     void Block(Lock& lock, const SerialOperation& operation);
     bool CancelIn(const Lock& lock, Direction& direction, const std::function<bool(const SerialOperation&)>& isMeant);
     void Advance(const Lock& lock, Direction& direction);

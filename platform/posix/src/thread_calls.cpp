@@ -74,7 +74,7 @@ HANDLE WINAPI CreateThread(LPSECURITY_ATTRIBUTES, SIZE_T, LPTHREAD_START_ROUTINE
             FreeHandle(handle);
             throw Win32Error{error};
         }
-        start.release();
+        static_cast<void>(start.release()); // it is the thread's
         Lock lock = TakeBaseLock();
         BlockUntil(lock, record->ChangesWith(), [&] { return record->started || record->ended; });
         if (!record->started) {

@@ -133,7 +133,8 @@ private:
         const CardName name =
             NameOfCard(formatted ? Unescaped(DecodedValue(*formatted)) : "",
                        structured ? SplitEscaped(DecodedValue(*structured), ';') : std::vector<std::string>());
-        Ask(kName, name.text, name.isFromParts ? *structured : *formatted);
+        const ContentLine* const source = structured && (name.isFromParts || !formatted) ? structured : formatted;
+        Ask(kName, name.text, *source);
         if (formatted && name.isFromParts)
             m_dropped.push_back({"name-from-parts", "FN", formatted->line,
                                  fmt::format("stored as '{}', of the parts that N names", name.text)});

@@ -24,7 +24,7 @@ std::string Ordinal(int number)
     if (number == -1)
         return "last";
     const int size = number < 0 ? -number : number;
-    const std::string word = size <= 5 ? kWords[size - 1] : fmt::format("{}th", size);
+    const std::string word = size >= 1 && size <= 5 ? kWords[size - 1] : fmt::format("{}th", size);
     return number < 0 ? word + " to last" : word;
 }
 

@@ -146,7 +146,8 @@ Losses LossesOf(const std::vector<StoredMessage>& messages)
     Losses losses;
     std::size_t saved = 0;
     std::size_t timed = 0;
-    for (const PlannedEntry& planned : MessageForm().Meet(std::move(candidates), {}, Filling::Replace).entries) {
+    const auto plan = MessageForm().Meet(std::move(candidates), {}, Filling::Replace);
+    for (const PlannedEntry& planned : plan.entries) {
         if (planned.action != Action::Add) {
             AddLoss(losses, kNotRestored, planned.from.notes.back().text, MessageForm().Title(planned.from.entry));
             continue;

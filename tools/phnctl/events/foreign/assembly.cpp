@@ -78,7 +78,7 @@ public:
         VCalendarReader oldReader;
         ContentLine line;
         while (m_reader.Next(line))
-            for (const ContentLine& plain : oldReader.Take(std::move(line)))
+            for (const ContentLine& plain : oldReader.Take(line))
                 Take(plain);
         EndEarly();
         return std::move(m_result);
