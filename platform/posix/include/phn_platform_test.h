@@ -39,7 +39,8 @@ struct NestedSections
     bool operator==(const NestedSections&) const = default;
 };
 
-// All of the process so far, each pair once. A section that is made where another was is taken for it.
+// All of the process so far, each pair once; throws std::length_error when they were too many. A section that is made
+// where another was is taken for it.
 PHN_PLATFORM_TEST std::vector<NestedSections> SectionOrder();
 
 } // namespace platform_test

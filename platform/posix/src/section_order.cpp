@@ -1,12 +1,12 @@
-#if PHN_TEST_HOOKS
-
 #include "section_order.h"
+
+#if PHN_NOTES_SECTIONS
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <mutex>
 #include <span>
+#include <stdexcept>
 
 #include "phn_platform_test.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 using platform_test::NestedSections;
 
-// Room that is never too small takes the place of memory that may be short: entering a section cannot fail.
+// What has no room any more is left out, as entering a section cannot fail.
 template <typename T, std::size_t kSize>
 class FixedList
 {
@@ -24,15 +24,18 @@ public:
 
     void Add(const T& item)
     {
-        if (m_count == kSize)
-            std::abort();
-        m_items[m_count++] = item;
+        m_isFull = m_isFull || m_count == kSize;
+        if (m_count < kSize)
+            m_items[m_count++] = item;
     }
+    bool HasLeftOut() const { return m_isFull; }
 
     void Remove(const T& item) // the newest of its kind
     {
         const std::span<T> items(m_items.data(), m_count);
         const auto newest = std::find(items.rbegin(), items.rend(), item);
+        if (newest == items.rend())
+            return;
         std::copy(newest.base(), items.end(), newest.base() - 1);
         m_count--;
     }
@@ -40,6 +43,7 @@ public:
 private:
     std::array<T, kSize> m_items{};
     std::size_t m_count = 0;
+    bool m_isFull = false;
 };
 
 thread_local constinit FixedList<const CRITICAL_SECTION*, 32> held;
@@ -73,6 +77,8 @@ namespace platform_test {
 std::vector<NestedSections> SectionOrder()
 {
     const std::lock_guard guard(platform::nestedMutex);
+    if (platform::nested.HasLeftOut())
+        throw std::length_error("more nested sections than there is room for");
     const auto items = platform::nested.Items();
     return {items.begin(), items.end()};
 }

@@ -3,9 +3,12 @@
 
 #include <windows.h>
 
+// ThreadSanitizer would take the notes' own mutex for an order of what the threads do.
+#define PHN_NOTES_SECTIONS (PHN_TEST_HOOKS && !__SANITIZE_THREAD__)
+
 namespace platform {
 
-#if PHN_TEST_HOOKS
+#if PHN_NOTES_SECTIONS
 void NoteEntered(const CRITICAL_SECTION* section) noexcept;
 void NoteLeft(const CRITICAL_SECTION* section) noexcept;
 #else
