@@ -96,7 +96,7 @@ void WaitForWakeOr(Lock& lock, std::span<const Source> sources, TimePoint deadli
     pollfd both[] = {looked, {bell, POLLIN, 0}};
     const Duration left = deadline == kNever ? Duration::zero() : std::max(deadline - Now(), Duration::zero());
     const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
-    const timespec time{seconds.count(), (left - seconds).count()};
+    const timespec time{seconds.count(), static_cast<long>((left - seconds).count())};
     lock.unlock();
     ppoll(both, std::size(both), deadline == kNever ? nullptr : &time, nullptr);
     lock.lock();
