@@ -39,6 +39,17 @@ private:
     const int descriptor_;
 };
 
+// Without the escapes of a frame, of which another check value may need more or fewer.
+std::size_t BareSize(const Bytes& bytes)
+{
+    constexpr std::uint8_t kEscape = 0x7D;
+    std::size_t size = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i, ++size)
+        if (bytes[i] == kEscape && i + 1 < bytes.size())
+            ++i;
+    return size;
+}
+
 void Play(const Recording& recording)
 {
     Mask mask(recording.header.kind);
@@ -48,7 +59,8 @@ void Play(const Recording& recording)
     const auto voice = replay.Conversations()(handset, line);
     for (const RecordedPacket& recorded : recording.packets) {
         const Packet& packet = recorded.packet;
-        fuzz::Require(mask.Apply(packet).packet.bytes.size() == packet.bytes.size());
+        const Bytes masked = mask.Apply(packet).packet.bytes;
+        fuzz::Require(masked.size() == packet.bytes.size() || BareSize(masked) == BareSize(packet.bytes));
         if (packet.sender == Sender::Host)
             voice->Receive(packet.bytes);
     }
