@@ -2,8 +2,8 @@
 #include <string>
 
 #include "fuzz/require.h"
-#include "registry_text.h"
-#include "registry_tree.h"
+#include "registry/registry_text.h"
+#include "registry/registry_tree.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {

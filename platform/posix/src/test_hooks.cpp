@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
-#include "base_lock.h"
-#include "faults.h"
-#include "service_thread.h"
+#include "base/base_lock.h"
+#include "base/faults.h"
+#include "threads/service_thread.h"
 
 namespace platform {
 namespace {

@@ -1,0 +1,201 @@
+#include "locale/code_page.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <memory>
+
+#include "base/win32_error.h"
+
+namespace platform {
+namespace {
+
+// iconv looks at a whole run again when it meets a unit that the target lacks: short runs keep that cheap.
+constexpr size_t kRunUnits = 64;
+
+std::string IconvName(UINT number)
+{
+    switch (number) {
+    case CP_UTF8:
+        return "UTF-8";
+    case 20866:
+        return "KOI8-R";
+    case 21866:
+        return "KOI8-U";
+    case 54936:
+        return "GB18030";
+    default:
+        return number >= 28591 && number <= 28605 ? "ISO-8859-" + std::to_string(number - 28590)
+                                                  : "CP" + std::to_string(number);
+    }
+}
+
+void AppendUnit(std::string& output, char16_t unit)
+{
+    output.append(reinterpret_cast<const char*>(&unit), sizeof unit);
+}
+
+} // namespace
+
+Converter::Converter(const char* to, const char* from) : converter_(iconv_open(to, from))
+{
+    if (converter_ == kNone && errno != EINVAL)
+        ThrowErrno();
+}
+
+Converter::~Converter()
+{
+    if (converter_ != kNone)
+        iconv_close(converter_);
+}
+
+size_t Converter::Convert(std::string_view input, std::string& output)
+{
+    char* in = const_cast<char*>(input.data());
+    size_t left = input.size();
+    for (;;) {
+        char buffer[1024];
+        char* out = buffer;
+        size_t room = sizeof buffer;
+        const size_t result = iconv(converter_, &in, &left, &out, &room);
+        output.append(buffer, out);
+        if (result != static_cast<size_t>(-1) || errno != E2BIG)
+            return input.size() - left;
+    }
+}
+
+void Converter::Flush(std::string& output)
+{
+    char buffer[32];
+    char* out = buffer;
+    size_t room = sizeof buffer;
+    iconv(converter_, nullptr, nullptr, &out, &room);
+    output.append(buffer, out);
+}
+
+CodePage* CodePage::Find(UINT number)
+{
+    struct Known
+    {
+        std::mutex mutex; // a leaf
+        std::map<UINT, std::unique_ptr<CodePage>> pages;
+    };
+    static Known& known = *new Known;
+    const std::lock_guard guard(known.mutex);
+    const auto found = known.pages.find(number);
+    if (found != known.pages.end())
+        return found->second.get();
+    const std::string name = IconvName(number);
+    Converter decoder("UTF-16LE", name.c_str());
+    Converter encoder(name.c_str(), "UTF-16LE");
+    if (!decoder || !encoder)
+        return nullptr;
+    std::unique_ptr<CodePage> page(new CodePage(number, std::move(decoder), std::move(encoder)));
+    return known.pages.emplace(number, std::move(page)).first->second.get();
+}
+
+UINT CodePage::Ansi()
+{
+    const char* const text = std::getenv("PHNNRV_ANSI_CODE_PAGE");
+    if (!text)
+        return kDefaultAnsi;
+    char* end = nullptr;
+    const unsigned long number = std::strtoul(text, &end, 10);
+    const bool known = *text && !*end && number <= 0xFFFF && Find(static_cast<UINT>(number));
+    return known ? static_cast<UINT>(number) : kDefaultAnsi;
+}
+
+CodePage::CodePage(UINT number, Converter decoder, Converter encoder)
+    : number_(number), decoder_(std::move(decoder)), encoder_(std::move(encoder))
+{
+    FindUndefinedBytes();
+    isAscii_ = MapsAscii();
+}
+
+bool CodePage::MapsAscii()
+{
+    for (int code = 0; code < 0x80; code++) {
+        const char c = static_cast<char>(code);
+        const char16_t unit = static_cast<char16_t>(code);
+        std::string decoded;
+        std::string encoded;
+        decoder_.Convert({&c, 1}, decoded);
+        decoder_.Flush(decoded);
+        encoder_.Convert({reinterpret_cast<const char*>(&unit), sizeof unit}, encoded);
+        encoder_.Flush(encoded);
+        std::string expected;
+        AppendUnit(expected, unit);
+        if (decoded != expected || encoded != std::string(1, c))
+            return false;
+    }
+    return true;
+}
+
+void CodePage::FindUndefinedBytes()
+{
+    for (unsigned byte = 0x80; byte <= 0xFF; byte++) {
+        const char c = static_cast<char>(byte);
+        std::string unused;
+        if (decoder_.Convert({&c, 1}, unused) == 1)
+            continue;
+        if (errno == EINVAL) { // the first byte of several
+            passed_.reset();
+            return;
+        }
+        passed_.set(byte, byte <= 0x9F);
+    }
+    std::string unused;
+    decoder_.Flush(unused);
+}
+
+std::u16string CodePage::Decode(std::string_view bytes)
+{
+    const std::lock_guard guard(mutex_);
+    std::string output;
+    output.reserve(bytes.size() * sizeof(char16_t));
+    while (!bytes.empty()) {
+        bytes.remove_prefix(decoder_.Convert(bytes, output));
+        if (bytes.empty())
+            break;
+        decoder_.Flush(output);
+        const auto byte = static_cast<unsigned char>(bytes[0]);
+        AppendUnit(output, passed_[byte] ? byte : number_ == CP_UTF8 ? u'\uFFFD' : u'?');
+        bytes.remove_prefix(1);
+    }
+    decoder_.Flush(output);
+    std::u16string units(output.size() / sizeof(char16_t), u'\0');
+    std::memcpy(units.data(), output.data(), output.size());
+    return units;
+}
+
+std::string CodePage::Encode(std::u16string_view units, bool* replaced)
+{
+    const std::lock_guard guard(mutex_);
+    std::string output;
+    output.reserve(units.size());
+    while (!units.empty()) {
+        size_t run = std::min(units.size(), kRunUnits);
+        if (run < units.size() && (units[run - 1] & 0xFC00) == 0xD800)
+            run++; // a surrogate pair stays together
+        const std::string_view bytes(reinterpret_cast<const char*>(units.data()), run * sizeof(char16_t));
+        const size_t done = encoder_.Convert(bytes, output) / sizeof(char16_t);
+        units.remove_prefix(done);
+        if (done == run)
+            continue;
+        encoder_.Flush(output);
+        if (units[0] <= 0xFF && passed_[units[0]]) {
+            output += static_cast<char>(units[0]);
+        } else {
+            output += number_ == CP_UTF8 ? "\xEF\xBF\xBD" : "?";
+            if (replaced)
+                *replaced = true;
+        }
+        units.remove_prefix(1);
+    }
+    encoder_.Flush(output);
+    return output;
+}
+
+} // namespace platform

@@ -1,0 +1,88 @@
+#include "threads/section_order.h"
+
+#if PHN_NOTES_SECTIONS
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <span>
+#include <stdexcept>
+
+#include "phn_platform_test.h"
+
+namespace platform {
+namespace {
+
+using platform_test::NestedSections;
+
+// What has no room any more is left out, as entering a section cannot fail.
+template <typename T, std::size_t kSize>
+class FixedList
+{
+public:
+    std::span<const T> Items() const { return {m_items.data(), m_count}; }
+
+    void Add(const T& item)
+    {
+        m_isFull = m_isFull || m_count == kSize;
+        if (m_count < kSize)
+            m_items[m_count++] = item;
+    }
+    bool HasLeftOut() const { return m_isFull; }
+
+    void Remove(const T& item) // the newest of its kind
+    {
+        const std::span<T> items(m_items.data(), m_count);
+        const auto newest = std::find(items.rbegin(), items.rend(), item);
+        if (newest == items.rend())
+            return;
+        std::copy(newest.base(), items.end(), newest.base() - 1);
+        m_count--;
+    }
+
+private:
+    std::array<T, kSize> m_items{};
+    std::size_t m_count = 0;
+    bool m_isFull = false;
+};
+
+thread_local constinit FixedList<const CRITICAL_SECTION*, 32> held;
+constinit std::mutex nestedMutex;
+constinit FixedList<NestedSections, 256> nested;
+
+} // namespace
+
+void NoteEntered(const CRITICAL_SECTION* section) noexcept
+{
+    const bool isEnteredAgain = std::ranges::count(held.Items(), section) != 0;
+    held.Add(section);
+    if (isEnteredAgain)
+        return; // nobody waits for what is its own
+    const std::lock_guard guard(nestedMutex);
+    for (const CRITICAL_SECTION* const outer : held.Items())
+        if (const NestedSections pair{outer, section};
+            outer != section && std::ranges::count(nested.Items(), pair) == 0)
+            nested.Add(pair);
+}
+
+void NoteLeft(const CRITICAL_SECTION* section) noexcept
+{
+    held.Remove(section);
+}
+
+} // namespace platform
+
+namespace platform_test {
+
+std::vector<NestedSections> SectionOrder()
+{
+    const std::lock_guard guard(platform::nestedMutex);
+    if (platform::nested.HasLeftOut())
+        throw std::length_error("more nested sections than there is room for");
+    const auto items = platform::nested.Items();
+    return {items.begin(), items.end()};
+}
+
+} // namespace platform_test
+
+#endif
