@@ -100,6 +100,7 @@ void Serve(const Options& options, Control& control, Counterpart& counterpart, c
     loop.Script().Advance();
     if (control.isOver) // a host that is told to begin would find no port
         return;
+    const StandardInput input([&](std::string line) { loop.Take(std::move(line)); });
     const std::string name = counterpart.Name(control.simulator);
     if (options.ready)
         Print(stdout, ReadyJsonLine(name, options.port.shown, web));
@@ -107,7 +108,6 @@ void Serve(const Options& options, Control& control, Counterpart& counterpart, c
         control.print("serving " + name + " on " + options.port.shown);
     if (!options.ready && !web.empty())
         Print(stdout, "panel at " + web);
-    const StandardInput input([&](std::string line) { loop.Take(std::move(line)); });
     loop.Run();
     counterpart.ReportMissing();
 }

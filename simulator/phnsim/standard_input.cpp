@@ -14,16 +14,31 @@ namespace simulator {
 
 struct StandardInput::Reader
 {
-    // Not through a stream, which this thread would hold as the program ends.
-    void Run()
+    // What is there already. Who goes on writing for ever is read on the thread.
+    void ReadAhead()
+    {
+        constexpr int kMost = 256;
+        for (int i = 0; i < kMost && !hasEnded && StandardInputIsReadable(); ++i)
+            ReadOnce();
+    }
+
+    void ReadOn()
+    {
+        while (!hasEnded)
+            ReadOnce();
+    }
+
+    // Not through a stream, which the thread would hold as the program ends.
+    void ReadOnce()
     {
         constexpr unsigned kSize = 4096;
-        LineSplitter lines([this](std::string line) { Tell(std::move(line)); });
         std::array<char, kSize> buffer;
-        for (auto size = read(STDIN_FILENO, buffer.data(), kSize); size > 0;
-             size = read(STDIN_FILENO, buffer.data(), kSize))
+        const auto size = read(STDIN_FILENO, buffer.data(), kSize);
+        hasEnded = size <= 0;
+        if (hasEnded)
+            lines.Finish();
+        else
             lines.Add(std::string_view(buffer.data(), static_cast<std::size_t>(size)));
-        lines.Finish();
     }
 
     void Tell(std::string line)
@@ -33,6 +48,8 @@ struct StandardInput::Reader
             take(std::move(line));
     }
 
+    LineSplitter lines{[this](std::string line) { Tell(std::move(line)); }};
+    bool hasEnded = false;
     std::mutex mutex;
     StandardInput::Take take;
 };
@@ -40,7 +57,8 @@ struct StandardInput::Reader
 StandardInput::StandardInput(Take take) : reader_(std::make_shared<Reader>())
 {
     reader_->take = std::move(take);
-    std::thread([reader = reader_] { reader->Run(); }).detach();
+    reader_->ReadAhead();
+    std::thread([reader = reader_] { reader->ReadOn(); }).detach();
 }
 
 StandardInput::~StandardInput()

@@ -13,7 +13,8 @@ class StandardInput
 public:
     using Take = std::function<void(std::string line)>;
 
-    // `take` is called on the reading thread.
+    // `take` is called for what is there already, a file or what a pipe holds, before this returns, and for what
+    // comes later on the reading thread.
     explicit StandardInput(Take take);
     ~StandardInput();
     StandardInput(const StandardInput&) = delete;
@@ -23,5 +24,8 @@ private:
     struct Reader;
     std::shared_ptr<Reader> reader_;
 };
+
+// Whether reading now would not wait; its end counts.
+bool StandardInputIsReadable();
 
 } // namespace simulator
