@@ -26,7 +26,8 @@ EWait COverlappedOperation::Await(HANDLE hClosing, DWORD dwTimeout) const
 DWORD COverlappedOperation::Withdraw(HANDLE hPort)
 {
     DWORD dwBytes = 0;
-    CancelIoEx(hPort, &m_Record);
+    if (!CancelIoEx(hPort, &m_Record) && GetLastError() != ERROR_NOT_FOUND)
+        PurgeComm(hPort, PURGE_TXABORT | PURGE_RXABORT); // or the next call waits for ever
     GetOverlappedResult(hPort, &m_Record, &dwBytes, TRUE);
     return dwBytes;
 }

@@ -17,6 +17,12 @@ DWORD CountWaiting(HANDLE hPort)
     return ClearCommError(hPort, &dwErrors, &Status) ? Status.cbInQue : 0;
 }
 
+DWORD TimeLeft(ULONGLONG ullStart, DWORD dwTimeout)
+{
+    const ULONGLONG ullSpent = GetTickCount64() - ullStart;
+    return ullSpent < dwTimeout ? static_cast<DWORD>(dwTimeout - ullSpent) : 0;
+}
+
 } // namespace
 
 bool CPromptPort::IsWanted()
@@ -30,12 +36,11 @@ void CPromptPort::DropLeftovers(HANDLE hPort) const
         return;
     const DWORD dwWaiting = CountWaiting(hPort); // that of a port that does not tell are dropped as well
     if (PurgeComm(hPort, PURGE_RXCLEAR) && dwWaiting != 0)
-        Log.Error("DP::Write - Dropped %d bytes that were received before the request", dwWaiting);
+        Log.Comment("DP::Write - Dropped %d bytes that were received before the request", dwWaiting);
 }
 
-// The first piece is left to the port, which ends it by silence. For each further one, bytes that are there are taken;
-// where there are none, one is waited for, as the port would wait for it without end. All of them share the time-out,
-// as bytes that keep trickling in would be no silence.
+// The first piece is left to the port, which ends it by silence. All of them share the time-out, as bytes that keep
+// trickling in would be no silence.
 bool CPromptPort::Gather(SReply& Reply)
 {
     const ULONGLONG ullStart = GetTickCount64();
@@ -43,23 +48,38 @@ bool CPromptPort::Gather(SReply& Reply)
     bool bFirst = true;
     while (const DWORD dwMissing = CountMissing(GetDecoded(), Reply.dwDecoded)) {
         const DWORD dwWaiting = bFirst ? dwMissing : CountWaiting(Reply.hPort);
-        const DWORD dwSize = std::min({std::max<DWORD>(dwWaiting, 1), dwMissing, kBufferSize - Reply.dwCounted});
-        DWORD dwGot = 0;
-        if (!ReadChunk(Reply, dwSize, dwLeft, dwWaiting == 0, &dwGot) || !Append(Reply, dwGot))
+        bool bSilent = false;
+        if (!TakePiece(Reply, dwMissing, dwWaiting, dwLeft, &bSilent))
             return false;
-        if (dwGot < dwSize)
+        if (bSilent)
             return true;
         bFirst = false;
-        const ULONGLONG ullSpent = GetTickCount64() - ullStart;
-        dwLeft = ullSpent < Reply.dwTimeout ? static_cast<DWORD>(Reply.dwTimeout - ullSpent) : 0;
+        dwLeft = TimeLeft(ullStart, Reply.dwTimeout);
     }
     return IsForLastRequest(GetDecoded(), Reply.dwDecoded) || TakeRest(Reply);
 }
 
 // A late reply is going to be refused. What comes close behind it may be the one that was asked for and goes with it,
-// as in DP: left there, it would be taken for the reply to the next request, and so on.
+// as in DP, to its last byte: left there, it would be taken for the reply to the next request, and so on.
 bool CPromptPort::TakeRest(SReply& Reply)
 {
+    const ULONGLONG ullStart = GetTickCount64();
+    for (bool bSilent = false; !bSilent;) {
+        const DWORD dwLeft = TimeLeft(ullStart, Reply.dwTimeout);
+        if (!TakePiece(Reply, kBufferSize, CountWaiting(Reply.hPort), dwLeft, &bSilent))
+            return false;
+    }
+    return true;
+}
+
+// Bytes that are there are taken, at most so many; where there are none, one is waited for, as the port would wait for
+// it without end.
+bool CPromptPort::TakePiece(SReply& Reply, DWORD dwMost, DWORD dwWaiting, DWORD dwTimeout, bool* pbSilent)
+{
+    const DWORD dwSize = std::min({std::max<DWORD>(dwWaiting, 1), dwMost, kBufferSize - Reply.dwCounted});
     DWORD dwGot = 0;
-    return ReadChunk(Reply, kBufferSize - Reply.dwCounted, Reply.dwTimeout, true, &dwGot) && Append(Reply, dwGot);
+    if (!ReadChunk(Reply, dwSize, dwTimeout, dwWaiting == 0, &dwGot) || !Append(Reply, dwGot))
+        return false;
+    *pbSilent = dwGot < dwSize;
+    return true;
 }

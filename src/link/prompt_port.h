@@ -21,4 +21,5 @@ private:
     void DropLeftovers(HANDLE hPort) const override;
     bool Gather(SReply& Reply) override;
     bool TakeRest(SReply& Reply);
+    bool TakePiece(SReply& Reply, DWORD dwMost, DWORD dwWaiting, DWORD dwTimeout, bool* pbSilent);
 };

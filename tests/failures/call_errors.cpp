@@ -4,7 +4,7 @@
 std::span<const CallErrors> AllCallErrors()
 {
     static const std::vector<CallErrors> all = {
-        {"CancelIoEx", {ERROR_NOT_FOUND}}, {"ClearCommError", {ERROR_BAD_COMMAND, ERROR_ACCESS_DENIED}},
+        {"CancelIoEx", {ERROR_NOT_FOUND, ERROR_BAD_COMMAND}}, {"ClearCommError", {ERROR_BAD_COMMAND, ERROR_ACCESS_DENIED}},
         {"CreateEventA", {ERROR_NOT_ENOUGH_MEMORY, ERROR_NO_SYSTEM_RESOURCES}},
         {"CreateFileA", {ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_TOO_MANY_OPEN_FILES}},
         {"CreateMutexA", {ERROR_NOT_ENOUGH_MEMORY}}, {"CreateThread", {ERROR_NOT_ENOUGH_MEMORY}},

@@ -89,7 +89,7 @@ TEST(FailuresTest, PairsOfFailuresInAnExchange)
     };
     const Fault cleanUp[] = {
         {"ClearCommError", ERROR_BAD_COMMAND, 0, kForEver}, {"PurgeComm", ERROR_BAD_COMMAND, 0, kForEver},
-        {"CancelIoEx", ERROR_NOT_FOUND, 0, kForEver}, {"GetOverlappedResult", ERROR_OPERATION_ABORTED, 0, kForEver},
+        {"CancelIoEx", ERROR_BAD_COMMAND, 0, kForEver}, {"GetOverlappedResult", ERROR_OPERATION_ABORTED, 0, kForEver},
         {"RegQueryValueExA", ERROR_NOT_ENOUGH_MEMORY, 0, kForEver}, {"", 0, 0, kForEver},
     };
     TakeCensus();

@@ -14,7 +14,7 @@
 namespace {
 
 constexpr DWORD kTimeout = 300;
-constexpr DWORD kPortLines = 0x804;
+constexpr DWORD kPortLines = 0x806;
 constexpr const char* kPrompt = "dword:00000001";
 constexpr const char* kSlow = "dword:00000000";
 const std::string kRequest("\x23\0\0\0\x01\0\x96\0\0\0", 10); // contact 150, which is not there
@@ -177,7 +177,7 @@ TEST_F(PromptReadsTest, AReplyMayBeSplitAnywhereAndEndsWithItsLastByte)
 
 TEST_F(PromptReadsTest, WhatComesBehindAReplyOrLateIsDroppedBeforeTheNextRequest)
 {
-    const Lines dropped{"CPort Error DP::Write - Dropped 24 bytes that were received before the request"};
+    const Lines dropped{"CPort Comment DP::Write - Dropped 24 bytes that were received before the request"};
     Open(kPrompt);
     Ask();
     Leave(Reply(1) + Reply(2)); // at once
@@ -201,6 +201,28 @@ TEST_F(PromptReadsTest, WhatComesBehindAReplyOrLateIsDroppedBeforeTheNextRequest
     Send(Reply(4));
     EXPECT_EQ(Read(kTimeout).bytes, kDelivered);
     EXPECT_EQ(log_.TakeLines(), Lines{});
+}
+
+TEST_F(PromptReadsTest, ALateReplyTakesWithItWhatFlowsOnForLongerThanASilence)
+{
+    using std::chrono::milliseconds;
+    Open(kPrompt);
+    Ask();
+    for (auto longestPause = milliseconds::max(); longestPause > milliseconds(5); Ask()) { // on a busy machine
+        std::future<Result> read = StartRead(kTimeout);
+        Send(Reply(0));
+        longestPause = {};
+        for (int bytes = 0; bytes < 20; ++bytes) {
+            const auto start = std::chrono::steady_clock::now();
+            std::this_thread::sleep_for(milliseconds(1));
+            Send(".");
+            longestPause =
+                std::max(longestPause, std::chrono::ceil<milliseconds>(std::chrono::steady_clock::now() - start));
+        }
+        EXPECT_FALSE(read.get().done);
+        log_.TakeLines();
+    }
+    EXPECT_EQ(log_.TakeLines(), Lines{}) << "nothing was left to drop";
 }
 
 TEST_F(PromptReadsTest, ThePortsWayIsTheRegistrysWhenItIsOpened)

@@ -93,13 +93,17 @@ TEST_F(PortTest, AHungUpTerminalFailsAtOnceAndCostsNothing)
     CloseHandle(port);
 }
 
-TEST_F(PortTest, AWriteThatNobodyTakesEndsByItsTime)
+TEST_F(PortTest, AWriteThatNobodyTakesEndsByItsTimeAndCostsNothingBesideUnreadInput)
 {
-    const HANDLE port = Open(FILE_FLAG_OVERLAPPED, {0, 0, 0, 0, 50});
+    const HANDLE port = Open(FILE_FLAG_OVERLAPPED, {0, 0, 0, 0, 300});
+    Send("unread");
     const std::string data(1 << 20, 'w');
     Operation writing;
     DWORD written = 0;
     ASSERT_FALSE(WriteFile(port, data.data(), 1 << 20, nullptr, &writing.record));
+    const std::clock_t before = std::clock();
+    WaitForSingleObject(writing.record.hEvent, INFINITE);
+    EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 20);
     EXPECT_EQ(writing.Finish(port, &written), DWORD{ERROR_SUCCESS});
     EXPECT_GT(written, 0u);
     EXPECT_LT(written, 1u << 20);

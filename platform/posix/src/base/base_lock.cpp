@@ -92,7 +92,7 @@ void WaitForWake(Lock& lock, std::span<const Source> sources, TimePoint deadline
 
 void WaitForWakeOr(Lock& lock, std::span<const Source> sources, TimePoint deadline, pollfd looked, int bell)
 {
-    const Waiter waiter(sources, bell);
+    Waiter waiter(sources, bell);
     pollfd both[] = {looked, {bell, POLLIN, 0}};
     const Duration left = deadline == kNever ? Duration::zero() : std::max(deadline - Now(), Duration::zero());
     const auto seconds = std::chrono::floor<std::chrono::seconds>(left);

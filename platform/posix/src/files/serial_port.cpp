@@ -158,9 +158,11 @@ void SerialPort::AwaitMore(const Lock& lock, Direction& direction, TimePoint end
     });
 }
 
+// Input that nobody reads, told again and again, would keep a thread that looks for it from waiting.
 std::uint32_t SerialPort::EventsAwaited() const
 {
-    return EPOLLIN | (writes_.operations.empty() ? 0u : std::uint32_t{EPOLLOUT});
+    return (reads_.operations.empty() ? 0u : std::uint32_t{EPOLLIN}) |
+           (writes_.operations.empty() ? 0u : std::uint32_t{EPOLLOUT});
 }
 
 // The thread that carries on learns what it has to look for now.
