@@ -23,7 +23,7 @@ public:
     ~SignalThread()
     {
         thread_.request_stop();
-        pthread_kill(thread_.native_handle(), SIGTERM);
+        pthread_kill(thread_.native_handle(), SIGHUP); // any that it waits for
     }
     SignalThread(const SignalThread&) = delete;
     SignalThread& operator=(const SignalThread&) = delete;

@@ -18,6 +18,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+std::string PartOf(const std::string& place, std::string_view name)
+{
+    return std::string(place).append("/").append(name);
+}
+
 [[noreturn]] void Fail(const std::string& place, const std::string& wrong)
 {
     const std::string name = place.substr(place.starts_with('/') ? 1 : 0); // as a person writes it for "set"
@@ -113,7 +118,7 @@ void FromJson(const Json& node, const std::string& place, std::array<std::uint8_
     if (!node.is_array() || node.size() != days.size())
         Fail(place, "a list of 8 numbers is wanted");
     for (std::size_t i = 0; i < days.size(); ++i)
-        FromJson(node[i], place + "/" + std::to_string(i), days[i]);
+        FromJson(node[i], PartOf(place, std::to_string(i)), days[i]);
 }
 
 template <class T>
@@ -123,7 +128,7 @@ void FromJson(const Json& node, const std::string& place, std::vector<T>& list)
         Fail(place, "a list is wanted");
     list.assign(node.size(), T{});
     for (std::size_t i = 0; i < list.size(); ++i)
-        FromJson(node[i], place + "/" + std::to_string(i), list[i]);
+        FromJson(node[i], PartOf(place, std::to_string(i)), list[i]);
 }
 
 template <class T>
@@ -136,8 +141,8 @@ void FromJson(const Json& node, const std::string& place, std::map<std::uint32_t
         std::uint32_t id = 0;
         const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), id);
         if (error != std::errc() || end != name.data() + name.size())
-            Fail(place + "/" + name, "the name is no id");
-        FromJson(value, place + "/" + name, store[id]);
+            Fail(PartOf(place, name), "the name is no id");
+        FromJson(value, PartOf(place, name), store[id]);
     }
 }
 
@@ -151,7 +156,7 @@ struct Reading
     {
         known.insert(name);
         if (const auto found = node.find(name); found != node.end())
-            FromJson(*found, place + "/" + name, value);
+            FromJson(*found, PartOf(place, name), value);
     }
 };
 
@@ -164,7 +169,7 @@ void FromJson(const Json& node, const std::string& place, T& part)
     Describe(visit, part);
     for (const auto& [name, value] : node.items())
         if (!visit.known.contains(name))
-            Fail(place + "/" + name, "there is no such part");
+            Fail(PartOf(place, name), "there is no such part");
 }
 
 void CheckTexts(const Phone& phone)

@@ -35,7 +35,7 @@ void Loop::Refuse(const std::string& why)
 
 void Loop::Take(std::string line)
 {
-    constexpr std::size_t kRoom = 16 * 1024 * 1024;
+    constexpr std::size_t kRoom = std::size_t{16} * 1024 * 1024;
     std::unique_lock lock(mutex_);
     ++place_.line;
     if (isFull_)

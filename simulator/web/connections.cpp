@@ -1,7 +1,7 @@
 #include "simulator/web/connections.h"
 
-#include <cstdlib>
 #include <filesystem>
+#include <string>
 
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -13,7 +13,7 @@ void EndConnections(std::uint16_t port)
 {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
-        const int descriptor = std::atoi(entry.path().filename().c_str());
+        const int descriptor = std::stoi(entry.path().filename());
         sockaddr_in local{};
         socklen_t size = sizeof local;
         const bool isSocket = getsockname(descriptor, reinterpret_cast<sockaddr*>(&local), &size) == 0;

@@ -63,7 +63,7 @@ private:
     HANDLE ToHandle(std::uint32_t index) const
     {
         const std::uintptr_t number = (slots_[index].generation << kIndexBits | index) << 2;
-        return reinterpret_cast<HANDLE>(number); // NOLINT(performance-no-int-to-ptr)
+        return reinterpret_cast<HANDLE>(number);
     }
 
     std::uint32_t IndexOf(HANDLE handle) const

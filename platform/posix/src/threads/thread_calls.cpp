@@ -101,12 +101,12 @@ DWORD WINAPI GetCurrentThreadId()
 
 HANDLE WINAPI GetCurrentThread()
 {
-    return reinterpret_cast<HANDLE>(std::intptr_t{-2}); // NOLINT(performance-no-int-to-ptr)
+    return reinterpret_cast<HANDLE>(std::intptr_t{-2});
 }
 
 HANDLE WINAPI GetCurrentProcess()
 {
-    return reinterpret_cast<HANDLE>(std::intptr_t{-1}); // NOLINT(performance-no-int-to-ptr)
+    return reinterpret_cast<HANDLE>(std::intptr_t{-1});
 }
 
 DWORD WINAPI GetCurrentProcessId()
