@@ -4,6 +4,8 @@
 #include <thread>
 #include <utility>
 
+#include <sys/stat.h>
+
 namespace simulator {
 namespace {
 
@@ -40,8 +42,9 @@ private:
 
 } // namespace
 
-void PrepareForEndRequests()
+void PrepareProcess()
 {
+    umask(S_IRWXG | S_IRWXO);      // a recording may be of a real handset
     std::signal(SIGPIPE, SIG_IGN); // a TCP peer or a reader of the trace that goes is no reason to die
     std::signal(SIGTTIN,
                 SIG_IGN); // in the background of a terminal, standard input has ended instead of phnsim stopping

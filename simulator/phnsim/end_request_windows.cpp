@@ -34,7 +34,7 @@ void Set(std::function<void()> told)
 
 } // namespace
 
-void PrepareForEndRequests() {}
+void PrepareProcess() {}
 
 std::shared_ptr<void> WatchEndRequests(std::function<void()> told)
 {

@@ -135,7 +135,7 @@ int Run(const Options& options)
         MaskRecording(options.mask[0], options.mask[1]);
         return 0;
     }
-    PrepareForEndRequests();
+    PrepareProcess();
     // Standard output is for programs once they have asked for the ready line.
     const auto print = [&](std::string_view line) { Print(options.ready ? stderr : stdout, line); };
     const auto trace = [&](std::string_view line) {

@@ -64,6 +64,17 @@ fs::path Unfinished(const fs::path& path)
     return unfinished;
 }
 
+// Keeps the names in the path's folder, which a link may lead to. Some file systems cannot, and keep them all the same.
+void SyncFolderOf(const fs::path& path)
+{
+    const fs::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const int directory = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (directory < 0)
+        return;
+    fsync(directory);
+    close(directory);
+}
+
 } // namespace
 
 void MakePrivateFolder(const fs::path& folder)
@@ -73,6 +84,7 @@ void MakePrivateFolder(const fs::path& folder)
     MakePrivateFolder(folder.parent_path());
     if (mkdir(folder.c_str(), kOwnersFolder) != 0 && errno != EEXIST)
         ThrowErrno(folder);
+    SyncFolderOf(folder);
 }
 
 void WriteWhole(const fs::path& path, std::string_view text)
@@ -90,9 +102,7 @@ void WriteWhole(const fs::path& path, std::string_view text)
         unlink(unfinished.c_str());
         throw;
     }
-    const fs::path folder = path.has_parent_path() ? path.parent_path() : ".";
-    const Descriptor directory(folder, O_RDONLY | O_DIRECTORY);
-    fsync(directory.Get()); // some file systems cannot, and keep the name all the same
+    SyncFolderOf(path);
 }
 
 GrowingFile::GrowingFile(const fs::path& path)
@@ -100,6 +110,7 @@ GrowingFile::GrowingFile(const fs::path& path)
 {
     if (m_handle->descriptor < 0)
         ThrowErrno(path);
+    SyncFolderOf(path);
 }
 
 GrowingFile::~GrowingFile()

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstring>
 #include <fmt/format.h>
-#include <sstream>
 
 namespace phnctl {
 
@@ -30,11 +29,7 @@ void PrintDone(const Options& options, const std::string& sentence, const Report
 
 void PrintFileText(const std::string& text)
 {
-    if (host::TerminalWidth(stdout) == 0)
-        return fmt::print("{}", text);
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
-        fmt::print("{}\n", Printable(line.substr(0, line.find_last_not_of('\r') + 1)));
+    fmt::print("{}", host::TerminalWidth(stdout) == 0 ? text : PrintableLines(text));
 }
 
 void FlushOutput()

@@ -3,6 +3,7 @@
 #include "system/system.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/format.h>
 
 namespace phnctl {
@@ -15,7 +16,7 @@ constexpr std::size_t kBarLength = 20;
 std::string TimeLeft(std::chrono::duration<double> passed, std::size_t done, std::size_t total)
 {
     const double perEntry = passed.count() / static_cast<double>(done);
-    const auto seconds = static_cast<long>(perEntry * static_cast<double>(total - done) + 0.5);
+    const long seconds = std::lround(perEntry * static_cast<double>(total - done));
     return seconds < 60 ? fmt::format("{} s left", seconds)
                         : fmt::format("{} min {} s left", seconds / 60, seconds % 60);
 }

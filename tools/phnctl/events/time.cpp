@@ -129,7 +129,7 @@ std::string NameOfZone(int hoursBehind)
 EventTime UtcTimeOf(const EventTime& time, std::string_view zone)
 {
     if (const auto hoursBehind = HoursBehindUtc(zone))
-        return TimeOf(SecondsOf(time) + *hoursBehind * 3600);
+        return TimeOf(SecondsOf(time) + std::int64_t{*hoursBehind} * 3600);
     const SYSTEMTIME local = ToSystem(time);
     SYSTEMTIME utc{};
     return TzSpecificLocalTimeToSystemTime(nullptr, &local, &utc) ? FromSystem(utc) : time;
@@ -138,7 +138,7 @@ EventTime UtcTimeOf(const EventTime& time, std::string_view zone)
 EventTime ZoneTimeOf(const EventTime& utc, std::string_view zone)
 {
     if (const auto hoursBehind = HoursBehindUtc(zone))
-        return TimeOf(SecondsOf(utc) - *hoursBehind * 3600);
+        return TimeOf(SecondsOf(utc) - std::int64_t{*hoursBehind} * 3600);
     const SYSTEMTIME system = ToSystem(utc);
     SYSTEMTIME local{};
     return SystemTimeToTzSpecificLocalTime(nullptr, &system, &local) ? FromSystem(local) : utc;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <fmt/format.h>
 #include <fstream>
 #include <optional>
@@ -71,7 +72,7 @@ std::string Bar(std::int64_t value, std::int64_t from, std::int64_t to)
         return {};
     const double share = (static_cast<double>(value) - static_cast<double>(from)) /
                          (static_cast<double>(to) - static_cast<double>(from));
-    const auto filled = static_cast<std::size_t>(std::clamp(share, 0.0, 1.0) * kBarLength + 0.5);
+    const auto filled = static_cast<std::size_t>(std::lround(std::clamp(share, 0.0, 1.0) * kBarLength));
     return fmt::format("[{:#<{}}{:.<{}}] ", "", filled, "", kBarLength - filled);
 }
 

@@ -72,8 +72,7 @@ fs::path RunRecord::FileFor(const Copy& copy)
         return FreePath(PathOf(*file));
     const auto given = m_invocation.Value(kCopies);
     const fs::path folder = given ? PathOf(*given) : Folder();
-    std::error_code error;
-    fs::create_directories(folder, error); // where it fails, writing the file says why
+    MakeFolder(folder);
     return FreePath(folder / (copy.many + copy.extension));
 }
 

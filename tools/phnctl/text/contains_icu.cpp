@@ -20,7 +20,7 @@ icu::RuleBasedCollator* MakeCollator()
     if (U_FAILURE(status) || !rules)
         throw std::runtime_error(std::string("texts cannot be compared: ") + u_errorName(status));
     rules->setStrength(icu::Collator::PRIMARY);
-    collator.release();
+    static_cast<void>(collator.release()); // as what it is
     return rules;
 }
 

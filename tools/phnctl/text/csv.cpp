@@ -1,5 +1,7 @@
 #include "phnctl/text/csv.h"
 
+#include "phnctl/text/text.h"
+
 namespace phnctl {
 
 namespace {
@@ -12,9 +14,19 @@ bool IsTakenForFormula(const std::string& cell)
     return !isSigned || cell.find_first_not_of("0123456789", 1) != std::string::npos;
 }
 
+// A message may have lines; other control characters would reach the terminal that shows the file.
+std::string WithoutOtherControls(std::string_view cell)
+{
+    std::string text;
+    std::size_t begin = 0;
+    for (std::size_t end; (end = cell.find_first_of("\t\r\n", begin)) != std::string_view::npos; begin = end + 1)
+        text.append(VisibleControls(cell.substr(begin, end - begin))).append(1, cell[end]);
+    return text + VisibleControls(cell.substr(begin));
+}
+
 std::string Quoted(const std::string& cell)
 {
-    std::string text = (IsTakenForFormula(cell) ? "'" : "") + cell;
+    std::string text = (IsTakenForFormula(cell) ? "'" : "") + WithoutOtherControls(cell);
     if (text.find_first_of(",\"\r\n") == std::string::npos)
         return text;
     for (std::size_t at = text.find('"'); at != std::string::npos; at = text.find('"', at + 2))

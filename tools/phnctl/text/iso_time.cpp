@@ -14,7 +14,7 @@ std::int64_t OffsetOf(std::tm local, std::chrono::year_month_day date)
 {
     local.tm_isdst = -1;
     const std::int64_t asUtc = std::int64_t{std::chrono::sys_days(date).time_since_epoch().count()} * 86400 +
-                               local.tm_hour * 3600 + local.tm_min * 60 + local.tm_sec;
+                               std::int64_t{local.tm_hour} * 3600 + std::int64_t{local.tm_min} * 60 + local.tm_sec;
     return asUtc - std::int64_t{std::mktime(&local)};
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <sstream>
 #include <utility>
 #include <vector>
 #include <windows.h>
@@ -12,24 +13,33 @@ namespace phnctl {
 
 namespace {
 
+// A conversion gives nothing for nothing only.
+std::size_t Converted(int length)
+{
+    if (length <= 0)
+        throw Failure(kRefused, fmt::format("a text cannot be converted: error {}", GetLastError()));
+    return static_cast<std::size_t>(length);
+}
+
 std::vector<WCHAR> Widen(unsigned codePage, std::string_view text)
 {
+    if (text.empty())
+        return {};
     const int length = static_cast<int>(text.size());
-    const int needed = text.empty() ? 0 : MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0);
-    std::vector<WCHAR> wide(static_cast<std::size_t>(needed));
-    if (needed > 0)
-        MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), needed);
+    std::vector<WCHAR> wide(Converted(MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0)));
+    Converted(MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(), static_cast<int>(wide.size())));
     return wide;
 }
 
 std::string Narrow(unsigned codePage, const std::vector<WCHAR>& wide, BOOL* replaced)
 {
+    if (wide.empty())
+        return {};
     const int length = static_cast<int>(wide.size());
-    const int needed =
-        wide.empty() ? 0 : WideCharToMultiByte(codePage, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
-    std::string text(static_cast<std::size_t>(needed), '\0');
-    if (needed > 0)
-        WideCharToMultiByte(codePage, 0, wide.data(), length, text.data(), needed, nullptr, replaced);
+    std::string text(Converted(WideCharToMultiByte(codePage, 0, wide.data(), length, nullptr, 0, nullptr, nullptr)),
+                     '\0');
+    Converted(WideCharToMultiByte(codePage, 0, wide.data(), length, text.data(), static_cast<int>(text.size()), nullptr,
+                                  replaced));
     return text;
 }
 
@@ -180,6 +190,15 @@ std::string Printable(std::string_view text)
             return std::string(bytes);
         return character.code < 0x100 ? ByteMark(character.code) : fmt::format("\\u{{{:04X}}}", character.code);
     });
+}
+
+std::string PrintableLines(const std::string& text)
+{
+    std::string printable;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);)
+        printable += Printable(std::string_view(line).substr(0, line.find_last_not_of('\r') + 1)) + '\n';
+    return printable;
 }
 
 std::string PrintableJson(std::string_view json)

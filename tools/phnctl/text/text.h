@@ -58,6 +58,9 @@ std::string OneLine(std::string_view value);
 // are no UTF-8, as \xNN or \u{NNNN}.
 std::string Printable(std::string_view text);
 
+// The same for a text of several lines.
+std::string PrintableLines(const std::string& text);
+
 // The same for text that is JSON already: as \uNNNN, which means the same to whoever reads it.
 std::string PrintableJson(std::string_view json);
 

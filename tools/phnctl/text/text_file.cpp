@@ -49,6 +49,15 @@ std::string WithoutMark(std::string text)
     return text;
 }
 
+void OrRefuse(const fs::path& path, const auto& write)
+{
+    try {
+        write();
+    } catch (const std::system_error& failure) {
+        throw Failure(kRefused, fmt::format("{}: {}", Printable(TextOf(path)), failure.code().message()));
+    }
+}
+
 bool HasExtension(const fs::path& path, const std::vector<std::string>& extensions)
 {
     std::string actual = path.extension().string();
@@ -109,11 +118,15 @@ void WriteText(const fs::path& path, const std::string& text, Existing existing)
     std::error_code error;
     if (existing == Existing::Refuse && fs::exists(path, error))
         throw Failure(kUsage, fmt::format("{} exists already; --force replaces it", Printable(TextOf(path))));
-    try {
-        host::WriteWhole(path, text);
-    } catch (const std::system_error& failure) {
-        throw Failure(kRefused, fmt::format("{}: {}", Printable(TextOf(path)), failure.code().message()));
-    }
+    OrRefuse(path, [&] { host::WriteWhole(path, text); });
+}
+
+bool MakeFolder(const fs::path& folder)
+{
+    std::error_code error;
+    const bool isNew = !fs::is_directory(folder, error);
+    OrRefuse(folder, [&] { host::MakePrivateFolder(folder); });
+    return isNew;
 }
 
 } // namespace phnctl

@@ -32,4 +32,7 @@ enum class Existing
 // and may not be replaced.
 void WriteText(const std::filesystem::path& path, const std::string& text, Existing existing);
 
+// Makes the folder, for its owner alone, and those above it; false when it is there already. Throws Failure(kRefused).
+bool MakeFolder(const std::filesystem::path& folder);
+
 } // namespace phnctl

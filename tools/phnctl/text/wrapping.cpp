@@ -35,8 +35,8 @@ std::string WrappedLine(const std::string& line, std::size_t width, std::size_t 
         }
         if (end == 0)
             break; // one long word
-        text += current.substr(0, end) + '\n';
-        current = margin + current.substr(current.find_first_not_of(' ', end));
+        text.append(current, 0, end).append(1, '\n');
+        current.replace(0, current.find_first_not_of(' ', end), margin);
     }
     return text + current + '\n';
 }

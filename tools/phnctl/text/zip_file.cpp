@@ -8,6 +8,8 @@
 #include <cstring>
 #include <fmt/format.h>
 #include <memory>
+#include <new>
+#include <string>
 #include <zip.h>
 
 namespace phnctl {
@@ -34,6 +36,19 @@ void Add(zip_t* archive, const std::filesystem::path& file, const ZipEntry& entr
     Fail(file, zip_strerror(archive));
 }
 
+using Source = std::unique_ptr<zip_source_t, decltype(&zip_source_free)>;
+
+std::string BytesOf(zip_source_t* source)
+{
+    zip_stat_t size{};
+    if (zip_source_stat(source, &size) != 0 || zip_source_open(source) != 0)
+        throw std::bad_alloc();
+    std::string bytes(size.size, '\0');
+    zip_source_read(source, bytes.data(), bytes.size());
+    zip_source_close(source);
+    return bytes;
+}
+
 } // namespace
 
 bool CanWriteZip()
@@ -55,23 +70,18 @@ void CheckZipCanBeMade(const std::filesystem::path& file)
 
 void WriteZip(const std::filesystem::path& file, const std::vector<ZipEntry>& entries)
 {
-    int error = 0;
-    std::unique_ptr<zip_t, decltype(&zip_discard)> archive(zip_open(file.c_str(), ZIP_CREATE | ZIP_EXCL, &error),
-                                                           &zip_discard);
-    if (!archive && error == ZIP_ER_EXISTS)
-        FailAsItExists(file);
-    if (!archive) {
-        zip_error_t reason;
-        zip_error_init_with_code(&reason, error);
-        const std::string why = zip_error_strerror(&reason);
-        zip_error_fini(&reason);
-        Fail(file, why);
-    }
+    const Source memory(zip_source_buffer_create(nullptr, 0, 0, nullptr), &zip_source_free);
+    std::unique_ptr<zip_t, decltype(&zip_discard)> archive(
+        memory ? zip_open_from_source(memory.get(), ZIP_TRUNCATE, nullptr) : nullptr, &zip_discard);
+    if (!archive)
+        throw std::bad_alloc();
+    zip_source_keep(memory.get()); // the archive has it, and lets go of it when it is closed
     for (const ZipEntry& entry : entries)
         Add(archive.get(), file, entry);
     if (zip_close(archive.get()) != 0)
         Fail(file, zip_strerror(archive.get()));
     static_cast<void>(archive.release()); // closed, it is gone
+    WriteText(file, BytesOf(memory.get()), Existing::Refuse);
 }
 
 } // namespace phnctl

@@ -27,11 +27,8 @@ public:
     explicit Folder(const Invocation& invocation) : m_path(PathOf(*invocation.Value("DIR")))
     {
         std::error_code error;
-        m_isNew = fs::create_directories(m_path, error);
-        const bool isEmpty = !error && fs::is_empty(m_path, error);
-        if (error)
-            throw Failure(kUsage, fmt::format("{}: {}", Printable(TextOf(m_path)), error.message()));
-        if (!isEmpty && !invocation.Has(kForce))
+        m_isNew = MakeFolder(m_path);
+        if (!fs::is_empty(m_path, error) && !invocation.Has(kForce))
             throw Failure(kUsage, fmt::format("the folder {} is not empty; {} replaces the backup in it",
                                               Printable(TextOf(m_path)), kForce));
         fs::remove(m_path / kBackupIndex, error); // what follows is another backup

@@ -52,9 +52,7 @@ std::string FileNameOf(const EntryKind& kind, const StoredEntry& stored)
 void WriteFolder(const fs::path& folder, const EntryKind& kind, const Inventory& inventory, Existing existing)
 {
     std::error_code error;
-    fs::create_directories(folder, error);
-    if (error)
-        throw Failure(kRefused, fmt::format("{}: {}", Printable(TextOf(folder)), error.message()));
+    MakeFolder(folder);
     if (existing == Existing::Refuse && !fs::is_empty(folder, error))
         throw Failure(kUsage,
                       fmt::format("the folder {} is not empty; --force writes into it", Printable(TextOf(folder))));

@@ -73,6 +73,7 @@ PduTime ParseTime(const std::string& text)
     PduTime time{};
     char separator = 0;
     int length = 0;
+    // NOLINTNEXTLINE(cert-err34-c): the widths keep the numbers small
     const int numbers = std::sscanf(text.c_str(), "%4u-%2u-%2u%c%2u:%2u:%2u%n", &time[0], &time[1], &time[2],
                                     &separator, &time[3], &time[4], &time[5], &length);
     bool isTime =

@@ -8,6 +8,7 @@
 #include "phnctl/text/counted.h"
 #include "phnctl/text/failure.h"
 #include "phnctl/text/json.h"
+#include "phnctl/text/text.h"
 #include "phnctl/text/text_file.h"
 #include "phnctl/text/zip_file.h"
 
@@ -101,7 +102,7 @@ public:
         std::vector<std::string> recordings;
         const std::time_t begin = std::time(nullptr);
         const ToolRun run = RunToolRecorded(words, recordings);
-        fmt::print(stderr, "{}{}", run.out, run.err);
+        fmt::print(stderr, "{}", PrintableLines(run.out + run.err));
         Add("command.txt", fmt::format("phnctl {} ...\nexit status {}\n{}", name, run.status,
                                        recordings.empty() ? "not recorded: no port was free\n" : ""));
         for (std::size_t i = 0; i < recordings.size(); ++i)
@@ -135,7 +136,7 @@ void Show(const std::string& file, const std::vector<ZipEntry>& entries)
         const bool isShown = entry.text.size() <= kShort && !entry.name.starts_with("recording");
         fmt::print(stderr, "--- {} ({}{})\n{}", entry.name, Counted(lines, "line"),
                    isShown ? "" : fmt::format("; once it is written, 'unzip -p {} {}' shows them", file, entry.name),
-                   isShown ? entry.text : "");
+                   isShown ? PrintableLines(entry.text) : "");
     }
 }
 
