@@ -15,6 +15,7 @@ class Manners : public HostSession
 {
 protected:
     std::string ReadAll();
+    void Write(std::string text);
 };
 
 TEST_F(Manners, ASessionLeavesTheProcessAsItWas)
@@ -91,6 +92,18 @@ std::string Manners::ReadAll()
     return read;
 }
 
+// As a contact, an event and a PDU: it is taken as one of them, or refused.
+void Manners::Write(std::string text)
+{
+    const auto size = static_cast<uint32_t>(text.size());
+    PHN_CONTACT_RECORD contact{sizeof contact, text.data(), size};
+    CALL(PHN_SetContact)(0, &contact);
+    PHN_EVENT_RECORD event{sizeof event, text.data(), size};
+    CALL(PHN_SetEvent)(0, &event);
+    PHN_SMS_MESSAGE message{sizeof message, reinterpret_cast<uint8_t*>(text.data()), size, 0, 0};
+    CALL(PHN_SendMessage)(&message);
+}
+
 TEST_F(Manners, TheLogTellsNothingOfTheOwner)
 {
     const std::string planted = "739184625", code = planted.substr(0, 4);
@@ -101,6 +114,11 @@ TEST_F(Manners, TheLogTellsNothingOfTheOwner)
     for (size_t at = read.find(planted); at != read.npos; at = read.find(planted, at + planted.size()))
         ++found;
     EXPECT_GE(found, 8) << "the stores were read";
+    const std::string event = "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nDESCRIPTION:" + planted + "\r\nDTSTART:";
+    for (const std::string& text :
+         {"BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + planted + "\r\nTEL;TYPE=CELL:" + planted + "\r\nEND:VCARD\r\n",
+          event + "20260704T180000\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n", event + planted, planted})
+        Write(text);
     EXPECT_EQ(CALL(PHN_SetLock)(1, code.c_str()), PHN_ERROR_NONE);
     EXPECT_EQ(CALL(PHN_ChangeLockCode)(code.c_str(), "8462"), PHN_ERROR_NONE);
     for (const std::string& line : bench_.TakeLog())
