@@ -2,6 +2,7 @@
 
 #include <exception>
 
+#include "api/export_frame.h"
 #include "api/plugin_instance.h"
 #include "link/device.h"
 #include "link/device_owner.h"
@@ -10,7 +11,9 @@
 #include "log/host_check.h"
 #include "log/log_file.h"
 
-bool CCalderApp::InitInstance() noexcept
+namespace {
+
+bool MakeEverything() noexcept
 {
     CreateLogLock();
     CreateCommandLock();
@@ -25,6 +28,17 @@ bool CCalderApp::InitInstance() noexcept
     } catch (const std::exception&) {
         return false;
     }
+}
+
+} // namespace
+
+bool CCalderApp::InitInstance() noexcept
+{
+    if (MakeEverything())
+        return true;
+    CExportFrame::RefuseAll();
+    DestroyInstance(); // so that it holds no port either
+    return false;
 }
 
 void CCalderApp::ExitInstance() noexcept

@@ -1,5 +1,7 @@
 #include "api/export_frame.h"
 
+#include <atomic>
+
 #include "link/device.h"
 #include "log/log.h"
 
@@ -7,11 +9,25 @@ namespace {
 
 constexpr CLogSource Log{LOG_CCALDERAPP};
 
+constinit std::atomic<bool> s_bRefusesAll{false};
+
 } // namespace
 
 CExportFrame::CExportFrame(const char* pszExport) : m_pszExport(pszExport)
 {
     Log.Comment("%s is being executed.", pszExport);
+}
+
+void CExportFrame::RefuseAll() noexcept
+{
+    s_bRefusesAll = true;
+}
+
+PHN_ERROR CExportFrame::CheckLoad() const
+{
+    if (s_bRefusesAll)
+        return Fail(PHN_ERROR_FAILED, "The library could not be loaded.");
+    return PHN_ERROR_NONE;
 }
 
 PHN_ERROR CExportFrame::Null(const char* pszArgument) const

@@ -36,6 +36,11 @@ public:
     CExportFrame(const CExportFrame&) = delete;
     CExportFrame& operator=(const CExportFrame&) = delete;
 
+    // From now on: the library could not be loaded, and a host that does not learn it otherwise may call all the same.
+    static void RefuseAll() noexcept;
+    // 0, or PHN_ERROR_FAILED behind RefuseAll.
+    PHN_ERROR CheckLoad() const;
+
     // The failed argument checks: each logs its line and returns the code.
     PHN_ERROR Null(const char* pszArgument) const;
     PHN_ERROR OutOfRange(const char* pszText, int32_t eType) const;
@@ -124,7 +129,8 @@ PHN_ERROR Export(const char* pszExport, const TRow& Row) noexcept
 {
     try {
         CExportFrame Frame(pszExport);
-        return Row(Frame);
+        const PHN_ERROR weError = Frame.CheckLoad();
+        return weError == PHN_ERROR_NONE ? Row(Frame) : weError;
     } catch (const std::bad_alloc&) {
         return ReportException(pszExport, "out of memory");
     } catch (const CTextError& Error) {

@@ -68,8 +68,7 @@ CPluginInstance* CreateInstance()
         s_pInstance.store(pInstance);
         SetDeviceOwner(pInstance);
     }
-    GetInstance()->CreateDeviceObject();
-    return GetInstance();
+    return GetInstance()->CreateDeviceObject() ? GetInstance() : nullptr;
 }
 
 void DestroyInstance()
@@ -98,10 +97,13 @@ bool CPluginInstance::CreateDeviceObject()
     } catch (const std::bad_alloc&) {
         return false;
     }
+    if (!pDevice->IsListening())
+        return false;
     m_pDeviceObject.Exchange(pDevice);
     pDevice->ScanforDevices(kDiagnosticInterface);
-    pDevice->RegisterNotification();
-    pDevice->InitPortScanning();
+    pDevice->RegisterNotification(); // the start timer tries it again
+    if (!pDevice->InitPortScanning())
+        return false;
     Log.Comment("CreateDeviceObject Device Object");
     return true;
 }

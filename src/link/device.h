@@ -64,7 +64,7 @@ public:
     void UnregisterNotification();
 
     // Arms the timer that starts the watch threads; ends them, for good.
-    void InitPortScanning();
+    bool InitPortScanning();
     void UninitPortScanning();
 
     // One cycle of the watch thread, and what it does: on that thread, and the list also on the scan worker.
@@ -81,6 +81,7 @@ private:
     BOOL OnArrival(const GUID& Class, const std::string& strName);
     void OnRemoval(const std::string& strName);
     void OnSuspend();
+    void StartWatch();
     UINT_PTR StartTimer(UINT_PTR nTimer, UINT uPeriod) const;
     BOOL OpenArrival(const GUID& Class, const std::string& strName);
     bool HasOpenPort() const override { return GetMDMHandle() != nullptr; }

@@ -20,6 +20,7 @@ constexpr CLogSource Log{LOG_CDEVICE};
 
 constexpr UINT kPollPeriod = 2000;
 constexpr UINT kStartDelay = 300;
+constexpr UINT kStartRetry = 3000;
 
 // The interface path in a broadcast, lower-cased; empty when there is none.
 std::string BroadcastName(const DEV_BROADCAST_DEVICEINTERFACE_A* pInterface)
@@ -81,12 +82,13 @@ UINT_PTR CDevice::StartTimer(UINT_PTR nTimer, UINT uPeriod) const
     return nStarted;
 }
 
-void CDevice::InitPortScanning()
+bool CDevice::InitPortScanning()
 {
     Log.Comment("CDevice::InitPortScanning - Start\n");
     if (GetWindow())
         m_nStartTimer = StartTimer(kStartTimer, kStartDelay);
     Log.Comment("CDevice::InitPortScanning - End\n");
+    return m_nStartTimer != 0;
 }
 
 void CDevice::UninitPortScanning()
@@ -177,10 +179,21 @@ void CDevice::OnTimer(UINT_PTR nTimer)
         if (CDeviceOwner* pOwner = GetDeviceOwner())
             pOwner->PollCallbacks(GetWindow(), GetMDMHandle());
     } else if (nTimer == kStartTimer && m_nStartTimer) {
+        StartWatch();
+    }
+}
+
+// The timer runs on until everything is there by which a handset is noticed.
+void CDevice::StartWatch()
+{
+    const bool bWatched = m_Watch.Start();
+    if (!bWatched)
+        Log.Error("CDevice::OnTimer - Unable to start the port watch. Last error 0x%X", GetLastError());
+    if (RegisterNotification() && bWatched) {
         KillTimer(GetWindow(), kStartTimer);
         m_nStartTimer = 0;
-        if (!m_Watch.Start())
-            Log.Error("CDevice::OnTimer - Unable to start the port watch. Last error 0x%X", GetLastError());
+    } else {
+        StartTimer(kStartTimer, kStartRetry);
     }
 }
 

@@ -31,8 +31,10 @@ CDeviceWindow::CDeviceWindow() : m_hModule(OwnModule()), m_uPollMessage(GetPollM
     WindowClass.lpszClassName = kWindowClass;
     RegisterClassA(&WindowClass);
     m_hWnd = CreateWindowExA(0, kWindowClass, "", 0, 10, 10, 90, 90, nullptr, nullptr, m_hModule, nullptr);
-    if (!m_hWnd)
+    if (!m_hWnd) {
         Log.Error("CDevice::CDevice - Unable to create the window. Last error 0x%X", GetLastError());
+        UnregisterClassA(kWindowClass, m_hModule);
+    }
 }
 
 CDeviceWindow::~CDeviceWindow()
@@ -42,8 +44,12 @@ CDeviceWindow::~CDeviceWindow()
 
 void CDeviceWindow::EnableMessages()
 {
-    if (m_hWnd)
-        SetWindowLongPtrA(m_hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    if (!m_hWnd)
+        return;
+    SetWindowLongPtrA(m_hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    m_bListening = m_uPollMessage && GetWindowLongPtrA(m_hWnd, GWLP_USERDATA) == reinterpret_cast<LONG_PTR>(this);
+    if (!m_bListening)
+        Log.Error("CDevice::CDevice - Unable to receive messages. Last error 0x%X", GetLastError());
 }
 
 UINT CDeviceWindow::GetPollMessage()

@@ -15,6 +15,8 @@ public:
 
     // Null when the window could not be made, or is gone.
     HWND GetWindow() const { return m_hWnd; }
+    // Do all of its messages reach the object?
+    bool IsListening() const { return m_bListening; }
 
     // The registered message that starts the poll timer (lParam not 0) or stops it. The same number on every call.
     static UINT GetPollMessage();
@@ -44,4 +46,5 @@ private:
     const HINSTANCE m_hModule;
     HWND m_hWnd = nullptr;
     UINT m_uPollMessage = 0;
+    bool m_bListening = false;
 };

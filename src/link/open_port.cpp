@@ -72,8 +72,9 @@ void COpenPort::Close()
     }
     SetEvent(m_evClosing.Get());
     while (!IsIdle()) {
-        if (WaitForSingleObject(m_evIdle.Get(), kCancelPause) != WAIT_OBJECT_0 || !IsIdle())
-            m_pPort->CancelPending();
+        if (WaitForSingleObject(m_evIdle.Get(), kCancelPause) != WAIT_TIMEOUT && !IsIdle())
+            Sleep(kCancelPause); // the wait failed, or earlier the event's resetting
+        m_pPort->CancelPending();
     }
     m_hOwned.Reset();
 }

@@ -27,22 +27,25 @@ void CloseAndClear(HANDLE* phObject)
     *phObject = nullptr;
 }
 
-// Waits without limit for the object or, when there is one, for the end of the thread that should signal it, or until
-// the predicate holds, which is looked at again and again. A wait that fails is said.
+// Waits without limit until the predicate holds, which the event tells, or until the thread has ended that would set it,
+// when there is one. The predicate is looked at again and again: an event may be lost, or come late and tell what was so
+// before. Of waits that fail one after the other, the first is said.
 template <typename TDone>
-void AwaitObject(HANDLE hObject, HANDLE hThread, TDone IsDone, DWORD dwLook = kLook)
+void AwaitEvent(HANDLE hEvent, HANDLE hThread, TDone IsDone, DWORD dwLook = kLook)
 {
-    const HANDLE ahObjects[]{hObject, hThread};
-    for (;;) {
+    const HANDLE ahObjects[]{hEvent, hThread};
+    for (bool bFailed = false; !IsDone();) {
         const DWORD dwResult = WaitForMultipleObjects(hThread ? 2 : 1, ahObjects, FALSE, dwLook);
-        if (dwResult != WAIT_TIMEOUT && dwResult != WAIT_FAILED)
+        if (dwResult == WAIT_OBJECT_0 + 1)
             return;
+        if (dwResult == WAIT_OBJECT_0 && !IsDone())
+            ResetEvent(hEvent);
         if (dwResult == WAIT_FAILED) {
-            Log.Error("BT_Thread - WaitForMultipleObjects failed with error = 0x%X.", GetLastError());
+            if (!bFailed)
+                Log.Error("BT_Thread - WaitForMultipleObjects failed with error = 0x%X.", GetLastError());
             Sleep(kPause);
         }
-        if (IsDone())
-            return;
+        bFailed = dwResult == WAIT_FAILED;
     }
 }
 
@@ -71,25 +74,24 @@ CPortWatch::~CPortWatch()
 
 bool CPortWatch::Start()
 {
-    m_evRunning = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-    m_evRequest = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-    if (!m_evRunning || !m_evRequest || !StartThread(ScanPortsWorker, &m_hWorker))
-        return false;
-    if (StartThread(BT_Thread, &m_hWatch))
-        return true;
-    const DWORD dwError = GetLastError();
-    EndWorker();
-    SetLastError(dwError);
-    return false;
+    for (HANDLE* phEvent : {&m_evRunning, &m_evRequest}) {
+        if (!*phEvent)
+            *phEvent = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+        if (!*phEvent)
+            return false;
+    }
+    return StartThread(ScanPortsWorker, &m_hWorker) && StartThread(BT_Thread, &m_hWatch);
 }
 
 bool CPortWatch::StartThread(LPTHREAD_START_ROUTINE pfnThread, HANDLE* phThread)
 {
+    if (*phThread)
+        return true;
     m_bBegun = false;
     *phThread = CreateThread(nullptr, 0, pfnThread, this, 0, nullptr);
     if (!*phThread)
         return false;
-    AwaitObject(m_evRunning, *phThread, [this] { return m_bBegun.load(); });
+    AwaitEvent(m_evRunning, *phThread, [this] { return m_bBegun.load(); });
     return true;
 }
 
@@ -97,7 +99,9 @@ void CPortWatch::End()
 {
     m_bEnding = true;
     SetEvent(g_evStop);
-    AwaitObject(g_evWatchEnded, m_hWatch, [this] { return !m_bWatching; });
+    AwaitEvent(g_evWatchEnded, m_hWatch, [this] { return !m_bWatching; });
+    if (m_hWorker && !m_hWatch)
+        EndWorker(); // otherwise the watch has done it
     // A handle is signalled in time where a thread can end while the library is being unloaded.
     const ULONGLONG ullStart = GetTickCount64();
     const HANDLE ahThreads[]{m_hWorker, m_hWatch};
@@ -118,7 +122,7 @@ void CPortWatch::ScanOnWorker(std::vector<std::string> Ports)
 
 void CPortWatch::AwaitWorker()
 {
-    AwaitObject(g_evScanDone, m_hWorker, [this] { return !m_bWorkerBusy; });
+    AwaitEvent(g_evScanDone, m_hWorker, [this] { return !m_bWorkerBusy; });
 }
 
 void CPortWatch::EndWorker()
@@ -133,12 +137,10 @@ void CPortWatch::RunWorker()
     m_bBegun = true;
     SetEvent(m_evRunning);
     for (;;) {
-        AwaitObject(
+        AwaitEvent(
             m_evRequest, nullptr, [this] { return m_bWorkerBusy.load(); }, kWorkerLook);
         if (m_bEndWorker)
             break;
-        if (!m_bWorkerBusy)
-            continue;
         RunGuarded([this] { m_Work.ScanPortList(m_WorkerPorts); });
         m_bWorkerBusy = false;
         SetEvent(g_evScanDone);
@@ -148,11 +150,12 @@ void CPortWatch::RunWorker()
 // True once the watch is to end, false when the time is over.
 bool CPortWatch::AwaitStop(DWORD dwTime)
 {
-    for (;;) {
+    for (bool bFailed = false;; bFailed = true) {
         const DWORD dwResult = WaitForSingleObject(g_evStop, dwTime);
         if (dwResult != WAIT_FAILED)
             return dwResult != WAIT_TIMEOUT || m_bEnding;
-        Log.Error("BT_Thread - WaitForSingleObject failed with error = 0x%X.", GetLastError());
+        if (!bFailed)
+            Log.Error("BT_Thread - WaitForSingleObject failed with error = 0x%X.", GetLastError());
         Sleep(kPause);
         if (m_bEnding)
             return true;
@@ -161,7 +164,8 @@ bool CPortWatch::AwaitStop(DWORD dwTime)
 
 void CPortWatch::RunCycles()
 {
-    AwaitObject(g_mtxWatch, nullptr, [] { return true; });
+    if (WaitForSingleObject(g_mtxWatch, INFINITE) == WAIT_FAILED)
+        Log.Error("BT_Thread - WaitForSingleObject failed with error = 0x%X.", GetLastError());
     m_bWatching = true;
     ResetEvent(g_evWatchEnded);
     m_bBegun = true;

@@ -38,7 +38,8 @@ public:
     CPortWatch(const CPortWatch&) = delete;
     CPortWatch& operator=(const CPortWatch&) = delete;
 
-    // Starts both threads and waits until they run. False, with the system's error code, when that cannot be.
+    // Starts both threads and waits until they run. False, with the system's error code, when that cannot be; the next
+    // call starts what is missing.
     bool Start();
 
     // Asks both threads to end, waits until they have left this object, and gives them one second to be gone.

@@ -123,7 +123,7 @@ TEST_F(PortWatchTest, StoppingBeforeTheStartTimerDoesNotWaitForAThread)
     EXPECT_EQ(std::ranges::count(lines, "BT_Thread - Ending thread"), 0);
 }
 
-TEST_F(PortWatchTest, AThreadThatCannotBeMadeLeavesTheDeviceWorking)
+TEST_F(PortWatchTest, AThreadThatCannotBeMadeLeavesTheDeviceWorkingAndIsTriedAgain)
 {
     platform_test::FailCall("CreateThread", ERROR_NOT_ENOUGH_MEMORY, 1); // the worker is made, the watch thread is not
     Attach("com1");
@@ -134,6 +134,8 @@ TEST_F(PortWatchTest, AThreadThatCannotBeMadeLeavesTheDeviceWorking)
     simulator::Simulator& usb = Attach(simulator::UsbInterfaceName("0001"));
     EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
     EXPECT_EQ(usb.Control().Rejected(), 0u);
+    AdvanceClock(3000);
+    EXPECT_TRUE(PumpUntil([] { return WaitForSingleObject(g_evWatchEnded, 0) == WAIT_TIMEOUT; }));
 }
 
 TEST_F(PortWatchTest, AWaitThatFailsIsTriedAgain)

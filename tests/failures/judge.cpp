@@ -19,11 +19,6 @@ size_t Hash(const Outcome& outcome)
     return std::hash<std::string>()(outcome.output);
 }
 
-bool HasSucceeded(const Outcome& outcome)
-{
-    return outcome.code == outcome.success;
-}
-
 std::string ToString(const Outcome& outcome)
 {
     return outcome.name + " = " + std::to_string(outcome.code);
@@ -32,7 +27,7 @@ std::string ToString(const Outcome& outcome)
 void JudgeOutput(const Outcome& outcome, const ExpectedOutputs& expected, Complaints& wrong)
 {
     const auto isOf = [&](const auto& one) { return outcome.name == one.name; };
-    if (HasSucceeded(outcome) && outcome.code != PHN_ERROR_NO_DEVICE &&
+    if (outcome.HasSucceeded() && outcome.code != PHN_ERROR_NO_DEVICE &&
         std::ranges::find_if(expected.exports, isOf)->hash != Hash(outcome))
         wrong.push_back(outcome.name + " succeeds with another output");
 }
@@ -78,7 +73,7 @@ void JudgeLog(const SessionReport& report, const Case& one, Complaints& wrong)
         return;
     std::map<std::string, size_t> failures;
     for (const Outcome& outcome : report.outcomes) {
-        if (!HasSucceeded(outcome))
+        if (!outcome.HasSucceeded())
             ++failures[outcome.name];
     }
     size_t missing = 0;
@@ -91,6 +86,18 @@ void JudgeLog(const SessionReport& report, const Case& one, Complaints& wrong)
     }
     if (missing > static_cast<size_t>(std::ranges::count_if(one.faults, StrikesLog)))
         wrong.push_back(std::to_string(missing) + " Error lines are missing:" + names);
+}
+
+// What has failed once, and is over, leaves no library that never serves a handset again.
+void JudgeService(const SessionReport& report, const Case& one, Complaints& wrong)
+{
+    if (std::ranges::any_of(one.faults, [](const Fault& fault) { return fault.count == kForEver; }))
+        return;
+    for (const char* const name : {"PHN_Startup", "PHN_GetBatteryInfo"}) {
+        const auto last = std::ranges::find(report.outcomes.rbegin(), report.outcomes.rend(), name, &Outcome::name);
+        if (last != report.outcomes.rend() && last->success == PHN_ERROR_NONE && !last->HasSucceeded())
+            wrong.push_back("in the end " + ToString(*last));
+    }
 }
 
 } // namespace
@@ -110,7 +117,7 @@ Complaints JudgeClean(const SessionReport& report, const ExpectedOutputs& expect
     if (!report.isLoaded || !report.isUnloaded)
         wrong.push_back("the library is not loaded, or not unloaded");
     for (const Outcome& outcome : report.outcomes) {
-        if (!HasSucceeded(outcome))
+        if (!outcome.HasSucceeded())
             wrong.push_back(ToString(outcome));
         JudgeOutput(outcome, expected, wrong);
     }
@@ -123,7 +130,7 @@ Complaints JudgeFaulty(const SessionReport& report, const ExpectedOutputs& expec
 {
     Complaints wrong;
     for (const Outcome& outcome : report.outcomes) {
-        if (!HasSucceeded(outcome) && !IsDocumented(outcome, one))
+        if (!outcome.HasSucceeded() && !IsDocumented(outcome, one))
             wrong.push_back(ToString(outcome) + " is not what this failure gives");
         if (outcome.time > kLongestCall)
             wrong.push_back(ToString(outcome) + " after " + std::to_string(outcome.time.count()) + " ms");
@@ -132,5 +139,7 @@ Complaints JudgeFaulty(const SessionReport& report, const ExpectedOutputs& expec
     if (report.isLoaded && !report.isUnloaded)
         wrong.push_back("the library is not unloaded");
     JudgeLog(report, one, wrong);
+    if (one.subject.empty())
+        JudgeService(report, one, wrong);
     return wrong;
 }

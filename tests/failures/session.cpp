@@ -30,7 +30,7 @@ public:
 
 private:
     void LiveShortly(const SessionPlan& plan);
-    void LiveWhole();
+    void LiveWhole(unsigned startups);
     void Plug() const;
     void Call(const ExportCall& call);
     void Await(const std::function<bool()>& isDone) const;
@@ -81,8 +81,9 @@ void Session::Plug() const
 void Session::LiveShortly(const SessionPlan& plan)
 {
     Call(Startup());
-    for (unsigned more = plan.startups; --more > 0 && report_.outcomes.back().code == PHN_ERROR_NO_DEVICE;) {
-        report_.outcomes.pop_back();
+    for (unsigned more = plan.startups; --more > 0 && !report_.outcomes.back().HasSucceeded();) {
+        if (report_.outcomes.back().code == PHN_ERROR_NO_DEVICE)
+            report_.outcomes.pop_back();
         Call(Startup());
     }
     if (plan.before)
@@ -94,7 +95,7 @@ void Session::LiveShortly(const SessionPlan& plan)
     report_.wasChangeTold = report_.wasRemovalTold = true; // nothing was to be told
 }
 
-void Session::LiveWhole()
+void Session::LiveWhole(unsigned startups)
 {
     Call(Startup());
     for (const ExportCall& call : ExportCalls())
@@ -114,8 +115,14 @@ void Session::LiveWhole()
     Call(Battery());
     report_.outcomes.back().success = PHN_ERROR_NO_DEVICE;
     Plug();
-    Call(Startup());
-    Call(Battery());
+    for (bool isServed = false; !isServed && startups-- > 0;) {
+        Call(Startup());
+        isServed = report_.outcomes.back().HasSucceeded();
+        Call(Battery());
+        isServed = isServed && report_.outcomes.back().HasSucceeded();
+        if (!isServed && startups > 0)
+            Await([] { return false; }); // a handset that was lost unseen is noticed when another arrives
+    }
     Call(Shutdown());
 }
 
@@ -134,7 +141,7 @@ SessionReport Session::Run(const SessionPlan& plan)
     }
     report_.isLoaded = library_ != nullptr;
     if (library_) {
-        plan.subject.empty() ? LiveWhole() : LiveShortly(plan);
+        plan.subject.empty() ? LiveWhole(plan.startups) : LiveShortly(plan);
         const LibraryScope scope;
         report_.isUnloaded = FreeLibrary(library_) && !GetModuleHandleA("PHNNRV.dll");
     }

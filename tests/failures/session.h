@@ -17,6 +17,8 @@ constexpr int kTimeDivisor = 30;
 
 struct Outcome
 {
+    bool HasSucceeded() const { return code == success; }
+
     std::string name; // of the export
     uint32_t success; // the code that it has when nothing fails
     uint32_t code;
@@ -56,7 +58,7 @@ struct SessionPlan
     std::string subject{};          // the export that a short session calls; empty: a whole session
     std::function<void()> before{}; // the call of the subject
     std::function<void()> after{};
-    unsigned startups = 1; // how often a handset that was not found is asked for: a serial one may take a while
+    unsigned startups = 1; // how often the start is tried: a serial handset may take a while
 };
 
 SessionReport RunSession(const HostFolder& folder, const HandsetProcess& handset, const SessionPlan& plan);

@@ -39,6 +39,7 @@ namespace {
 constexpr unsigned kWorkers = 12; // they wait more than they work
 constexpr std::chrono::seconds kLongestCase(20);
 constexpr std::chrono::milliseconds kLongestPause(100);
+constexpr unsigned kMostStartups = 5;
 constexpr char kSubject[] = "PHN_GetConnectionInfo"; // of a short session
 
 // What is left of a session when the library is gone, beyond what was there before.
@@ -112,9 +113,9 @@ public:
 
     SessionReport RunSession(const SessionPlan& plan) const { return ::RunSession(folder_, *handset_, plan); }
     // On USB a whole session, elsewhere a short one: the exports differ in nothing there.
-    SessionReport RunSession() const
+    SessionReport RunSession(unsigned startups = 1) const
     {
-        return RunSession({.subject = folder_.attachment == Attachment::Usb ? "" : kSubject});
+        return RunSession({.subject = folder_.attachment == Attachment::Usb ? "" : kSubject, .startups = startups});
     }
     const HandsetProcess& Handset() const { return *handset_; }
     fs::path Errors() const { return temporary_.Path() / "errors"; }
@@ -159,7 +160,7 @@ SessionReport RunFaulty(const Bench& bench, const Case& one)
     const auto disarm = [&] { shared.struck += Disarm(one); };
     if (one.subject.empty()) {
         arm();
-        SessionReport report = bench.RunSession();
+        SessionReport report = bench.RunSession(one.faults[0].count == kForEver ? 1 : kMostStartups);
         disarm();
         return report;
     }
@@ -181,7 +182,7 @@ bool IsCaseRight(const Bench& bench, const Case& one)
         const SessionReport report = RunFaulty(bench, one);
         isRight = IsRight("with the failure", JudgeFaulty(report, shared.outputs, one), report);
     }
-    const SessionReport report = bench.RunSession({.subject = kSubject, .startups = 5});
+    const SessionReport report = bench.RunSession({.subject = kSubject, .startups = kMostStartups});
     Complaints wrong = JudgeClean(report, shared.outputs);
     JudgeRemains(CountRemains() - before, wrong);
     isRight = IsRight("behind it", wrong, report) && isRight;
@@ -207,7 +208,7 @@ bool NoteCalls(const Bench& bench)
         if (!IsRight("without a failure", JudgeClean(report, shared.outputs), report))
             return false;
     }
-    const SessionReport report = bench.RunSession({.subject = kSubject, .startups = 5});
+    const SessionReport report = bench.RunSession({.subject = kSubject, .startups = kMostStartups});
     shared.remains = CountRemains() - before;
     return IsRight("without a failure, again", JudgeClean(report, shared.outputs), report);
 }

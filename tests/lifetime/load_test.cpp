@@ -1,4 +1,6 @@
 // Loading and unloading, again and again, and a host that ends without unloading.
+#include <dlfcn.h>
+
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -66,12 +68,20 @@ TEST_F(LoadTest, ALogThatCannotBeOpenedDoesNotHoldUpTheUnload)
 
 TEST_F(LoadTest, ALibraryThatCannotMakeWhatItNeedsIsNotLoaded)
 {
-    for (const char* call : {"CreateEventA", "CreateMutexA"}) {
+    for (const char* call : {"CreateEventA", "CreateMutexA", "CreateWindowExA", "RegisterClassA",
+                             "RegisterWindowMessageA", "SetTimer", "SetWindowLongPtrA"}) {
         platform_test::FailCall(call, ERROR_NOT_ENOUGH_MEMORY);
         EXPECT_FALSE(LoadLibraryA(bench_.LibraryPath().c_str())) << call;
         EXPECT_EQ(GetLastError(), DWORD{ERROR_DLL_INIT_FAILED});
         EXPECT_FALSE(GetModuleHandleA("PHNNRV.dll"));
     }
+    bench_.TakeLog();
+    platform_test::FailCall("CreateWindowExA", ERROR_NOT_ENOUGH_MEMORY);
+    void* const opened = dlopen(bench_.LibraryPath().c_str(), RTLD_NOW); // which cannot be refused
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(reinterpret_cast<decltype(&PHN_Startup)>(dlsym(opened, "PHN_Startup"))(), PHN_ERROR_FAILED);
+    EXPECT_EQ(bench_.TakeLog().back(), "CCalderApp Error PHN_Startup - The library could not be loaded.");
+    dlclose(opened);
     const HMODULE library = LoadLibraryA(bench_.LibraryPath().c_str());
     ASSERT_TRUE(library);
     EXPECT_TRUE(FreeLibrary(library));
