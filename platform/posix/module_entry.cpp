@@ -1,6 +1,5 @@
 // Calls DllMain when the shared object is loaded and unloaded, on the thread that does so. Linked into the library, not
 // into the stand-in. When the whole process ends, DllMain gets a reserved argument that is not null, as on Windows.
-#include <cstdlib>
 #include <dlfcn.h>
 #include <windows.h>
 
@@ -14,13 +13,13 @@ extern "C" [[gnu::weak]] const unsigned phnnrv_prompt_reads;
 
 namespace {
 
-PhnModuleName moduleName{.name = "PHNNRV.dll", .isRefused = 0, .module = nullptr, .file = nullptr, .next = nullptr};
+PhnModuleName moduleName{.name = "PHNNRV.dll", .module = nullptr, .file = nullptr, .next = nullptr, .isRefused = 0};
 
 // A program that was linked with the library keeps it until the process ends.
 bool isLinked;
 
 // A constructor function cannot refuse the load as DllMain can. LoadLibraryA does it in its place; for a host that has
-// used dlopen, or is linked with the library, the exports find no instance.
+// used dlopen, or is linked with the library, the exports fail.
 __attribute__((constructor)) void onLoad()
 {
     // The names of a library that is being loaded at run time are not, or not yet, among the program's own.
@@ -31,7 +30,7 @@ __attribute__((constructor)) void onLoad()
     if (!isLinked)
         PhnWatchProcessEnd();
     if (&phnnrv_prompt_reads)
-        setenv("PHNNRV_PROMPT_READS", "1", 0);
+        PhnAskForPromptReads();
     PhnModuleLoaded(&moduleName);
     moduleName.isRefused = !DllMain(nullptr, DLL_PROCESS_ATTACH, nullptr);
 }

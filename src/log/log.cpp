@@ -7,6 +7,7 @@
 #include <string>
 
 #include "log/log_file.h"
+#include "log/shown_text.h"
 
 namespace {
 
@@ -15,21 +16,12 @@ size_t GetFormatted(int nLength)
     return nLength < 0 ? 0 : static_cast<size_t>(nLength);
 }
 
-// The text with its control characters shown ("\\x0D"), but for tabs and a line end of its own at the end: what a
-// handset calls itself forges no line.
-std::string ShowControls(std::string_view strText)
+// A line end that the format itself has stays one.
+void WriteShown(std::string_view strText, std::string_view strFormat, DWORD dwCategory, DWORD dwLevel)
 {
-    std::string strShown;
-    for (size_t u = 0; u < strText.size(); ++u) {
-        const auto byChar = static_cast<unsigned char>(strText[u]);
-        const bool bOwnEnd = byChar == '\n' && u + 1 == strText.size();
-        char szShown[8];
-        if ((byChar >= 0x20 && byChar != 0x7F) || byChar == '\t' || bOwnEnd)
-            strShown += strText[u];
-        else
-            strShown.append(szShown, GetFormatted(std::snprintf(szShown, sizeof szShown, "\\x%02X", byChar)));
-    }
-    return strShown;
+    const bool bOwnEnd = strFormat.ends_with('\n');
+    strText.remove_suffix(bOwnEnd && !strText.empty());
+    CLogFile::WriteMessage(ShowControls(strText) + (bOwnEnd ? "\n" : ""), dwCategory, dwLevel);
 }
 
 } // namespace
@@ -71,11 +63,11 @@ void CLogSource::Write(DWORD dwLevel, const char* pszFormat, ...) const noexcept
         std::array<char, 512> szText;
         const size_t uLength = GetFormatted(std::vsnprintf(szText.data(), szText.size(), pszFormat, Arguments));
         if (uLength < szText.size()) {
-            CLogFile::WriteMessage(ShowControls({szText.data(), uLength}), m_dwCategory, dwLevel);
+            WriteShown({szText.data(), uLength}, pszFormat, m_dwCategory, dwLevel);
         } else {
             std::string strText(uLength, '\0');
             std::vsnprintf(strText.data(), uLength + 1, pszFormat, Again);
-            CLogFile::WriteMessage(ShowControls(strText), m_dwCategory, dwLevel);
+            WriteShown(strText, pszFormat, m_dwCategory, dwLevel);
         }
     } catch (const std::exception&) {
         // As above.

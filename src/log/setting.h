@@ -1,5 +1,5 @@
-// What the library is told by the registry beside the "Logging Level": settings that are read once, when they are
-// needed.
+// What the library is told by the registry beside the "Logging Level": settings that are read when they are needed, not
+// at every line.
 #pragma once
 
 #include <windows.h>

@@ -109,7 +109,14 @@ TEST_F(CppHeaderTest, EveryFunctionAsksTheHandsetForItsOwn)
     EXPECT_EQ(*handset_.NetworkErrorText(1025), "PHN_NETWORK_ERROR_1X_FADE, Fade");
 }
 
-TEST_F(CppHeaderTest, ThisProgramHasAskedForPromptReads)
+TEST_F(CppHeaderTest, ThisProgramHasAskedForPromptReadsAndItsEnvironmentIsItsOwn)
 {
-    EXPECT_STREQ(std::getenv("PHNNRV_PROMPT_READS"), "1");
+    HKEY key = nullptr;
+    DWORD value = 0;
+    DWORD size = sizeof value;
+    ASSERT_EQ(RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Norvik\\LinkDesk", 0, KEY_READ, &key), ERROR_SUCCESS);
+    RegQueryValueExA(key, "Prompt Reads", nullptr, nullptr, reinterpret_cast<BYTE*>(&value), &size);
+    RegCloseKey(key);
+    EXPECT_EQ(value, 1u);
+    EXPECT_FALSE(std::getenv("PHNNRV_PROMPT_READS"));
 }

@@ -112,6 +112,23 @@ TEST(Log, ALineIsTimeCategoryLevelAndTextUnchanged)
     EXPECT_EQ(MakeLogFileName(opened), "2009_07_03_14_05_.log");
 }
 
+TEST(Log, TextOfOthersForgesNoLineAndSteersNoTerminal)
+{
+    const std::tuple<const char*, std::string, const char*> cases[] = {
+        {"1252", "\t\r\n\x1B\x7F|\xC9\xA0|\xC2\x9B\x80\n", "\\x09\\x0D\\x0A\\x1B\\x7F|\xC9\xA0|\xC2\\x9B\\x80\\x0A"},
+        {"65001", "\xC3\x89\xE2\x82\xAC\xF0\x9F\x98\x80|\xC2\x9B\xE2\x80\xAE\xEF\xBB\xBF|\x9B\xC3\n",
+         "\xC3\x89\xE2\x82\xAC\xF0\x9F\x98\x80|\\xC2\\x9B\\xE2\\x80\\xAE\\xEF\\xBB\\xBF|\\x9B\\xC3\\x0A"},
+        {"932", "\x83\x41\n", "\x83\x41\\x0A"},
+    };
+    for (const auto& [codePage, text, shown] : cases) {
+        LogCapture capture(0xFFFFF);
+        setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
+        CLogSource{LOG_CPORT}.Comment("%s", text);
+        EXPECT_EQ(capture.TakeLines(), Lines{std::string("CPort Comment ") + shown});
+    }
+    setenv("PHNNRV_ANSI_CODE_PAGE", "1252", 1);
+}
+
 TEST(Log, AChangeOfTheRegistryTakesEffectAtTheNextLine)
 {
     LogCapture capture(0);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -14,12 +15,15 @@
 #include <optional>
 
 #include "base/unique_descriptor.h"
+#include "phn_platform_module.h"
 #include "registry/registry_text.h"
 
 namespace platform {
 namespace {
 
 constexpr off_t kMaxSize = 1 << 20;
+
+constinit std::atomic<bool> arePromptReadsAskedFor{false};
 
 // /dev/null is no file either.
 bool IsThere(const std::string& path)
@@ -101,16 +105,19 @@ private:
         const char* name;
         const char* otherwise;
         const char* value;
+        const std::atomic<bool>* isAskedFor; // stands for "1"; none: null
     };
     static const char* TextOf(const Variable& variable)
     {
-        const char* const text = std::getenv(variable.name);
-        return text ? text : variable.otherwise;
+        if (const char* const text = std::getenv(variable.name))
+            return text;
+        return variable.isAskedFor && *variable.isAskedFor ? "1" : variable.otherwise;
     }
 
-    static constexpr std::array<Variable, 3> kVariables{{{"PHNNRV_REGISTRY", "/etc/phnnrv.reg", nullptr},
-                                                         {"PHNNRV_CHECK_HOST", "", "Check Host"},
-                                                         {"PHNNRV_PROMPT_READS", "", "Prompt Reads"}}};
+    static constexpr std::array<Variable, 3> kVariables{
+        {{"PHNNRV_REGISTRY", "/etc/phnnrv.reg", nullptr, nullptr},
+         {"PHNNRV_CHECK_HOST", "", "Check Host", nullptr},
+         {"PHNNRV_PROMPT_READS", "", "Prompt Reads", &arePromptReadsAskedFor}}};
 
     std::array<std::string, kVariables.size()> texts_;
 };
@@ -239,3 +246,8 @@ bool RenewRegistry(std::shared_ptr<const Registry>& known)
 }
 
 } // namespace platform
+
+void PhnAskForPromptReads()
+{
+    platform::arePromptReadsAskedFor = true;
+}

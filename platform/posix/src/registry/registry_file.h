@@ -2,7 +2,7 @@
 // has changed: written to, replaced by a rename, removed or made anew. That costs a look at an inotify descriptor each,
 // which uses within ten microseconds of it share: about the time in which a program opens, writes and closes a file.
 // Where a file's directory cannot be watched, the files are read at every look. A missing file means an empty one.
-// PHNNRV_CHECK_HOST and PHNNRV_PROMPT_READS add a value each to them.
+// PHNNRV_CHECK_HOST and PHNNRV_PROMPT_READS add a value each to them; PhnAskForPromptReads stands in for the latter.
 #pragma once
 
 #include <memory>
