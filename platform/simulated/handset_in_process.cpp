@@ -22,6 +22,7 @@ constexpr char kReport[] = "PHNNRV-simulated.report.txt";
 constexpr std::chrono::milliseconds kForTheScript(100);
 
 constinit HandsetInProcess* instance = nullptr;
+constinit bool hasBegun = false;
 
 std::filesystem::path LibraryFolder()
 {
@@ -52,8 +53,9 @@ simulator::Phone SimulatedPhone()
 
 HandsetInProcess* HandsetInProcess::Begin()
 {
-    if (instance)
+    if (hasBegun)
         return instance;
+    hasBegun = true;
     Log.Error("The handset is simulated, inside this process");
     FindClocks();
     try {

@@ -17,7 +17,7 @@ class HandsetInProcess
 {
 public:
     // Begin: the first call, on the thread that loads the library, makes it. Nobody works on it before the library is
-    // loaded, but its port can be opened. Null when it cannot be made.
+    // loaded, but its port can be opened. Null when it could not be made.
     static HandsetInProcess* Begin();
     static HandsetInProcess* Get();
     // Returns when nobody works on it any more.

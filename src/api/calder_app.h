@@ -8,8 +8,8 @@ class CCalderApp
 {
 public:
     // The locks and events, the log, then the instance with its device object. Throws nothing; false leaves the library
-    // without an instance, its exports refuse every call of a host that has them all the same, and ExitInstance is still
-    // due.
+    // without an instance, its exports refuse every call of a host that has them all the same, and ExitInstance is
+    // still due.
     bool InitInstance() noexcept;
     void ExitInstance() noexcept;
 };

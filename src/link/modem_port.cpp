@@ -12,7 +12,7 @@ bool MP::Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritte
 {
     const auto Transfer = [&] {
         const CInside Inside(*this);
-        return Owns(hPort) && !IsClosing() && WriteFile(hPort, pData, dwLength, pdwWritten, nullptr);
+        return Inside && Owns(hPort) && !IsClosing() && WriteFile(hPort, pData, dwLength, pdwWritten, nullptr);
     };
     if (Transfer())
         return true;
@@ -25,7 +25,7 @@ bool MP::Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* 
 {
     const auto Transfer = [&] {
         const CInside Inside(*this);
-        return Owns(hPort) && !IsClosing() && ReadFile(hPort, pBuffer, dwSize, pdwRead, nullptr);
+        return Inside && Owns(hPort) && !IsClosing() && ReadFile(hPort, pBuffer, dwSize, pdwRead, nullptr);
     };
     if (Transfer())
         return true;
@@ -56,6 +56,7 @@ DWORD MP::CleanUp(HANDLE hPort) const
 MP::CInside::CInside(MP& Port) : m_Port(Port)
 {
     CHandle Thread = OpenOwnThread();
+    m_bKnown = static_cast<bool>(Thread);
     CLock Lock(m_Port.m_csThread);
     m_Port.m_hThread = std::move(Thread);
 }

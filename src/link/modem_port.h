@@ -27,9 +27,12 @@ private:
         ~CInside();
         CInside(const CInside&) = delete;
         CInside& operator=(const CInside&) = delete;
+        // Can it be cancelled? If not, the last error says why.
+        explicit operator bool() const { return m_bKnown; }
 
     private:
         MP& m_Port;
+        bool m_bKnown;
     };
 
     bool IsClosing() const;

@@ -27,9 +27,9 @@ void CloseAndClear(HANDLE* phObject)
     *phObject = nullptr;
 }
 
-// Waits without limit until the predicate holds, which the event tells, or until the thread has ended that would set it,
-// when there is one. The predicate is looked at again and again: an event may be lost, or come late and tell what was so
-// before. Of waits that fail one after the other, the first is said.
+// Waits without limit until the predicate holds, which the event tells, or until the thread has ended that would set
+// it, when there is one. The predicate is looked at again and again: an event may be lost, or come late and tell what
+// was so before. Of waits that fail one after the other, the first is said.
 template <typename TDone>
 void AwaitEvent(HANDLE hEvent, HANDLE hThread, TDone IsDone, DWORD dwLook = kLook)
 {

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "link/serial_fixture.h"
+#include "phn_platform_test.h"
 #include "platform/pty_fixture.h"
 
 namespace {
@@ -49,6 +50,7 @@ TEST_F(ModemPortTest, ClosingEndsAReadThatIsUnderWay)
     ASSERT_TRUE(AwaitUnread(1));
     std::future<Result> read = StartRead(0);
     ASSERT_TRUE(AwaitUnread(0)); // the read is under way, and waits for more
+    platform_test::FailCall("CancelSynchronousIo", ERROR_NOT_ENOUGH_MEMORY); // it is tried again
     open_->Close();
     EXPECT_EQ(read.get().error, DWORD{ERROR_OPERATION_ABORTED});
     EXPECT_EQ(log_.TakeLines(), (Lines{"CPort Error MP::Read - ReadFile failed. Last error is 0x3E3"}));
@@ -58,7 +60,11 @@ TEST_F(ModemPortTest, ClosingEndsAReadThatIsUnderWay)
     EXPECT_EQ(Read(0).error, DWORD{ERROR_INVALID_HANDLE});
     EXPECT_EQ(log_.TakeLines(), (Lines{"CPort Error MP::Write - WriteFile failed. Last error is 0x6",
                                        "CPort Error MP::Read - ReadFile failed. Last error is 0x6"}));
-    SetUp(); // it opens again at once
+    SetUp();                                     // it opens again at once
+    for (const char* call : {"read", "write"}) { // that nobody could end
+        platform_test::FailCall("DuplicateHandle", ERROR_NOT_ENOUGH_MEMORY);
+        EXPECT_EQ((*call == 'r' ? Read(0) : Write("no")).error, DWORD{ERROR_NOT_ENOUGH_MEMORY}) << call;
+    }
     EXPECT_TRUE(Write("AT\r").done);
     EXPECT_EQ(Receive(3), "AT\r");
 }

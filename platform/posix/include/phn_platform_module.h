@@ -1,6 +1,6 @@
 /* What the entry code of a module (module_entry.cpp) exchanges with the stand-in beyond Win32: the module's Windows
-   name, whether its DllMain has refused to be loaded, what its program asks for, and whether the process is ending. DllMain then gets a reserved
-   argument that is not null, as on Windows, and nothing is waited for. */
+   name, whether its DllMain has refused to be loaded, what its program asks for, and whether the process is ending.
+   DllMain then gets a reserved argument that is not null, as on Windows, and nothing is waited for. */
 #pragma once
 
 #include <minwindef.h>

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <mutex>
 #include <span>
 #include <stdexcept>
@@ -20,35 +21,36 @@ template <typename T, std::size_t kSize>
 class FixedList
 {
 public:
-    std::span<const T> Items() const { return {m_items.data(), m_count}; }
+    std::span<const T> Items() const { return {items_.data(), count_}; }
 
     void Add(const T& item)
     {
-        m_isFull = m_isFull || m_count == kSize;
-        if (m_count < kSize)
-            m_items[m_count++] = item;
+        isFull_ = isFull_ || count_ == kSize;
+        if (count_ < kSize)
+            items_[count_++] = item;
     }
-    bool HasLeftOut() const { return m_isFull; }
+    bool HasLeftOut() const { return isFull_; }
 
     void Remove(const T& item) // the newest of its kind
     {
-        const std::span<T> items(m_items.data(), m_count);
+        const std::span<T> items(items_.data(), count_);
         const auto newest = std::find(items.rbegin(), items.rend(), item);
         if (newest == items.rend())
             return;
         std::copy(newest.base(), items.end(), newest.base() - 1);
-        m_count--;
+        count_--;
     }
 
 private:
-    std::array<T, kSize> m_items{};
-    std::size_t m_count = 0;
-    bool m_isFull = false;
+    std::array<T, kSize> items_{};
+    std::size_t count_ = 0;
+    bool isFull_ = false;
 };
 
 thread_local constinit FixedList<const CRITICAL_SECTION*, 32> held;
 constinit std::mutex nestedMutex;
 constinit FixedList<NestedSections, 256> nested;
+constinit std::atomic<bool> wereTooManyHeld{false};
 
 } // namespace
 
@@ -56,7 +58,9 @@ void NoteEntered(const CRITICAL_SECTION* section) noexcept
 {
     const bool isEnteredAgain = std::ranges::count(held.Items(), section) != 0;
     held.Add(section);
-    if (isEnteredAgain)
+    if (held.HasLeftOut())
+        wereTooManyHeld = true;
+    if (isEnteredAgain || held.Items().size() == 1)
         return; // nobody waits for what is its own
     const std::lock_guard guard(nestedMutex);
     for (const CRITICAL_SECTION* const outer : held.Items())
@@ -77,7 +81,7 @@ namespace platform_test {
 std::vector<NestedSections> SectionOrder()
 {
     const std::lock_guard guard(platform::nestedMutex);
-    if (platform::nested.HasLeftOut())
+    if (platform::nested.HasLeftOut() || platform::wereTooManyHeld)
         throw std::length_error("more nested sections than there is room for");
     const auto items = platform::nested.Items();
     return {items.begin(), items.end()};

@@ -4,7 +4,10 @@
 #include <windows.h>
 
 // ThreadSanitizer would take the notes' own mutex for an order of what the threads do.
-#define PHN_NOTES_SECTIONS (PHN_TEST_HOOKS && !__SANITIZE_THREAD__)
+#if !defined(__has_feature)
+#define __has_feature(feature) 0
+#endif
+#define PHN_NOTES_SECTIONS (PHN_TEST_HOOKS && !__SANITIZE_THREAD__ && !__has_feature(thread_sanitizer))
 
 namespace platform {
 
