@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
+#include <span>
 
 namespace phnctl {
 
@@ -15,23 +16,54 @@ namespace {
 // The lines of the library's text: BEGIN and VERSION, the name, the values in the order of the handset, and these, from
 // the last one on. A line end inside a value makes a line of its own; it is known by having no place in that order.
 constexpr std::size_t kBeforeName = 2;
-constexpr const char* kBehindValues[] = {"END", kSpeedDials, kDefault, kRinger, kPicture, kGroup, "UID", "REV"};
+constexpr std::size_t kUsualLines = 24;
+constexpr std::string_view kBehindValues[] = {"END", kSpeedDials, kDefault, kRinger, kPicture, kGroup, "UID", "REV"};
 
-std::vector<std::string> LinesOf(const std::string& text)
+struct Line
 {
-    std::vector<std::string> lines;
+    std::string_view whole;
+    std::string_view property;
+    std::string_view value;
+};
+
+Line LineOf(std::string_view text)
+{
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    return {text, text.substr(0, colon), text.substr(std::min(colon + 1, text.size()))};
+}
+
+std::vector<Line> LinesOf(std::string_view text)
+{
+    std::vector<Line> lines;
+    lines.reserve(kUsualLines);
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find("\r\n", begin), text.size());
-        lines.push_back(text.substr(begin, end - begin));
+        lines.push_back(LineOf(text.substr(begin, end - begin)));
         begin = end + 2;
     }
     return lines;
 }
 
-EntryField FieldOf(const std::string& line)
+// How many of the lines stand in front of those behind the values.
+std::size_t CountBeforeSettings(std::span<const Line> lines)
 {
-    const std::size_t colon = std::min(line.find(':'), line.size());
-    return {line.substr(0, colon), line.substr(std::min(colon + 1, line.size()))};
+    std::size_t count = lines.size();
+    for (const std::string_view property : kBehindValues)
+        if (count > 0 && lines[count - 1].property == property)
+            --count;
+    return count;
+}
+
+bool IsKept(const Line& line)
+{
+    return !line.value.empty() && line.property != "REV" && line.property != "UID" && line.property != "END";
+}
+
+void Append(const Line& line, std::vector<EntryField>& fields)
+{
+    EntryField& field = fields.emplace_back();
+    field.property = line.property;
+    field.value = line.value;
 }
 
 } // namespace
@@ -75,28 +107,26 @@ bool MayHaveLostText(const Entry& read)
 
 Entry FromLibraryText(std::string_view text)
 {
-    std::vector<std::string> lines = LinesOf(FromHandset(text));
-    Entry settings;
-    for (const char* property : kBehindValues)
-        if (!lines.empty() && FieldOf(lines.back()).property == property) {
-            settings.fields.insert(settings.fields.begin(), FieldOf(lines.back()));
-            lines.pop_back();
-        }
-    const std::string* const speedDials = settings.Find(kSpeedDials);
-    const bool hasValues = !speedDials || !speedDials->empty(); // the library lists them where there is any
+    const std::string utf8 = FromHandset(text);
+    const std::vector<Line> lines = LinesOf(utf8);
+    const auto settings = std::span(lines).subspan(CountBeforeSettings(lines));
+    // The library lists the speed dials where there is any value.
+    const bool hasValues = std::ranges::none_of(
+        settings, [](const Line& line) { return line.property == kSpeedDials && line.value.empty(); });
     Entry entry;
-    for (std::size_t at = kBeforeName; at < lines.size(); ++at) {
-        const EntryField field = FieldOf(lines[at]);
-        const bool isName = entry.fields.empty() && field.property == kName;
-        if (isName || (hasValues && IsNumberOrAddress(field.property)))
-            entry.fields.push_back(field);
+    entry.fields.reserve(lines.size());
+    for (std::size_t at = kBeforeName; at + settings.size() < lines.size(); ++at) {
+        const Line& line = lines[at];
+        const bool isName = entry.fields.empty() && line.property == kName;
+        if (isName || (hasValues && IsNumberOrAddress(line.property)))
+            Append(line, entry.fields);
         else if (!entry.fields.empty())
-            entry.fields.back().value += "\r\n" + lines[at];
+            entry.fields.back().value.append("\r\n").append(line.whole);
     }
-    std::ranges::move(settings.fields, std::back_inserter(entry.fields));
-    std::erase_if(entry.fields, [](const EntryField& field) {
-        return field.value.empty() || field.property == "REV" || field.property == "UID" || field.property == "END";
-    });
+    std::erase_if(entry.fields, [](const EntryField& field) { return field.value.empty(); });
+    for (const Line& line : settings)
+        if (IsKept(line))
+            Append(line, entry.fields);
     return entry;
 }
 

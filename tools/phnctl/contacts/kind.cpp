@@ -10,6 +10,7 @@
 #include "phnctl/text/text.h"
 
 #include <algorithm>
+#include <array>
 #include <fmt/format.h>
 #include <iterator>
 
@@ -82,13 +83,15 @@ public:
 
     std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const override
     {
-        std::string text(kTextSize, '\0');
+        std::array<char, kTextSize> text{};
         PHN_CONTACT_RECORD record{sizeof record, text.data(), static_cast<std::uint32_t>(text.size())};
         const PHN_ERROR answer = handset.Api().GetContact(index, &record);
         if (answer == PHN_ERROR_NOT_FOUND)
             return std::nullopt;
-        handset.Check(answer, fmt::format("reading contact {}", index));
-        return FromLibraryText(std::string_view(text).substr(0, text.find('\0')));
+        if (answer != PHN_ERROR_NONE)
+            handset.Check(answer, fmt::format("reading contact {}", index));
+        const std::string_view whole(text.data(), text.size());
+        return FromLibraryText(whole.substr(0, whole.find('\0')));
     }
 
     void Write(const Handset& handset, std::uint32_t index, const Entry& entry) const override

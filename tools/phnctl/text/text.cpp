@@ -145,13 +145,17 @@ std::size_t CharacterLength(std::string_view text)
 
 bool IsUtf8(std::string_view text)
 {
-    while (!text.empty()) {
+    const auto isBeyondAscii = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
+    for (;;) {
+        const auto next = std::ranges::find_if(text, isBeyondAscii);
+        text.remove_prefix(static_cast<std::size_t>(next - text.begin()));
+        if (text.empty())
+            return true;
         const Character character = FirstCharacter(text);
         if (character.length == 0)
             return false;
         text.remove_prefix(character.length);
     }
-    return true;
 }
 
 std::optional<std::string> TryToHandset(const std::string& text)
