@@ -108,8 +108,9 @@ void SerialPort::Advance(const Lock& lock, Direction& direction)
             operation.timing = direction.reads ? SerialTiming::OfRead(timeouts_, operation.size)
                                                : SerialTiming::OfWrite(timeouts_, operation.size);
         MoveBytes(direction, operation);
-        const TimePoint end = operation.timing.End();
-        if (operation.error == ERROR_SUCCESS && operation.done < operation.size && Now() < end) {
+        const bool wantsMore = operation.error == ERROR_SUCCESS && operation.done < operation.size;
+        const TimePoint end = wantsMore ? operation.timing.End() : TimePoint();
+        if (wantsMore && Now() < end) {
             operation.error = ErrorOf([&] { AwaitMore(lock, direction, end); });
             if (operation.error == ERROR_SUCCESS)
                 return;
@@ -265,14 +266,14 @@ void SerialPort::Purge(DWORD flags)
 COMSTAT SerialPort::GetStatus() const
 {
     int received = 0;
-    int unsent = 0;
     const Lock lock = TakeBaseLock();
     CheckOpen();
-    if (ioctl(descriptor_.Get(), FIONREAD, &received) || ioctl(descriptor_.Get(), TIOCOUTQ, &unsent))
+    if (ioctl(descriptor_.Get(), FIONREAD, &received))
         ThrowErrno();
     COMSTAT status{};
     status.cbInQue = static_cast<DWORD>(received);
-    status.cbOutQue = static_cast<DWORD>(unsent);
+    for (const auto& operation : writes_.operations)
+        status.cbOutQue += operation->size - operation->done;
     return status;
 }
 

@@ -42,15 +42,16 @@ SerialTiming SerialTiming::OfWrite(const COMMTIMEOUTS& timeouts, DWORD size)
 void SerialTiming::OnBytes()
 {
     lastBytes_ = Now();
-    lastBytesReal_ = SteadyClock::now();
+    lastBytesReal_ = RealTime(lastBytes_);
 }
 
 TimePoint SerialTiming::End() const
 {
     if (interval_ == Duration::zero() || lastBytes_ == kNever)
         return total_;
-    const Duration silenceLeft = lastBytesReal_ + silence_ - SteadyClock::now();
-    return std::min(total_, std::max(lastBytes_ + interval_, Now() + silenceLeft));
+    const TimePoint now = Now();
+    const Duration silenceLeft = lastBytesReal_ + silence_ - RealTime(now);
+    return std::min(total_, std::max(lastBytes_ + interval_, now + silenceLeft));
 }
 
 } // namespace platform

@@ -1,7 +1,9 @@
 #include "locale/code_page.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -75,7 +77,20 @@ void Converter::Flush(std::string& output)
     output.append(buffer, out);
 }
 
+// A process uses one code page, or two.
 CodePage* CodePage::Find(UINT number)
+{
+    static std::atomic<CodePage*> latest = nullptr;
+    CodePage* page = latest;
+    if (page && page->number_ == number)
+        return page;
+    page = FindKnown(number);
+    if (page)
+        latest = page;
+    return page;
+}
+
+CodePage* CodePage::FindKnown(UINT number)
 {
     struct Known
     {
@@ -101,10 +116,11 @@ UINT CodePage::Ansi()
     const char* const text = std::getenv("PHNNRV_ANSI_CODE_PAGE");
     if (!text)
         return kDefaultAnsi;
-    char* end = nullptr;
-    const unsigned long number = std::strtoul(text, &end, 10);
-    const bool known = *text && !*end && number <= 0xFFFF && Find(static_cast<UINT>(number));
-    return known ? static_cast<UINT>(number) : kDefaultAnsi;
+    const char* const end = text + std::strlen(text);
+    UINT number = 0;
+    const auto read = std::from_chars(text, end, number);
+    const bool known = read.ec == std::errc() && read.ptr == end && number <= 0xFFFF && Find(number);
+    return known ? number : kDefaultAnsi;
 }
 
 CodePage::CodePage(UINT number, Converter decoder, Converter encoder)

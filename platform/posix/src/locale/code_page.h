@@ -67,6 +67,7 @@ public:
 private:
     CodePage(UINT number, Converter decoder, Converter encoder);
 
+    static CodePage* FindKnown(UINT number);
     void FindUndefinedBytes();
     bool MapsAscii();
 
