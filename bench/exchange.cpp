@@ -125,6 +125,7 @@ void BareOverPty(benchmark::State& state, const std::string& path, bool knowsLen
 
 int main(int argc, char** argv)
 {
+    bench::StayOnOneProcessor();
     simulator::DeviceDirectory devices;
     setenv("PHNNRV_DEVICES", devices.Path().c_str(), 1);
     setenv("PHNNRV_REGISTRY", (devices.Path() / "none.reg").c_str(), 1);

@@ -1,5 +1,7 @@
 #include "ratio.h"
 
+#include <sched.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <map>
@@ -60,6 +62,14 @@ Figure FigureOf(const BestTimes& times, const Ratio& ratio)
 }
 
 } // namespace
+
+void StayOnOneProcessor()
+{
+    cpu_set_t processors;
+    CPU_ZERO(&processors);
+    CPU_SET(sched_getcpu(), &processors);
+    sched_setaffinity(0, sizeof processors, &processors);
+}
 
 int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios)
 {

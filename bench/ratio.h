@@ -27,6 +27,11 @@ struct Ratio
     double limit;
 };
 
+// For a program of which two threads take turns, called before the second one starts: all of them, and the programs
+// that they start, stay on the processor where the caller is. What is compared then is the work of both sides, and not
+// where the system puts them and how long an idle processor takes to wake.
+void StayOnOneProcessor();
+
 int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios);
 
 } // namespace bench
