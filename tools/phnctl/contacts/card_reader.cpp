@@ -133,7 +133,7 @@ private:
         const CardName name =
             NameOfCard(formatted ? Unescaped(DecodedValue(*formatted)) : "",
                        structured ? SplitEscaped(DecodedValue(*structured), ';') : std::vector<std::string>());
-        const ContentLine* const source = structured && (name.isFromParts || !formatted) ? structured : formatted;
+        const ContentLine* const source = structured && name.isFromParts ? structured : formatted;
         Ask(kName, name.text, *source);
         if (formatted && name.isFromParts)
             m_dropped.push_back({"name-from-parts", "FN", formatted->line,
