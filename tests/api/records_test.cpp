@@ -119,7 +119,8 @@ TEST_F(RecordTest, Messages)
         return message.wIndex;
     };
     const uint16_t sent = store(CALL(PHN_SendMessage));
-    EXPECT_EQ(List(1).back(), store(CALL(PHN_SaveMessage)));
+    const uint16_t saved = store(CALL(PHN_SaveMessage)); // before a listing, which takes the buffer
+    EXPECT_EQ(List(1).back(), saved);
     EXPECT_EQ(List(2).back(), sent);
     for (const uint32_t read : {0u, 1u}) {
         EXPECT_EQ(CALL(PHN_SetMessageStatus)(sent, read), PHN_ERROR_NONE);

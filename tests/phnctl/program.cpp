@@ -1,6 +1,7 @@
 #include "phnctl/program.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -54,6 +55,8 @@ Program::Program()
                      {"PHNNRV_DEVICES", "/nonexistent"},
                      {"PHNNRV_REGISTRY", "/nonexistent"},
                      {"PHNNRV_TIME_SCALE", "0.2"}};
+    if (const char* const profile = std::getenv("LLVM_PROFILE_FILE")) // ./dev coverage
+        Set("LLVM_PROFILE_FILE", profile);
 }
 
 pid_t Program::Start(const std::string& words, const std::string& input)
