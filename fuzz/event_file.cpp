@@ -1,5 +1,6 @@
 // Any file as a calendar: nothing crashes or hangs, and what can be held comes back unchanged, from the tool's own file
-// and from the library. The calendars of other programs are read where libical is linked.
+// and from the library, whose text may be anything as well: its texts are the handset's. The calendars of other
+// programs are read where libical is linked.
 #include <string>
 
 #include "fuzz/require.h"
@@ -10,7 +11,9 @@ using fuzz::Require;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace phnctl;
-    for (const Candidate& candidate : EventsOfFile("file", std::string(reinterpret_cast<const char*>(data), size))) {
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    EventFromLibrary(text);
+    for (const Candidate& candidate : EventsOfFile("file", text)) {
         if (!candidate.fits)
             continue;
         const Entry complete = CompleteEvent(candidate.entry, nullptr);

@@ -14,6 +14,7 @@ using fuzz::Bytes;
 using fuzz::MemoryPort;
 
 constexpr DWORD kRoom = 8193;
+constexpr std::uint8_t kEndless = 0xF0;
 
 struct Delivered
 {
@@ -65,8 +66,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::uint8_t bits = input.Byte();
     MemoryPort::Get().writes = 1; // that of each port below
     const auto field = input.Field();
-    const Bytes bytes = bits & 2 ? MemoryPort::Get().Frame(field) : Bytes(field.begin(), field.end());
-    const auto cut = fuzz::CutInPieces(input, bytes, bits & 4 ? fuzz::Outcome::Later : fuzz::Outcome::Now);
+    Bytes bytes = bits & 2 ? MemoryPort::Get().Frame(field) : Bytes(field.begin(), field.end());
+    if (bits == kEndless || bits == (kEndless | 1))
+        bytes.resize(60'000); // more than a port takes
+    const auto cut =
+        fuzz::CutInPieces(input, input.Byte() % 4u, bytes, bits & 4 ? fuzz::Outcome::Later : fuzz::Outcome::Now);
     const std::unique_ptr<DP> object = bits & 1 ? std::make_unique<CPromptPort>("port") : std::make_unique<DP>("port");
     const Delivered delivered = ReadOver(*object, {cut.begin(), cut.end()});
     DP whole("port");

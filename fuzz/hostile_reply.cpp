@@ -5,7 +5,7 @@
 namespace fuzz {
 namespace {
 
-constexpr unsigned kForms = 6;
+constexpr unsigned kForms = 7;
 
 Outcome Choose(unsigned bits)
 {
@@ -19,6 +19,15 @@ Bytes Twisted(Bytes frame, unsigned position, std::uint8_t value)
     return frame;
 }
 
+std::vector<Piece> Cut(Input& input, std::span<const std::uint8_t> bytes, Outcome outcome)
+{
+    const std::uint8_t bits = input.Byte();
+    std::vector<Piece> pieces = CutInPieces(input, bits % 4u, bytes, outcome);
+    if (const Outcome last = Choose(bits >> 2 & 7u); last != Outcome::Now)
+        pieces.back().outcome = last;
+    return pieces;
+}
+
 std::vector<Piece> PiecesOf(Input& input, Form form, bool isFramed, Outcome outcome)
 {
     const auto body = [&] {
@@ -29,7 +38,7 @@ std::vector<Piece> PiecesOf(Input& input, Form form, bool isFramed, Outcome outc
     case Form::Framed:
         return {{body(), outcome}};
     case Form::FramedCut:
-        return CutInPieces(input, body(), outcome);
+        return Cut(input, body(), outcome);
     case Form::Twisted: {
         const std::uint8_t position = input.Byte();
         const std::uint8_t value = input.Byte();
@@ -40,19 +49,26 @@ std::vector<Piece> PiecesOf(Input& input, Form form, bool isFramed, Outcome outc
         return {{Bytes(field.begin(), field.end()), outcome}};
     }
     case Form::RawCut:
-        return CutInPieces(input, input.Field(), outcome);
+        return Cut(input, input.Field(), outcome);
     case Form::Silence:
         break;
+    case Form::Lengthened: {
+        const std::size_t zeros = 64u * input.Byte();
+        const auto field = input.Field();
+        Bytes bytes(field.begin(), field.end());
+        bytes.resize(bytes.size() + zeros);
+        return {{isFramed ? MemoryPort::Get().Frame(bytes) : bytes, outcome}};
+    }
     }
     return {};
 }
 
 } // namespace
 
-std::vector<Piece> CutInPieces(Input& input, std::span<const std::uint8_t> bytes, Outcome outcome)
+std::vector<Piece> CutInPieces(Input& input, unsigned cuts, std::span<const std::uint8_t> bytes, Outcome outcome)
 {
     std::vector<Piece> pieces;
-    for (unsigned cuts = input.Byte() % 4u; cuts > 0 && !bytes.empty(); --cuts) {
+    for (; cuts > 0 && !bytes.empty(); --cuts) {
         const auto piece = bytes.first(input.Word() % bytes.size());
         pieces.push_back({{piece.begin(), piece.end()}, outcome});
         bytes = bytes.subspan(piece.size());

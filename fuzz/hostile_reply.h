@@ -18,16 +18,17 @@ struct Reply
 enum class Form : std::uint8_t
 {
     Framed,    // a field, in a frame
-    FramedCut, // the same, cut
+    FramedCut, // the same, cut: a byte has two bits for how often, and three for how the last read ends if otherwise
     Twisted,   // a position, a byte to change there, and a field: a frame with a header that is not as it should be
     Raw,       // a field without a frame
     RawCut,
     Silence,
+    Lengthened, // a byte, and a field, which is followed by so many times 64 zeros: a frame
 };
 
 Reply HostileReply(Input& input, bool isFramed);
 
-// Cuts bytes into up to four reads; a byte says into how many, and a word for each cut where.
-std::vector<Piece> CutInPieces(Input& input, std::span<const std::uint8_t> bytes, Outcome outcome);
+// Cuts bytes into several reads; a word for each cut says where.
+std::vector<Piece> CutInPieces(Input& input, unsigned cuts, std::span<const std::uint8_t> bytes, Outcome outcome);
 
 } // namespace fuzz

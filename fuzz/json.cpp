@@ -9,7 +9,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     std::string text;
     try {
-        text = phnctl::WriteJson(phnctl::ParseJson(std::string(reinterpret_cast<const char*>(data), size)));
+        const phnctl::Json json = phnctl::ParseJson(std::string(reinterpret_cast<const char*>(data), size));
+        fuzz::Require(!json.Find("") || json.Object());
+        text = phnctl::WriteJson(json);
     } catch (const std::runtime_error&) {
         return 0;
     }

@@ -17,6 +17,7 @@ constexpr DWORD kFailure = ERROR_GEN_FAILURE; // that of a terminal that has hun
 
 HANDLE openPort = nullptr;
 HANDLE openLog = nullptr;
+ULONGLONG milliseconds = 0;
 
 // The operation that has begun and is not over.
 struct Pending
@@ -175,13 +176,18 @@ BOOL WINAPI SetCommTimeouts(HANDLE, LPCOMMTIMEOUTS)
 
 BOOL WINAPI PurgeComm(HANDLE, DWORD flags)
 {
+    MemoryPort& port = MemoryPort::Get();
+    if (!port.tells)
+        return Fail(kFailure);
     if (flags & PURGE_RXCLEAR)
-        MemoryPort::Get().pieces.clear();
+        port.pieces.clear();
     return TRUE;
 }
 
 BOOL WINAPI ClearCommError(HANDLE, LPDWORD errors, LPCOMSTAT status)
 {
+    if (!MemoryPort::Get().tells)
+        return Fail(kFailure);
     const auto& pieces = MemoryPort::Get().pieces;
     *errors = 0;
     if (status)
@@ -195,6 +201,8 @@ DWORD WINAPI WaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL all
         static const auto next = Next<decltype(WaitForMultipleObjects)>("phn_WaitForMultipleObjects");
         return next(count, handles, all, timeOut);
     }
+    if (pending.outcome == Outcome::TimeOut || MemoryPort::Get().isSlow)
+        milliseconds += timeOut;
     if (pending.outcome == Outcome::TimeOut)
         return WAIT_TIMEOUT;
     if (pending.outcome == Outcome::LateFailure)
@@ -236,7 +244,21 @@ UINT_PTR WINAPI SetTimer(HWND, UINT_PTR timer, UINT, TIMERPROC)
     return timer;
 }
 
-void WINAPI Sleep(DWORD) {}
+BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    static const auto next = Next<decltype(PostMessageA)>("phn_PostMessageA");
+    return MemoryPort::Get().takesMessages ? next(window, message, wParam, lParam) : Fail(ERROR_NOT_ENOUGH_QUOTA);
+}
+
+ULONGLONG WINAPI GetTickCount64()
+{
+    return milliseconds;
+}
+
+void WINAPI Sleep(DWORD time)
+{
+    milliseconds += time;
+}
 
 LSTATUS WINAPI RegOpenKeyExA(HKEY, LPCSTR, DWORD, DWORD, PHKEY key)
 {

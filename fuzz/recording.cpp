@@ -1,5 +1,9 @@
-// Any file as a recording: it is refused with a reason, or its packets are dissected, masked and played to a host that
-// sends what it was recorded to send, and then what is left of it.
+// Any file as a recording: it is refused with a reason, or it is masked into another file, which is read and has the
+// same packets with as many bytes; and it is played to a host that sends what it was recorded to send, and then all of
+// that from the end.
+#include <algorithm>
+#include <ranges>
+#include <span>
 #include <stdexcept>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -26,9 +30,9 @@ public:
 class MemoryFile
 {
 public:
-    MemoryFile(const std::uint8_t* data, std::size_t size) : descriptor_(memfd_create("recording", 0))
+    explicit MemoryFile(std::span<const std::uint8_t> bytes = {}) : descriptor_(memfd_create("recording", 0))
     {
-        fuzz::Require(write(descriptor_, data, size) == static_cast<ssize_t>(size));
+        fuzz::Require(write(descriptor_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()));
     }
     ~MemoryFile() { close(descriptor_); }
     MemoryFile(const MemoryFile&) = delete;
@@ -50,30 +54,45 @@ std::size_t BareSize(const Bytes& bytes)
     return size;
 }
 
+void CheckMasked(const Recording& recording, const MemoryFile& file)
+{
+    const MemoryFile to;
+    MaskRecording(file.Path(), to.Path());
+    const Recording masked = ReadRecording(to.Path());
+    const auto isMaskOf = [](const RecordedPacket& one, const RecordedPacket& other) {
+        const Packet& packet = one.packet;
+        const Bytes& bytes = other.packet.bytes;
+        return packet.sender == other.packet.sender && packet.time == other.packet.time &&
+               one.blanked >= other.blanked &&
+               (packet.bytes.size() == bytes.size() || BareSize(packet.bytes) == BareSize(bytes));
+    };
+    fuzz::Require(masked.header.isMasked && std::ranges::equal(masked.packets, recording.packets, isMaskOf));
+}
+
 void Play(const Recording& recording)
 {
-    Mask mask(recording.header.kind);
-    Replay replay(recording, [](const Deviation&) {});
+    Replay replay(recording, [](const Deviation& deviation) { fuzz::Require(!deviation.what.empty()); });
     Handset handset{Phone{}};
     NoLine line;
     const auto voice = replay.Conversations()(handset, line);
-    for (const RecordedPacket& recorded : recording.packets) {
-        const Packet& packet = recorded.packet;
-        const Bytes masked = mask.Apply(packet).packet.bytes;
-        fuzz::Require(masked.size() == packet.bytes.size() || BareSize(masked) == BareSize(packet.bytes));
-        if (packet.sender == Sender::Host)
-            voice->Receive(packet.bytes);
-    }
+    const auto send = [&](const RecordedPacket& recorded) {
+        if (recorded.packet.sender == Sender::Host)
+            voice->Receive(recorded.packet.bytes);
+    };
+    std::for_each(recording.packets.begin(), recording.packets.end(), send);
     replay.Missing();
+    std::for_each(recording.packets.rbegin(), recording.packets.rend(), send);
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    const MemoryFile file(data, size);
+    const MemoryFile file({data, size});
     try {
-        Play(ReadRecording(file.Path()));
+        const Recording recording = ReadRecording(file.Path());
+        CheckMasked(recording, file);
+        Play(recording);
     } catch (const std::runtime_error& refusal) {
         fuzz::Require(*refusal.what() != '\0');
     }

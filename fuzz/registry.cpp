@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         fuzz::Require(end == path.npos || tree.contains(path.substr(0, end)));
         for (const platform::RegistryValue& value : key.Values())
             fuzz::Require(key.Find(value.name) == &value);
+        fuzz::Require(!key.Find("a\nb")); // which no line names
     }
     return 0;
 }

@@ -1,8 +1,10 @@
-// Any file as a script of control lines for phnsim; what they set and the faults they add, a handset takes or refuses.
+// Any file as a script of control lines for phnsim; what they set, show and the faults they add, a handset takes or
+// refuses. The lines are not run: some write files.
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "fuzz/require.h"
 #include "simulator/handset/handset.h"
 #include "simulator/script/control.h"
 
@@ -25,6 +27,8 @@ void TakeLine(Handset& handset, std::string_view line, const Place& place)
     Try([&] { ParseControlLine(line, place); });
     if (line.starts_with("fault "))
         Try([&] { handset.AddFault(line.substr(6)); });
+    if (line.starts_with("show "))
+        Try([&] { handset.Show(line.substr(5)); });
     const std::size_t value = line.find(' ', 4);
     if (line.starts_with("set ") && value != line.npos)
         Try([&] { handset.Set(line.substr(4, value - 4), line.substr(value + 1)); });
@@ -41,5 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         TakeLine(handset, line, place);
     }
+    for (const Fault& fault : handset.Faults()) // is listed as it may be added
+        fuzz::Require(ToString(ParseFault(ToString(fault))) == ToString(fault));
     return 0;
 }

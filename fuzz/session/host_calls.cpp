@@ -11,6 +11,8 @@ namespace {
 
 Session* callbackSession = nullptr;
 
+constexpr std::uint8_t kNone = 255; // a length: the host gives no text
+
 void PHN_CALL OnCallback(std::uint32_t)
 {
     if (callbackSession)
@@ -41,14 +43,22 @@ public:
         const std::uint8_t mistake = session.In().Byte();
         record_->uSize = mistake == 1 ? sizeof(Record) - 1 : sizeof(Record);
         isNull_ = mistake == 2;
+        hasBuffer_ = mistake != 3;
     }
     Record* Get() { return isNull_ ? nullptr : record_.get(); }
     Record& operator*() { return *record_; }
     Record* operator->() { return record_.get(); }
+    // The host's buffer, or none.
+    template <typename Byte>
+    Byte* Buffer(const std::unique_ptr<Byte[]>& bytes) const
+    {
+        return hasBuffer_ ? bytes.get() : nullptr;
+    }
 
 private:
     std::unique_ptr<Record> record_ = std::make_unique<Record>();
     bool isNull_;
+    bool hasBuffer_;
 };
 
 template <PHN_ERROR (*Export)()>
@@ -104,7 +114,7 @@ void ReadText(Session& session)
     HostRecord<Record> record(session);
     const std::size_t size = session.In().Word() % 5000u;
     const std::unique_ptr<char[]> buffer(new char[size]);
-    Give(*record, buffer.get(), size);
+    Give(*record, record.Buffer(buffer), size);
     const PHN_ERROR code = Export(number, record.Get());
     CheckCode(code);
     Require(code != PHN_ERROR_NONE || std::memchr(buffer.get(), '\0', size));
@@ -118,7 +128,7 @@ void WriteText(Session& session)
     const auto text = session.In().Field();
     const std::unique_ptr<char[]> buffer(new char[text.size()]);
     std::ranges::copy(text, buffer.get());
-    Give(*record, buffer.get(), text.size());
+    Give(*record, record.Buffer(buffer), text.size());
     CheckCode(Export(number, record.Get()));
 }
 
@@ -129,7 +139,7 @@ void WriteMessage(Session& session)
     const auto pdu = session.In().Field();
     const std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[pdu.size()]);
     std::ranges::copy(pdu, buffer.get());
-    record->pIS637Data = buffer.get();
+    record->pIS637Data = record.Buffer(buffer);
     record->uSizeofData = static_cast<std::uint32_t>(pdu.size());
     CheckCode(Export(record.Get()));
 }
@@ -140,7 +150,7 @@ void ReadMessage(Session& session, Export&& call)
     HostRecord<PHN_SMS_MESSAGE> record(session);
     const std::uint32_t size = session.In().Word() % 1000;
     const std::unique_ptr<std::uint8_t[]> buffer(new std::uint8_t[size]);
-    record->pIS637Data = buffer.get();
+    record->pIS637Data = record.Buffer(buffer);
     record->uSizeofData = size;
     const PHN_ERROR code = call(record.Get());
     CheckCode(code);
@@ -158,10 +168,13 @@ void NextMessage(Session& session)
     ReadMessage(session, PHN_GetNextMessage);
 }
 
-// A lock code with its terminator at its memory's end.
+// A lock code with its terminator at its memory's end, or none.
 std::unique_ptr<char[]> LockCode(Session& session)
 {
-    const auto code = session.In().Take(session.In().Byte() % 8);
+    const std::uint8_t length = session.In().Byte();
+    if (length == kNone)
+        return nullptr;
+    const auto code = session.In().Take(length % 8);
     std::unique_ptr<char[]> text(new char[code.size() + 1]());
     std::ranges::copy(code, text.get());
     return text;
@@ -191,7 +204,7 @@ void NetworkErrorString(Session& session)
     const std::uint16_t code = session.In().Word();
     const std::uint8_t size = session.In().Byte();
     const std::unique_ptr<char[]> buffer(new char[size]);
-    CheckCode(PHN_GetNetworkErrorString(code, buffer.get(), size));
+    CheckCode(PHN_GetNetworkErrorString(code, size == kNone ? nullptr : buffer.get(), size));
 }
 
 void SetMessageStatus(Session& session)
@@ -203,7 +216,8 @@ void SetMessageStatus(Session& session)
 void SetCallback(Session& session)
 {
     const std::int32_t type = static_cast<std::int8_t>(session.In().Byte());
-    CheckCode(PHN_SetCallback(type, OnCallback, session.In().Byte()));
+    const std::uint8_t bits = session.In().Byte(); // 1: no longer; 2: no function
+    CheckCode(PHN_SetCallback(type, bits & 2 ? nullptr : OnCallback, bits & 1));
 }
 
 // clang-format off

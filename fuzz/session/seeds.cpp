@@ -27,6 +27,7 @@ struct Arguments
     Arguments Word(unsigned value) const { return Byte(value & 0xFF).Byte(value >> 8); }
     Arguments Text(std::string_view text) const { return With({text.begin(), text.end()}); }
     Arguments Field(std::string_view text) const { return Word(static_cast<unsigned>(text.size())).Text(text); }
+    Arguments Field(const Bytes& more) const { return Word(static_cast<unsigned>(more.size())).With(more); }
     Arguments With(const Bytes& more) const
     {
         Arguments result = *this;
@@ -130,6 +131,18 @@ const std::pair<std::string_view, Arguments> kOddArguments[] = {
     {"SetCallback", Arguments().Byte(6).Byte(0)},
     {"SetCallback", Arguments().Byte(17).Byte(0)},
     {"SetCallback", Arguments().Byte(0).Byte(1)},
+    {"SetCallback", Arguments().Byte(0).Byte(2)},
+    {"SetCallback", Arguments().Byte(255).Byte(0)},
+    {"SetLock", Arguments().Byte(1).Byte(1).Text("0")},
+    {"SetLock", Arguments().Byte(1).Byte(2).Text("00")},
+    {"SetLock", Arguments().Byte(1).Byte(255)},
+    {"ChangeLockCode", Arguments().Byte(255)},
+    {"ChangeLockCode", Arguments().Byte(0).Byte(255)},
+    {"GetCallEntryCount", Arguments().Byte(255)},
+    {"GetCallEntryCount", Arguments().Byte(0)},
+    {"GetFirstCallEntry", Arguments().Word(0).Byte(0)},
+    {"GetNetworkErrorString", Arguments().Word(1025).Byte(255)},
+    {"SetMessageStatus", Arguments().Word(1).Byte(0)},
 };
 
 Arguments Call(std::string_view name, const Arguments& arguments)
@@ -155,12 +168,37 @@ Arguments Script(unsigned port, std::initializer_list<std::string_view> calls, u
 Bytes Encoded(Form form, unsigned reading, unsigned writing, const Bytes& payload)
 {
     const unsigned first = static_cast<unsigned>(form) | reading << 3 | writing << 6;
-    return Arguments().Byte(first).Word(static_cast<unsigned>(payload.size())).With(payload).bytes;
+    return Arguments().Byte(first).Field(payload).bytes;
 }
 
 Bytes Honest(Bytes payload)
 {
     return Encoded(Form::Framed, 0, 0, payload);
+}
+
+Bytes Lengthened(const Bytes& payload, std::size_t size)
+{
+    const auto zeros = static_cast<unsigned>(size - std::min(size, payload.size()));
+    return Arguments().Byte(static_cast<unsigned>(Form::Lengthened)).Byte(zeros / 64).Field(payload).bytes;
+}
+
+// The reply's frame and what follows it, in two reads, of which the second ends so.
+Bytes Followed(const Bytes& payload, const Bytes& more, unsigned ending)
+{
+    const Bytes frame = fuzz::MemoryPort::Get().Frame(payload);
+    return Arguments()
+        .Byte(static_cast<unsigned>(Form::RawCut))
+        .Field(Arguments().With(frame).With(more).bytes)
+        .Byte(1 | ending << 2)
+        .Word(static_cast<unsigned>(frame.size()))
+        .bytes;
+}
+
+Bytes OfEarlier(Bytes payload, unsigned ending)
+{
+    Bytes followed = Followed(payload, Bytes(20, 0), ending);
+    followed[3 + 9] ^= 1; // the sequence identifier
+    return followed;
 }
 
 Bytes Overwritten(Bytes payload, std::size_t from, std::size_t count, std::uint8_t value)
@@ -211,11 +249,14 @@ constexpr Departure kDepartures[] = {
     {"status", [](Bytes p) { return Honest(Overwritten(std::move(p), 6, 1, 12)); }},
     {"result", [](Bytes p) { return Honest(Overwritten(std::move(p), 8, 1, 1)); }},
     {"short", [](Bytes p) { return Honest(Resized(std::move(p), 9)); }},
-    {"long", [](Bytes p) { return Honest(Resized(std::move(p), 8180)); }},
-    {"too-long", [](Bytes p) { return Honest(Resized(std::move(p), 9000)); }},
+    {"long", [](Bytes p) { return Lengthened(p, 8180); }},
+    {"too-long", [](Bytes p) { return Lengthened(p, 9000); }},
     {"many", [](Bytes p) { return Honest(Overwritten(std::move(p), 12, 8, 0xFF)); }},
     {"none", [](Bytes p) { return Honest(Overwritten(std::move(p), 12, 8, 0)); }},
     {"full", [](Bytes p) { return Honest(Overwritten(std::move(p), 20, 9000, 'A')); }},
+    {"and-more", [](Bytes p) { return Followed(p, Bytes(5, 'x'), 0); }},
+    {"earlier", [](Bytes p) { return OfEarlier(p, 0); }},
+    {"earlier-fails", [](Bytes p) { return OfEarlier(p, 6); }},
     {"noise", [](Bytes) { return Encoded(Form::Raw, 0, 0, Bytes(40, 0x7E)); }},
 };
 
@@ -318,6 +359,9 @@ void WriteDepartures(const Folder& folder, const Departure& departure)
         {"messages", Script(0, {"Startup", "GetFirstMessage", "GetNextMessage", "GetNextMessage"}), 4},
         {"calls", Script(0, {"Startup", "GetFirstCallEntry", "GetNextCallEntry", "GetNextCallEntry"}), 3},
         {"prompt", Script(fuzz::kPromptReads, {"Startup", "GetContact", "GetFirstMessage"}), kStartupReplies},
+        {"untold", Script(fuzz::kPromptReads | fuzz::kPortTellsNothing, {"Startup", "GetContact", "GetFirstMessage"}),
+         kStartupReplies},
+        {"full", Script(fuzz::kWindowIsFull, {"Startup", "SetCallback", "SetCallback", "Tick"}), kStartupReplies},
         {"modem", Script(fuzz::kModemPort, {"Startup", "GetContact"}), kModemReplies + kStartupReplies},
         {"dialogue", Script(fuzz::kModemPort, {"Startup"}), 0},
         {"mode", Script(fuzz::kModemPort, {"Startup"}), 1},
@@ -337,6 +381,7 @@ void WriteMistakes(const Folder& folder)
         const std::string name(call.name);
         Write(folder, name + "-null", Script(0, {"Startup", call.name}, 2), kHonest, 0);
         Write(folder, name + "-small", Script(0, {"Startup", call.name}, 1), kHonest, 0);
+        Write(folder, name + "-no-buffer", Script(0, {"Startup", call.name}, 3), kHonest, 0);
         Write(folder, name + "-before-startup", Script(0, {call.name}), kHonest, 0);
         Write(folder, name + "-no-port", Script(fuzz::kPortRefuses, {call.name}), kHonest, 0);
     }

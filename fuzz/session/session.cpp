@@ -75,8 +75,12 @@ void Session::Arrive()
     MemoryPort& port = MemoryPort::Get();
     port.isPrompt = bits & kPromptReads;
     port.opens = !(bits & kPortRefuses);
+    port.isSlow = true;
+    port.tells = true;
+    port.takesMessages = !(bits & kWindowIsFull);
     isModem_ = bits & kModemPort;
     SendDeviceChange(DBT_DEVICEARRIVAL, isModem_ ? kModemInterface : kDiagnosticInterface);
+    port.tells = !(bits & kPortTellsNothing); // a port that cannot be asked is not opened
 }
 
 void Session::Remove()

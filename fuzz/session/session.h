@@ -21,6 +21,8 @@ enum PortBits : std::uint8_t
     kPromptReads = 1,
     kModemPort = 2,
     kPortRefuses = 4,
+    kPortTellsNothing = 8,
+    kWindowIsFull = 16,
 };
 
 class Session
