@@ -1,7 +1,6 @@
 // Contacts and events that are typed on the command line: they are what was meant, or nothing is written.
 #include "phnctl/handset_run.h"
 
-namespace phnctl_test {
 namespace {
 
 constexpr std::uint32_t kSetContact = 36;
@@ -80,4 +79,3 @@ TEST_F(Add, AnEventIsShownInFullOrRefused)
 }
 
 } // namespace
-} // namespace phnctl_test

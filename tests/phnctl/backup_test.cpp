@@ -3,7 +3,6 @@
 
 #include <filesystem>
 
-namespace phnctl_test {
 namespace {
 
 constexpr std::uint32_t kSaveMessage = 19;
@@ -111,4 +110,3 @@ TEST_F(Backup, SaysBeforehandWhatDoesNotComeBack)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-namespace phnctl_test {
 namespace {
 
 TEST(CommandLine, SaysWhatIsWrongAndWhatIsAllowed)
@@ -69,4 +68,3 @@ TEST(CommandLine, NoAnswerIsLostInSilence)
 }
 
 } // namespace
-} // namespace phnctl_test

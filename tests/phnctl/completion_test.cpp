@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 #include <sstream>
 
-namespace phnctl_test {
 namespace {
 
 std::string CandidatesFor(const std::string& words)
@@ -36,4 +35,3 @@ TEST(Completion, OffersWhatMayStandThere)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -10,8 +10,9 @@
 #include <map>
 #include <sstream>
 
-namespace phnctl {
 namespace {
+
+using namespace phnctl;
 
 using namespace contact_property;
 
@@ -216,4 +217,3 @@ TEST(ContactCard, ALineEndInATextOfTheHandsetMakesNoOtherProperty)
 }
 
 } // namespace
-} // namespace phnctl

@@ -4,7 +4,6 @@
 #include <csignal>
 #include <map>
 
-namespace phnctl_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -158,7 +157,7 @@ TEST_F(Contacts, GoOnWhereAnInterruptedImportStopped)
     const Outcome stopped = m_program.Finish(process);
     const std::size_t written = Stored().size();
     EXPECT_LT(written, 40u);
-    phnctl_test::Expect(stopped, 130, {std::to_string(written) + " of 40 are on the handset.\nRun it again"});
+    ::Expect(stopped, 130, {std::to_string(written) + " of 40 are on the handset.\nRun it again"});
     Handset().ClearFaults();
     Expect(0, "contacts import " + file,
            {std::to_string(40 - written) + " added, " + std::to_string(written) + " there already"});
@@ -244,4 +243,3 @@ TEST_F(Contacts, CostNoNumberWhenACardMeetsThem)
 }
 
 } // namespace
-} // namespace phnctl_test

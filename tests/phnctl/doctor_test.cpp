@@ -5,7 +5,6 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-namespace phnctl_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -57,4 +56,3 @@ TEST_F(Doctor, TellsAMissingDirectoryFromAnEmptyOne)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -3,7 +3,6 @@
 
 #include <unistd.h>
 
-namespace phnctl_test {
 namespace {
 
 class Edit : public HandsetRun
@@ -59,7 +58,7 @@ TEST_F(Edit, LeavesWhatTheHandsetHasChangedMeanwhile)
     Handset().Change(0, [](simulator::Phone& phone) { phone.contacts[0].firstName = "Other"; });
     const std::string changed = Entries();
     const Outcome left = m_program.Finish(process);
-    phnctl_test::Expect(left, 1, {"has become another one meanwhile. Nothing was changed."});
+    ::Expect(left, 1, {"has become another one meanwhile. Nothing was changed."});
     EXPECT_TRUE(Entries() == changed);
     const std::size_t put = left.err.find("'phnctl contacts put ");
     ASSERT_NE(put, std::string::npos) << left.err;
@@ -67,4 +66,3 @@ TEST_F(Edit, LeavesWhatTheHandsetHasChangedMeanwhile)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -6,7 +6,6 @@
 #include <set>
 #include <tuple>
 
-namespace phnctl_test {
 namespace {
 
 class Events : public HandsetRun
@@ -174,4 +173,3 @@ TEST_F(Events, StalePartsAreShownKeptInACopyAndDeletedLast)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -1,7 +1,6 @@
 // What is found, by whatever a person remembers of it, and that nothing else is.
 #include "phnctl/handset_run.h"
 
-namespace phnctl_test {
 namespace {
 
 using Find = HandsetRun;
@@ -34,4 +33,3 @@ TEST_F(Find, TakesWordsAndNumbersInAnySpelling)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -9,8 +9,6 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace phnctl_test {
-
 class HandsetRun : public testing::Test
 {
 protected:
@@ -31,7 +29,7 @@ protected:
     {
         SCOPED_TRACE(words);
         const Outcome outcome = Run(words);
-        phnctl_test::Expect(outcome, status, says);
+        ::Expect(outcome, status, says);
         return outcome;
     }
 
@@ -47,5 +45,3 @@ protected:
     simulator::Simulator m_simulator;
     Program m_program;
 };
-
-} // namespace phnctl_test

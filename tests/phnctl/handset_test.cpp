@@ -3,7 +3,6 @@
 
 #include <sstream>
 
-namespace phnctl_test {
 namespace {
 
 using WithHandset = HandsetRun;
@@ -91,4 +90,3 @@ TEST_F(WithHandset, LabelFilesNameValuesAndBrokenOnesCostNothingElse)
 }
 
 } // namespace
-} // namespace phnctl_test

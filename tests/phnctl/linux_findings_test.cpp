@@ -11,7 +11,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace phnctl_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -123,4 +122,3 @@ TEST(Rights, TheMissingGroupIsNamedAndAPendingOneToo)
 }
 
 } // namespace
-} // namespace phnctl_test

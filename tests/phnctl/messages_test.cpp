@@ -3,7 +3,6 @@
 
 #include <tuple>
 
-namespace phnctl_test {
 namespace {
 
 class Messages : public HandsetRun
@@ -49,7 +48,7 @@ TEST_F(Messages, AreListedCountedAndShown)
 TEST_F(Messages, AreExportedAsATableWithoutFormulas)
 {
     Handset().Change(0, [](simulator::Phone& phone) { phone.messages[3].body = "=A1,\"x\""; });
-    phnctl_test::Expect(Run("messages export --format csv " + Path("all.csv")), 0, {"2 messages written to "});
+    ::Expect(Run("messages export --format csv " + Path("all.csv")), 0, {"2 messages written to "});
     EXPECT_EQ(ReadAll(Path("all.csv")), "Box,Number,Time,Priority,Call back,Text\r\n"
                                         "Inbox (0),5551\\x1B[2J,2009-07-04 09:05:00,urgent,777,\"'=A1,\"\"x\"\"\"\r\n"
                                         "Drafts (1),5552,,normal,,\r\n");
@@ -131,4 +130,3 @@ TEST_F(Messages, CallsAreListedCountedAndCleared)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-namespace phnctl_test {
 namespace {
 
 using namespace phnctl;
@@ -154,4 +153,3 @@ TEST(ToolPdu, ReadsWhatTheLibraryReads)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -12,8 +12,6 @@
 #include <sys/wait.h>
 #include <system_error>
 
-namespace phnctl_test {
-
 namespace {
 
 std::vector<char*> Pointers(std::vector<std::string>& texts)
@@ -93,5 +91,3 @@ Outcome Program::Finish(pid_t process)
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 256 + WTERMSIG(status), ReadAll(m_streams.Path() / "out"),
             ReadAll(m_streams.Path() / "err")};
 }
-
-} // namespace phnctl_test

@@ -9,8 +9,6 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace phnctl_test {
-
 struct Outcome
 {
     int status = -1; // 256 + signal when a signal ended it
@@ -48,5 +46,3 @@ private:
 
 std::string ReadAll(const std::filesystem::path& path);
 bool Has(const std::string& text, const std::string& part);
-
-} // namespace phnctl_test

@@ -8,7 +8,6 @@
 
 #include <cstdlib>
 
-namespace phnctl_test {
 namespace {
 
 using namespace simulator;
@@ -106,4 +105,3 @@ TEST_F(Recorded, WhatIsWrittenIsItsOwnersAlone)
 }
 
 } // namespace
-} // namespace phnctl_test

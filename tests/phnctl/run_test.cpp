@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-namespace phnctl_test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -85,4 +84,3 @@ TEST(Run, EndsOnInterruptWithoutLeavingAnything)
 }
 
 } // namespace
-} // namespace phnctl_test

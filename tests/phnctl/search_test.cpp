@@ -1,7 +1,6 @@
 // Where a listing ends: never before an entry that the handset counts, and not silently before any other.
 #include "phnctl/handset_run.h"
 
-namespace phnctl_test {
 namespace {
 
 using Search = HandsetRun;
@@ -40,4 +39,3 @@ TEST_F(Search, EndsWhereNothingFurtherIsLikely)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -6,8 +6,9 @@
 
 #include <gtest/gtest.h>
 
-namespace phnctl {
 namespace {
+
+using namespace phnctl;
 
 TEST(Printable, ShowsOnlyWhatATerminalMayGet)
 {
@@ -79,4 +80,3 @@ TEST(Json, RefusesWhatIsNone)
 }
 
 } // namespace
-} // namespace phnctl

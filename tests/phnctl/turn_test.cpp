@@ -8,7 +8,6 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-namespace phnctl_test {
 namespace {
 
 class Turn : public testing::Test
@@ -51,4 +50,3 @@ TEST_F(Turn, ComesToEachOfSeveralAtOnce)
 }
 
 } // namespace
-} // namespace phnctl_test

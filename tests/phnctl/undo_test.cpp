@@ -4,7 +4,6 @@
 
 #include <csignal>
 
-namespace phnctl_test {
 namespace {
 
 class Undo : public HandsetRun
@@ -151,4 +150,3 @@ TEST_F(Undo, NothingIsWrittenWithoutAJournal)
 }
 
 } // namespace
-} // namespace phnctl_test

@@ -9,7 +9,6 @@
 #include <thread>
 #include <unistd.h>
 
-namespace phnctl_test {
 namespace {
 
 using namespace std::chrono_literals;
@@ -75,7 +74,7 @@ const Words kEvents{"waiting", "connected",    "battery", "silent",   "battery",
 TEST_F(Watch, GivesProgramsAnObjectPerEvent)
 {
     const Outcome outcome = Follow("watch --json");
-    phnctl_test::Expect(outcome, 0);
+    ::Expect(outcome, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(Find(outcome.out, "(?:^|\n)\\{\"event\":\"(\\w+)\",\"time\":\"[-0-9]{10}T[:0-9]{8}[+]00:00\"[^\n]*\\}"),
               kEvents)
@@ -88,9 +87,9 @@ TEST_F(Watch, GivesProgramsAnObjectPerEvent)
 
 TEST_F(Watch, GivesPeopleALineOfWhatChanged)
 {
-    phnctl_test::Expect(Follow("watch"), 0,
-                        {"  messages      Inbox 6, Drafts 5, Sent 6, Archive 5, Templates 5\n",
-                         "  battery       Charge [####......] 41 %\n", "  silent ", "  answers ", "  disconnected "});
+    ::Expect(Follow("watch"), 0,
+             {"  messages      Inbox 6, Drafts 5, Sent 6, Archive 5, Templates 5\n",
+              "  battery       Charge [####......] 41 %\n", "  silent ", "  answers ", "  disconnected "});
 }
 
 TEST_F(Watch, NamesWhoHasTheHandset)
@@ -112,4 +111,3 @@ TEST_F(Watch, NamesWhoHasTheHandset)
 }
 
 } // namespace
-} // namespace phnctl_test
