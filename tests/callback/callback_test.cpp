@@ -1,7 +1,11 @@
 // Callbacks as a host gets them: when, on which thread, and what a loss, the end of the service and a removal do to
 // them.
 #include <atomic>
+#include <chrono>
+#include <functional>
+#include <future>
 #include <thread>
+#include <tuple>
 
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
@@ -103,28 +107,41 @@ TEST_F(CallbackTest, AFunctionMayEndTheServiceAndNothingIsCalledAfterIt)
     EXPECT_EQ(TakeTypes(), Types{});
 }
 
-TEST_F(CallbackTest, ARemovalReturnsWhenTheFunctionHasEnded)
+TEST_F(CallbackTest, WhatEndsARegistrationReturnsWhenItsFunctionHasEnded)
 {
-    Set(PHN_CALLBACK_STATE_INFO);
-    std::atomic<bool> running = false;
-    std::thread remover;
-    SetAction([&](uint32_t) {
-        running = true;
-        const HANDLE started = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-        remover = std::thread([&, started] {
-            SetEvent(started);
-            EXPECT_EQ(Set(PHN_CALLBACK_STATE_INFO, 1), PHN_ERROR_NONE);
-            EXPECT_FALSE(running);
+    const auto changes = [this] {
+        Report(0x0020);
+        RunFor(kTick);
+    };
+    const auto unplug = [this] {
+        bench_.Unplug();
+        PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; });
+    };
+    const std::tuple<int32_t, std::function<void()>, std::function<PHN_ERROR()>> cases[] = {
+        {PHN_CALLBACK_STATE_INFO, changes, [this] { return Set(PHN_CALLBACK_STATE_INFO, 1); }},
+        {PHN_CALLBACK_STATE_INFO, changes, [this] { return CALL(PHN_Shutdown)(); }},
+        {PHN_CALLBACK_REMOVED, unplug, [this] { return Set(PHN_CALLBACK_REMOVED, 1); }},
+    };
+    for (const auto& [type, tell, end] : cases) {
+        EXPECT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
+        EXPECT_EQ(Set(type), PHN_ERROR_NONE);
+        std::atomic<bool> running = false;
+        std::thread ender;
+        SetAction([&](uint32_t) {
+            running = true;
+            std::promise<void> started;
+            ender = std::thread([&] {
+                started.set_value();
+                end();
+                EXPECT_FALSE(running);
+            });
+            started.get_future().wait();
+            std::this_thread::sleep_for(std::chrono::milliseconds(100)); // one that waits for nobody is over by then
+            running = false;
         });
-        WaitForSingleObject(started, INFINITE);
-        bench_.Handset().AddFault("delay=100@5*1"); // a removal that waits for nobody would be over long before
-        EXPECT_EQ(Battery(), PHN_ERROR_NONE);
-        CloseHandle(started);
-        running = false;
-    });
-    Report(0x0020);
-    RunFor(kTick);
-    ASSERT_TRUE(remover.joinable());
-    remover.join();
-    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_STATE_INFO});
+        tell();
+        ASSERT_TRUE(ender.joinable());
+        ender.join();
+        EXPECT_EQ(TakeTypes(), Types{static_cast<uint32_t>(type)});
+    }
 }
