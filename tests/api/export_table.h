@@ -1,11 +1,14 @@
 // Every export that is implemented and needs a service, as one row: what a correct call looks like, what it clears and
-// which service object it needs. The guard tests walk the table; a new export is a new row.
+// which service object it needs. In their order, with a handset as shipped, all succeed. The guard tests walk the
+// table, and sessions that fail or are looked at; a new export is a new row.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "phnnrv.h"
 
 enum class Data
 {
@@ -25,6 +28,8 @@ struct ExportRow
     Data data;
     std::function<uint32_t(void* record)> call;
     bool returnsCount = false;
+    uint32_t success = 0;      // the code, or the count
+    std::string content{};     // of the data buffer, for a call that succeeds; empty: it is read into
     std::string method{};      // of the service object
     std::string nullLine{};    // the text after the name when there is no record
     uint32_t failure = 0;      // how it ends when the handset answers every request with status 12
@@ -34,4 +39,11 @@ struct ExportRow
 // Finds an export's address by its name.
 using FindExport = std::function<void*(const char* name)>;
 
-std::vector<ExportRow> ExportTable(const FindExport& find);
+void PHN_CALL Ignore(uint32_t);
+
+// The function is the one that is registered for all callbacks.
+std::vector<ExportRow> ExportTable(const FindExport& find, PHN_CALLBACK_FUNCTION function = Ignore);
+
+// Makes the row's call so that it succeeds, with a record and a buffer that have no byte to spare. What it writes goes
+// to `output`.
+uint32_t CallExport(const ExportRow& row, std::string* output);

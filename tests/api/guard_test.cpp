@@ -171,8 +171,6 @@ TEST_F(GuardTest, DataBuffersAreCheckedInEachExportsOwnOrder)
     }
 }
 
-void PHN_CALL Ignore(uint32_t) {}
-
 TEST_F(GuardTest, ArgumentChecksGiveTheirCodesAndLines)
 {
     Load();
@@ -203,6 +201,7 @@ TEST_F(GuardTest, ArgumentChecksGiveTheirCodesAndLines)
         {"PHN_GetFirstCallEntry", CALL(PHN_GetFirstCallEntry)(4, &entry), 1,
          "pEntry is NULL or eType is out of range. eType = 4(0x4)."},
         {"PHN_SetCallback", CALL(PHN_SetCallback)(1, nullptr, 0), 1, callback + "1(0x1)."},
+        {"PHN_SetCallback", CALL(PHN_SetCallback)(16, Ignore, 1), PHN_ERROR_NO_DEVICE, "hDevice is NULL."},
         {"PHN_SetCallback", CALL(PHN_SetCallback)(17, Ignore, 1), 1, callback + "17(0x11)."},
         {"PHN_SetCallback", CALL(PHN_SetCallback)(-1, Ignore, 0), 1, callback + "-1(0xFFFFFFFF)."},
     };

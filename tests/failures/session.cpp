@@ -5,9 +5,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <span>
 
+#include "api/export_table.h"
 #include "failures/allocation_faults.h"
-#include "failures/export_calls.h"
 #include "log/log_reader.h"
 #include "phnnrv.h"
 #include "support/messages.h"
@@ -17,6 +18,15 @@ using allocation_faults::LibraryScope;
 using std::chrono::steady_clock;
 
 namespace {
+
+// How often the function that is registered for all callbacks was told: polled types, and the removal.
+unsigned changes = 0;
+unsigned removals = 0;
+
+void PHN_CALL Tell(uint32_t type)
+{
+    ++(type == PHN_CALLBACK_REMOVED ? removals : changes);
+}
 
 // What does not come within this time does not come: a poll takes 2 s, and the time is scaled.
 constexpr std::chrono::milliseconds kPatience(150);
@@ -32,12 +42,15 @@ private:
     void LiveShortly(const SessionPlan& plan);
     void LiveWhole(unsigned startups);
     void Plug() const;
-    void Call(const ExportCall& call);
+    void FindExports();
+    void Call(const ExportRow& row);
+    void Call(const std::string& name) { Call(*std::ranges::find(rows_, name, &ExportRow::name)); }
     void Await(const std::function<bool()>& isDone) const;
 
     const HostFolder& folder_;
     const HandsetProcess& handset_;
     HMODULE library_ = nullptr;
+    std::vector<ExportRow> rows_; // the last two begin and end the service
     SessionReport report_;
 };
 
@@ -47,14 +60,37 @@ void RemoveLogs(const fs::path& folder)
         fs::remove(folder / name);
 }
 
-void Session::Call(const ExportCall& call)
+void Session::FindExports()
 {
     const FindExport find = [this](const char* name) {
         return reinterpret_cast<void*>(GetProcAddress(library_, name));
     };
-    Outcome outcome{call.name, call.success, 0, {}, {}};
+    rows_ = ExportTable(find, Tell);
+    const auto text = reinterpret_cast<decltype(&PHN_GetNetworkErrorString)>(find("PHN_GetNetworkErrorString"));
+    rows_.push_back({"PHN_GetNetworkErrorString", "", "pBuffer", "", 128, 0, Data::None, [text](void* buffer) {
+                         return text(PHN_NETWORK_ERROR_1X_FADE, static_cast<char*>(buffer), 128);
+                     }});
+    for (const char* name :
+         {"PHN_CheckForUpgrade", "PHN_GetLocationInfo", "PHN_GetMassStorageMode", "PHN_GetNDISMode", "PHN_PlayRingerID",
+          "PHN_SetCallbackExtended", "PHN_SetFieldTest", "PHN_SetLocationMode", "PHN_SetMassStorageMode",
+          "PHN_SetNDISMode", "PHN_SetPower", "PHN_SetPowerState", "PHN_Upgrade", "PHN_Startup", "PHN_Shutdown"}) {
+        const auto call = reinterpret_cast<decltype(&PHN_Upgrade)>(find(name));
+        rows_.push_back({name, "", nullptr, "", 0, 0, Data::None, [call](void*) { return call(); }});
+        if (name != std::string_view("PHN_Startup") && name != std::string_view("PHN_Shutdown"))
+            rows_.back().success = PHN_ERROR_NOT_SUPPORTED;
+    }
+    for (ExportRow& row : rows_)
+        row.call = [call = row.call](void* record) {
+            const LibraryScope scope;
+            return call(record);
+        };
+}
+
+void Session::Call(const ExportRow& row)
+{
+    Outcome outcome{row.name, row.success, 0, {}, {}};
     const auto start = steady_clock::now();
-    outcome.code = call.call(find, &outcome.output);
+    outcome.code = CallExport(row, &outcome.output);
     outcome.time = std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start);
     report_.outcomes.push_back(std::move(outcome));
 }
@@ -80,50 +116,44 @@ void Session::Plug() const
 
 void Session::LiveShortly(const SessionPlan& plan)
 {
-    Call(Startup());
+    Call("PHN_Startup");
     for (unsigned more = plan.startups; --more > 0 && !report_.outcomes.back().HasSucceeded();) {
         if (report_.outcomes.back().code == PHN_ERROR_NO_DEVICE)
             report_.outcomes.pop_back();
-        Call(Startup());
+        Call("PHN_Startup");
     }
     if (plan.before)
         plan.before();
-    Call(*std::ranges::find(ExportCalls(), plan.subject, &ExportCall::name));
+    Call(plan.subject);
     if (plan.after)
         plan.after();
-    Call(Shutdown());
+    Call("PHN_Shutdown");
     report_.wasChangeTold = report_.wasRemovalTold = true; // nothing was to be told
 }
 
 void Session::LiveWhole(unsigned startups)
 {
-    Call(Startup());
-    for (const ExportCall& call : ExportCalls())
-        Call(call);
-    Told all{};
-    const auto isTold = [&] {
-        const Told more = TakeTold();
-        all = {all.changes + more.changes, all.removals + more.removals};
-        return all.changes > 0;
-    };
+    Call("PHN_Startup");
+    for (const ExportRow& row : std::span(rows_).first(rows_.size() - 2))
+        Call(row);
     handset_.Tell("changes");
-    Await(isTold);
-    report_.wasChangeTold = all.changes > 0;
+    Await([] { return changes > 0; });
+    report_.wasChangeTold = changes > 0;
     handset_.Tell("unplug");
-    Await([&] { return isTold(), all.removals > 0; });
-    report_.wasRemovalTold = all.removals > 0;
-    Call(Battery());
+    Await([] { return removals > 0; });
+    report_.wasRemovalTold = removals > 0;
+    Call("PHN_GetBatteryInfo");
     report_.outcomes.back().success = PHN_ERROR_NO_DEVICE;
     Plug();
     for (bool isServed = false; !isServed && startups-- > 0;) {
-        Call(Startup());
+        Call("PHN_Startup");
         isServed = report_.outcomes.back().HasSucceeded();
-        Call(Battery());
+        Call("PHN_GetBatteryInfo");
         isServed = isServed && report_.outcomes.back().HasSucceeded();
         if (!isServed && startups > 0)
             Await([] { return false; }); // a handset that was lost unseen is noticed when another arrives
     }
-    Call(Shutdown());
+    Call("PHN_Shutdown");
 }
 
 SessionReport Session::Run(const SessionPlan& plan)
@@ -131,7 +161,7 @@ SessionReport Session::Run(const SessionPlan& plan)
     const fs::path logs = folder_.library.parent_path();
     fs::current_path(logs); // where the log lies when the library's own place cannot be told
     RemoveLogs(logs);
-    TakeTold();
+    changes = removals = 0;
     handset_.Tell("reset");
     Plug();
     {

@@ -1,10 +1,7 @@
 #include "manners/host_session.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 #include <string>
-#include <string_view>
 
 #include "api/export_table.h"
 #include "callback/host_functions.h"
@@ -25,7 +22,6 @@ void HostSession::Run(const std::function<void()>& amid)
 {
     StartService();
     CallAll();
-    PutContact();
     amid();
     ReplugHandset();
     EXPECT_EQ(CALL(PHN_Shutdown)(), PHN_ERROR_NONE);
@@ -34,32 +30,14 @@ void HostSession::Run(const std::function<void()>& amid)
 
 void HostSession::CallAll()
 {
-    std::array<uint8_t, 600> record{};
-    std::array<uint8_t, 1500> data{};
-    const uint8_t* const buffer = data.data();
-    const auto find = [this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); };
-    for (const ExportRow& row : ExportTable(find)) {
-        const auto size = static_cast<uint32_t>(row.size);
-        constexpr auto kRoom = static_cast<uint32_t>(data.size());
-        std::memcpy(record.data(), &size, sizeof size);
-        std::memcpy(record.data() + 4, &buffer, sizeof buffer);
-        std::memcpy(record.data() + 4 + sizeof buffer, &kRoom, sizeof kRoom);
-        row.call(record.data());
-    }
-}
-
-void HostSession::PutContact()
-{
-    constexpr std::string_view kCard =
-        "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:Anna Berg\r\nTEL;TYPE=CELL:5550142731\r\nEND:VCARD\r\n";
-    std::string text(kCard);
-    PHN_CONTACT_RECORD record{sizeof record, text.data(), static_cast<uint32_t>(text.size())};
-    EXPECT_EQ(CALL(PHN_SetContact)(0, &record), PHN_ERROR_NONE);
+    std::string output;
+    for (const ExportRow& row :
+         ExportTable([this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); }, Tell))
+        EXPECT_EQ(CallExport(row, &output), row.success) << row.name;
 }
 
 void HostSession::ReplugHandset()
 {
-    EXPECT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_ALL, Tell, 0), PHN_ERROR_NONE);
     bench_.Handset().Change(0, [](simulator::Phone& phone) { phone.variance = kAllChanged; });
     RunFor(kTick);
     bench_.Unplug();

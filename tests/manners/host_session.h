@@ -15,6 +15,5 @@ protected:
 
 private:
     void CallAll();
-    void PutContact();
     void ReplugHandset();
 };
