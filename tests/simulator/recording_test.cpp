@@ -1,5 +1,5 @@
 // Recordings: what packets say, what a mask lets through, and what a replay takes for the same conversation.
-#include "simulator/host_side.h"
+#include "simulator/all_requests.h"
 #include "simulator/lines/device_directory.h"
 #include "simulator/phone/utf.h"
 #include "simulator/recording/mask.h"
@@ -22,7 +22,7 @@ const char* const kIdentityDigits = "05050508060705030A09"; // the number in an 
 const char* const kName = "Zaphod Quux";
 const char* const kMail = "zaphod@quux.example";
 const char* const kCode = "Zq7K";
-const char* const kNewCode = "Xw9J";
+using host::kNewCode;
 
 // A host and a simulated handset on a diagnostic port, with all that is sent.
 class Talk
@@ -39,10 +39,6 @@ public:
         const Bytes frame = host::Frame(++sequence_, record);
         packets.push_back({.time = {}, .sender = Sender::Host, .bytes = frame});
         packets.push_back({.time = {}, .sender = Sender::Handset, .bytes = host::Sent(session_.Receive(frame))});
-    }
-    void Ask(std::uint32_t command, std::initializer_list<std::uint32_t> values = {})
-    {
-        Ask(host::Record(command, values));
     }
 
     Recording Recorded() const
@@ -62,86 +58,11 @@ private:
     std::uint32_t sequence_ = 0;
 };
 
-Bytes LockRecord(const std::string& code, const std::string& newCode)
-{
-    FieldWriter record = host::Record(10);
-    record.Characters("code", code, 4);
-    record.Characters("newCode", newCode, 4);
-    return record.Written();
-}
-
-Bytes MessageRecord(const std::string& number, const std::string& text)
-{
-    FieldWriter record = host::Record(16);
-    record.Zeros(12);
-    record.Zeros(8);
-    record.Text("address", number, 36);
-    record.Text("callback", number, 36);
-    record.U32("priority", 0);
-    record.U32("bodySize", static_cast<std::uint32_t>(2 * text.size() + 2));
-    record.Text("body", text, text.size() + 1);
-    return record.Written();
-}
-
-Bytes ContactRecord(const std::string& name, const std::string& value)
-{
-    FieldWriter record = host::Record(36);
-    record.U32("id", 60);
-    record.Zeros(16);
-    record.Text("text", name, 40);
-    record.Text("firstName", name, 36);
-    record.Text("lastName", name, 36);
-    record.Zeros(216);
-    record.U32("entries", 2);
-    for (int i = 0; i < 2; ++i) {
-        record.Zeros(8);
-        record.Text("value", value, 52);
-        record.Zeros(4);
-    }
-    return record.Written();
-}
-
-Bytes EventRecord(const std::string& text)
-{
-    FieldWriter record = host::Record(31);
-    record.U32("index", 50);
-    record.Zeros(76);
-    record.Text("description", text, 80);
-    record.Text("uid", text, 40);
-    record.Zeros(52);
-    return record.Written();
-}
-
-Bytes DialRecord(const std::string& number)
-{
-    FieldWriter record = host::Record(45);
-    record.U32("automatic", 1);
-    record.Text("dial", number, 104);
-    return record.Written();
-}
-
-// Every command, those that tell a store's contents again and again.
 void AskEverything(Talk& talk)
 {
-    for (const std::uint32_t command : {1, 3, 4, 5, 6, 12, 34, 46, 49})
-        talk.Ask(command);
-    talk.Ask(LockRecord(kCode, kNewCode));
-    talk.Ask(host::Record(13, {0x00030201}));
-    talk.Ask(MessageRecord(kNumber, kName));
-    talk.Ask(ContactRecord(kName, kMail));
-    talk.Ask(EventRecord(kName));
-    talk.Ask(DialRecord(kNumber));
-    for (const std::uint32_t command : {15, 17, 20, 25, 26, 30, 32, 35, 37, 40, 41})
-        for (std::uint32_t index = 0; index < 5; ++index)
-            talk.Ask(command, {index});
-    for (const std::uint32_t command : {18, 22, 27, 39})
-        talk.Ask(command, {1, 0});
-    for (const std::uint32_t index : {50, 60})
-        for (const std::uint32_t command : {30, 35})
-            talk.Ask(command, {index});
-    talk.Ask(18, {1, 0});
-    for (const std::uint32_t command : {21, 28, 33, 38, 2})
-        talk.Ask(command == 21 || command == 28 ? host::Record(command, {1}) : host::Record(command, {}));
+    const host::Requests requests(talk.handset.Snapshot(), kNumber);
+    for (const Bytes& record : requests.All())
+        talk.Ask(record);
 }
 
 TEST(Dissecting, ReadsWhatTheHandsetHasWritten)
@@ -206,9 +127,12 @@ protected:
                               .info253 = kName};
             phone.network.network26 = kName;
             phone.groups[0] = phone.pictures[1] = phone.ringers[0] = kName;
-            phone.contacts[0] = {.text = kName, .firstName = kName, .lastName = kName, .entries = {{0, 0, kNumber, 0}}};
+            phone.contacts[3] = {.text = kName,
+                                 .firstName = kName,
+                                 .lastName = kName,
+                                 .entries = {{0, 0, kNumber, 0}, {0, 5, kMail, 0}}};
             phone.events[0].description = phone.events[0].uid = kName;
-            phone.messages[1] = {.address = kNumber, .callback = kNumber, .body = kName};
+            phone.messages[0] = {.address = kNumber, .callback = kNumber, .body = kName};
             for (auto& [id, call] : phone.calls)
                 call.text = kNumber;
         });

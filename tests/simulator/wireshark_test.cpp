@@ -1,4 +1,5 @@
 // What Wireshark's script reads of the wire, against what the simulated handset says it was asked and has answered.
+#include "simulator/all_requests.h"
 #include "simulator/commands/command.h"
 #include "simulator/host_side.h"
 #include "simulator/lines/device_directory.h"
@@ -29,104 +30,6 @@ void Prepare(Handset& handset)
     handset.Set("contacts/3/lastName", "Ærø 📞");
     handset.Set("messages/0/body", "¿Qué?\n漢字");
 }
-
-// Requests of every command, each asked as it is added: what is written is what was read before.
-class Requests
-{
-public:
-    Requests()
-    {
-        Prepare(handset_);
-        const std::pair<std::uint32_t, std::string> cases[] = {
-            {1, ""},
-            {3, ""},
-            {4, ""},
-            {5, ""},
-            {6, ""},
-            {8, "01"},
-            {9, "01 31323334"}, // the wrong code
-            {9, "01 30303030"},
-            {10, "30303030 31323334"},
-            {12, ""},
-            {13, "7E 7D 2C01"},
-            {34, ""},
-            {45, "01000000 2A00 3200 3200" + std::string(4 * 101, '0')},
-            {46, ""},
-            {49, ""},
-        };
-        for (const auto& [command, parameters] : cases)
-            Add(command, Hex(parameters));
-        ReadStores();
-        WriteStores();
-        Add(2, {});
-    }
-
-    const std::vector<Bytes>& All() const { return all_; }
-
-private:
-    // What stands behind the result of its reply.
-    Bytes Add(const Bytes& record)
-    {
-        all_.push_back(record);
-        return asker_.Ask(record).rest;
-    }
-    Bytes Add(std::uint32_t command, std::initializer_list<std::uint32_t> values)
-    {
-        return Add(host::Record(command, values));
-    }
-    Bytes Add(std::uint32_t command, std::span<const std::uint8_t> parameters)
-    {
-        FieldWriter record = host::Record(command);
-        record.Append(parameters);
-        return Add(record.Written());
-    }
-
-    // A list whose records begin with what the next request names.
-    void ReadList(std::uint32_t first, std::uint32_t next, std::uint32_t list)
-    {
-        Bytes record = Add(first, {list});
-        while (record.size() > 4 && host::NumberAt(record, 0) == 1)
-            record = Add(next, {list, host::NumberAt(record, 4)});
-    }
-
-    void ReadStores()
-    {
-        for (std::uint32_t id = 0; id < 60; ++id) {
-            Add(35, {id});
-            Add(30, {id});
-        }
-        for (std::uint32_t list = 0; list <= 5; ++list) {
-            Add(15, {list});
-            ReadList(17, 18, list);
-            Add(25, {list});
-            ReadList(26, 27, list);
-        }
-        Add(39, {1, 0});
-        Add(40, {1});
-        Add(41, {1});
-    }
-
-    void WriteStores()
-    {
-        const Bytes contact = Add(35, {3}), event = Add(30, {0}), message = Add(17, {0});
-        Add(36, std::span(contact).subspan(8));
-        FieldWriter written;
-        written.U32("index", 90);
-        written.Append(std::span(event).subspan(4));
-        Add(31, written.Written());
-        for (const std::uint32_t command : {16, 19})
-            Add(command, std::span(message).subspan(4));
-        Add(22, {0, 1});
-        for (const std::uint32_t command : {20, 21, 28, 32, 37})
-            Add(command, {1});
-        for (const std::uint32_t command : {33, 38})
-            Add(command, {});
-    }
-
-    Handset handset_;
-    host::Asker asker_{handset_};
-    std::vector<Bytes> all_;
-};
 
 using Columns = std::set<std::string>;
 
@@ -230,7 +133,7 @@ TEST_P(WiresharkPort, ReadsWhatTheHandsetReadAndWrote)
         for (const std::string_view line : {"AT\r", "AT+MODE=2\r", "ate0\r", "AT?\r"})
             exchange(Bytes(line.begin(), line.end()));
     std::uint32_t sequence = 0x7D7D;
-    const Requests requests;
+    const host::Requests requests(handset.Snapshot(), "*22");
     for (const Bytes& record : requests.All())
         exchange(isFramed ? host::Frame(++sequence, record) : record);
 
