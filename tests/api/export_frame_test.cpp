@@ -19,6 +19,7 @@ TEST(ExportFrame, AnExceptionBecomesOneLineAndAFailure)
 {
     LogCapture log(0x1FF);
     EXPECT_EQ(Export("PHN_X", [](CExportFrame&) -> PHN_ERROR { throw std::runtime_error("any"); }), PHN_ERROR_FAILED);
+    EXPECT_EQ(Export("PHN_X", [](CExportFrame&) -> PHN_ERROR { throw CTextError(); }), PHN_ERROR_FAILED);
     const auto count = [](CExportFrame&, uint32_t* value) -> PHN_ERROR {
         *value = 7;
         throw std::bad_alloc();
@@ -26,6 +27,8 @@ TEST(ExportFrame, AnExceptionBecomesOneLineAndAFailure)
     EXPECT_EQ(ExportCount("PHN_Y", count), 0u);
     EXPECT_EQ(log.TakeLines(), (Lines{"CCalderApp Comment PHN_X is being executed.",
                                       "CCalderApp Error PHN_X - ended by an exception: unexpected exception.",
+                                      "CCalderApp Comment PHN_X is being executed.",
+                                      "CCalderApp Error PHN_X - ended by an exception: text conversion failed.",
                                       "CCalderApp Comment PHN_Y is being executed.",
                                       "CCalderApp Error PHN_Y - ended by an exception: out of memory."}));
 }

@@ -123,6 +123,16 @@ TEST_F(GuardTest, WithAHandsetThatIsNotStartedEveryCorrectCallAnswers107)
     EXPECT_EQ(bench_.Handset().Requests(), 0u);
 }
 
+TEST_F(GuardTest, WithAServiceEveryExportSucceeds)
+{
+    StartService();
+    std::string output;
+    for (const ExportRow& row : Table()) {
+        EXPECT_EQ(CallExport(row, &output), row.success) << row.name;
+        EXPECT_EQ(bench_.TakeLog(), Lines{"CCalderApp Comment " + row.name + " is being executed."});
+    }
+}
+
 // The lines of the two services that have no fixture of their own stand between the export's.
 TEST_F(GuardTest, AServiceThatFailsIsToldWithItsCode)
 {

@@ -88,18 +88,6 @@ TEST_F(StartupTest, AModelForgesNoLineOfTheLog)
     EXPECT_EQ(std::ranges::count(lines, "phnnrv Comment GetVersion - Model version is X\\x0D\\x0A\\x1B%s"), 1);
 }
 
-TEST_F(StartupTest, ATextThatCannotBeConvertedIsNoEmptyText)
-{
-    StartService();
-    platform_test::FailCall("WideCharToMultiByte", ERROR_NOT_ENOUGH_MEMORY);
-    PHN_DEVICE_INFO info{};
-    info.uSize = sizeof info;
-    EXPECT_EQ(CALL(PHN_GetDeviceInfo)(&info), PHN_ERROR_FAILED);
-    EXPECT_EQ(bench_.TakeLog().back(),
-              "CCalderApp Error PHN_GetDeviceInfo - ended by an exception: text conversion failed.");
-    EXPECT_EQ(CALL(PHN_GetDeviceInfo)(&info), PHN_ERROR_NONE);
-}
-
 TEST_F(StartupTest, TheServiceEndsOnceAndBeginsAgainOnTheSamePort)
 {
     StartService();

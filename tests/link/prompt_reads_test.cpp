@@ -141,22 +141,6 @@ TEST_F(PromptReadsTest, EveryFaultEndsInTheSameBothWays)
     }
 }
 
-TEST_F(PromptReadsTest, AnEndlessTrickleOutlastsNoTimeOut)
-{
-    for (const char* way : {kSlow, kPrompt}) {
-        Open(way);
-        Ask();
-        std::future<Result> read = StartRead(kTimeout);
-        Send(std::string("\x4B\0\0\0\0\xFF\xFF\0\0.......", 16)); // has some 64 KiB to come
-        const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (read.wait_for(std::chrono::milliseconds(2)) == std::future_status::timeout &&
-               std::chrono::steady_clock::now() < giveUp)
-            Send(".");
-        EXPECT_LT(std::chrono::steady_clock::now(), giveUp) << way;
-        EXPECT_FALSE(read.get().done) << way;
-    }
-}
-
 TEST_F(PromptReadsTest, AReplyMayBeSplitAnywhereAndEndsWithItsLastByte)
 {
     Open(kPrompt);

@@ -3,10 +3,7 @@
 #include "simulator/lines/simulator.h"
 
 #include <array>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/file.h>
-#include <unistd.h>
 
 namespace {
 
@@ -25,18 +22,6 @@ protected:
     simulator::DeviceDirectory m_devices;
     simulator::Simulator m_simulator;
 };
-
-TEST_F(Turn, OthersThatHoldThePortAreNamed)
-{
-    const int port = open((m_devices.Path() / "com5").c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    ASSERT_EQ(flock(port, LOCK_EX), 0);
-    Program program;
-    const Outcome outcome = program.Finish(Start(program, "info --wait 1"));
-    close(port);
-    const std::string pid = std::to_string(getpid());
-    Expect(outcome, 1, {"phnctl: com5 is in use by test_phnctl (pid " + pid + "). To mend it: "});
-    EXPECT_FALSE(Has(outcome.err, "switch the handset off")) << outcome.err;
-}
 
 // The library alone looks at a port that was taken again after 15 seconds only.
 TEST_F(Turn, ComesToEachOfSeveralAtOnce)

@@ -83,23 +83,6 @@ TEST(Waits, AMutexBelongsToItsThreadAndIsAbandonedWithIt)
     EXPECT_FALSE(ReleaseMutex(mutex.get())) << "released already";
 }
 
-TEST(Waits, ThreadsTakeTurnsWithoutLosingAWakeUp)
-{
-    const std::array turns = {NewEvent(false, true), NewEvent(false, false)};
-    int taken = 0;
-    const auto count = [&](std::size_t own) {
-        for (int i = 0; i < 1000; i++) {
-            WaitForSingleObject(turns[own].get(), INFINITE);
-            taken++;
-            SetEvent(turns[1 - own].get());
-        }
-    };
-    std::thread other(count, 1);
-    count(0);
-    other.join();
-    EXPECT_EQ(taken, 2000);
-}
-
 TEST(Waits, ASetEventFreesOneOfItsManyWaitersOrAllAndOnlyAFullSetThoseWhoWantAll)
 {
     const Owned once = NewEvent(false, false);
