@@ -25,7 +25,7 @@ void ExpectRight(const WalkResult& result, const std::string& walked)
 void AddCalls(const Census& census, unsigned count, std::vector<Case>& cases, size_t errors = SIZE_MAX)
 {
     for (size_t call = 0; call < census.calls.size(); ++call) {
-        const CallErrors& one = AllCallErrors()[call];
+        const CallErrors& one = kCallErrors[call];
         for (size_t error = 0; error < std::min(errors, one.errors.size()); ++error) {
             for (unsigned skip = 0; skip < census.calls[call]; ++skip)
                 cases.push_back({{{one.call, one.errors[error], skip, count}}});

@@ -193,16 +193,15 @@ bool IsCaseRight(const Bench& bench, const Case& one)
 bool NoteCalls(const Bench& bench)
 {
     allocation_faults::SpareThisThread();
-    const auto errors = AllCallErrors();
     const Remains before = CountRemains();
     {
-        for (const CallErrors& one : errors)
+        for (const CallErrors& one : kCallErrors)
             platform_test::FailCall(one.call, ERROR_SUCCESS, 0, kForEver);
         allocation_faults::Arm(UINT64_MAX, 0);
         const SessionReport report = bench.RunSession();
         shared.allocations = static_cast<unsigned>(allocation_faults::Made());
-        for (size_t call = 0; call < errors.size(); ++call)
-            shared.calls[call] = kForEver - platform_test::PendingFailures(errors[call].call);
+        for (size_t call = 0; call < kCallErrors.size(); ++call)
+            shared.calls[call] = kForEver - platform_test::PendingFailures(kCallErrors[call].call);
         Disarm({});
         shared.outputs.Note(report);
         if (!IsRight("without a failure", JudgeClean(report, shared.outputs), report))
@@ -267,7 +266,7 @@ Census TakeCensus(Attachment attachment)
     const Bench bench(attachment, 0);
     if (!RunForked(bench.Errors(), kLongestCase, [&] { return NoteCalls(bench); }))
         throw std::runtime_error("a session without failures goes wrong:\n" + FirstLines(bench.Errors()));
-    return {{shared.calls, shared.calls + AllCallErrors().size()}, shared.allocations};
+    return {{shared.calls, shared.calls + kCallErrors.size()}, shared.allocations};
 }
 
 WalkResult Walk(std::vector<Case> cases, Attachment attachment)

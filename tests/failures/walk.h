@@ -7,7 +7,7 @@
 
 #include "failures/fault.h"
 
-// How often each call (by its place in AllCallErrors) and how many allocations occur in a session without failures.
+// How often each call (by its place in kCallErrors) and how many allocations occur in a session without failures.
 struct Census
 {
     std::vector<unsigned> calls;

@@ -165,13 +165,6 @@ protected:
     Sample sample_;
 };
 
-std::string NameOf(const testing::TestParamInfo<Case>& info)
-{
-    constexpr const char* kEndings[] = {"Silence", "TheRestLater", "HangUp", "Garbage"};
-    const auto& [ending, prompt] = info.param;
-    return std::string(kEndings[static_cast<int>(ending)]) + (prompt ? "Prompt" : "");
-}
-
 } // namespace
 
 TEST_P(CutRepliesTest, EndWithTheirCodeAndTheNextExchangeWorks)
@@ -204,5 +197,4 @@ TEST_P(CutRepliesTest, EndWithTheirCodeAndTheNextExchangeWorks)
 INSTANTIATE_TEST_SUITE_P(All, CutRepliesTest,
                          testing::Combine(testing::Values(Ending::Silence, Ending::TheRestLater, Ending::HangUp,
                                                           Ending::Garbage),
-                                          testing::Bool()),
-                         NameOf);
+                                          testing::Bool()));

@@ -2,7 +2,6 @@
 
 #include <phn_platform_test.h>
 
-#include <chrono>
 #include <cstring>
 #include <thread>
 #include <tuple>
@@ -30,18 +29,6 @@ protected:
         const std::string frame = Receive(17);
         return frame.size() == 17 ? static_cast<uint8_t>(frame[4]) : 0u;
     }
-
-    // Waits until the log has a line that was not there before; the lines that are.
-    Lines AwaitLines()
-    {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        Lines lines;
-        while (lines.empty() && std::chrono::steady_clock::now() < deadline) {
-            lines = log_.TakeLines();
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-        return lines;
-    }
 };
 
 // A reply of an 8-byte header, whose last byte needs an escape.
@@ -57,30 +44,6 @@ std::string Reply(unsigned sequence)
 }
 
 } // namespace
-
-TEST_F(DiagnosticPortTest, AReplyMayComeInThreePieces)
-{
-    const std::string reply = Reply(1);
-    ASSERT_EQ(SendRequest(), 1u);
-    std::future<Result> read = StartRead(15000);
-    const auto send = [&](size_t begin, size_t end, const std::string& line) {
-        Send(reply.substr(begin, end - begin));
-        EXPECT_EQ(AwaitLines(), Lines{"CPort Error DP::CheckSize - " + line});
-    };
-    // Cut inside of the header, and between the escape and its byte.
-    send(0, 7, "Wrong size will reread data. Data length = 7, Expected length = 24");
-    send(7, 21, "Wrong size will reread data. Data length = 20, Expected length = 24");
-    Send(reply.substr(21));
-    EXPECT_EQ(read.get().bytes, std::string("\0\0\0\0\0\0\0\x7E\0\0\x7E\0\0\0\0\0\0\0\0\0\0", 21));
-
-    ASSERT_EQ(SendRequest(), 2u);
-    read = StartRead(15000);
-    send(0, 1, "Insufficient size, will reread data. Data length is 1");
-    send(1, 2, "Insufficient size, will reread data. Data length is 2");
-    Send(reply.substr(2, 1));
-    EXPECT_FALSE(read.get().done);
-    EXPECT_EQ(log_.TakeLines().back(), "CPort Error DP::Read - Exceeded the maximum loop counter");
-}
 
 TEST_F(DiagnosticPortTest, ASilentHandsetCostsOneTimeOutAndLeavesACleanLine)
 {

@@ -28,12 +28,15 @@ void HostSession::Run(const std::function<void()>& amid)
     Unload();
 }
 
-void HostSession::CallAll()
+std::string HostSession::CallAll()
 {
-    std::string output;
+    std::string output, all;
     for (const ExportRow& row :
-         ExportTable([this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); }, Tell))
+         ExportTable([this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); }, Tell)) {
         EXPECT_EQ(CallExport(row, &output), row.success) << row.name;
+        all += output;
+    }
+    return all;
 }
 
 void HostSession::ReplugHandset()

@@ -13,7 +13,9 @@ protected:
     // Calls `amid` when all exports have run, with the service started and the handset there.
     void Run(const std::function<void()>& amid = [] {});
 
+    // Calls every export; what they write to the host's memory.
+    std::string CallAll();
+
 private:
-    void CallAll();
     void ReplugHandset();
 };

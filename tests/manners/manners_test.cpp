@@ -14,7 +14,6 @@ namespace {
 class Manners : public HostSession
 {
 protected:
-    std::string ReadAll();
     void Write(std::string text);
 };
 
@@ -47,7 +46,6 @@ TEST_F(Manners, ASessionNeedsFewSystemCalls)
 // Fills every text and number of the owner's with this one.
 void Plant(simulator::Phone& phone, const std::string& planted)
 {
-    phone.setup.lockCode = planted.substr(0, 4);
     for (auto& [id, contact] : phone.contacts) {
         contact.firstName = contact.lastName = planted;
         for (simulator::ContactEntry& entry : contact.entries)
@@ -59,37 +57,6 @@ void Plant(simulator::Phone& phone, const std::string& planted)
         message.address = message.body = planted;
     for (auto& [id, call] : phone.calls)
         call.text = planted;
-}
-
-// What the exports read of the stores, one after the other.
-std::string Manners::ReadAll()
-{
-    std::array<uint8_t, 1500> room{};
-    std::string read;
-    const auto take = [&](PHN_ERROR error) {
-        if (!error)
-            read.append(room.begin(), room.end());
-    };
-    for (uint32_t index = 0; index < 20; ++index) {
-        PHN_CONTACT_RECORD contact{sizeof contact, reinterpret_cast<char*>(room.data()), room.size()};
-        take(CALL(PHN_GetContact)(index, &contact));
-        PHN_EVENT_RECORD event{sizeof event, reinterpret_cast<char*>(room.data()), room.size()};
-        take(CALL(PHN_GetEvent)(index, &event));
-    }
-    for (int32_t box = PHN_MESSAGE_BOX_FIRST; box <= PHN_MESSAGE_BOX_LAST; ++box) {
-        PHN_SMS_MESSAGE message{sizeof message, room.data(), room.size(), 0, 0};
-        for (PHN_ERROR error = CALL(PHN_GetFirstMessage)(box, &message); !error;
-             error = CALL(PHN_GetNextMessage)(&message))
-            take(error);
-    }
-    for (int32_t list = 0; list < 3; ++list) {
-        PHN_CALL_ENTRY call{};
-        call.uSize = sizeof call;
-        for (PHN_ERROR error = CALL(PHN_GetFirstCallEntry)(list, &call); !error;
-             error = CALL(PHN_GetNextCallEntry)(&call))
-            read += call.szEntryText;
-    }
-    return read;
 }
 
 // As a contact, an event and a PDU: it is taken as one of them, or refused.
@@ -109,16 +76,17 @@ TEST_F(Manners, TheLogTellsNothingOfTheOwner)
     const std::string planted = "739184625", code = planted.substr(0, 4);
     bench_.Handset().Change(0, [&](simulator::Phone& phone) { Plant(phone, planted); });
     StartService();
-    const std::string read = ReadAll();
+    const std::string read = CallAll();
     int found = 0;
     for (size_t at = read.find(planted); at != read.npos; at = read.find(planted, at + planted.size()))
         ++found;
-    EXPECT_GE(found, 8) << "the stores were read";
+    EXPECT_GE(found, 6) << "the stores were read";
     const std::string event = "BEGIN:VCALENDAR\r\nBEGIN:VEVENT\r\nDESCRIPTION:" + planted + "\r\nDTSTART:";
     for (const std::string& text :
          {"BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + planted + "\r\nTEL;TYPE=CELL:" + planted + "\r\nEND:VCARD\r\n",
           event + "20260704T180000\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n", event + planted, planted})
         Write(text);
+    bench_.Handset().Change(0, [&](simulator::Phone& phone) { phone.setup.lockCode = code; });
     EXPECT_EQ(CALL(PHN_SetLock)(1, code.c_str()), PHN_ERROR_NONE);
     EXPECT_EQ(CALL(PHN_ChangeLockCode)(code.c_str(), "8462"), PHN_ERROR_NONE);
     for (const std::string& line : bench_.TakeLog())
