@@ -1,7 +1,5 @@
 // phnnrv.hpp as a host uses it, linked with the library, against a simulated handset. The library is loaded before
 // main, so PHNNRV_DEVICES comes with the process.
-#include <windows.h>
-
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -11,6 +9,7 @@
 
 #include "phnnrv.hpp"
 #include "simulator/lines/simulator.h"
+#include "tests/support/messages.h"
 
 PHNNRV_PROMPT_READS;
 
@@ -19,18 +18,6 @@ namespace {
 using namespace std::chrono_literals;
 using phnnrv::Change;
 using phnnrv::Handset;
-
-bool PumpUntil(const std::function<bool()>& condition)
-{
-    const auto end = std::chrono::steady_clock::now() + 10s;
-    while (!condition() && std::chrono::steady_clock::now() < end) {
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-        MSG message;
-        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageA(&message);
-    }
-    return condition();
-}
 
 class CppHeaderTest : public testing::Test
 {

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr std::uint32_t kSaveMessage = 19;
-
 class Backup : public HandsetRun
 {
 protected:
@@ -40,19 +38,6 @@ protected:
 
     const std::string m_backup = Path("backup");
 };
-
-TEST_F(Backup, OnlyMessagesThatAreGoneComeBack)
-{
-    Handset().Change(0, [](simulator::Phone& phone) { // what has no text cannot be written
-        std::erase_if(phone.messages, [](const auto& item) { return item.second.body.empty(); });
-    });
-    BackUpOnly("messages.json");
-    const std::size_t before = Messages();
-    Handset().Change(0, [&](simulator::Phone& phone) { phone.messages.erase(phone.messages.begin()); });
-    Run("restore " + m_backup);
-    EXPECT_EQ(Messages(), before);
-    EXPECT_EQ(Handset().Requests(kSaveMessage), 1u);
-}
 
 TEST_F(Backup, APartThatFailsDoesNotLoseTheOthers)
 {

@@ -9,9 +9,6 @@
 
 namespace {
 
-const std::string kDigits = "1234567890*#";
-const std::string kCodes = "\x01\x02\x03\x04\x05\x06\x07\x08\x09\x0a\x0b\x0c";
-
 struct Decoded
 {
     PHN_ERROR error = 0;
@@ -65,24 +62,6 @@ Bytes UserData(const std::string& text)
 
 const Bytes kType{0};
 
-TEST(PduDecoder, UnpacksFieldsAtEveryAlignment)
-{
-    for (size_t count = 1; count <= 36; ++count) {
-        std::string codes;
-        std::string digits;
-        for (size_t i = 0; i < count; ++i) {
-            codes += kCodes[(i + count) % 12];
-            digits += kDigits[(i + count) % 12];
-        }
-        std::string text(count + (count == 36 ? 219 : 0), ' ');
-        for (size_t i = 0; i < text.size(); ++i)
-            text[i] = static_cast<char>(0x20 + (i + count) % 0x5F);
-        EXPECT_EQ(Decode(Join({kType, Address(codes), Group(8, {UserData(text), Callback(codes)})})),
-                  (Decoded{.address = Widen(digits), .callback = Widen(digits), .body = Widen(text) + u'\0'}))
-            << count;
-    }
-}
-
 TEST(PduDecoder, CodesWithoutADigitAndControlCodesBecomeTheirPictures)
 {
     const std::string codes = "\x01\x0d\x0e\x0f";
@@ -115,24 +94,6 @@ TEST(PduDecoder, TakesItemsInAnyOrderAndSkipsUnknownOnes)
     EXPECT_EQ(Decode(Join({kType, Address("\x01"), Address("\x02"),
                            Group(8, {{8, 0}, {0x0A, 2, 0x80, 0xFF}, UserData("a"), UserData("b")})})),
               (Decoded{.address = u"1", .body = std::u16string(u"a\0", 2)}));
-}
-
-// Data that is shorter than its count says, whatever its length.
-TEST(PduDecoder, RejectsShortFields)
-{
-    const Bytes address = Address("\x01\x02\x03\x04\x05");
-    const auto expect = [&](const Bytes& item, bool inside, PHN_ERROR error) {
-        for (size_t length = 0; length + 2 < item.size(); ++length) {
-            Bytes cut(item.begin(), item.begin() + 2 + static_cast<long>(length));
-            cut[1] = static_cast<uint8_t>(length);
-            EXPECT_EQ(Decode(inside ? Join({kType, address, Group(8, {cut})}) : Join({kType, cut})),
-                      Decoded{.error = error})
-                << length;
-        }
-    };
-    expect(address, false, 1001);
-    expect(Callback("\x01\x02\x03\x04\x05"), true, 1001);
-    expect(UserData("Hello"), true, 1105);
 }
 
 // A PDU that ends early, but not between two items, is rejected for the item that is not whole.
