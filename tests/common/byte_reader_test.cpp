@@ -19,21 +19,6 @@ struct PHN_PACKED Record
 
 } // namespace
 
-TEST(ByteReader, ReadsInOrderAndLittleEndian)
-{
-    CByteReader reader(kData);
-    Record record{};
-    uint16_t number = 0;
-    std::span<const uint8_t> view;
-    ASSERT_TRUE(reader.Read(&record) && reader.Skip(1) && reader.Read(&number) && reader.Take(2, &view));
-    EXPECT_EQ(+record.first, 1);
-    EXPECT_EQ(+record.second, 0x05040302u);
-    EXPECT_EQ(number, 0x0807);
-    EXPECT_EQ(view.data(), kData.data() + 8);
-    EXPECT_EQ(reader.GetOffset(), 10u);
-    EXPECT_EQ(reader.GetRemaining(), 0u);
-}
-
 TEST(ByteReader, ACountThatIsNotThereMovesNothing)
 {
     CByteReader reader(kData);

@@ -38,12 +38,3 @@ TEST(WideField, EndsAtTheFirstZeroUnitNotAtAZeroByte)
     WideField<4> field{{0x41, 0x00, 0x00, 0x20, 0x00, 0x00, 0x42, 0x00}};
     EXPECT_EQ(field.GetWide(), u"A\u2000");
 }
-
-TEST(Text, ConvertsBothWaysWithoutATerminator)
-{
-    EXPECT_EQ(ToWide(std::string_view("caf\xE9 \x80!", 6)), u"caf\u00E9 \u20AC");
-    EXPECT_EQ(ToAnsi(u"caf\u00E9 \u20AC"), "caf\xE9 \x80");
-    EXPECT_EQ(ToAnsi(u"\u4E2D"), "?"); // not in the code page
-    EXPECT_EQ(ToWide(""), u"");
-    EXPECT_EQ(ToAnsi(u""), "");
-}

@@ -81,6 +81,30 @@ TEST_F(NotificationTest, ARemovalEndsTheExchangeInProgressAndThePortOpensAgain)
     EXPECT_TRUE(Device().CheckPort());
 }
 
+TEST_F(NotificationTest, TheDeviceDirectoryMayComeAndGoAndALinkBeReplaced)
+{
+    std::filesystem::remove_all(devices_.Path());
+    Create();
+    std::filesystem::create_directory(devices_.Path());
+    Attach(UsbInterfaceName("0001"));
+    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
+    owner_.TakeEvents();
+    // Another device in the place of the first one.
+    const auto link = devices_.Path() / UsbInterfaceName("0001"), made = devices_.Path() / ".made";
+    std::filesystem::create_symlink(std::filesystem::read_symlink(link), made);
+    std::filesystem::rename(made, link);
+    Events events;
+    EXPECT_TRUE(PumpUntil([&] {
+        const Events more = owner_.TakeEvents();
+        events.insert(events.end(), more.begin(), more.end());
+        return events.size() == 3;
+    }));
+    EXPECT_EQ(events, (Events{"lost", "released", "opened"}));
+    std::filesystem::remove_all(devices_.Path());
+    EXPECT_TRUE(PumpUntil([this] { return !IsOpen(); }));
+    std::filesystem::create_directory(devices_.Path());
+}
+
 TEST_F(NotificationTest, ArrivalsAreAnsweredByClassAndName)
 {
     Create();
@@ -93,22 +117,6 @@ TEST_F(NotificationTest, ArrivalsAreAnsweredByClassAndName)
     EXPECT_EQ(Send(WM_DEVICECHANGE, DBT_DEVICEARRIVAL), TRUE);
     EXPECT_EQ(Broadcast(DBT_DEVICEARRIVAL, kDiagnosticInterface, "\\\\?\\usb#vid_fffe&pid_9#absent#{}"), FALSE);
     EXPECT_FALSE(IsOpen());
-}
-
-TEST_F(NotificationTest, OnlyASerialHandsetIsDroppedBySuspend)
-{
-    Attach("com5");
-    Create();
-    StartWatch();
-    ASSERT_TRUE(PumpUntil([this] { return IsOpen(); }));
-    owner_.TakeEvents();
-    EXPECT_EQ(Send(WM_POWERBROADCAST, PBT_APMQUERYSUSPEND), TRUE);
-    EXPECT_TRUE(IsOpen());
-    EXPECT_EQ(Send(WM_POWERBROADCAST, PBT_APMSUSPEND), TRUE);
-    EXPECT_FALSE(IsOpen());
-    EXPECT_EQ(owner_.TakeEvents(), (Events{"lost", "released"}));
-    NextCycle();
-    EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
 }
 
 TEST_F(NotificationTest, PowerEventsAreLoggedByName)

@@ -1,12 +1,16 @@
 // What is made to fail in a session: a call of the stand-in or an allocation, once or from then on, and cases of it.
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include <windows.h>
 
+#include "failures/allocation_faults.h"
 #include "failures/session.h"
+#include "phn_platform_test.h"
 
 constexpr unsigned kForEver = 0xFFFFFFFF;
 
@@ -26,8 +30,44 @@ struct Case
     std::string handset{}; // a fault of the simulated handset, as phnsim knows it
 };
 
-std::string ToString(const Case& one);
+inline std::string ToString(const Fault& fault)
+{
+    std::string text = fault.call.empty() ? "allocation" : fault.call + " error " + std::to_string(fault.error);
+    text += " behind " + std::to_string(fault.skip);
+    return text + (fault.count == kForEver ? " from then on" : " once");
+}
 
-void Arm(const Case& one);
+inline bool HasStruck(const Fault& fault)
+{
+    return fault.call.empty() ? allocation_faults::Made() > fault.skip
+                              : platform_test::PendingFailures(fault.call.c_str()) < fault.count;
+}
+
+inline std::string ToString(const Case& one)
+{
+    std::string text;
+    for (const Fault& fault : one.faults)
+        text += (text.empty() ? "" : ", ") + ToString(fault);
+    if (!one.handset.empty())
+        text += ", handset " + one.handset;
+    return one.subject.empty() ? text : one.subject + ": " + text;
+}
+
+inline void Arm(const Case& one)
+{
+    for (const Fault& fault : one.faults) {
+        if (fault.call.empty())
+            allocation_faults::Arm(fault.skip, fault.count == kForEver ? UINT64_MAX : fault.count);
+        else
+            platform_test::FailCall(fault.call.c_str(), fault.error, fault.skip, fault.count);
+    }
+}
+
 // Ends every failure. Has one of them come about?
-bool Disarm(const Case& one);
+inline bool Disarm(const Case& one)
+{
+    const bool hasStruck = std::ranges::any_of(one.faults, HasStruck);
+    allocation_faults::Disarm();
+    platform_test::ClearFailures();
+    return hasStruck;
+}

@@ -30,27 +30,11 @@ unsigned Setting(const char* name, unsigned otherwise)
     return value ? static_cast<unsigned>(std::strtoul(value, nullptr, 10)) : otherwise;
 }
 
-// Takes one of so many.
-class Sample
+unsigned Today()
 {
-public:
-    bool Take() { return count_++ % every_ == from_ % every_; }
-    std::string Text() const
-    {
-        return "PHNNRV_CUTS_EVERY=" + std::to_string(every_) + " PHNNRV_CUTS_FROM=" + std::to_string(from_);
-    }
-
-private:
-    static unsigned Today()
-    {
-        using namespace std::chrono;
-        return static_cast<unsigned>(floor<days>(system_clock::now()).time_since_epoch().count());
-    }
-
-    const unsigned every_ = std::max(1u, Setting("PHNNRV_CUTS_EVERY", kEvery));
-    const unsigned from_ = Setting("PHNNRV_CUTS_FROM", Today() * 7);
-    unsigned count_ = 0;
-};
+    using namespace std::chrono;
+    return static_cast<unsigned>(floor<days>(system_clock::now()).time_since_epoch().count());
+}
 
 using Case = std::tuple<Ending, bool>; // and whether reads are prompt
 
@@ -161,25 +145,32 @@ private:
     simulator::Simulator simulator_{line_.Opener(devices_.Path(), simulator::UsbInterfaceName("0001")), line_.Maker()};
 
 protected:
+    std::string SampleText() const
+    {
+        return "PHNNRV_CUTS_EVERY=" + std::to_string(every_) + " PHNNRV_CUTS_FROM=" + std::to_string(from_);
+    }
+
     std::vector<HostCall> calls_;
-    Sample sample_;
+    // One cut of so many is made.
+    const unsigned every_ = std::max(1u, Setting("PHNNRV_CUTS_EVERY", kEvery));
+    const unsigned from_ = Setting("PHNNRV_CUTS_FROM", Today() * 7);
 };
 
 } // namespace
 
 TEST_P(CutRepliesTest, EndWithTheirCodeAndTheNextExchangeWorks)
 {
-    unsigned runs = 0;
+    unsigned cuts = 0, runs = 0;
     std::optional<Usage> before;
     for (const HostCall& call : calls_) {
         const std::vector<std::size_t> sizes = Rehearse(call);
         ASSERT_FALSE(HasFailure());
         for (std::size_t exchange = 0; exchange < sizes.size(); ++exchange) {
             for (std::size_t at = 0; at < sizes[exchange]; ++at) {
-                if (!sample_.Take())
+                if (cuts++ % every_ != from_ % every_)
                     continue;
                 SCOPED_TRACE(call.name + ", exchange " + std::to_string(exchange) + ", byte " + std::to_string(at) +
-                             "; " + sample_.Text());
+                             "; " + SampleText());
                 Run(call, {exchange, at, std::get<0>(GetParam()), static_cast<std::uint32_t>(at)});
                 ASSERT_FALSE(HasFatalFailure());
                 ++runs;
@@ -191,7 +182,7 @@ TEST_P(CutRepliesTest, EndWithTheirCodeAndTheNextExchangeWorks)
         EXPECT_EQ(after.descriptors, before.value_or(after).descriptors) << call.name;
         before = after;
     }
-    std::printf("%u cut replies, %s\n", runs, sample_.Text().c_str());
+    std::printf("%u cut replies, %s\n", runs, SampleText().c_str());
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CutRepliesTest,

@@ -1,4 +1,4 @@
-// The test hooks of the stand-in: time that passes at once, and calls that fail when asked to.
+// The test hooks of the stand-in: time that passes at once.
 #include <array>
 #include <cstdlib>
 
@@ -44,17 +44,6 @@ TEST(TickCount, BeginsWhereItIsToldAndASleepIsAsManyTicksInEveryScale)
     AdvanceClock(300);
     EXPECT_GE(GetTickCount64() - kBeforeTheWrap, 500u);
     EXPECT_LT(GetTickCount64() - kBeforeTheWrap, 60000u);
-}
-
-TEST(Faults, SkipTheCallsBeforeAndHappenAsOftenAsAsked)
-{
-    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    platform_test::FailCall("ResetEvent", ERROR_NO_SYSTEM_RESOURCES, 1, 2);
-    std::string outcome;
-    for (int call = 0; call < 4; ++call)
-        outcome += ResetEvent(event) ? '+' : '-';
-    EXPECT_EQ(outcome, "+--+");
-    CloseHandle(event);
 }
 
 } // namespace

@@ -1,13 +1,11 @@
-// Device interfaces of the stand-in: the list of those present, and the announcements of those that come and go.
+// Device interfaces of the stand-in: the list of those present.
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
 #include <vector>
 
 #include <windows.h>
 
-#include <dbt.h>
 #include <setupapi.h>
 
 #include "platform/surroundings.h"
@@ -49,98 +47,6 @@ TEST(DeviceInterfaces, OfAClassAreListed)
     EXPECT_EQ(paths, (Lines{"\\\\?\\"s + kFirst, "\\\\?\\"s + kSecond}));
     EXPECT_TRUE(SetupDiDestroyDeviceInfoList(list));
     EXPECT_FALSE(SetupDiDestroyDeviceInfoList(list));
-}
-
-// A window that is registered for kClass and notes what it is told, "+" and "-" before the path.
-class DeviceNotifications : public testing::Test
-{
-protected:
-    DeviceNotifications()
-    {
-        WNDCLASSA definition{};
-        definition.lpfnWndProc = Procedure;
-        definition.lpszClassName = "PlatformTestDevices";
-        RegisterClassA(&definition);
-        window = CreateWindowExA(0, definition.lpszClassName, "", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
-        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    }
-    ~DeviceNotifications() override
-    {
-        UnregisterDeviceNotification(registration);
-        DestroyWindow(window);
-        UnregisterClassA("PlatformTestDevices", nullptr);
-    }
-
-    HDEVNOTIFY Register() const
-    {
-        DEV_BROADCAST_DEVICEINTERFACE_A filter{};
-        filter.dbcc_size = sizeof filter;
-        filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-        filter.dbcc_classguid = kClass;
-        return RegisterDeviceNotificationA(window, &filter, DEVICE_NOTIFY_WINDOW_HANDLE);
-    }
-
-    // What the window is told until there are as many lines; what is there after ten seconds otherwise.
-    Lines Await(std::size_t count)
-    {
-        const ULONGLONG end = GetTickCount64() + 10000;
-        MSG message{};
-        while (told.size() < count && GetTickCount64() < end) {
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
-            EXPECT_FALSE(PeekMessageA(&message, window, 0, 0, PM_REMOVE)); // it is sent, not posted
-        }
-        return std::exchange(told, {});
-    }
-
-    Surroundings surroundings;
-    HWND window = nullptr;
-    HDEVNOTIFY registration = nullptr;
-    Lines told;
-
-private:
-    static LRESULT CALLBACK Procedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam)
-    {
-        if (message != WM_DEVICECHANGE)
-            return DefWindowProcA(handle, message, wParam, lParam);
-        DEV_BROADCAST_DEVICEINTERFACE_A record{};
-        std::memcpy(&record, reinterpret_cast<const void*>(lParam), sizeof record);
-        EXPECT_TRUE(record.dbcc_devicetype == DBT_DEVTYP_DEVICEINTERFACE && record.dbcc_classguid == kClass);
-        const char* const name =
-            reinterpret_cast<const char*>(lParam) + offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name);
-        EXPECT_EQ(record.dbcc_size, sizeof record + std::strlen(name));
-        auto* const self = reinterpret_cast<DeviceNotifications*>(GetWindowLongPtrA(handle, GWLP_USERDATA));
-        self->told.push_back((wParam == DBT_DEVICEARRIVAL ? '+' : '-') + std::string(name + 4));
-        return TRUE;
-    }
-};
-
-TEST_F(DeviceNotifications, TellComingAndGoingHoweverItHappens)
-{
-    surroundings.Plug(kFirst);
-    registration = Register(); // what is there already is not told
-    surroundings.Plug(kOfOtherClass);
-    surroundings.Plug("com5");
-    surroundings.Plug(kSecond);
-    EXPECT_EQ(Await(1), Lines{"+"s + kSecond});
-
-    std::filesystem::create_symlink("/elsewhere", surroundings.devices / ".made");
-    std::filesystem::rename(surroundings.devices / ".made", surroundings.devices / kSecond);
-    EXPECT_EQ(Await(2), (Lines{"-"s + kSecond, "+"s + kSecond})); // another device
-
-    std::filesystem::rename(surroundings.devices / kSecond, surroundings.root / "away");
-    surroundings.Unplug(kFirst);
-    EXPECT_EQ(Await(2), (Lines{"-"s + kSecond, "-"s + kFirst}));
-}
-
-TEST_F(DeviceNotifications, OutliveTheDirectory)
-{
-    std::filesystem::remove_all(surroundings.root);
-    registration = Register(); // it is not even clear where the directory will be
-    std::filesystem::create_directories(surroundings.devices);
-    surroundings.Plug(kFirst);
-    EXPECT_EQ(Await(1), Lines{"+"s + kFirst});
-    std::filesystem::remove_all(surroundings.devices);
-    EXPECT_EQ(Await(1), Lines{"-"s + kFirst});
 }
 
 } // namespace

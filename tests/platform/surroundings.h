@@ -23,7 +23,6 @@ public:
 
     // A device of this name, which leads nowhere.
     void Plug(std::string_view name) const { std::filesystem::create_symlink("/nowhere", devices / name); }
-    void Unplug(std::string_view name) const { std::filesystem::remove(devices / name); }
 
     // Writes the registry file in place, as an editor may.
     void WriteRegistry(std::string_view text) const { std::ofstream(registry) << text; }

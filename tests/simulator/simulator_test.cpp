@@ -67,37 +67,6 @@ protected:
     Simulator simulator{devices.Path(), "com5"};
 };
 
-TEST_F(DeviceTest, ServesOneHostAfterTheOther)
-{
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(HostPort{link}.Ask(6).size(), 307u);
-    simulator.Control().AddFault("payload=9000*1");
-    simulator.Control().AddFault("split=1,100/1*1");
-    EXPECT_EQ(HostPort{link}.Ask(1).size(), 9016u);
-    EXPECT_FALSE(simulator.Control().WaitForRequests(6, 4, 0ms));
-}
-
-TEST_F(DeviceTest, ComesAndGoes)
-{
-    simulator.Control().AddFault("unplug@2");
-    HostPort{link}.Ask(2);
-    EXPECT_FALSE(simulator.IsPlugged());
-    EXPECT_FALSE(std::filesystem::is_symlink(link));
-    simulator.Replug();
-    HostPort dropped{link};
-    simulator.HangUp();
-    EXPECT_EQ(dropped.Receive(), Bytes());
-    EXPECT_FALSE(HostPort{link}.Ask(1).empty());
-
-    // Also while it has not answered yet.
-    simulator.Control().AddFault("delay=600000");
-    HostPort waiting{link};
-    waiting.Send(6);
-    ASSERT_TRUE(simulator.Control().WaitForRequests(6, 1, 10s));
-    simulator.Unplug();
-    EXPECT_EQ(waiting.Receive(), Bytes());
-}
-
 TEST_F(DeviceTest, TellsOfALineThatIsLost)
 {
     const DeviceDirectory others;
