@@ -162,31 +162,4 @@ TEST(Conversion, NamesAreCutAndValuesRejectedAtTheirLimits)
     EXPECT_FALSE(Read(Card("FN:" + std::string(259, 'a') + "\nEMAIL:a\n")).empty());
 }
 
-TEST(Conversion, OnlyWholeRecordsAreUnpacked)
-{
-    const Bytes first = ToBytes({.record = 1, .entries = {{0, u"1"}, {5, u"a"}}});
-    const Bytes second = ToBytes({.record = 2});
-    Bytes both = first;
-    Append(both, second);
-    Bytes liar = second;
-    liar[463] = 0xFF; // some four thousand million entries
-    const std::tuple<Bytes, DWORD, DWORD> cases[] = {
-        {both, 2, 2},
-        {both, 9, 2},
-        {Bytes(both.begin(), both.end() - 1), 9, 1},
-        {Bytes(first.begin(), first.end() - 1), 1, 0},
-        {Bytes(first.begin(), first.begin() + 463), 1, 0},
-        {liar, 1, 0},
-        {{}, 1, 0},
-    };
-    for (const auto& [bytes, count, whole] : cases) {
-        CSpeedDialPhonebook phonebook;
-        std::vector<PB_CONTACT> records(count);
-        EXPECT_EQ(phonebook.ParseRecords(bytes.data(), static_cast<DWORD>(bytes.size()), records.data(), count), whole);
-        for (DWORD record = 0; record < count; ++record)
-            EXPECT_EQ(+records[record].rcRecord.dwRecordID, record < whole ? record + 1 : 0);
-        phonebook.FreeEntries(records.data(), count);
-    }
-}
-
 } // namespace
