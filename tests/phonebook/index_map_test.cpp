@@ -24,20 +24,6 @@ TEST(IndexMap, AnUnmappedIndexIsItsOwnRecordUnlessAnotherContactHoldsThat)
     EXPECT_EQ(RecordOf(map, 5, false), 1u);
 }
 
-TEST(IndexMap, BothDirectionsAreSetAndForgottenTogether)
-{
-    CIndexMap map;
-    map.AddIndexMapping(5, 5);
-    map.AddIndexMapping(7, 5); // the handset stored contact 7 over contact 5, whose index must not lead to another
-    EXPECT_EQ(RecordOf(map, 5, true), 5u);
-    EXPECT_EQ(RecordOf(map, 7, true), 5u);
-    map.AddIndexMapping(7, 8); // the index moves
-    EXPECT_EQ(RecordOf(map, 8, false), 0u);
-    map.RemoveIndexMapping(7);
-    EXPECT_EQ(RecordOf(map, 7, false), 7u);
-    EXPECT_EQ(RecordOf(map, 8, false), 8u);
-}
-
 TEST(IndexMap, TheLowestFreeRecordBelowAThousandIsTaken)
 {
     CIndexMap map;

@@ -76,13 +76,6 @@ TEST(VCardReader, NamesAreSplitAtTheFirstSpaceBetweenTwoParts)
     }
 }
 
-TEST(VCardReader, NumbersKeepOnlyWhatCanBeDialled)
-{
-    EXPECT_EQ(FilterNumber(u"(555) 123-4567 P 89"), u"5551234567p89");
-    EXPECT_EQ(FilterNumber(u"+1.#*pwPW/x\u00E9\uFF11"), u"+1#*pwpw");
-    EXPECT_EQ(FilterNumber(u"none"), u"");
-}
-
 TEST(VCardReader, SpeedDialListsAreDigitsAndCommas)
 {
     std::array<uint32_t, kSpeedDialCount> numbers{};
