@@ -60,21 +60,6 @@ TEST_F(ExchangeTest, TheFirstCheckThatFailsGivesTheLineAndTheCode)
     }
 }
 
-TEST_F(ExchangeTest, ARequestIsCommandOneAndParameters)
-{
-    port_->answers = {{Reply(0, 0, 21)}};
-    const Bytes parameters = {0xAA, 0xBB, 0xCC};
-    CExchange exchange(Log, kDelete, 0x12345678);
-    PHN_ERROR error = 0;
-    ASSERT_TRUE(exchange.Run(Device(), parameters, &error));
-    EXPECT_EQ(port_->requests, (std::vector<Bytes>{{0x78, 0x56, 0x34, 0x12, 1, 0, 0xAA, 0xBB, 0xCC}}));
-    EXPECT_EQ(port_->lastSize, 8193u);
-    EXPECT_EQ(port_->lastTimeout, 15000u);
-    EXPECT_EQ(exchange.GetReply().GetLength(), 21u);
-    EXPECT_EQ(exchange.GetReply().GetReader(16).GetRemaining(), 5u);
-    EXPECT_EQ(exchange.GetReply().GetReader(22).GetRemaining(), 0u);
-}
-
 TEST_F(ExchangeTest, SizesHandlesAndPortsAreCheckedInOrder)
 {
     const HANDLE good = Device(), bad = INVALID_HANDLE_VALUE;

@@ -15,13 +15,14 @@
 
 namespace {
 
+constexpr CLogSource kPort{LOG_CPORT};
+
 // What a process logs when its log is opened, one line of each kind written, and the log closed.
 Lines WriteOneOfEach(std::optional<DWORD> level)
 {
     LogCapture capture(level);
     CLogFile::Open();
     constexpr CLogSource kDevice{LOG_CDEVICE};
-    constexpr CLogSource kPort{LOG_CPORT};
     kDevice.Error("e");
     kDevice.Comment("c");
     kPort.Error("e");
@@ -41,7 +42,6 @@ using Cost = std::pair<unsigned, unsigned>;
 Cost CostOfALine()
 {
     constexpr unsigned kMany = 1000;
-    constexpr CLogSource kPort{LOG_CPORT};
     platform_test::FailCall("RegOpenKeyExA", ERROR_SUCCESS, 0, kMany);
     platform_test::FailCall("RegQueryValueExA", ERROR_SUCCESS, 0, kMany);
     kPort.Error("line %d", 1);
@@ -93,7 +93,6 @@ TEST(Log, MasksDecideWhatIsWritten)
 TEST(Log, ALineIsTimeCategoryLevelAndTextUnchanged)
 {
     LogCapture capture(0xFFFFF);
-    constexpr CLogSource kPort{LOG_CPORT};
     LogMessage("ends itself\n", LOG_CCALDERAPP, LOG_ERROR);
     const std::string text(3000, 'x');
     const char* const none = nullptr;
@@ -132,7 +131,6 @@ TEST(Log, TextOfOthersForgesNoLineAndSteersNoTerminal)
 TEST(Log, AChangeOfTheRegistryTakesEffectAtTheNextLine)
 {
     LogCapture capture(0);
-    constexpr CLogSource kPort{LOG_CPORT};
     kPort.Error("off");
     EXPECT_TRUE(capture.Files().empty());
     capture.SetLevel(0x00000404); // the line does not pass, but its message opens the file
@@ -171,7 +169,6 @@ TEST(Log, ALineCostsOneRegistryCallWhateverBecomesOfTheKey)
 TEST(Log, AFileThatCannotBeOpenedIsTriedAgainAtEachMessage)
 {
     LogCapture capture(0xFFFFF);
-    constexpr CLogSource kPort{LOG_CPORT};
     const std::filesystem::path away = capture.Folder() / "away";
     std::filesystem::create_directory(away);
     std::filesystem::current_path(away);
@@ -186,7 +183,6 @@ TEST(Log, TwoProcessesShareTheFileOfTheirMinute)
 {
     constexpr int kLines = 300;
     LogCapture capture(0xFFFFF);
-    constexpr CLogSource kPort{LOG_CPORT};
     const std::string first(100, 'a');
     const std::string second(100, 'b');
     const pid_t child = fork();
@@ -203,7 +199,6 @@ TEST(Log, TwoProcessesShareTheFileOfTheirMinute)
 TEST(Log, LinesOfThreadsStayWholeWhileMasksChangeAndTheKeyIsMadeAnew)
 {
     LogCapture capture(0xFFFFF);
-    constexpr CLogSource kPort{LOG_CPORT};
     constexpr int kLines = 200;
     std::atomic<bool> over = false;
     std::thread changer([&] {
