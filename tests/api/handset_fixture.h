@@ -1,51 +1,15 @@
-// A host's process for tests. What differs between systems stands behind TestBench, one .cpp per system.
+// A host's process for tests. What differs between systems stands in TestBench, one header per system.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <string>
-#include <vector>
 
-#include "log/log_reader.h"
 #include "phnnrv.h"
-#include "simulator/handset/handset.h"
 #include "support/messages.h"
-
-// The surroundings of one library: a place of its own in the file system, logging on, no handset until Plug.
-class TestBench
-{
-public:
-    static constexpr uint32_t kAllLines = 0xFFFFF;
-    static constexpr uint32_t kExportLines = 0x1FF;
-
-    TestBench();
-    ~TestBench();
-    TestBench(const TestBench&) = delete;
-    TestBench& operator=(const TestBench&) = delete;
-
-    // A copy of the library, so that its log file belongs to this process.
-    std::string LibraryPath() const;
-    void SetLoggingLevel(uint32_t level);
-    // As LogReader takes it.
-    std::vector<std::string> TakeLog();
-
-    // Publishes the handset as a USB interface. A library that is loaded then opens it at once.
-    void Plug();
-    // Takes the interface away. The library notices as its messages are dispatched.
-    void Unplug();
-    simulator::Handset& Handset();
-
-    // Lets that time pass for the library and for this thread's timers where a test rules the clock.
-    static void AdvanceClock(DWORD milliseconds);
-
-private:
-    struct World;
-    std::unique_ptr<World> world_;
-};
+#include "test_bench.h"
 
 class HandsetTest : public testing::Test
 {
