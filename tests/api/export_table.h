@@ -39,6 +39,14 @@ struct ExportRow
 // Finds an export's address by its name.
 using FindExport = std::function<void*(const char* name)>;
 
+// The exports that are not implemented.
+inline constexpr const char* kUnimplemented[] = {
+    "PHN_CheckForUpgrade", "PHN_GetLocationInfo", "PHN_GetMassStorageMode",
+    "PHN_GetNDISMode",     "PHN_PlayRingerID",    "PHN_SetCallbackExtended",
+    "PHN_SetFieldTest",    "PHN_SetLocationMode", "PHN_SetMassStorageMode",
+    "PHN_SetNDISMode",     "PHN_SetPower",        "PHN_SetPowerState",
+    "PHN_Upgrade"};
+
 void PHN_CALL Ignore(uint32_t);
 
 // The function is the one that is registered for all callbacks.

@@ -248,10 +248,7 @@ TEST_F(GuardTest, UnimplementedExportsAnswer103AndLogNothing)
     Load();
     bench_.TakeLog();
     using AnyArguments = PHN_ERROR PHN_CALL(uint32_t, const void*, uint32_t);
-    for (const char* name :
-         {"PHN_CheckForUpgrade", "PHN_GetLocationInfo", "PHN_GetMassStorageMode", "PHN_GetNDISMode", "PHN_PlayRingerID",
-          "PHN_SetCallbackExtended", "PHN_SetFieldTest", "PHN_SetLocationMode", "PHN_SetMassStorageMode",
-          "PHN_SetNDISMode", "PHN_SetPower", "PHN_SetPowerState", "PHN_Upgrade"})
+    for (const char* name : kUnimplemented)
         EXPECT_EQ(Find<AnyArguments>(name)(7, nullptr, 9), PHN_ERROR_NOT_SUPPORTED) << name;
     EXPECT_EQ(bench_.TakeLog(), Lines{});
 }

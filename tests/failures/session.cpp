@@ -70,15 +70,15 @@ void Session::FindExports()
     rows_.push_back({"PHN_GetNetworkErrorString", "", "pBuffer", "", 128, 0, Data::None, [text](void* buffer) {
                          return text(PHN_NETWORK_ERROR_1X_FADE, static_cast<char*>(buffer), 128);
                      }});
-    for (const char* name :
-         {"PHN_CheckForUpgrade", "PHN_GetLocationInfo", "PHN_GetMassStorageMode", "PHN_GetNDISMode", "PHN_PlayRingerID",
-          "PHN_SetCallbackExtended", "PHN_SetFieldTest", "PHN_SetLocationMode", "PHN_SetMassStorageMode",
-          "PHN_SetNDISMode", "PHN_SetPower", "PHN_SetPowerState", "PHN_Upgrade", "PHN_Startup", "PHN_Shutdown"}) {
+    const auto add = [&](const char* name, uint32_t success) {
         const auto call = reinterpret_cast<decltype(&PHN_Upgrade)>(find(name));
         rows_.push_back({name, "", nullptr, "", 0, 0, Data::None, [call](void*) { return call(); }});
-        if (name != std::string_view("PHN_Startup") && name != std::string_view("PHN_Shutdown"))
-            rows_.back().success = PHN_ERROR_NOT_SUPPORTED;
-    }
+        rows_.back().success = success;
+    };
+    for (const char* name : kUnimplemented)
+        add(name, PHN_ERROR_NOT_SUPPORTED);
+    add("PHN_Startup", PHN_ERROR_NONE);
+    add("PHN_Shutdown", PHN_ERROR_NONE);
     for (ExportRow& row : rows_)
         row.call = [call = row.call](void* record) {
             const LibraryScope scope;
