@@ -171,6 +171,7 @@ SessionReport Session::Run(const SessionPlan& plan)
     }
     report_.isLoaded = library_ != nullptr;
     if (library_) {
+        FindExports();
         plan.subject.empty() ? LiveWhole(plan.startups) : LiveShortly(plan);
         const LibraryScope scope;
         report_.isUnloaded = FreeLibrary(library_) && !GetModuleHandleA("PHNNRV.dll");
