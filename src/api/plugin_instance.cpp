@@ -56,6 +56,22 @@ template std::shared_ptr<CSMS> MakeService();
 template std::shared_ptr<CCallHistory> MakeService();
 template std::shared_ptr<CCallback> MakeService();
 
+namespace {
+
+// Without one no handset is served until the library is loaded again, so what fails for a moment is tried once more. A
+// device object that hears of nothing is better than none: it still finds the handset that is there now.
+std::shared_ptr<CDevice> MakeDevice()
+{
+    for (const bool bLast : {false, true}) {
+        std::shared_ptr<CDevice> pDevice = MakeService<CDevice, CDevice>();
+        if (pDevice && (bLast || pDevice->IsListening()))
+            return pDevice;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 CPluginInstance* GetInstance()
 {
     return s_pInstance.load();
@@ -68,7 +84,8 @@ CPluginInstance* CreateInstance()
         s_pInstance.store(pInstance);
         SetDeviceOwner(pInstance);
     }
-    return GetInstance()->CreateDeviceObject() ? GetInstance() : nullptr;
+    GetInstance()->CreateDeviceObject();
+    return GetInstance();
 }
 
 void DestroyInstance()
@@ -91,19 +108,13 @@ bool CPluginInstance::CreateDeviceObject()
 {
     if (m_pDeviceObject.Get())
         return true;
-    std::shared_ptr<CDevice> pDevice;
-    try {
-        pDevice = std::make_shared<CDevice>();
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
-    if (!pDevice->IsListening())
+    const std::shared_ptr<CDevice> pDevice = MakeDevice();
+    if (!pDevice)
         return false;
     m_pDeviceObject.Exchange(pDevice);
     pDevice->ScanforDevices(kDiagnosticInterface);
     pDevice->RegisterNotification(); // the start timer tries it again
-    if (!pDevice->InitPortScanning())
-        return false;
+    pDevice->InitPortScanning();
     Log.Comment("CreateDeviceObject Device Object");
     return true;
 }

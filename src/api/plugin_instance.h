@@ -65,6 +65,6 @@ public:
 // The instance; null before load and after unload.
 CPluginInstance* GetInstance();
 
-// Creates the instance if it is absent, then its device object; null when one of them cannot be made.
+// Creates the instance if it is absent, then its device object, without which every export finds no handset.
 CPluginInstance* CreateInstance();
 void DestroyInstance();

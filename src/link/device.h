@@ -64,7 +64,7 @@ public:
     void UnregisterNotification();
 
     // Arms the timer that starts the watch threads; ends them, for good.
-    bool InitPortScanning();
+    void InitPortScanning();
     void UninitPortScanning();
 
     // One cycle of the watch thread, and what it does: on that thread, and the list also on the scan worker.

@@ -82,13 +82,12 @@ UINT_PTR CDevice::StartTimer(UINT_PTR nTimer, UINT uPeriod) const
     return nStarted;
 }
 
-bool CDevice::InitPortScanning()
+void CDevice::InitPortScanning()
 {
     Log.Comment("CDevice::InitPortScanning - Start\n");
-    if (GetWindow())
+    for (int nTry = 0; nTry < 2 && GetWindow() && !m_nStartTimer; ++nTry)
         m_nStartTimer = StartTimer(kStartTimer, kStartDelay);
     Log.Comment("CDevice::InitPortScanning - End\n");
-    return m_nStartTimer != 0;
 }
 
 void CDevice::UninitPortScanning()
