@@ -51,13 +51,13 @@ TEST_F(Search, EndsWhereNothingFurtherIsLikely)
         const char* err;
     } cases[] = {
         {"contacts list", "\n44 contacts\n",
-         "phnctl: the 44 contacts that the handset counts were found; --all asks every index.\n"},
+         "The 44 contacts that the handset counts were found; --all asks every index.\n"},
         {"contacts list" + unlabelled, "\n43 contacts\n",
-         "phnctl: the last 32 indexes that were asked hold no contact; --all asks every index.\n"},
+         "The last 32 indexes that were asked hold no contact; --all asks every index.\n"},
         {"contacts list --all" + unlabelled, "\n44 contacts\n", ""},
         {"contacts export " + Path("all.vcf") + unlabelled, "44 contacts written", ""},
         {"events list --stored", "\n15 events\n",
-         "phnctl: the last 40 indexes that were asked hold no event; --all asks every index.\n"},
+         "The last 40 indexes that were asked hold no event; --all asks every index.\n"},
         {"events list --days 1 --all", "of 16 events\n", ""},
     };
     for (const auto& [words, out, err] : cases) {

@@ -125,9 +125,26 @@ TEST_F(Undo, LeavesWhatIsSomethingElseByNow)
     Expect(0, "undo --dry-run",
            {"left out     New 3\n    changed-since: ", "left out     Anna Berg  (index 0)\n    changed-since: ",
             "4 contacts of the handset to delete"});
-    Expect(0, "undo --yes --force", {"changed      Anna Berg  (index 0)\n    Name: Other Berg -> Anna Berg\n"});
+    Expect(1, "undo --yes --force",
+           {"changed      Anna Berg  (index 0)\n    Name: Other Berg -> Anna Berg\n",
+            "One has changed since, and stays.\n"});
     EXPECT_EQ(Held().contacts.size(), count - 4);
     EXPECT_EQ(Held().contacts.at(0).firstName, "Anna");
+}
+
+TEST_F(Undo, LeavesARunOfWhichAllHasChangedToBeTakenBackLater)
+{
+    const std::string former = Held().contacts.at(4).firstName;
+    Expect(0, "contacts put " + File("one.vcf", Card("One", "1234567")) + " 4");
+    const auto rename = [this](const char* name) {
+        Handset().Change(0, [&](simulator::Phone& phone) { phone.contacts[4].firstName = name; });
+    };
+    rename("Two");
+    Expect(1, "undo --yes", {"One has changed since, and stays; --force takes more back.\n"});
+    rename("One");
+    Expect(2, "--simulator undo", {"no run on it is kept"});
+    Expect(0, "undo --yes");
+    EXPECT_EQ(Held().contacts.at(4).firstName, former);
 }
 
 TEST_F(Undo, IsOfOneHandset)

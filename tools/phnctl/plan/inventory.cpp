@@ -95,7 +95,7 @@ Inventory Search(const Invocation& invocation, const Handset& handset, const Ent
     LikelyEnd end(kind.Counted(handset, invocation.options));
     Inventory inventory = Ask(handset, kind, range, end);
     if (end.IsReached())
-        fmt::print(stderr, "phnctl: {}; {} asks every index.\n", end.Why(kind.One(), kind.Many()), kAllOption);
+        fmt::print(stderr, "{}; {} asks every index.\n", end.Why(kind.One(), kind.Many()), kAllOption);
     return inventory;
 }
 

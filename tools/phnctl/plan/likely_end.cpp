@@ -36,8 +36,8 @@ bool LikelyEnd::IsReached() const
 
 std::string LikelyEnd::Why(const std::string& one, const std::string& many) const
 {
-    return m_counted ? fmt::format("the {} that the handset counts were found", Counted(*m_counted, one, many))
-                     : fmt::format("the last {} indexes that were asked hold no {}", m_run, one);
+    return m_counted ? fmt::format("The {} that the handset counts were found", Counted(*m_counted, one, many))
+                     : fmt::format("The last {} indexes that were asked hold no {}", m_run, one);
 }
 
 } // namespace phnctl

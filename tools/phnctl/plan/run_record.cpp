@@ -29,6 +29,14 @@ fs::path FreePath(const fs::path& path)
     return free;
 }
 
+// The handset of --simulator ends with the command: what was written to it needs no way back, and its runs would stand
+// in the way of a real handset's.
+bool IsKept(const Invocation& invocation)
+{
+    const bool isAsked = invocation.Has(kCopy) || invocation.Has(kCopies);
+    return isAsked || !(invocation.Has(kNoCopy) || invocation.options.simulator);
+}
+
 } // namespace
 
 std::vector<CommandOption> CopyOptions()
@@ -44,7 +52,7 @@ std::vector<CommandOption> CopiesOptions()
 }
 
 RunRecord::RunRecord(const Invocation& invocation, const Handset& handset, JournalRun run)
-    : m_invocation(invocation), m_isKept(!invocation.Has(kNoCopy)), m_run(std::move(run))
+    : m_invocation(invocation), m_isKept(IsKept(invocation)), m_run(std::move(run))
 {
     if (m_isKept)
         m_run.handset = IdentityOf(handset);

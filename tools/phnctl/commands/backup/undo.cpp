@@ -151,8 +151,19 @@ bool IsExhausted(const Part& part)
                                  std::ranges::all_of(part.restoration->plan.deletions, isGone));
 }
 
+// What has changed since, and stays.
+std::size_t CountLeft(const std::vector<Part>& parts)
+{
+    std::size_t count = 0;
+    for (const Part& part : parts)
+        count += part.restoration ? part.restoration->plan.Count(Action::LeftOut) : 0;
+    return count;
+}
+
 int Retrace(const Invocation& invocation, Way way)
 {
+    if (invocation.options.simulator)
+        throw Failure(kUsage, "the handset of --simulator ends with each command: no run on it is kept");
     const std::vector<JournalRun> runs = KeptRuns();
     const JournalRun run = RunOf(invocation, runs, way);
     const std::vector<JournalStep> all = StepsOf(run, runs, way);
@@ -178,7 +189,15 @@ int Retrace(const Invocation& invocation, Way way)
         status = std::max(isReady ? kDone : kRefused, PutBack(invocation, parts, record));
         const bool isOver =
             status == kDone || (status == kRefused && isReady && std::ranges::all_of(parts, IsExhausted));
-        if (isOver && !invocation.Has(kDryRun))
+        const std::size_t left = CountLeft(parts);
+        if (left != 0 && !invocation.Has(kDryRun)) {
+            status = std::max(status, kRefused);
+            fmt::print(stderr, "{} changed since, and stay{}{}.\n",
+                       left == 1 ? "One has" : fmt::format("{} have", left), left == 1 ? "s" : "",
+                       invocation.Has(kForce) ? "" : "; --force takes more back");
+        }
+        const bool isUntouched = left != 0 && !record.HasSteps();
+        if (isOver && !isUntouched && !invocation.Has(kDryRun))
             way == Way::Back || record.HasSteps() ? MarkSettled(run) : MarkWhole(run);
     });
     return status;
