@@ -7,7 +7,6 @@
 #include "fuzz/input.h"
 #include "fuzz/require.h"
 #include "link/frame_codec.h"
-#include "log/log_file.h"
 #include "simulator/handset/frame.h"
 
 namespace {
@@ -92,12 +91,6 @@ void CheckCheck(std::span<const std::uint8_t> bytes, unsigned more)
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    CreateLogLock();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

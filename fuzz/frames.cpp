@@ -6,7 +6,6 @@
 #include "fuzz/require.h"
 #include "link/diagnostic_port.h"
 #include "link/prompt_port.h"
-#include "log/log_file.h"
 
 namespace {
 
@@ -53,12 +52,6 @@ Delivered ReadOver(DP& object, const std::deque<fuzz::Piece>& pieces)
 }
 
 } // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***)
-{
-    CreateLogLock();
-    return 0;
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
