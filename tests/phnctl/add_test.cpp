@@ -31,23 +31,16 @@ TEST_F(Add, AContactShowsWhereEachNumberIsAndIsTakenBack)
     Expect(0, "undo --yes 20", {"contacts.vcf\ndeleted      Ann Lee  (index "}); // the only run that begins so
     EXPECT_EQ(Held().contacts.size(), before);
     Expect(2, "undo --yes 20", {"several runs begin with 20; "});
-    const std::pair<const char*, const char*> refused[] = {
-        {"Ann 1-800-FLOWERS", "NUMBER: '1-800-FLOWERS' is no number that can be dialled. Nothing was changed.\n"},
-        {"Ann 1 2 3 4 5", "NUMBER: '5': the handset has no place for another one."},
-        {"Ann", "keeps no contact without a number or an address"}};
-    for (const auto& [words, says] : refused)
-        Expect(2, std::string("contacts add ") + words, {says});
+    Expect(2, "contacts add Ann 1-800-FLOWERS",
+           {"NUMBER: '1-800-FLOWERS' is no number that can be dialled. Nothing was changed.\n"});
+    Expect(2, "contacts add Ann 1 2 3 4 5", {"NUMBER: '5': the handset has no place for another one."});
+    Expect(2, "contacts add Ann", {"keeps no contact without a number or an address"});
     EXPECT_EQ(Held().contacts.size(), before);
 }
 
 TEST_F(Add, AnEventIsShownInFullOrRefused)
 {
-    const struct
-    {
-        const char* words;
-        int status;
-        const char* says;
-    } cases[] = {
+    const RunRow cases[] = {
         {"Choir 2037-03-12 19:30 2h --alarm 15", 0,
          "Start  Thu 2037-03-12 19:30\nEnd    Thu 2037-03-12 21:30\nAlarm  15 minutes before\n"},
         {"Choir 2037-03-12 9:05 1h30 --repeat \"weekly mon,thu x10\"", 0,
@@ -69,7 +62,7 @@ TEST_F(Add, AnEventIsShownInFullOrRefused)
     };
     std::size_t held = Held().events.size();
     for (const auto& [words, status, says] : cases) {
-        Expect(status, std::string("events add ") + words, {says});
+        Expect(status, "events add " + words, {says});
         held += status == 0;
         EXPECT_EQ(Held().events.size(), held) << words;
     }

@@ -6,9 +6,11 @@
 #include "phnctl/contacts/fitter.h"
 #include "phnctl/contacts/merge.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <map>
 #include <sstream>
+#include <tuple>
 
 namespace {
 
@@ -58,12 +60,7 @@ std::string Card(const std::string& inside, const std::string& version = "3.0")
 TEST(ContactCard, TakesWhatAddressBooksWrite)
 {
     const std::string x37(37, 'x');
-    const struct
-    {
-        const char* what;
-        std::string file;
-        std::string told;
-    } cases[] = {
+    const std::tuple<const char*, std::string, std::string> cases[] = {
         {"types in any order and case, lists, quotes, grouped, 4.0 URIs",
          Card("item1.FN:Ana\r\nTEL;VALUE=uri;TYPE=\"voice,cell\";PREF=1:tel:+1-555-0100;ext=5\r\n"
               "item2.tel;type=pref;type=HOME:(555) 0101\nTEL;TYPE=WORK,FAX:555.0102\nTEL;TYPE=work:555 0103\n"
@@ -122,11 +119,11 @@ TEST(ContactCard, TakesWhatAddressBooksWrite)
         {"no properties", Card("FN:A\nno colon\nnor here\nTEL:1\n"), "FN=A|C1|not-a-property@4()|"},
         {"a cut file", "BEGIN:VCARD\rFN;ENCODING=QUOTED-PRINTABLE:A=", "FN=A=|not-a-card@1()|!"},
     };
-    for (const auto& test : cases) {
+    for (const auto& [what, file, expected] : cases) {
         std::string told;
-        for (const Candidate& candidate : ContactsOfFile("file", test.file))
+        for (const Candidate& candidate : ContactsOfFile("file", file))
             told += (told.empty() ? "" : " ") + Told(candidate);
-        EXPECT_EQ(told, test.told) << test.what;
+        EXPECT_EQ(told, expected) << what;
     }
 }
 
@@ -186,10 +183,8 @@ TEST(ContactCard, ComesBackFromItsOwnFileUnchanged)
 // The library writes a contact's texts as the handset has them.
 TEST(ContactCard, ALineEndInATextOfTheHandsetMakesNoOtherProperty)
 {
-    const struct
-    {
-        const char *lines, *speedDials, *read, *inFile;
-    } cases[] = {
+    // The library's lines and speed dials, what is read of them, and the name in a file.
+    const std::array<const char*, 4> cases[] = {
         {"FN:Ann\r\nPHOTO:x\r\nEND:VCARD\r\nBEGIN:VCARD Lee\r\nTEL;TYPE=CELL:1", "0,0,0,0,0",
          "FN=Ann\r\nPHOTO:x\r\nEND:VCARD\r\nBEGIN:VCARD Lee|C1|", "Ann PHOTO:x END:VCARD BEGIN:VCARD Lee"},
         {"FN:Ann\r\nX-PHN-GROUP-ID:9\r\nREV:N/A\r\nUID:N/A\r\nEMAIL:a\r\n\r\nFN:Lee", "0,0,0,0,0",

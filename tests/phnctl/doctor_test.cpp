@@ -17,12 +17,16 @@ std::string Mended(const std::string& finding, const std::string& command)
 
 using Doctor = HandsetRun;
 
-TEST_F(Doctor, FindsTheHandset)
+TEST_F(Doctor, FindsTheHandsetAndTellsAMissingDirectoryFromAnEmptyOne)
 {
     Expect(0, "doctor",
            {"ports     ok             device directory " + m_devices.Path().string() + ": 1 entry\n",
             "handset   ok             answers: Fjord 40\n"});
     Expect(0, "doctor --json", {"{\"ok\":true,\"findings\":[{\"step\":\"library\""});
+    m_program.Set("PHNNRV_DEVICES", m_folder.Path().string());
+    Expect(1, "doctor", {m_folder.Path().string() + ": 0 entries\n"});
+    m_program.Set("PHNNRV_DEVICES", "/nonexistent/devices");
+    Expect(1, "doctor", {"/nonexistent/devices: No such file or directory\n"});
 }
 
 TEST_F(Doctor, TellsEveryTroubleApart)
@@ -45,14 +49,6 @@ TEST_F(Doctor, TellsEveryTroubleApart)
             "com4, serial port -> " + file + ": is no terminal\n",
             "handset   busy           there is no free port to ask on\n"});
     close(held);
-}
-
-TEST_F(Doctor, TellsAMissingDirectoryFromAnEmptyOne)
-{
-    m_program.Set("PHNNRV_DEVICES", m_folder.Path().string());
-    Expect(1, "doctor", {m_folder.Path().string() + ": 0 entries\n"});
-    m_program.Set("PHNNRV_DEVICES", "/nonexistent/devices");
-    Expect(1, "doctor", {"/nonexistent/devices: No such file or directory\n"});
 }
 
 } // namespace

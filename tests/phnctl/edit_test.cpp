@@ -1,6 +1,7 @@
 // Entries in the person's own editor: what is saved is written, and nothing else; nothing stays behind.
 #include "phnctl/handset_run.h"
 
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -17,13 +18,7 @@ protected:
 TEST_F(Edit, WritesWhatWasSavedOrNothing)
 {
     const std::string before = Entries();
-    const struct
-    {
-        const char *editor, *words;
-        int status;
-        const char* says;
-        bool changes;
-    } cases[] = {
+    const std::tuple<const char*, const char*, int, const char*, bool> cases[] = {
         {"true", "contacts edit 0", 0, "Nothing was changed.\n", false},
         {"sed -i '/WORK:/s/$/5550199/' \"$1\"", "contacts edit 0", 0, "    Work: (nothing) -> 5550199\n", true},
         {"sed -i 's/FN:.*/FN:Ann Lee/' \"$1\"", "contacts edit 0", 0, "    Name: Anna Berg -> Ann Lee\n", true},

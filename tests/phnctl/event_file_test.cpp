@@ -2,6 +2,7 @@
 #include "phnctl/events/file.h"
 #include "phnctl/events/words.h"
 
+#include <array>
 #include <gtest/gtest.h>
 
 namespace {
@@ -257,10 +258,8 @@ TEST(EventFile, ALineEndInATextOfTheHandsetMakesNoOtherProperty)
 TEST(EventFile, TheLastOccurrenceIsTheSameForOtherPrograms)
 {
     SetLocalZone("EST5EDT,M3.2.0,M11.1.0");
-    const struct
-    {
-        std::string start, end, until, inFile; // as the library writes them, and in a file
-    } cases[] = {
+    // Start, end and UNTIL as the library writes them, and UNTIL in a file.
+    const std::array<std::string, 4> cases[] = {
         {":20091201T200000", ":20091201T210000", "20091204T010000Z", "20091203T200000;"},
         {":20091201T000000", ":20091201T235900", "20091204T045959Z", "20091203;"},
         {":20091201T200000Z", ":20091201T210000Z", "20091203T195959Z", "20091203T195959Z;"},

@@ -2,19 +2,15 @@
 // entry that the handset counts, and not silently before any other.
 #include "phnctl/handset_run.h"
 
+#include <tuple>
+
 namespace {
 
 using Find = HandsetRun;
-using Search = HandsetRun;
 
 TEST_F(Find, TakesWordsAndNumbersInAnySpelling)
 {
-    const struct
-    {
-        const char* words;
-        int status;
-        const char* says;
-    } cases[] = {
+    const RunRow cases[] = {
         {"contacts find ODEGARD ase", 0, "Åse Ødegård"},
         {"contacts find \"ase lefevre\"", 1, "No contact has 'ase lefevre'.\n"},
         {"contacts find \"+47 (555) 20-\"", 0, "Åse Ødegård"},         // a part of it
@@ -34,7 +30,7 @@ TEST_F(Find, TakesWordsAndNumbersInAnySpelling)
         Expect(status, words, {says});
 }
 
-TEST_F(Search, EndsWhereNothingFurtherIsLikely)
+TEST_F(Find, EndsWhereNothingFurtherIsLikely)
 {
     Handset().Change(0, [](simulator::Phone& phone) {
         phone.limits.contacts = phone.limits.events = 100;
@@ -44,12 +40,7 @@ TEST_F(Search, EndsWhereNothingFurtherIsLikely)
             phone.events.erase(index);
     });
     const std::string unlabelled = " --labels " + m_folder.Path().string();
-    const struct
-    {
-        std::string words;
-        const char* out;
-        const char* err;
-    } cases[] = {
+    const std::tuple<std::string, const char*, const char*> cases[] = {
         {"contacts list", "\n44 contacts\n",
          "The 44 contacts that the handset counts were found; --all asks every index.\n"},
         {"contacts list" + unlabelled, "\n43 contacts\n",

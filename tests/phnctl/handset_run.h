@@ -5,9 +5,15 @@
 #include "phnctl/program.h"
 #include "simulator/lines/simulator.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <string>
+
+// Words that are run, and what they must end with and say.
+struct RunRow
+{
+    std::string words;
+    int status;
+    const char* says;
+};
 
 class HandsetRun : public testing::Test
 {

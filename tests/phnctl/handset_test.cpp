@@ -1,6 +1,7 @@
 // phnctl with a handset: what each command answers, what the handset then holds, and what a refusal looks like.
 #include "phnctl/handset_run.h"
 
+#include <array>
 #include <sstream>
 
 namespace {
@@ -47,10 +48,8 @@ TEST_F(WithHandset, NothingOfTheHandsetReachesTheTerminalRaw)
 
 TEST_F(WithHandset, CommandsReachTheHandset)
 {
-    const struct
-    {
-        const char *words, *input, *out, *setup; // radio, lock, lock code and the parameters
-    } cases[] = {
+    // Words, input, output; and radio, lock, lock code and the parameters behind it.
+    const std::array<const char*, 4> cases[] = {
         {"radio off", "", "The radio is off.\n", "0 0 0000 1 2 300"},
         {"radio on --json", "", "{\"radio\":\"on\"}\n", "1 0 0000 1 2 300"},
         {"lock on 0000", "", "The handset is locked.\n", "1 1 0000 1 2 300"},
@@ -59,13 +58,13 @@ TEST_F(WithHandset, CommandsReachTheHandset)
         {"parameters set uParameter2=255 wParameter3=0x1234", "",
          "uParameter1  1\nuParameter2  255\nwParameter3  4660\n", "1 0 4711 1 255 4660"},
     };
-    for (const auto& test : cases) {
-        EXPECT_EQ(Run(test.words, test.input).out, test.out);
+    for (const auto& [words, input, out, setup] : cases) {
+        EXPECT_EQ(Run(words, input).out, out);
         const simulator::Setup now = Held().setup;
-        std::ostringstream setup;
-        setup << +now.radio << ' ' << +now.lock << ' ' << now.lockCode << ' ' << +now.parameter1 << ' '
-              << +now.parameter2 << ' ' << now.parameter3;
-        EXPECT_EQ(setup.str(), test.setup) << test.words;
+        std::ostringstream held;
+        held << +now.radio << ' ' << +now.lock << ' ' << now.lockCode << ' ' << +now.parameter1 << ' '
+             << +now.parameter2 << ' ' << now.parameter3;
+        EXPECT_EQ(held.str(), setup) << words;
     }
     EXPECT_EQ(Run("parameters get --json").out, "{\"uParameter1\":1,\"uParameter2\":255,\"wParameter3\":4660}\n");
     Expect(0, "activate", {"Activation has started"});

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -24,12 +25,7 @@ void Write(const fs::path& file, const std::string& text)
 TEST(Rule, TheFirstFileOfItsNameDecides)
 {
     const std::string reload = " && sudo udevadm control --reload && sudo udevadm trigger";
-    const struct
-    {
-        std::vector<std::pair<const char*, const char*>> files;
-        const char* state;
-        std::string remedy;
-    } cases[] = {
+    const std::tuple<std::vector<std::pair<const char*, const char*>>, const char*, std::string> cases[] = {
         {{}, "missing", "sudo cp 70-phnnrv.rules /etc/udev/rules.d/" + reload},
         {{{"shipped", "rule"}}, "missing", "sudo cp '/shipped/70-phnnrv.rules' /etc/udev/rules.d/" + reload},
         {{{"lib/udev/rules.d", "rule"}}, "ok", ""},

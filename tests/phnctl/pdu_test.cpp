@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -91,10 +92,7 @@ TEST(ToolPdu, TheLibraryTakesWhatIsToBeSent)
 TEST(ToolPdu, SaysWhatCannotBeCarried)
 {
     const std::string full(36, '5');
-    const struct
-    {
-        std::string to, text, problem;
-    } cases[] = {
+    const std::tuple<std::string, std::string, std::string> cases[] = {
         {full, std::string(255, 'x'), ""},
         {"1", std::string(256, 'x'), "the text is too long: it has 256 characters, and 255 fit in this message"},
         {"1", "na\xC3\xAFve",

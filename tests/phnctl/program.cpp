@@ -3,10 +3,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <iomanip>
-#include <iterator>
 #include <spawn.h>
 #include <sstream>
 #include <sys/wait.h>
@@ -24,12 +22,6 @@ std::vector<char*> Pointers(std::vector<std::string>& texts)
 }
 
 } // namespace
-
-std::string ReadAll(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 bool Has(const std::string& text, const std::string& part)
 {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "simulator/lines/device_directory.h"
+#include "support/files.h"
 
 #include <map>
 #include <string>
@@ -44,5 +45,4 @@ private:
     std::string m_output = (m_streams.Path() / "out").string();
 };
 
-std::string ReadAll(const std::filesystem::path& path);
 bool Has(const std::string& text, const std::string& part);

@@ -5,18 +5,14 @@
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
 TEST(Reads, ArePromptUnlessTheUserOrTheOptionSaysOtherwise)
 {
-    const struct
-    {
-        const char* file;
-        const char* environment;
-        bool slow;
-        const char* chosen; // empty: what the file says
-    } cases[] = {
+    // Of what is chosen, empty is what the file says.
+    const std::tuple<const char*, const char*, bool, const char*> cases[] = {
         {"", "", false, "1"},
         {"", "0", false, "0"},
         {"\"Prompt Reads\"=dword:00000000\n", "", false, ""},
@@ -24,8 +20,9 @@ TEST(Reads, ArePromptUnlessTheUserOrTheOptionSaysOtherwise)
         {"", "1", true, "0"},
     };
     const simulator::DeviceDirectory folder;
+    int number = 0;
     for (const auto& [file, environment, slow, chosen] : cases) {
-        const std::string path = folder.Path() / (std::to_string(&file - &cases[0].file) + ".reg");
+        const std::string path = folder.Path() / (std::to_string(number++) + ".reg");
         std::ofstream(path) << "REGEDIT4\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n" << file;
         setenv("PHNNRV_REGISTRY", path.c_str(), 1);
         setenv("PHNNRV_PROMPT_READS", environment, 1);

@@ -1,9 +1,11 @@
-// What goes with every run: the handset of --simulator, the wait, the log, Ctrl-C, and that nothing is left behind.
+// What goes with every run: the handset of --simulator, the wait, others that want the same port, the log, Ctrl-C, and
+// that nothing is left behind.
 #include "phnctl/program.h"
+#include "simulator/lines/simulator.h"
 
+#include <array>
 #include <chrono>
 #include <csignal>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -29,6 +31,23 @@ TEST(Run, BringsAHandsetOfItsOwn)
         EXPECT_EQ(outcome.out + outcome.err, out);
         EXPECT_TRUE(fs::is_empty(program.TemporaryFolder()));
     }
+}
+
+// The library alone looks at a port that was taken again after 15 seconds only.
+TEST(Run, ComesToEachOfSeveralAtOnce)
+{
+    const simulator::DeviceDirectory devices;
+    simulator::Simulator simulator(devices.Path(), "com5");
+    simulator.Start();
+    std::array<Program, 3> programs;
+    std::array<pid_t, 3> processes{};
+    for (std::size_t i = 0; i < programs.size(); ++i) {
+        programs[i].Set("PHNNRV_DEVICES", devices.Path().string());
+        programs[i].Set("PHNNRV_TIME_SCALE", "1");
+        processes[i] = programs[i].Start("info --wait 12");
+    }
+    for (std::size_t i = 0; i < programs.size(); ++i)
+        EXPECT_EQ(programs[i].Finish(processes[i]).status, 0);
 }
 
 TEST(Run, GivesUpWhenTheWaitIsOver)

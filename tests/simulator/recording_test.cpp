@@ -5,12 +5,11 @@
 #include "simulator/recording/mask.h"
 #include "simulator/recording/replay.h"
 #include "simulator/recording/turns.h"
+#include "support/files.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <tuple>
 
 namespace {
@@ -106,12 +105,6 @@ std::vector<std::string> FormsOf(const std::string& value)
     return forms;
 }
 
-std::string Contents(const std::filesystem::path& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 class Masking : public testing::Test
 {
 protected:
@@ -156,7 +149,7 @@ protected:
 
 TEST_F(Masking, LeavesNoPrivateValue)
 {
-    const std::string plain = Contents(before), masked = Contents(after);
+    const std::string plain = ReadAll(before), masked = ReadAll(after);
     for (const char* value : {kNumber, kName, kMail, kIdentityDigits, "Zaphod", kCode, kNewCode, "2122125876"})
         for (const std::string& form : FormsOf(value))
             EXPECT_EQ(masked.find(form), std::string::npos) << value << " as " << testing::PrintToString(form);

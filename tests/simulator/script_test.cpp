@@ -2,6 +2,7 @@
 // and which sentence.
 #include "simulator/host_side.h"
 #include "simulator/lines/device_directory.h"
+#include "support/files.h"
 #include "wire/golden_frames.h"
 
 #include <gtest/gtest.h>
@@ -10,8 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
 #include <poll.h>
 #include <string>
 #include <sys/wait.h>
@@ -57,11 +56,7 @@ protected:
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    std::string File(const char* name) const
-    {
-        std::ifstream file(devices.Path() / name);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string File(const char* name) const { return ReadAll(devices.Path() / name); }
 
     const simulator::DeviceDirectory devices;
 };

@@ -1,5 +1,6 @@
 // phnsim.exe on a serial port: what it keeps when its console window is closed, and how it ends when the port has gone.
 #include "simulator/host_side.h"
+#include "support/files.h"
 #include "temporary_folder.h"
 #include "windows/driver.h"
 #include "windows/port_peer.h"
@@ -9,9 +10,6 @@
 
 #include <array>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <string>
 
 namespace {
 
@@ -82,11 +80,7 @@ protected:
         return status;
     }
 
-    std::string Saved() const
-    {
-        std::ifstream file(folder_.Path() / "data");
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string Saved() const { return ReadAll(folder_.Path() / "data"); }
 
     std::string said_;
 

@@ -7,15 +7,12 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
 #include <thread>
 #include <utility>
 
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
+#include "support/files.h"
 #include "windows/driver.h"
 
 namespace {
@@ -34,11 +31,7 @@ protected:
 
     void WriteScript(const std::string& lines) const { std::ofstream(Beside("PHNNRV-simulated.txt")) << lines; }
 
-    std::string Report() const
-    {
-        std::ifstream file(Beside("PHNNRV-simulated.report.txt"));
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string Report() const { return ReadAll(Beside("PHNNRV-simulated.report.txt")); }
 
     void Send(const std::string& line)
     {
