@@ -125,21 +125,6 @@ TEST_F(ServiceTest, RepliesShorterThanTheirRecordFail)
     ExpectCode("payload=13@3*1", CALL(PHN_GetConnectionInfo), Filled<PHN_CONNECTION_INFO>(), PHN_ERROR_FAILED);
 }
 
-TEST_F(ServiceTest, OneFailedExchangeLeavesOneLinePerLayerInOrder)
-{
-    bench_.SetLoggingLevel(TestBench::kAllLines & ~0x400u); // without the lines that other threads write
-    ExpectCode("command=76@5*1", CALL(PHN_GetBatteryInfo), Filled<PHN_BATTERY_INFO>(), PHN_ERROR_FAILED);
-    EXPECT_EQ(bench_.TakeLog(),
-              (Lines{"CCalderApp Comment PHN_GetBatteryInfo is being executed.",
-                     "connectionstatus Comment GetBatteryInfo being executed.",
-                     "CPort Error DP::DecomposeData - Sent command(75) is not equal to returned command(76)",
-                     "readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
-                     "readwrite Error ExecCmd - Reading from the device failed",
-                     "connectionstatus Error GetBatteryInfo - ExecCmd failed with dwErrSts = 0(0x0).",
-                     "CCalderApp Error PHN_GetBatteryInfo - pInstance->m_pConnectionStatusObject->GetBatteryInfo "
-                     "returned false with weError = 104(0x68)."}));
-}
-
 TEST_F(ServiceTest, NetworkErrorsHaveTheirTextsWhereThereIsRoom)
 {
     const std::string empty = "pBufferm is NULL or nBufferSize is less than or equal to 0.";

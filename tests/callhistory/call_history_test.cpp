@@ -3,6 +3,7 @@
 
 #include "link/service_fixture.h"
 
+#include <cstring>
 #include <tuple>
 
 namespace {
@@ -64,20 +65,11 @@ TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
         Answer({0, 2}, two);
         entry_ = {};
         ASSERT_EQ(First(0), PHN_ERROR_NONE);
-        EXPECT_EQ(std::string(entry_.szEntryText, sizeof entry_.szEntryText),
-                  expected + std::string(22 - expected.size(), '\0'));
+        PHN_CALL_ENTRY entry{84, {}, 75000, {}, 2009, 12, 255, 0x17, 0x3B, 0x1234, {}};
+        expected.copy(entry.szEntryText, sizeof entry.szEntryText);
+        EXPECT_EQ(std::memcmp(&entry_, &entry, sizeof entry), 0) << testing::PrintToString(entry_);
     }
     unsetenv("PHNNRV_ANSI_CODE_PAGE");
-    EXPECT_EQ(+entry_.uSize, 84u);
-    EXPECT_EQ(+entry_.uEntry8, 75000u);
-    EXPECT_EQ(+entry_.wEntry18, 2009);
-    EXPECT_EQ(+entry_.wEntry17, 12);
-    EXPECT_EQ(+entry_.wEntry16, 255);
-    EXPECT_EQ(+entry_.wEntry12, 0x17);
-    EXPECT_EQ(+entry_.wEntry13, 0x3B);
-    EXPECT_EQ(+entry_.wEntry14, 0x1234);
-    EXPECT_EQ(Bytes(entry_.abyReserved30, entry_.abyReserved30 + 20), Bytes(20));
-    EXPECT_EQ(Bytes(entry_.abyReserved62, entry_.abyReserved62 + 22), Bytes(22));
     ExpectRequests(Requests(std::size(cases), {26, 4}));
     // The entry behind the first one is asked for by the first one's id.
     AnswerEntry(10);
@@ -159,8 +151,7 @@ TEST_F(CallTest, ACountEndsAReading)
     EXPECT_EQ(log_.TakeLines(), (Lines{"CCallHistory Comment GetNextCallEntry being executed.",
                                        "CCallHistory Error GetNextCallEntry - GetFirstCallEntry was not called."}));
     ExpectRequests({});
-    // Clearing does not.
-    AnswerEntry(11);
+    AnswerEntry(11); // Clearing does not.
     EXPECT_EQ(First(0), 0u);
     Answer({});
     EXPECT_EQ(Clear(2), 0u);
@@ -199,22 +190,18 @@ TEST_F(CallTest, EachCheckOfAReplyHasItsLineAndItsCode)
 
 TEST_F(CallTest, RepliesThatHoldLessThanTheySayFail)
 {
-    const auto expect = [&](const std::string& line) {
+    const auto expect = [&](std::initializer_list<uint32_t> numbers, size_t bytes, const std::string& line) {
+        Answer(numbers, Bytes(bytes));
         EXPECT_EQ(First(0), PHN_ERROR_NO_MORE_ENTRIES);
         EXPECT_EQ(log_.TakeLines().back(), "CCallHistory Error GetEntry - " + line);
         EXPECT_EQ(+entry_.uSize, 0u);
     };
-    Answer({5, 1});
-    expect("rcCHEntry.dwResult = 5(0x5).");
-    Answer({0, 0});
-    expect("rcCHEntry.dwNumOfEntries is less than or equal to 0.");
-    Answer({0, 2}, Bytes(300));
-    expect("dwPtr(300) is less than data to copy(408).");
-    Answer({0, 1}, Bytes(203));
-    expect("dwPtr(203) is less than data to copy(204).");
+    expect({5, 1}, 0, "rcCHEntry.dwResult = 5(0x5).");
+    expect({0, 0}, 0, "rcCHEntry.dwNumOfEntries is less than or equal to 0.");
+    expect({0, 2}, 300, "dwPtr(300) is less than data to copy(408).");
+    expect({0, 1}, 203, "dwPtr(203) is less than data to copy(204).");
     // As many entries as make their bytes a small number, if that were counted in 32 bits.
-    Answer({0, 0x40000001}, Bytes(8000));
-    expect("dwPtr(8000) is less than data to copy(204).");
+    expect({0, 0x40000001}, 8000, "dwPtr(8000) is less than data to copy(204).");
     uint32_t count = 1;
     Answer({6, 1});
     EXPECT_FALSE(Count(0, &count));

@@ -3,23 +3,20 @@
 
 #include <windows.h>
 
-#include <cstdlib>
 #include <string>
 
 #include "failures/allocation_faults.h"
 #include "failures/handset_process.h"
 #include "phnnrv.h"
-#include "temporary_folder.h"
+#include "support/surroundings.h"
 
 namespace {
 
 class AllocationsTest : public testing::TestWithParam<const char*>
 {
 protected:
-    AllocationsTest() : handset_(folder_.Path())
+    AllocationsTest()
     {
-        setenv("PHNNRV_DEVICES", folder_.Path().c_str(), 1);
-        setenv("PHNNRV_REGISTRY", (folder_.Path() / "none.reg").c_str(), 1);
         setenv("PHNNRV_PROMPT_READS", GetParam(), 1);
         handset_.Tell("plug");
         allocation_faults::SpareThisThread();
@@ -47,8 +44,8 @@ protected:
     }
 
 private:
-    TemporaryFolder folder_;
-    HandsetProcess handset_;
+    const Surroundings surroundings_;
+    const HandsetProcess handset_{surroundings_.devices};
     HMODULE library_ = nullptr;
 };
 

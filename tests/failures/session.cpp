@@ -3,8 +3,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
 #include <span>
 
 #include "api/export_table.h"
@@ -182,17 +180,10 @@ SessionReport Session::Run(const SessionPlan& plan)
 
 } // namespace
 
-HostFolder::HostFolder(const fs::path& folder, Attachment attached)
-    : devices(folder / "devices"), library(folder / "libphnnrv.so"), attachment(attached)
+HostFolder::HostFolder(Attachment attached) : attachment(attached)
 {
-    fs::create_directory(devices);
     fs::create_symlink(PHN_LIBRARY, library);
-    const fs::path registry = folder / "phnnrv.reg";
-    std::ofstream(registry) << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n"
-                               "\"Logging Level\"=dword:fffff\n\"Prompt Reads\"=dword:"
-                            << (attached == Attachment::Usb) << '\n';
-    setenv("PHNNRV_DEVICES", devices.c_str(), 1);
-    setenv("PHNNRV_REGISTRY", registry.c_str(), 1);
+    SetLogging(0xFFFFF, attached == Attachment::Usb ? "\"Prompt Reads\"=dword:1\n" : "\"Prompt Reads\"=dword:0\n");
     setenv("PHNNRV_TIME_SCALE", std::to_string(1.0 / kTimeDivisor).c_str(), 1);
 }
 

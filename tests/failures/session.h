@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "failures/handset_process.h"
+#include "support/surroundings.h"
 
 // A second of the library's lasts that much less.
 constexpr int kTimeDivisor = 30;
@@ -44,13 +45,12 @@ enum class Attachment
 };
 
 // The surroundings of a host: a link to the library with its log beside it, logging of everything.
-struct HostFolder
+struct HostFolder : Surroundings
 {
-    HostFolder(const std::filesystem::path& folder, Attachment attached);
+    explicit HostFolder(Attachment attached);
 
-    std::filesystem::path devices;
-    std::filesystem::path library;
-    Attachment attachment;
+    const std::filesystem::path library = root / "libphnnrv.so";
+    const Attachment attachment;
 };
 
 struct SessionPlan

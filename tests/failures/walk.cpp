@@ -107,7 +107,7 @@ private:
 class Bench
 {
 public:
-    Bench(Attachment attachment, unsigned number) : worker(number), folder_(temporary_.Path(), attachment) {}
+    Bench(Attachment attachment, unsigned number) : worker(number), folder_(attachment) {}
 
     const unsigned worker;
 
@@ -118,7 +118,7 @@ public:
         return RunSession({.subject = folder_.attachment == Attachment::Usb ? "" : kSubject, .startups = startups});
     }
     const HandsetProcess& Handset() const { return *handset_; }
-    fs::path Errors() const { return temporary_.Path() / "errors"; }
+    fs::path Errors() const { return folder_.root / "errors"; }
     void RenewHandset()
     {
         handset_.reset();
@@ -126,7 +126,6 @@ public:
     }
 
 private:
-    const TemporaryFolder temporary_;
     const HostFolder folder_;
     std::unique_ptr<HandsetProcess> handset_ = std::make_unique<HandsetProcess>(folder_.devices);
 };

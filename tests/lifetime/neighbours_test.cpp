@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
 
 namespace fs = std::filesystem;
@@ -39,15 +40,13 @@ class Neighbours : public testing::Test
 protected:
     Neighbours()
     {
-        std::string pattern = (fs::temp_directory_path() / "phnnrv-test-XXXXXX").string();
-        folder_ = mkdtemp(pattern.data());
         fs::create_directory(folder_ / "devices");
         setenv("PHNNRV_DEVICES", (folder_ / "devices").c_str(), 1);
         setenv("PHNNRV_REGISTRY", (folder_ / "phnnrv.reg").c_str(), 1);
     }
-    ~Neighbours() override { fs::remove_all(folder_); }
 
-    fs::path folder_;
+    const simulator::DeviceDirectory directory_;
+    const fs::path folder_ = directory_.Path();
 };
 
 TEST_F(Neighbours, FunctionsOfTheHostAreNotCalled)

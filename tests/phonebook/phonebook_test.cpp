@@ -81,12 +81,8 @@ TEST_F(Phonebook, FieldSizesAreCopiedFromWhatWasReceived)
     PHN_FIELD_SIZES sizes{};
     ASSERT_EQ(Sizes(&sizes), PHN_ERROR_NONE);
     EXPECT_EQ(TakeRequest(), Request(34));
-    EXPECT_EQ(+sizes.uSize, 34u);
-    EXPECT_EQ(+sizes.wFieldSize1, 1);
-    EXPECT_EQ(+sizes.wFieldSize6, 6);
-    EXPECT_EQ(+sizes.wFieldSize7, 7);
-    EXPECT_EQ(+sizes.dwFieldSize8, 0xFFFFFFFF);
-    EXPECT_EQ(+sizes.dwFieldSize11, 11u);
+    const PHN_FIELD_SIZES expected{34, 1, 2, 3, 4, 5, 6, 7, 0xFFFFFFFF, 9, 10, 11};
+    EXPECT_EQ(std::memcmp(&sizes, &expected, sizeof sizes), 0) << testing::PrintToString(sizes);
 
     Answer({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 0x44332211});
     port_->answers.back().reply.resize(50); // half of the last value; the other half reads as zero

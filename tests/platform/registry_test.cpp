@@ -8,7 +8,7 @@
 
 #include <windows.h>
 
-#include "platform/surroundings.h"
+#include "support/surroundings.h"
 
 namespace {
 

@@ -3,16 +3,13 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <stdexcept>
 #include <string>
 
 #include "log/log_reader.h"
 #include "phn_platform_test.h"
 #include "simulator/lines/simulator.h"
-#include "temporary_folder.h"
+#include "support/surroundings.h"
 
 class TestBench
 {
@@ -22,26 +19,13 @@ public:
 
     TestBench()
     {
-        std::filesystem::create_directory(devices_);
         std::filesystem::copy_file(PHN_LIBRARY, library_);
-        setenv("PHNNRV_DEVICES", devices_.c_str(), 1);
-        setenv("PHNNRV_REGISTRY", registry_.c_str(), 1);
         SetLoggingLevel(kExportLines);
     }
 
     // A copy of the library, so that its log file belongs to this process.
     std::string LibraryPath() const { return library_; }
-    void SetLoggingLevel(uint32_t level)
-    {
-        const std::filesystem::path fresh = registry_.string() + ".new";
-        std::ofstream file(fresh);
-        file << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Logging Level\"=dword:" << std::hex
-             << level << "\n";
-        file.close();
-        if (!file)
-            throw std::runtime_error("cannot write " + fresh.string());
-        std::filesystem::rename(fresh, registry_);
-    }
+    void SetLoggingLevel(uint32_t level) { surroundings_.SetLogging(level); }
     // As LogReader takes it.
     Lines TakeLog() { return log_.Take(); }
 
@@ -55,10 +39,8 @@ public:
     static void AdvanceClock(DWORD milliseconds) { platform_test::AdvanceClock(milliseconds); }
 
 private:
-    const TemporaryFolder folder_;
-    const std::filesystem::path devices_ = folder_.Path() / "devices";
-    const std::filesystem::path registry_ = folder_.Path() / "phnnrv.reg";
-    const std::filesystem::path library_ = folder_.Path() / "libphnnrv.so";
-    LogReader log_{folder_.Path()};
-    simulator::Simulator simulator_{devices_, simulator::UsbInterfaceName("0001")};
+    const Surroundings surroundings_;
+    const std::filesystem::path library_ = surroundings_.root / "libphnnrv.so";
+    LogReader log_{surroundings_.root};
+    simulator::Simulator simulator_{surroundings_.devices, simulator::UsbInterfaceName("0001")};
 };

@@ -1,10 +1,12 @@
-// A world of the stand-in's own for one test: an empty device directory and a registry file that is not there yet. For
-// tests on Linux.
+// A world of the stand-in's own for one test or one host: an empty device directory and a registry file that is not
+// there yet. For tests on Linux.
 #pragma once
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 #include "temporary_folder.h"
@@ -32,6 +34,16 @@ public:
     {
         std::ofstream(root / "made") << text;
         std::filesystem::rename(root / "made", registry);
+    }
+
+    // A new registry file with the library's settings: this logging level, and more values.
+    void SetLogging(unsigned level, const std::string& values = {}) const
+    {
+        std::ostringstream text;
+        text << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Logging Level\"=dword:" << std::hex
+             << level << '\n'
+             << values;
+        ReplaceRegistry(text.str());
     }
 
     const std::filesystem::path root = folder.Path();
