@@ -1,9 +1,6 @@
 #include "device/device_world.h"
 
-#include <dbt.h>
-
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "link/exec_command.h"
@@ -74,13 +71,7 @@ void DeviceTest::NextCycle()
 
 LRESULT DeviceTest::Broadcast(WPARAM event, const GUID& interfaceClass, const std::string& name)
 {
-    std::vector<std::byte> bytes(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) + name.size());
-    auto* record = new (bytes.data()) DEV_BROADCAST_DEVICEINTERFACE_A{};
-    record->dbcc_size = static_cast<DWORD>(bytes.size());
-    record->dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-    record->dbcc_classguid = interfaceClass;
-    std::memcpy(bytes.data() + offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), name.data(), name.size());
-    return Send(WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(record));
+    return SendInterfaceMessage(device_->GetWindow(), event, interfaceClass, name);
 }
 
 LRESULT DeviceTest::Send(UINT message, WPARAM wParam, LPARAM lParam)

@@ -2,27 +2,12 @@
 #include "phnctl/handset_run.h"
 
 #include <csignal>
-#include <map>
 
 namespace {
 
 using namespace std::chrono_literals;
 
 constexpr std::uint32_t kWrite = 36;
-
-// Values in short: C is a mobile, H a home, W a work number, M the second mobile, E an address.
-std::string Card(const std::string& name, const std::vector<std::string>& values)
-{
-    const std::map<char, const char*> properties{{'C', "TEL;TYPE=CELL:"},
-                                                 {'H', "TEL;TYPE=HOME:"},
-                                                 {'W', "TEL;TYPE=WORK:"},
-                                                 {'M', "X-PHN-MOBILE-2:"},
-                                                 {'E', "EMAIL:"}};
-    std::string text = "BEGIN:VCARD\nVERSION:3.0\nFN:" + name + "\n";
-    for (const std::string& value : values)
-        text += properties.at(value.front()) + value.substr(1) + "\n";
-    return text + "END:VCARD\n";
-}
 
 // Cards of persons with names and numbers of their own.
 std::string Cards(int count)

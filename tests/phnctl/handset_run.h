@@ -15,6 +15,20 @@ struct RunRow
     const char* says;
 };
 
+// A vCard. Values in short: C is a mobile, H a home, W a work number, M the second mobile, E an address.
+inline std::string Card(const std::string& name, const std::vector<std::string>& values)
+{
+    const std::map<char, const char*> properties{{'C', "TEL;TYPE=CELL:"},
+                                                 {'H', "TEL;TYPE=HOME:"},
+                                                 {'W', "TEL;TYPE=WORK:"},
+                                                 {'M', "X-PHN-MOBILE-2:"},
+                                                 {'E', "EMAIL:"}};
+    std::string text = "BEGIN:VCARD\nVERSION:3.0\nFN:" + name + "\n";
+    for (const std::string& value : values)
+        text += properties.at(value.front()) + value.substr(1) + "\n";
+    return text + "END:VCARD\n";
+}
+
 class HandsetRun : public testing::Test
 {
 protected:

@@ -22,16 +22,12 @@ protected:
     }
 
     std::string Entries() { return Handset().Show("contacts") + Handset().Show("events"); }
-    std::string Card(const std::string& name, const std::string& number)
-    {
-        return "BEGIN:VCARD\r\nVERSION:3.0\r\nFN:" + name + "\r\nTEL;TYPE=CELL:" + number + "\r\nEND:VCARD\r\n";
-    }
     // New ones and a changed one among them.
     std::string Cards()
     {
-        std::string text = Card("Anna Berg", "5550009999");
+        std::string text = Card("Anna Berg", {"C5550009999"});
         for (int i = 0; i < 5; ++i)
-            text += Card("New " + std::to_string(i), "55512300" + std::to_string(10 + i));
+            text += Card("New " + std::to_string(i), {"C555123001" + std::to_string(i)});
         return File("cards.vcf", text);
     }
     // Kills the run in its nth request of this sort.
@@ -55,7 +51,7 @@ TEST_F(Undo, PutsBackWhatARunHasAddedChangedAndDeleted)
     Expect(0, "backup " + backup);
     const std::string before = Entries();
     for (const std::string& words :
-         {"contacts import " + Cards(), "contacts put " + File("one.vcf", Card("One", "1234567")) + " 2",
+         {"contacts import " + Cards(), "contacts put " + File("one.vcf", Card("One", {"C1234567"})) + " 2",
           std::string("contacts delete --yes 0 3"), std::string("contacts clear --yes"),
           std::string("events clear --yes")}) {
         ASSERT_EQ(Run(words).status, 0) << words;
@@ -135,7 +131,7 @@ TEST_F(Undo, LeavesWhatIsSomethingElseByNow)
 TEST_F(Undo, LeavesARunOfWhichAllHasChangedToBeTakenBackLater)
 {
     const std::string former = Held().contacts.at(4).firstName;
-    Expect(0, "contacts put " + File("one.vcf", Card("One", "1234567")) + " 4");
+    Expect(0, "contacts put " + File("one.vcf", Card("One", {"C1234567"})) + " 4");
     const auto rename = [this](const char* name) {
         Handset().Change(0, [&](simulator::Phone& phone) { phone.contacts[4].firstName = name; });
     };

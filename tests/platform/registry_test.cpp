@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include <windows.h>
@@ -96,13 +97,8 @@ TEST_F(RegistryFile, IsToldByItsHeadingInAnyEncoding)
                                 u"\"V\"=hex(7):61,00,e9,00,00,00\r\n\"\u00E9\"=\"\u00E9\u03A9\"\r\n";
     const std::string utf16(reinterpret_cast<const char*>(wide.data()), 2 * wide.size());
     const std::string bad = "error " + std::to_string(ERROR_BADDB);
-    const struct
-    {
-        const char* name;
-        std::string bytes;
-        std::string list; // V
-        std::string text; // \xE9
-    } cases[] = {
+    // And what V and \xE9 hold.
+    const std::tuple<const char*, std::string, std::string, std::string> cases[] = {
         {"version 4", "REGEDIT4" + rest, "7 a\0\xE9\0\0\0"s, "1 \xE9\0"s},
         {"version 5", "Windows Registry Editor Version 5.00" + rest, "7 a\xE9\0"s, "1 \xE9\0"s},
         {"UTF-16, half a unit more", utf16 + "x", "7 a\xE9\0"s, "1 \xE9?\0"s},

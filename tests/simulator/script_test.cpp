@@ -1,6 +1,6 @@
 // Scripts of phnsim against a host that starts up, asks for the battery twice and closes the port: which exit status,
 // and which sentence.
-#include "simulator/host_side.h"
+#include "simulator/host_port.h"
 #include "simulator/lines/device_directory.h"
 #include "support/files.h"
 #include "wire/golden_frames.h"
@@ -10,12 +10,9 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
-#include <poll.h>
 #include <string>
 #include <sys/wait.h>
 #include <tuple>
-#include <unistd.h>
 
 namespace {
 
@@ -24,17 +21,9 @@ constexpr int kUnmet = 1;
 
 void PlayHost(const std::filesystem::path& port)
 {
-    const int descriptor = open(port.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-    for (const std::uint32_t command : {1, 5, 5}) {
-        const host::Bytes request = host::Frame(1, host::Record(command, {}));
-        if (write(descriptor, request.data(), request.size()) < 0)
-            break; // phnsim has ended
-        std::uint8_t last = 0;
-        pollfd wait{descriptor, POLLIN, 0};
-        while (last != simulator::kFlag && poll(&wait, 1, 10'000) > 0 && read(descriptor, &last, 1) == 1)
-            ;
-    }
-    close(descriptor);
+    const host::Port opened{port};
+    for (const std::uint32_t command : {1, 5, 5})
+        opened.Ask(command);
 }
 
 class Script : public testing::Test

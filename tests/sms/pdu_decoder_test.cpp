@@ -109,33 +109,6 @@ TEST(PduDecoder, RejectsPdusThatEndInsideAnItem)
                   length == 1 + address.size() ? 0 : cut)
             << length;
     }
-    // The same inside the Bearer Data, whose own length is right.
-    const size_t body = UserData("Hello").size();
-    const size_t callback = body + Callback("\x07\x07").size();
-    for (size_t length = 0; length + 2 < bearer.size(); ++length) {
-        Bytes shortened(bearer.begin(), bearer.begin() + 2 + static_cast<long>(length));
-        shortened[1] = static_cast<uint8_t>(length);
-        const bool isWhole = length == 0 || length == body || length == callback || length == callback + 3;
-        EXPECT_EQ(Decode(Join({kType, address, shortened})).error, isWhole                              ? 0u
-                                                                   : length > body && length < callback ? 1001u
-                                                                                                        : 1105u)
-            << length;
-    }
-}
-
-// The Bearer Data says where its items begin; one that runs past it is whole if the PDU holds it.
-TEST(PduDecoder, ItemsMayRunPastTheBearerData)
-{
-    const Bytes address = Address("\x01\x02\x03");
-    const Bytes body = UserData("Hello");
-    const Bytes priority{8, 1, 0x40};
-    for (size_t length = 0; length <= body.size(); ++length) {
-        Decoded expected{.address = u"123"};
-        if (length > 0)
-            expected.body = std::u16string(u"Hello\0", 6);
-        EXPECT_EQ(Decode(Join({kType, address, {8, static_cast<uint8_t>(length)}, body, priority})), expected)
-            << length;
-    }
 }
 
 } // namespace

@@ -66,19 +66,6 @@ TEST(PduEncoder, WritesAWholePduToTheByte)
         EXPECT_EQ(Encode({.address = u"5551234", .body = Body("Hi")}, room), room >= 35 ? expected : Bytes());
 }
 
-TEST(PduEncoder, PacksCallbackNumbersAtEveryAlignment)
-{
-    constexpr size_t kLengths[] = {0, 3, 3, 3, 4, 4, 5, 5, 6};
-    const std::u16string digits = u"01*#9?\x0f\xff"; // every kind of character
-    const std::string codes = std::string("\x0a\x01\x0b\x0c\x09\x0f\x0f\x0f");
-    for (size_t count = 1; count < std::size(kLengths); ++count) {
-        const std::string bits = "0" + Bits(static_cast<unsigned>(count), 8) + Characters(codes.substr(0, count), 4);
-        EXPECT_EQ(Encode({.callback = digits.substr(0, count)}),
-                  Pdu(kNoAddress, {kIdentifier, kNoPriority, Item(0x0E, bits, kLengths[count])}))
-            << count;
-    }
-}
-
 // Without an address there is no reply option; what does not fit its field loses its high bits.
 TEST(PduEncoder, WritesTheFlags)
 {
@@ -102,6 +89,7 @@ TEST(PduEncoder, TextsEndWhereTheyEnd)
                   Pdu(Address(full), {kIdentifier, kNoPriority, {0x0A, 1, 0}, item}));
     };
     expect(Widen(full), u"", Number(0x0E, "0", full));
+    expect(u"01*#9?\x0f\xff", u"", Number(0x0E, "0", "\x0a\x01\x0b\x0c\x09\x0f\x0f\x0f")); // every kind of character
     expect(u"", u"Hi", UserData("Hi"));
     expect(u"", std::u16string(u"Hi\0\0x", 5), UserData("Hi"));
     expect(u"", std::u16string(1, u'\0'), UserData(""));

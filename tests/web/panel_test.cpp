@@ -10,6 +10,7 @@
 #include <chrono>
 #include <future>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -42,11 +43,7 @@ TEST(Panel, RefusesWhoIsNotItsPage)
     std::string guessed = served.query;
     guessed.back() = guessed.back() == '0' ? '1' : '0';
     const std::string own = served.authority, port = std::to_string(served.port);
-    const struct
-    {
-        std::string path, host, origin;
-        int status;
-    } cases[] = {
+    const std::tuple<std::string, std::string, std::string, int> cases[] = {
         {"/" + served.query, own, "", 200},
         {"/events", own, "", 403},
         {"/" + guessed, own, "", 403},
@@ -60,14 +57,14 @@ TEST(Panel, RefusesWhoIsNotItsPage)
         {"/" + served.query, own, "http://127.0.0.1", 403},
         {"/" + served.query, own, "null", 403},
     };
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.path + " " + one.host + " " + one.origin);
-        httplib::Headers headers{{"Host", one.host}};
-        if (!one.origin.empty())
-            headers.emplace("Origin", one.origin);
-        const auto answer = client.Get(one.path, headers);
+    for (const auto& [path, host, origin, status] : cases) {
+        SCOPED_TRACE(path + " " + host + " " + origin);
+        httplib::Headers headers{{"Host", host}};
+        if (!origin.empty())
+            headers.emplace("Origin", origin);
+        const auto answer = client.Get(path, headers);
         ASSERT_TRUE(answer);
-        EXPECT_EQ(answer->status, one.status);
+        EXPECT_EQ(answer->status, status);
         EXPECT_FALSE(answer->has_header("Access-Control-Allow-Origin"));
     }
     EXPECT_EQ(client.Post("/control", "quit", "text/plain")->status, 403);

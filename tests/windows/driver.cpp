@@ -1,12 +1,8 @@
 #include "windows/driver.h"
 
-#include <dbt.h>
-
-#include <cstddef>
-#include <cstring>
-#include <new>
 #include <stdexcept>
-#include <vector>
+
+#include "support/messages.h"
 
 namespace driver {
 
@@ -73,13 +69,7 @@ LRESULT SendDeviceChange(WPARAM event, const std::string& path)
     const HWND window = FindWindowA(kDeviceWindow, nullptr);
     if (!window)
         return FALSE;
-    std::vector<std::byte> bytes(sizeof(DEV_BROADCAST_DEVICEINTERFACE_A) + path.size());
-    auto* record = new (bytes.data()) DEV_BROADCAST_DEVICEINTERFACE_A{};
-    record->dbcc_size = static_cast<DWORD>(bytes.size());
-    record->dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
-    record->dbcc_classguid = kDiagnosticClass;
-    std::memcpy(bytes.data() + offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name), path.c_str(), path.size() + 1);
-    return SendMessageA(window, WM_DEVICECHANGE, event, reinterpret_cast<LPARAM>(record));
+    return SendInterfaceMessage(window, event, kDiagnosticClass, path);
 }
 
 void SetSerialPort(const std::string& port)
