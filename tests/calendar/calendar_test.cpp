@@ -163,25 +163,11 @@ TEST_F(CalendarTest, RejectedTextCausesNoExchange)
     EXPECT_TRUE(port_->requests.empty());
 }
 
-// A calendar that is short of one piece of memory, or whose records go on behind what is known of them.
-class OtherCalendar : public CCalendarEx
+// A calendar that is short of one piece of memory.
+class ShortCalendar : public CCalendarEx
 {
 public:
-    struct Param : CAL_PARAM
-    {
-        uint8_t more[8] = {1, 2, 3, 4, 5, 6, 7, 8};
-    };
-    struct Info : CAL_EVENT_INFO
-    {
-        uint8_t more[8];
-    };
-
-    CAL_PARAM* AllocParam(DWORD* size) override
-    {
-        *size = sizeof(Param);
-        return missing == 0 ? nullptr : new Param();
-    }
-    void FreeParam(CAL_PARAM* param) override { delete static_cast<Param*>(param); }
+    CAL_PARAM* AllocParam(DWORD* size) override { return missing == 0 ? nullptr : CCalendarEx::AllocParam(size); }
     ICAL_PROPERTIES* AllocProperties(DWORD* size) override
     {
         return missing == 1 ? nullptr : CCalendarEx::AllocProperties(size);
@@ -192,45 +178,26 @@ public:
     }
     CAL_EVENT_INFO* AllocEvents(DWORD count, DWORD* size) override
     {
-        *size = sizeof(Info);
-        return missing == 3 ? nullptr : new Info[count]();
+        return missing == 3 ? nullptr : CCalendarEx::AllocEvents(count, size);
     }
-    void FreeEvents(CAL_EVENT_INFO* events) override { delete[] static_cast<Info*>(events); }
 
-    int missing = 9;
+    int missing = 0;
 };
 
-TEST_F(CalendarTest, RecordsAreAsLargeAsTheCalendarSaysAndMissingOnesAFailure)
+TEST_F(CalendarTest, MissingMemoryIsAFailure)
 {
-    OtherCalendar calendar;
-    std::string text(4096, '\0');
-    const auto run = [&](auto method) {
-        PHN_EVENT_RECORD record{0, text.data(), static_cast<uint32_t>(text.size())};
-        return Run(calendar, method, 7, &record);
-    };
-    const auto get = [&] { return run(&CCalendar::GetEvent); };
-    const auto set = [&] { return run(&CCalendar::SetEvent); };
-    Bytes larger = FridayEvent();
-    Append(larger, {1, 2, 3, 4, 5, 6, 7, 8});
-    Answer({0, 1}, larger);
-    EXPECT_EQ(get(), PHN_ERROR_NONE);
-    EXPECT_STREQ(text.c_str(), kFridayText);
-    Answer({0, 1}, Bytes(larger.begin(), larger.end() - 14));
-    EXPECT_EQ(get(), PHN_ERROR_FAILED);
-    TakeRequests();
-    text = kFridayText;
-    Answer({0});
-    EXPECT_EQ(set(), PHN_ERROR_NONE);
-    EXPECT_EQ(TakeRequest(), Request(31, {7}, larger));
-
-    constexpr const char* kLines[] = {"SetEvent - prcCalParam is NULL.", "SetEvent - piCalProp is NULL.",
-                                      "GetEvent - prcCalRetEvent is NULL.",
-                                      "GetEvent - prcCalRetEvent->prcEventInfo is NULL."};
-    for (calendar.missing = 0; calendar.missing < 4; ++calendar.missing) {
-        if (calendar.missing >= 2)
-            Answer({0, 1}, larger);
-        EXPECT_EQ(calendar.missing < 2 ? set() : get(), PHN_ERROR_FAILED);
-        EXPECT_EQ(log_.TakeLines().back(), "CCalendar Error " + std::string(kLines[calendar.missing]));
+    ShortCalendar calendar;
+    std::string text = kFridayText;
+    PHN_EVENT_RECORD record{0, text.data(), static_cast<uint32_t>(text.size())};
+    for (const char* line :
+         {"SetEvent - prcCalParam is NULL.", "SetEvent - piCalProp is NULL.", "GetEvent - prcCalRetEvent is NULL.",
+          "GetEvent - prcCalRetEvent->prcEventInfo is NULL."}) {
+        if (*line == 'G')
+            Answer({0, 1}, FridayEvent());
+        EXPECT_EQ(Run(calendar, *line == 'G' ? &CCalendar::GetEvent : &CCalendar::SetEvent, 7, &record),
+                  PHN_ERROR_FAILED);
+        EXPECT_EQ(log_.TakeLines().back(), "CCalendar Error " + std::string(line));
+        ++calendar.missing;
     }
 }
 

@@ -24,7 +24,7 @@ TEST_F(Find, TakesWordsAndNumbersInAnySpelling)
         {"events find up-meeting", 1, "No event has"},
         {"events find meeting stand", 0, "every weekday"},
         {"messages find 5551230310 --json", 0, "\"from\":\"5551230310\""},
-        {"messages find _", 2, "there is nothing to look for"},
+        {"messages find ''", 2, "there is nothing to look for"},
     };
     for (const auto& [words, status, says] : cases)
         Expect(status, words, {says});

@@ -2,11 +2,8 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <iomanip>
 #include <spawn.h>
-#include <sstream>
 #include <sys/wait.h>
 #include <system_error>
 
@@ -51,27 +48,18 @@ Program::Program()
 
 pid_t Program::Start(const std::string& words, const std::string& input)
 {
-    std::ofstream(m_streams.Path() / "in") << input;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, (m_streams.Path() / "in").c_str(), O_RDONLY, 0);
-    constexpr int kWrite = O_WRONLY | O_CREAT | O_TRUNC;
-    posix_spawn_file_actions_addopen(&actions, 1, m_output.c_str(), kWrite, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, (m_streams.Path() / "err").c_str(), kWrite, 0600);
-
-    std::vector<std::string> arguments{PHNCTL};
-    std::istringstream stream(words);
-    for (std::string word; stream >> std::quoted(word);)
-        arguments.push_back(word == "_" ? "" : word);
+    const std::string in = m_streams.Path() / "in", err = m_streams.Path() / "err";
+    std::ofstream(in) << input;
+    std::vector<std::string> arguments{"sh", "-c",
+                                       "exec " PHNCTL " " + words + " <" + in + " >" + m_output + " 2>" + err};
     std::vector<std::string> variables;
     for (const auto& [name, value] : m_environment)
         variables.push_back(name + "=" + value);
     pid_t process = 0;
     const int error =
-        posix_spawn(&process, PHNCTL, &actions, nullptr, Pointers(arguments).data(), Pointers(variables).data());
-    posix_spawn_file_actions_destroy(&actions);
+        posix_spawn(&process, "/bin/sh", nullptr, nullptr, Pointers(arguments).data(), Pointers(variables).data());
     if (error)
-        throw std::system_error(error, std::generic_category(), PHNCTL);
+        throw std::system_error(error, std::generic_category(), "sh");
     return process;
 }
 

@@ -1,5 +1,5 @@
-// Runs the built phnctl the way a person does and keeps what it said. Used by every test of this folder; each run gets
-// its own folder for temporary files, so that a test can see what is left behind.
+// Runs the built phnctl the way a person does, by a shell, and keeps what it said. Used by every test of this folder;
+// each run gets its own folder for temporary files, so that a test can see what is left behind.
 #pragma once
 
 #include "simulator/lines/device_directory.h"
@@ -31,7 +31,7 @@ public:
     // Then the outcome has no output of the program.
     void SendOutputTo(const std::string& file) { m_output = file; }
 
-    // "_" among the words is an empty one; one with blanks stands in double quotes.
+    // The words are a shell's.
     Outcome Run(const std::string& words, const std::string& input = "") { return Finish(Start(words, input)); }
 
     // The two halves of Run, for a test that does something in between.

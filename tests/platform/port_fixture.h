@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,7 +25,14 @@ protected:
     void Send(std::string_view bytes);
 
     // The next bytes that arrive at the far end; fewer if they do not come within five seconds.
-    std::string Receive(std::size_t count);
+    std::string Receive(std::size_t count)
+    {
+        std::string received;
+        char chunk[4096];
+        for (int got = 1; got > 0 && received.size() < count; received.append(chunk, static_cast<std::size_t>(got)))
+            got = std::max(0, ReceiveSome(chunk, static_cast<int>(std::min(sizeof chunk, count - received.size()))));
+        return received;
+    }
 
     // The port opened with these time-outs.
     HANDLE Open(DWORD flags, COMMTIMEOUTS timeouts) const
@@ -36,6 +44,9 @@ protected:
     }
 
     struct FarEnd;
+    // As many bytes as there are within five seconds; none, or less, when none come.
+    int ReceiveSome(char* bytes, int room);
+
     std::unique_ptr<FarEnd> farEnd;
 };
 

@@ -2,7 +2,6 @@
 #include <pty.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 
@@ -43,16 +42,9 @@ void PortTest::Send(std::string_view bytes)
     ASSERT_EQ(write(farEnd->master, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
 }
 
-std::string PortTest::Receive(std::size_t count)
+int PortTest::ReceiveSome(char* bytes, int room)
 {
-    std::string received;
     pollfd ready{farEnd->master, POLLIN, 0};
-    while (received.size() < count && poll(&ready, 1, 5000) > 0) {
-        std::array<char, 4096> chunk{};
-        const ssize_t got = read(farEnd->master, chunk.data(), std::min(chunk.size(), count - received.size()));
-        if (got <= 0)
-            break;
-        received.append(chunk.data(), static_cast<std::size_t>(got));
-    }
-    return received;
+    return poll(&ready, 1, 5000) > 0 ? static_cast<int>(read(farEnd->master, bytes, static_cast<std::size_t>(room)))
+                                     : 0;
 }

@@ -1,7 +1,5 @@
 #include "platform/port_fixture.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdlib>
 
 #include "windows/port_peer.h"
@@ -33,16 +31,7 @@ void PortTest::Send(std::string_view bytes)
               static_cast<int>(bytes.size()));
 }
 
-std::string PortTest::Receive(std::size_t count)
+int PortTest::ReceiveSome(char* bytes, int room)
 {
-    std::string received;
-    while (received.size() < count) {
-        std::array<char, 4096> chunk{};
-        const auto room = static_cast<int>(std::min(chunk.size(), count - received.size()));
-        const int got = recv(farEnd->connection, chunk.data(), room, 0);
-        if (got <= 0)
-            break;
-        received.append(chunk.data(), static_cast<std::size_t>(got));
-    }
-    return received;
+    return recv(farEnd->connection, bytes, room, 0);
 }

@@ -107,12 +107,6 @@ TEST_F(SimulatedTest, TellsOfChangesAndOfBeingUnpluggedAndReplugged)
     RunFor(10);
     EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT);
     EXPECT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
-    EXPECT_EQ(Ask("flags 1FF"), "the host will be told");
-    RunFor(kTick);
-    EXPECT_EQ(TakeTypes(), Types{}) << "registrations end with the handset";
-    EXPECT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_SMS, Tell, 0), PHN_ERROR_NONE);
-    RunFor(kTick);
-    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_SMS});
 }
 
 TEST_F(SimulatedTest, ReadsAsFromASerialPort)
