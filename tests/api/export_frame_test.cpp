@@ -13,8 +13,6 @@ CPluginInstance* GetInstance()
     return nullptr;
 }
 
-namespace {
-
 TEST(ExportFrame, AnExceptionBecomesOneLineAndAFailure)
 {
     LogCapture log(0x1FF);
@@ -40,5 +38,3 @@ TEST(ExportFrame, WithoutAnInstanceNothingIsCalled)
     EXPECT_EQ(log.TakeLines(),
               (Lines{"CCalderApp Comment PHN_X is being executed.", "CCalderApp Error PHN_X - pInstance is NULL."}));
 }
-
-} // namespace

@@ -5,7 +5,6 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <string>
 
 #include "phnnrv.h"
 #include "support/messages.h"

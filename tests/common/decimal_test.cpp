@@ -4,8 +4,6 @@
 
 #include <utility>
 
-namespace {
-
 TEST(Decimal, IsClampedToThirtyTwoBits)
 {
     const std::pair<std::string_view, int32_t> cases[] = {{"", 0},
@@ -24,5 +22,3 @@ TEST(Decimal, IsClampedToThirtyTwoBits)
     for (const auto& [value, number] : cases)
         EXPECT_EQ(ReadDecimal(value), number) << value;
 }
-
-} // namespace

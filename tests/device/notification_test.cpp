@@ -11,13 +11,9 @@ using platform_test::AwaitBlocked;
 using simulator::ModemInterfaceName;
 using simulator::UsbInterfaceName;
 
-namespace {
-
 constexpr std::uint32_t kStartup = 1;
 
 using NotificationTest = DeviceTest;
-
-} // namespace
 
 TEST_F(NotificationTest, AUsbHandsetIsFoundAtOnceLostWithItsInterfaceAndFoundWhenItReturns)
 {

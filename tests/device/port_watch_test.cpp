@@ -7,14 +7,10 @@
 using platform_test::AdvanceClock;
 using platform_test::AwaitBlocked;
 
-namespace {
-
 constexpr std::uint32_t kStartup = 1;
 constexpr DWORD kProbe = 3000;
 
 using PortWatchTest = DeviceTest;
-
-} // namespace
 
 TEST_F(PortWatchTest, ProbesOfBothHalvesTakeTurnsAndTheFirstHandsetWins)
 {

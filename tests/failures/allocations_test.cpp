@@ -3,8 +3,6 @@
 
 #include <windows.h>
 
-#include <string>
-
 #include "failures/allocation_faults.h"
 #include "failures/handset_process.h"
 #include "phnnrv.h"

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <tuple>
-#include <vector>
 
 #include "link/frame_codec.h"
 #include "wire/golden_frames.h"

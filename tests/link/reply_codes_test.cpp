@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "link/reply_codes.h"
 
 TEST(ReplyCodes, EveryStatus)

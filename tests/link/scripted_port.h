@@ -5,7 +5,6 @@
 
 #include <deque>
 #include <memory>
-#include <string>
 #include <vector>
 
 #include "link/device_owner.h"

@@ -3,7 +3,6 @@
 
 #include <future>
 #include <memory>
-#include <vector>
 
 #include "link/open_port.h"
 #include "log/log_capture.h"

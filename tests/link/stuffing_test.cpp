@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <random>
-#include <vector>
 
 #include "link/frame_codec.h"
 #include "simulator/handset/frame.h"

@@ -4,8 +4,6 @@
 
 #include <tuple>
 
-namespace {
-
 using Find = HandsetRun;
 
 TEST_F(Find, TakesWordsAndNumbersInAnySpelling)
@@ -57,5 +55,3 @@ TEST_F(Find, EndsWhereNothingFurtherIsLikely)
         EXPECT_EQ(outcome.err, err) << words;
     }
 }
-
-} // namespace

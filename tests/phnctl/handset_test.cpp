@@ -4,8 +4,6 @@
 #include <array>
 #include <sstream>
 
-namespace {
-
 using WithHandset = HandsetRun;
 
 TEST_F(WithHandset, InfoShowsTheIdentity)
@@ -87,5 +85,3 @@ TEST_F(WithHandset, LabelFilesNameValuesAndBrokenOnesCostNothingElse)
     File("c.json", R"({"model": "fjord 40", "fields": {"uBattery2": {"label": "Level", "values": {"80": "good"}}}})");
     Expect(0, "status --labels " + m_folder.Path().string(), {"a.json is ignored", "  Level            good (80)\n"});
 }
-
-} // namespace

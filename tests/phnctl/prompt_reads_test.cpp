@@ -7,8 +7,6 @@
 #include <gtest/gtest.h>
 #include <tuple>
 
-namespace {
-
 TEST(Reads, ArePromptUnlessTheUserOrTheOptionSaysOtherwise)
 {
     // Of what is chosen, empty is what the file says.
@@ -30,5 +28,3 @@ TEST(Reads, ArePromptUnlessTheUserOrTheOptionSaysOtherwise)
         EXPECT_STREQ(std::getenv("PHNNRV_PROMPT_READS"), chosen) << file << environment << slow;
     }
 }
-
-} // namespace

@@ -9,8 +9,6 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-namespace {
-
 namespace fs = std::filesystem;
 
 TEST(Run, BringsAHandsetOfItsOwn)
@@ -101,5 +99,3 @@ TEST(Run, EndsOnInterruptWithoutLeavingAnything)
         EXPECT_TRUE(fs::is_empty(program.TemporaryFolder()));
     }
 }
-
-} // namespace

@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 using namespace phnctl;
 
 TEST(Printable, ShowsOnlyWhatATerminalMayGet)
@@ -78,5 +76,3 @@ TEST(Json, RefusesWhatIsNone)
     for (const std::string& text : {std::string(), std::string("{\"a\":"), std::string("{} x"), deep})
         EXPECT_THROW(ParseJson(text), std::runtime_error);
 }
-
-} // namespace

@@ -4,8 +4,6 @@
 #include "log/log_capture.h"
 #include "phonebook/speed_dial_phonebook.h"
 
-namespace {
-
 TEST(Rejection, EachReasonHasItsOwnLine)
 {
     LogCapture log(0x00020006);
@@ -46,5 +44,3 @@ TEST(Rejection, EachReasonHasItsOwnLine)
     expect(list + "1,2,3,4,5,6,7,8,9,10\n", {count + "(10, 0xA)."});
     expect(card, {});
 }
-
-} // namespace

@@ -7,8 +7,6 @@
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 
-namespace {
-
 TEST(VCardReader, FindsTheFirstLineThatBeginsWithTheKey)
 {
     constexpr int kAbsent = -1;
@@ -90,5 +88,3 @@ TEST(VCardReader, SpeedDialListsAreDigitsAndCommas)
     EXPECT_EQ(count, 5u);
     EXPECT_EQ(numbers, (std::array<uint32_t, 5>{3, 0, 0x80000000, UINT32_MAX, UINT32_MAX}));
 }
-
-} // namespace

@@ -6,8 +6,6 @@
 
 #include "platform/port_fixture.h"
 
-namespace {
-
 using platform_test::AdvanceClock;
 
 TEST_F(PortTest, ALongIntervalPassesAtOnceAndAReplyUnderWayIsNotCut)
@@ -45,5 +43,3 @@ TEST(TickCount, BeginsWhereItIsToldAndASleepIsAsManyTicksInEveryScale)
     EXPECT_GE(GetTickCount64() - kBeforeTheWrap, 500u);
     EXPECT_LT(GetTickCount64() - kBeforeTheWrap, 60000u);
 }
-
-} // namespace

@@ -7,8 +7,6 @@
 
 #include <windows.h>
 
-namespace {
-
 using Units = std::vector<unsigned>;
 
 constexpr UINT kPc = 437; // has pictures for control codes on every system
@@ -64,5 +62,3 @@ TEST(Text, LengthsAreCheckedAndAskedFor)
     refused(MultiByteToWideChar(1252, 0, "abc", -1, units, 3), ERROR_INSUFFICIENT_BUFFER);
     refused(WideCharToMultiByte(1252, 0, units, 3, bytes, 2, nullptr, nullptr), ERROR_INSUFFICIENT_BUFFER);
 }
-
-} // namespace

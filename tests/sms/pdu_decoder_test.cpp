@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <tuple>
 
 #include "sms/message_bytes.h"
 #include "sms/pdu_decoder.h"

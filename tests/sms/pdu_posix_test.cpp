@@ -10,8 +10,6 @@
 #include "sms/pdu_decoder.h"
 #include "sms/pdu_encoder.h"
 
-namespace {
-
 // A time that does not exist is written as it is, a date that is not full not at all.
 TEST(PduTime, IsTheLocalTimeOfTheHandsetsUtc)
 {
@@ -116,5 +114,3 @@ TEST(PduLines, EachReasonHasItsOwnAndItsCode)
               (Lines{"CSMS Error TextToIS637 - Body of 300 characters is cut to the 255 that a PDU can hold.",
                      "CSMS Error TextToIS637 - uSizeofData(200, 0xC8) is less than the PDU's length(246, 0xF6)."}));
 }
-
-} // namespace
