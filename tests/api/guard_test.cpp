@@ -1,6 +1,5 @@
 // The guard that every export runs before its service: codes, log lines, their order, and exactly what is cleared.
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <tuple>
 

@@ -1,5 +1,4 @@
 // The status and setup services through their exports, against a simulated handset: values, request bytes, refusals.
-#include <cstring>
 #include <limits>
 #include <tuple>
 

@@ -1,5 +1,4 @@
 // Both directions of the iCalendar conversion.
-#include <gtest/gtest.h>
 
 #include "calendar/event_text.h"
 #include "calendar/time_zones.h"

@@ -1,5 +1,4 @@
 // The property reader and its oddities, and the pure steps behind it.
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <tuple>

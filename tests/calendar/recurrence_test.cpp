@@ -1,5 +1,4 @@
 // Recurrence rules, from text to the record's fields and back.
-#include <gtest/gtest.h>
 
 #include "calendar/event_text.h"
 

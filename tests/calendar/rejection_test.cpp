@@ -1,5 +1,4 @@
 // Why a text is rejected, or a record has none, line by line.
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <tuple>

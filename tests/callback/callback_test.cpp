@@ -1,8 +1,5 @@
-// Callbacks as a host gets them: when, on which thread, and what a loss, the end of the service and a removal do to
-// them.
+// Callbacks as a host gets them: when, on which thread, and what a loss, a removal and the service's end do to them.
 #include <atomic>
-#include <chrono>
-#include <functional>
 #include <future>
 #include <thread>
 #include <tuple>

@@ -1,5 +1,4 @@
 // The callback object alone: what its registrations post and keep, and what is left when it is released.
-#include <optional>
 #include <tuple>
 
 #include "callback/host_functions.h"

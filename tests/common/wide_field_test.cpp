@@ -31,10 +31,6 @@ TEST(WideField, HoldsAsManyUnitsAsItHasAndNoMore)
         for (size_t unit = std::strlen(stored); unit < 4; ++unit)
             EXPECT_EQ(framed.field.m_abyUnits[2 * unit] | framed.field.m_abyUnits[2 * unit + 1], 0) << text;
     }
-}
-
-TEST(WideField, EndsAtTheFirstZeroUnitNotAtAZeroByte)
-{
-    WideField<4> field{{0x41, 0x00, 0x00, 0x20, 0x00, 0x00, 0x42, 0x00}};
+    const WideField<4> field{{0x41, 0x00, 0x00, 0x20, 0x00, 0x00, 0x42, 0x00}}; // a zero byte ends nothing
     EXPECT_EQ(field.GetWide(), u"A\u2000");
 }

@@ -1,7 +1,6 @@
 #include "device/device_world.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "link/exec_command.h"
 #include "phn_platform_test.h"

@@ -1,6 +1,6 @@
 // What the hidden window hears: interfaces that come and go, power events, the poll message and its timer.
-#include <dbt.h>
 
+#include <sstream>
 #include <thread>
 
 #include "device/device_world.h"
@@ -120,19 +120,12 @@ TEST_F(NotificationTest, PowerEventsAreLoggedByName)
 {
     Attach(UsbInterfaceName("0001"));
     Create();
-    const std::pair<WPARAM, std::string> rows[] = {
-        {0, "PBT_APMQUERYSUSPEND"},
-        {2, "PBT_APMQUERYSUSPENDFAILED"},
-        {4, "PBT_APMSUSPEND"},
-        {6, "PBT_APMRESUMECRITICAL"},
-        {7, "PBT_APMRESUMESUSPEND"},
-        {9, "PBT_APMBATTERYLOW"},
-        {10, "PBT_APMPOWERSTATUSCHANGE"},
-        {11, "PBT_APMOEMEVENT"},
-        {18, "PBT_APMRESUMEAUTOMATIC"},
-        {5, "wParam = 5"},
-    };
-    for (const auto& [event, name] : rows) {
+    std::istringstream rows(
+        "0 PBT_APMQUERYSUSPEND, 2 PBT_APMQUERYSUSPENDFAILED, 4 PBT_APMSUSPEND, "
+        "6 PBT_APMRESUMECRITICAL, 7 PBT_APMRESUMESUSPEND, 9 PBT_APMBATTERYLOW, "
+        "10 PBT_APMPOWERSTATUSCHANGE, 11 PBT_APMOEMEVENT, 18 PBT_APMRESUMEAUTOMATIC, 5 wParam = 5,");
+    WPARAM event = 0;
+    for (std::string name; rows >> event >> std::ws && std::getline(rows, name, ',');) {
         TakeLog();
         EXPECT_EQ(Send(WM_POWERBROADCAST, event), TRUE);
         EXPECT_EQ(TakeLog(), Events{"CDevice::OnBroadCasting - " + name});

@@ -1,8 +1,6 @@
 // What an exchange asks of the memory once the handset is served: the exports of a busy host cost none.
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
 #include "failures/allocation_faults.h"
 #include "failures/handset_process.h"
 #include "phnnrv.h"

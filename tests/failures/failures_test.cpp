@@ -3,7 +3,6 @@
 // PHN_WALK_LOG=1 PHN_WALK_ONLY="CreateEventA error 8 behind 17 once" failures_test
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <numeric>
 

@@ -1,5 +1,4 @@
-// The simulated handset in a process of its own, so that nothing of it meets the failures that the host's process is
-// given. It outlasts the hosts, which take turns.
+// The simulated handset in a process of its own, which meets none of the host's failures and outlasts the hosts.
 #pragma once
 
 #include <filesystem>

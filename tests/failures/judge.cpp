@@ -1,11 +1,8 @@
 #include "failures/judge.h"
 
-#include <algorithm>
 #include <cstring>
-#include <functional>
 #include <map>
 #include <set>
-#include <string_view>
 
 #include "phnnrv.h"
 

@@ -24,6 +24,5 @@ struct ExpectedOutputs
 // Every call succeeds, with the same output, and what is to be told is told.
 Complaints JudgeClean(const SessionReport& report, const ExpectedOutputs& expected);
 
-// Each call succeeds with the same output, or has a code that is documented for this and an Error line of its own, in
-// its time.
+// Each call succeeds with the same output, or has a code documented for this and an Error line of its own, in time.
 Complaints JudgeFaulty(const SessionReport& report, const ExpectedOutputs& expected, const Case& one);

@@ -1,7 +1,5 @@
 #include "failures/session.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <span>
 

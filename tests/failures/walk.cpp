@@ -1,16 +1,8 @@
 #include "failures/walk.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <thread>
@@ -21,6 +13,7 @@
 #include "failures/judge.h"
 #include "failures/session.h"
 #include "phn_platform_test.h"
+#include "support/usage.h"
 #include "temporary_folder.h"
 
 // LeakSanitizer's, where the program is built with it.
@@ -46,7 +39,7 @@ constexpr char kSubject[] = "PHN_GetConnectionInfo"; // of a short session
 struct Remains
 {
     int64_t allocations = 0;
-    unsigned descriptors = 0;
+    size_t descriptors = 0;
 };
 
 // All processes share it.
@@ -68,11 +61,7 @@ Shared& shared =
 
 Remains CountRemains()
 {
-    constexpr int kMost = 256;
-    Remains remains{allocation_faults::Living(), 0};
-    for (int descriptor = 0; descriptor < kMost; ++descriptor)
-        remains.descriptors += fcntl(descriptor, F_GETFD) >= 0;
-    return remains;
+    return {allocation_faults::Living(), CountEntries("/proc/self/fd")};
 }
 
 Remains operator-(const Remains& now, const Remains& before)
@@ -102,8 +91,7 @@ private:
     std::jthread thread_{[this](const std::stop_token& stop) { Watch(stop); }};
 };
 
-// A worker's place: a folder, in memory where there is one, as no case may wait for a disk; and a handset that outlasts
-// the cases.
+// A worker's place: a folder, in memory where there is one (no case may wait for a disk), and a lasting handset.
 class Bench
 {
 public:

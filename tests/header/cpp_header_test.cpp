@@ -1,7 +1,5 @@
-// phnnrv.hpp as a host uses it, linked with the library, against a simulated handset. The library is loaded before
-// main, so PHNNRV_DEVICES comes with the process.
+// phnnrv.hpp as a host linked with the library uses it: what that sees when it is loaded comes with the process.
 #include <atomic>
-#include <chrono>
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>

@@ -1,6 +1,5 @@
 // A host that loads the library, dispatches its messages until standard input ends, and returns without unloading.
 #include <poll.h>
-#include <windows.h>
 
 #include "support/messages.h"
 

@@ -1,6 +1,4 @@
-// What a host does against the contract is told once for each kind where PHNNRV_CHECK_HOST asks for it, whatever the
-// log's masks are, and otherwise not at all; what it may do is not told.
-#include <cstdlib>
+// What a host does against the contract is told once of each kind where PHNNRV_CHECK_HOST asks for that, else nothing.
 #include <thread>
 
 #include "api/handset_fixture.h"

@@ -1,9 +1,7 @@
 // Loading and unloading where something is in the way, and a host that ends without unloading.
 #include <dlfcn.h>
 
-#include <chrono>
 #include <cstdio>
-#include <filesystem>
 
 #include "api/handset_fixture.h"
 #include "phn_platform_test.h"

@@ -1,5 +1,4 @@
-// The order in which the library's locks are taken, over a session with every export, callbacks and a handset that is
-// lost and comes back.
+// The order of the library's locks, over a session with every export, callbacks and a handset that comes and goes.
 #include <dlfcn.h>
 
 #include <algorithm>
@@ -8,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <set>
-#include <utility>
 
 #include "manners/host_session.h"
 #include "phn_platform_test.h"

@@ -3,7 +3,6 @@
 #include <atomic>
 #include <functional>
 #include <thread>
-#include <utility>
 
 #include "api/handset_fixture.h"
 #include "phn_platform_test.h"

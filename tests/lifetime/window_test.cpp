@@ -1,5 +1,4 @@
 // The library's hidden window: a host that ends, a system that closes windows, a second copy of the library.
-#include <chrono>
 #include <thread>
 
 #include "api/handset_fixture.h"

@@ -1,6 +1,5 @@
 #include "link/at_commands.h"
 
-#include <optional>
 #include <tuple>
 
 #include "link/scripted_port.h"
@@ -47,15 +46,15 @@ TEST_F(ExchangeTest, AnAnswersValueStandsBehindItsColon)
 TEST_F(ExchangeTest, AModeIsSetUnlessTheAnswerIsAnError)
 {
     const std::string began = "readwrite Comment SetPhoneMode::Initializing the mode";
+    const Lines noAnswer{began,
+                         "readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
+                         "readwrite Error ExecCmd - Reading from the device failed",
+                         "readwrite Error SetPhoneMode::ERROR setting AT mode"};
     const std::tuple<Answer, bool, Lines> cases[] = {
         {{}, true, {began}},
         {{BytesOf("\r\nOK\r\n")}, true, {began}},
         {{BytesOf("+CME error: 3")}, false, {began, "readwrite Error SetPhoneMode::ERROR found in returned string"}},
-        {{{}, 5},
-         false,
-         {began, "readwrite Error ReadDevice - pInstance->m_pDeviceObject->GetPort()->Read returned false.",
-          "readwrite Error ExecCmd - Reading from the device failed",
-          "readwrite Error SetPhoneMode::ERROR setting AT mode"}},
+        {{{}, 5}, false, noAnswer},
     };
     for (const auto& [answer, isSet, lines] : cases) {
         port_->answers = {answer};

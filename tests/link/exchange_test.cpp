@@ -32,18 +32,14 @@ TEST_F(ExchangeTest, TheFirstCheckThatFailsGivesTheLineAndTheCode)
         "readwrite Error WriteDevice - pInstance->m_pDeviceObject->GetPort()->Write returned false.";
     const std::string exec = "readwrite Error ExecCmd - ";
     const std::string failed = "CPhonebook Error Delete - ExecCmd failed with dwErrSts = ";
+    const std::string tooLong = exec + "Returned data(8194) is longer than allocated buffer(8193)";
+    const std::string tooShort = "CPhonebook Error Delete - dwRetBufferLen(15, 0xF) is less than RES (16, 0x10).";
     const std::tuple<ExchangeSpec, Answer, PHN_ERROR, Lines> cases[] = {
         {kDelete, {Reply(0, 0, 16)}, 0, {}},
         {kDelete, {{}, 121}, 104, {read, exec + "Reading from the device failed", failed + "121(0x79)."}},
         {kDelete, {{}, 5, 0, true}, 104, {write, exec + "Writing to the device failed", failed + "5(0x5)."}},
-        {kDelete,
-         {Bytes(8193), 0, 1},
-         104,
-         {exec + "Returned data(8194) is longer than allocated buffer(8193)", failed + "0(0x0)."}},
-        {kDelete,
-         {Reply(7, 1, 15)},
-         104,
-         {"CPhonebook Error Delete - dwRetBufferLen(15, 0xF) is less than RES (16, 0x10)."}},
+        {kDelete, {Bytes(8193), 0, 1}, 104, {tooLong, failed + "0(0x0)."}},
+        {kDelete, {Reply(7, 1, 15)}, 104, {tooShort}},
         {kDelete, {Reply(7, 1, 16)}, 102, {"CPhonebook Error Delete - rcRes.wStatus = 7(0x7)."}},
         {kDelete, {Reply(0xFFFF, 0, 16)}, 104, {"CPhonebook Error Delete - rcRes.wStatus = 65535(0xFFFF)."}},
         {kDelete, {Reply(0, 139, 16)}, 1255, {"CPhonebook Error Delete - rcRes->dwResult = 139(0x8B)."}},

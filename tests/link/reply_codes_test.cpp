@@ -2,16 +2,13 @@
 
 #include "link/reply_codes.h"
 
-TEST(ReplyCodes, EveryStatus)
+TEST(ReplyCodes, EveryStatusAndEveryDeviceResult)
 {
     constexpr PHN_ERROR kCodes[] = {104, 104, 104, 104, 107, 200, 201, 102, 202, 205, 203, 204, 2, 104, 104};
     for (DWORD status = 0; status < std::size(kCodes); ++status)
         EXPECT_EQ(MapReplyStatus(status), kCodes[status]) << status;
     EXPECT_EQ(MapReplyStatus(0xFFFF), 104u);
-}
 
-TEST(ReplyCodes, EveryDeviceResult)
-{
     constexpr PHN_ERROR kFirst[] = {0, 304, 305, 101, 306, 303, 104, 104, 1, 104};
     for (DWORD result = 0; result < std::size(kFirst); ++result)
         EXPECT_EQ(MapDeviceResult(result), kFirst[result]) << result;

@@ -1,8 +1,6 @@
 // phnctl backup and restore: what goes into the folder, and that a restore takes nothing away unasked.
 #include "phnctl/handset_run.h"
 
-#include <filesystem>
-
 namespace {
 
 class Backup : public HandsetRun

@@ -51,21 +51,18 @@ TEST(CommandLine, NamesTheLibraryThatDoesNotLoad)
     Expect(Program().Run("info --library libc.so.6"), 1, {"has no function PHN_Startup"});
 }
 
-TEST(CommandLine, AnswersAFailureInJsonToo)
+TEST(CommandLine, FailuresAreAnsweredInJsonTooAndNoneIsLostInSilence)
 {
     Expect(Program().Run("--json inof"), 2, {"{\"error\":{\"text\":\"unknown command 'inof'; ", "}\nphnctl: "});
     Expect(Program().Run("--simulator lock on 9999 --json"), 1,
            {"{\"error\":{\"code\":203,\"name\":\"PHN_ERROR_INVALID_LOCK_CODE\",\"text\":\"the lock code is wrong\","
             "\"while\":\"locking the handset\"}}\nphnctl: "});
 }
-
-TEST(CommandLine, NoAnswerIsLostInSilence)
-{
-    for (const char* words : {"--help", "--simulator info"}) {
-        Program program;
-        program.SendOutputTo("/dev/full");
-        Expect(program.Run(words), 1, {"No space left"});
-    }
+for (const char* words : {"--help", "--simulator info"}) {
+    Program program;
+    program.SendOutputTo("/dev/full");
+    Expect(program.Run(words), 1, {"No space left"});
+}
 }
 
 // What a shell is told for the last of some words, which may be ''.

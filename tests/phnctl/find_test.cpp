@@ -1,5 +1,4 @@
-// What is found, by whatever a person remembers of it, and that nothing else is; where a listing ends: never before an
-// entry that the handset counts, and not silently before any other.
+// What is found, by whatever a person remembers of it; and where a listing ends: not silently before any entry.
 #include "phnctl/handset_run.h"
 
 #include <tuple>

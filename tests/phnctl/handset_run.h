@@ -1,5 +1,4 @@
-// A simulated handset that outlives the single runs of phnctl, and a folder for files. Base of the tests that look at
-// both sides.
+// A simulated handset that outlives the runs of phnctl, and a folder for files: for tests that look at both sides.
 #pragma once
 
 #include "phnctl/program.h"

@@ -1,5 +1,4 @@
-// What goes with every run: the handset of --simulator, the wait, others that want the same port, the log, Ctrl-C, and
-// that nothing is left behind.
+// What goes with every run: its own handset, the wait, others at the port, the log, Ctrl-C, and nothing left behind.
 #include "phnctl/program.h"
 #include "simulator/lines/simulator.h"
 

@@ -1,5 +1,4 @@
-// The far end of a test's port on Linux: the master of a pseudo terminal, and the device directory with the port's
-// name.
+// The far end of a test's port on Linux: a pseudo terminal's master, and the device directory with the port's name.
 #pragma once
 
 #include <filesystem>

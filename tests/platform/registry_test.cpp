@@ -1,13 +1,8 @@
 // The registry of the stand-in: its files, and the serial-port map.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
-#include <string>
 #include <tuple>
 #include <utility>
-
-#include <windows.h>
 
 #include "support/surroundings.h"
 

@@ -1,5 +1,4 @@
-// Serial ports, where Wine departs from Windows (a second opening, a blocking read that is cancelled) or has no like of
-// the device directory and of a terminal that hangs up.
+// Serial ports where Wine departs from Windows, or has no like of the device directory or of a hang-up.
 #include <sys/stat.h>
 
 #include <array>

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <string>
 #include <tuple>
 
 namespace {

@@ -1,5 +1,4 @@
-// Scripts of phnsim against a host that starts up, asks for the battery twice and closes the port: which exit status,
-// and which sentence.
+// Scripts of phnsim against a host that starts up, asks for the battery twice and closes: exit status and sentence.
 #include "simulator/host_port.h"
 #include "simulator/lines/device_directory.h"
 #include "support/files.h"
@@ -10,7 +9,6 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <sys/wait.h>
 #include <tuple>
 

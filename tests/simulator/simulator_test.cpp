@@ -1,5 +1,4 @@
-// The simulated handset as a device: on a pseudo terminal in a device directory, opened, dropped, unplugged and left
-// behind.
+// The simulated handset on a pseudo terminal in a device directory: opened, dropped, unplugged and left behind.
 #include "simulator/host_port.h"
 #include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"

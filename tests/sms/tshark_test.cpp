@@ -1,7 +1,4 @@
 // The library's PDUs, decoded by tshark, which knows nothing of it. Skipped where that is not installed.
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
 
 #include "api/handset_fixture.h"
 #include "support/tshark.h"

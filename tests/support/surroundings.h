@@ -1,5 +1,4 @@
-// A world of the stand-in's own for one test or one host: an empty device directory and a registry file that is not
-// there yet. For tests on Linux.
+// A test's or host's own world on Linux: an empty device directory, and a registry file that is not there yet.
 #pragma once
 
 #include <cstdlib>

@@ -1,6 +1,4 @@
-// Loading and unloading, again and again, and a host that ends without unloading, while the library probes a silent
-// port.
-#include <windows.h>
+// Loading and unloading, and a host that ends without unloading, while the library probes a silent port.
 
 #include <tlhelp32.h>
 

@@ -6,7 +6,6 @@
 #include "windows/port_peer.h"
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <array>
 #include <cstdlib>
@@ -57,8 +56,7 @@ protected:
         return isOpen;
     }
 
-    // As the system does it: the program's handlers are called on a thread of its own, and when they have returned, it
-    // is ended.
+    // As the system does it: the program's handlers are called on a thread of their own, then it is ended.
     void CloseConsole()
     {
         const HMODULE system = GetModuleHandleA("kernelbase.dll");

@@ -1,6 +1,5 @@
 // Prompt reads over a port of the system's own, beside the default ones.
 #include <algorithm>
-#include <chrono>
 
 #include "api/handset_fixture.h"
 #include "windows/driver.h"

@@ -1,14 +1,8 @@
-// PHNNRV-simulated.dll in place of PHNNRV.dll: the handset in the process as a host meets it, its script, its control
-// pipe, and its end.
-#include <windows.h>
-
-#include <dbt.h>
+// PHNNRV-simulated.dll in place of PHNNRV.dll: the handset in the process, its script, its control pipe, its end.
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <thread>
-#include <utility>
 
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"

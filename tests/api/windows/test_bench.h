@@ -1,5 +1,4 @@
-// The surroundings of one library on Windows, as tests/api/posix has them for Linux: the machine's registry, and a
-// handset behind the test run's port.
+// A library's surroundings on Windows (tests/api/posix has Linux's): the machine's registry, a handset behind a port.
 #pragma once
 
 #include <cstdint>
