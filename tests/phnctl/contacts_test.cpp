@@ -2,6 +2,7 @@
 #include "phnctl/handset_run.h"
 
 #include <csignal>
+#include <tuple>
 
 namespace {
 
@@ -184,12 +185,8 @@ TEST_F(Contacts, CostNoNumberWhenACardMeetsThem)
 {
     Handset().Change(0, [](simulator::Phone& phone) { phone.limits.contacts = 12; });
     const std::string full = Card("Ann Lee", {"C1", "H2", "W3", "M4"});
-    const struct
-    {
-        const char* what;
-        std::string held, cards;
-        const char *options, *after, *says;
-    } cases[] = {
+    // What the handset holds, the cards, the options, what it holds then, and what is said.
+    const std::tuple<const char*, std::string, std::string, std::string, const char*, const char*> cases[] = {
         {"a namesake's number goes beside", Card("Ann Lee", {"C1", "Ea"}), Card("ann  LEE", {"C2"}), "",
          "Ann Lee: 1 a 2", "other-place: line 1: Mobile 2 is stored as Second mobile, as Mobile is taken"},
         {"or instead, when asked for", Card("Ann Lee", {"C1", "Ea"}), Card("Ann Lee", {"C2"}), "--replace ",
@@ -213,17 +210,16 @@ TEST_F(Contacts, CostNoNumberWhenACardMeetsThem)
         }
         return text;
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.what);
+    for (const auto& [what, before, cards, options, after, says] : cases) {
+        SCOPED_TRACE(what);
         Empty();
-        if (!test.held.empty())
-            Expect(0, "contacts import " + File("held.vcf", test.held));
-        const std::string command =
-            std::string("contacts import --no-copy ") + test.options + File("new.vcf", test.cards);
-        Expect(0, command, {test.says});
-        EXPECT_EQ(held(), test.after);
+        if (!before.empty())
+            Expect(0, "contacts import " + File("held.vcf", before));
+        const std::string command = "contacts import --no-copy " + options + File("new.vcf", cards);
+        Expect(0, command, {says});
+        EXPECT_EQ(held(), after);
         EXPECT_FALSE(Has(Run(command).out, "changed")) << "a second time";
-        EXPECT_EQ(held(), test.after);
+        EXPECT_EQ(held(), after);
     }
 }
 

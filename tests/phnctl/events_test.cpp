@@ -118,21 +118,17 @@ TEST_F(Events, AnImportLeavesTheOccurrencesOfItsFileAndNoneOfAnEarlierOne)
     };
     const std::string without = "EXDATE:20090311T120000\n";
     const std::string moved = "RECURRENCE-ID:20090313T120000\nDTSTART:20090313T150000\n";
-    const struct
-    {
-        std::vector<std::string> events;
-        const char* starts;
-        const char* says = "";
-    } versions[] = {
-        {{series("4", "")}, "10:12 11:12 12:12 13:12"},
-        {{series("5", without), moved}, "10:12 12:12 13:15 14:12"},
-        {{moved}, "10:12 12:12 13:15 14:12"}, // says nothing of the series
-        {{series("5", without), moved + "STATUS:CANCELLED\n"}, "10:12 12:12 14:12"},
-        {{series("5", without)}, "10:12 12:12 13:12 14:12"},
+    const std::tuple<std::vector<std::string>, const char*, const char*> versions[] = {
+        {{series("4", "")}, "10:12 11:12 12:12 13:12", ""},
+        {{series("5", without), moved}, "10:12 12:12 13:15 14:12", ""},
+        {{moved}, "10:12 12:12 13:15 14:12", ""}, // says nothing of the series
+        {{series("5", without), moved + "STATUS:CANCELLED\n"}, "10:12 12:12 14:12", ""},
+        {{series("5", without)}, "10:12 12:12 13:12 14:12", ""},
         {{series("6", without), "RECURRENCE-ID;RANGE=THISANDFUTURE:20090313T120000\nDTSTART:20090313T150000\n"},
-         "10:12 12:12 13:15 14:15 15:15"},
+         "10:12 12:12 13:15 14:15 15:15",
+         ""},
         {{series("4", "STATUS:CANCELLED\n")}, "10:12 12:12 13:15 14:15 15:15", "still-there: "},
-        {{"DTSTART:20090310T120000\n"}, "10:12"},
+        {{"DTSTART:20090310T120000\n"}, "10:12", ""},
     };
     Handset().Change(0, [](simulator::Phone& phone) { phone.events.clear(); });
     for (const auto& [events, starts, says] : versions) {

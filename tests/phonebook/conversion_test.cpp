@@ -121,6 +121,7 @@ TEST(Conversion, ATextBecomesARecord)
         {"FN:\nX-PHN-EMAIL-2:b\nEMAIL:a\nTEL;TYPE=FAX:5\nTEL;TYPE=WORK:4\nTEL;TYPE=HOME:3\nX-PHN-MOBILE-2:2\n"
          "TEL;TYPE=CELL:1\nX-PHN-SPEEDDIAL-LIST:1,2,3,4,5\nX-PHN-DEFAULT-NO:4\n",
          {.entries = {{6, u"b"}, {5, u"a"}, {4, u"5", 5}, {3, u"4", 3}, {2, u"3", 2}, {1, u"2", 4, 1}, {0, u"1", 1}}}},
+        {"FN\nREV:A\nEMAIL:a:b \n", {.first = u"A", .entries = {{5, u"a:b "}}}}, // a colon on a later line
         // Only the first line of a key counts.
         {"FN:A\nTEL;TYPE=CELL:1\nEMAIL:a\nTEL;TYPE=CELL:2\nX-PHN-DEFAULT-NO: +1x\n",
          {.first = u"A", .entries = {{0, u"1", 0, 1}, {5, u"a"}}}},

@@ -34,28 +34,6 @@ TEST(VCardReader, FindsTheFirstLineThatBeginsWithTheKey)
             << text;
 }
 
-TEST(VCardReader, AValueRunsFromTheFirstColonToTheLineEnd)
-{
-    constexpr const char* kAbsent = nullptr;
-    const std::tuple<EVCardKey, std::string_view, const char*> cases[] = {
-        {eKeyFullName, "fn: Alpha:Beta \n", " Alpha:Beta "},
-        {eKeyFullName, "FN:\r\n", ""},
-        {eKeyFullName, "FN:Alpha", kAbsent}, // no line end
-        {eKeyFullName, "FN\r\n", kAbsent},
-        {eKeyFullName, "FN:Alpha\0\r\n"sv, kAbsent},
-        {eKeyFullName, "FN\r\nREV:N/A\r\n", "N/A"}, // the colon may stand on a later line
-        {eKeyFullName, "x:1 FN:Alpha", kAbsent},
-        {eKeyEMail, "EMAIL;TYPE=INTERNET:alpha\n", "alpha"},
-        {eKeyGroupID, "X-PHN-GROUP-ID:123\nX-PHN-RINGER-ID:7\n", "123"},
-    };
-    for (const auto& [key, text, value] : cases) {
-        std::string_view found;
-        const bool isPresent = CVCardText(text).GetVCardProperty(key, &found).has_value();
-        EXPECT_EQ(isPresent, value != kAbsent) << text;
-        EXPECT_TRUE(!value || found == value) << text << " -> " << found;
-    }
-}
-
 TEST(VCardReader, NamesAreSplitAtTheFirstSpaceBetweenTwoParts)
 {
     const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 #include <thread>
+#include <tuple>
 
 #include <phn_platform_test.h>
 
@@ -58,17 +59,12 @@ std::string Text(const SYSTEMTIME& time)
 TEST(LocalTime, FollowsTheZonesRulesBothWays)
 {
     constexpr const char* kBerlin = "CET-1CEST,M3.5.0,M10.5.0/3";
-    const struct
-    {
-        const char* zone;
-        SYSTEMTIME utc; // year, month, day of the week, day, hour and so on
-        SYSTEMTIME local;
-        bool exists = true; // whether a clock there shows it
-    } table[] = {
-        {kBerlin, {2009, 3, 0, 29, 1, 0, 0, 7}, {2009, 3, 0, 29, 3, 0, 0, 7}},
+    // In UTC and local (year, month, day of the week, day, hour and so on), and whether a clock there shows it.
+    const std::tuple<const char*, SYSTEMTIME, SYSTEMTIME, bool> table[] = {
+        {kBerlin, {2009, 3, 0, 29, 1, 0, 0, 7}, {2009, 3, 0, 29, 3, 0, 0, 7}, true},
         {kBerlin, {2009, 3, 0, 29, 0, 30, 0, 0}, {2009, 3, 0, 29, 2, 30, 0, 0}, false},
-        {kBerlin, {2009, 10, 0, 25, 0, 30, 0, 0}, {2009, 10, 0, 25, 2, 30, 0, 0}}, // passed twice
-        {kBerlin, {2095, 12, 6, 31, 23, 30, 0, 0}, {2096, 1, 0, 1, 0, 30, 0, 0}},
+        {kBerlin, {2009, 10, 0, 25, 0, 30, 0, 0}, {2009, 10, 0, 25, 2, 30, 0, 0}, true}, // passed twice
+        {kBerlin, {2095, 12, 6, 31, 23, 30, 0, 0}, {2096, 1, 0, 1, 0, 30, 0, 0}, true},
     };
     SYSTEMTIME result{};
     for (const auto& [zone, utc, local, exists] : table) {
