@@ -1,5 +1,4 @@
 // Both directions of the iCalendar conversion.
-
 #include "calendar/event_text.h"
 #include "calendar/time_zones.h"
 
@@ -166,11 +165,14 @@ TEST(EventRecord, EveryNameOfTheOffsetTableIsKnown)
         EXPECT_EQ(FindTimeZoneOffset(name), 60 * minutes) << name;
 }
 
-TEST(EventRecord, DatesThatDoNotExistRunOver)
+TEST(EventRecord, DatesHaveOneShapeAndRunOverWhenTheyDoNotExist)
 {
     const auto stored = [](const std::string& text) {
         return Show(Read(Event("DESCRIPTION:d\nDTSTART:" + text + "\nDTEND:20100601T000000\n")).tmStart);
     };
+    EXPECT_EQ(stored("2009:03\\15T12:00:59"), "2009-03-15 12:00:59"); // separators of any sort, one at a place
+    EXPECT_EQ(stored("2009-03-15T12:3"), "2009-03-15 12:03:00");      // what is missing is 0
+    EXPECT_EQ(stored("20090315T12/000 rest"), "2009-03-15 12:00:00"); // no separator of times
     EXPECT_EQ(stored("20080230T120000"), "2008-03-01 12:00:00");
     EXPECT_EQ(stored("20090331T250000"), "2009-04-01 01:00:00");
     EXPECT_EQ(stored("20091231T235999"), "2010-01-01 00:00:39");

@@ -1,5 +1,4 @@
 // The property reader and its oddities, and the pure steps behind it.
-
 #include <chrono>
 #include <tuple>
 
@@ -65,29 +64,6 @@ TEST(ICalendarReader, APropertyIsItsFirstLineOrNothing)
     EXPECT_EQ(CiCalText("UID:" + std::string(260, 'a') + "\n").GetiCalProperty(eKeyUID, ':'), std::nullopt);
 }
 
-TEST(ICalendarReader, AParameterIsItsFirstOccurrenceOrNothing)
-{
-    const std::tuple<const char*, const char*> cases[] = {
-        {"BYMONTH=3,4;COUNT=2", "3,4"},
-        {" bymonth=3", "3"},
-        {"BYMONTHDAY=-1;BYMONTH=3", kNone},
-        {"XBYMONTH=1;BYMONTH=3", kNone},
-        {"1BYMONTH=1;BYMONTH=3", kNone},
-        {"-BYMONTH=3=4", "3"},
-        {"BYMONTH", kNone},
-        {"BYMONTH=", ""},
-        {"BYMONTH;A=1", "1"},
-        {"BYMONTH=12345678901", kNone},
-        {"", kNone},
-    };
-    for (const auto& [text, value] : cases)
-        EXPECT_EQ(OrNone(GetiCalParameter(text, "BYMONTH", 10)), OrNone(value)) << text;
-
-    EXPECT_EQ(OrNone(GetLeadingProperty(" \ttzid=PST:2009", "TZID", '=', 9)), "PST");
-    EXPECT_EQ(GetLeadingProperty("A;TZID=PST", "TZID", '=', 9), std::nullopt);
-    EXPECT_EQ(GetLeadingProperty("TZIDS=PST", "TZID", '=', 9), std::nullopt);
-}
-
 TEST(ICalendarReader, ATriggersMinutesStandBetweenThePAndTheLastM)
 {
     const std::tuple<const char*, const char*> cases[] = {
@@ -96,38 +72,6 @@ TEST(ICalendarReader, ATriggersMinutesStandBetweenThePAndTheLastM)
     };
     for (const auto& [trigger, minutes] : cases)
         EXPECT_EQ(OrNone(GetTriggerMinutes(trigger)), OrNone(minutes)) << trigger;
-}
-
-TEST(ICalendarReader, DatesHaveOneShapeWithOptionalSeparators)
-{
-    // Without a date: rejected.
-    const std::tuple<const char*, const char*, bool> cases[] = {
-        {"20090315T120000", "2009-03-15 12:00:00", false},
-        {"20090315T120000Z", "2009-03-15 12:00:00", true},
-        {"20090315T120000z rest", "2009-03-15 12:00:00", true},
-        {"2009/03/15T12-00-00", "2009-03-15 12:00:00", false},
-        {"2009:03\\15T12:00:59Z", "2009-03-15 12:00:59", true},
-        {"2009-03-15T12:3", "2009-03-15 12:03:00", false}, // what is missing is 0
-        {"20090315T12/000", "2009-03-15 12:00:00", false}, // no separator of times
-        {"20090315T1200", kNone, false},
-        {"20090315 120000", kNone, false},
-        {"20090315t120000", kNone, false},
-        {"2009--0315T1200", kNone, false},
-        {"20090315-T120000", kNone, false},
-        {"abcdefghTijklmn", "0000-00-00 00:00:00", false},
-        {"", kNone, false},
-    };
-    for (const auto& [text, date, isUtc] : cases) {
-        const std::optional<SCalDate> parsed = ParseiCalDate(text);
-        ASSERT_EQ(parsed.has_value(), date != kNone) << text;
-        if (!parsed)
-            continue;
-        char shown[80];
-        std::snprintf(shown, sizeof shown, "%04d-%02d-%02d %02d:%02d:%02d", parsed->nYear, parsed->nMonth, parsed->nDay,
-                      parsed->nHour, parsed->nMinute, parsed->nSecond);
-        EXPECT_STREQ(shown, date);
-        EXPECT_EQ(parsed->bUtc, isUtc) << text;
-    }
 }
 
 // A million bytes that make the reader look as often as it can. The bound is a hundred times what a linear one needs.

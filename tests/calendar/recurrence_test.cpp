@@ -1,5 +1,4 @@
 // Recurrence rules, from text to the record's fields and back.
-
 #include "calendar/event_text.h"
 
 #include <cstring>
@@ -72,6 +71,8 @@ TEST(RecurrenceFields, HoldWhatTheRuleStates)
         {" \tfreq=YEARLY;interval=2", "FREQ=YEARLY;INTERVAL=2"},
         {"FREQ=daily", "INTERVAL=1"},
         {"FREQ=HOURLY", "INTERVAL=1"},
+        {"FREQ=DAILY;XCOUNT=1;COUNT=3", "FREQ=DAILY;INTERVAL=1"}, // the first place decides
+        {"FREQ=DAILY;-COUNT=3=4", "FREQ=DAILY;COUNT=3;INTERVAL=1"},
         {"FREQ=WEEKLY; BYDAY=MO,TU,WE,TH,FR", "FREQ=WEEKLY;INTERVAL=1;BYDAY=MO,TU,WE,TH,FR"},
         {"FREQ=MONTHLY;BYDAY=2TU,-3WE,5MO", "FREQ=MONTHLY;INTERVAL=1;BYDAY=5MO,2TU,-3WE"},
         {"FREQ=WEEKLY;BYDAY=TU,0TH,XFRX,,ABC,fr", "FREQ=WEEKLY;INTERVAL=1;BYDAY=TU,TH,FR"},

@@ -1,5 +1,4 @@
 // Why a text is rejected, or a record has none, line by line.
-
 #include <cstdlib>
 #include <tuple>
 
@@ -46,6 +45,10 @@ TEST_F(Rejection, EachReasonHasItsOwnLine)
         {event(day, day, "BEGIN:VALARM\nTRIGGER:P5M\nEND:VALARM\n"), decode},
         {event(std::string(15, 'x') + '\0', day), decode}, // the text ends at a zero byte
         {event("20090315", day), "Start Date ParseiCalDate returned false."},
+        {event("20090315t120000", day), "Start Date ParseiCalDate returned false."},
+        {event("2009--0315T1200", day), "Start Date ParseiCalDate returned false."},
+        {event("20090315-T120000", day), "Start Date ParseiCalDate returned false."},
+        {event("abcdefghTijklmn", day), "Start Date CheckDateRange returned false."},
         {event("19801231T120000", day), "Start Date CheckDateRange returned false."},
         {event("20090015T120000", day), "Start Date CheckDateRange returned false."},
         {event("20091315T120000", day), "Start Date CheckDateRange returned false."},

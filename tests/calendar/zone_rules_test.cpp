@@ -1,5 +1,4 @@
 // What is stored of local times around changes of the clocks, and up to 2038, in the zone of the process's TZ.
-
 #include <cstdlib>
 #include <tuple>
 

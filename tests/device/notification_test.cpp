@@ -1,5 +1,4 @@
 // What the hidden window hears: interfaces that come and go, power events, the poll message and its timer.
-
 #include <sstream>
 #include <thread>
 

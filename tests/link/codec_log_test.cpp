@@ -1,5 +1,4 @@
 // The exact lines of the codec's refusals.
-
 #include <tuple>
 
 #include "link/frame_codec.h"

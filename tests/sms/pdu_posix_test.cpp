@@ -1,5 +1,4 @@
 // What a PDU's conversion takes from its surroundings: the time zone; and the lines that it leaves in the log.
-
 #include <cstdlib>
 #include <cstring>
 #include <tuple>

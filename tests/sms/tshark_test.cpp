@@ -1,5 +1,4 @@
 // The library's PDUs, decoded by tshark, which knows nothing of it. Skipped where that is not installed.
-
 #include "api/handset_fixture.h"
 #include "support/tshark.h"
 #include "wire/record_bytes.h"

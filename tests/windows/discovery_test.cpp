@@ -1,5 +1,4 @@
 // How the library finds and loses a handset on Windows: device interfaces, device messages, the serial-port map.
-
 #include "api/handset_fixture.h"
 #include "callback/host_functions.h"
 #include "windows/driver.h"

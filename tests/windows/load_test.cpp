@@ -1,4 +1,5 @@
 // Loading and unloading, and a host that ends without unloading, while the library probes a silent port.
+#include <windows.h>
 
 #include <tlhelp32.h>
 

@@ -1,5 +1,4 @@
 // PHNNRV-simulated.dll in place of PHNNRV.dll: the handset in the process, its script, its control pipe, its end.
-
 #include <algorithm>
 #include <array>
 #include <thread>
