@@ -36,6 +36,7 @@ TEST_F(Rejection, EachReasonHasItsOwnLine)
         {versioned("X-VERSION:2.0\n"), decode},
         {versioned("VERSION:2.0\nVERSION:1.0\n"), nullptr},
         {"BEGIN:VCALENDAR\nVERSION:2.0\nBEGIN:VEVENT\nEND:VCALENDAR\n", decode},
+        {"END:VCALENDAR\nBEGIN:VCALENDAR\n", "GetiCalComponent returned false."},
         {Event("DTSTART:" + day + "\nDTEND:" + day + "\n"), decode},
         {Event("DESCRIPTION:" + std::string(260, 'd') + "\nDTSTART:" + day + "\nDTEND:" + day + "\n"), decode},
         {Event("DESCRIPTION:d\nDTEND:" + day + "\n"), decode},
