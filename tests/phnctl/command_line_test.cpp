@@ -57,12 +57,11 @@ TEST(CommandLine, FailuresAreAnsweredInJsonTooAndNoneIsLostInSilence)
     Expect(Program().Run("--simulator lock on 9999 --json"), 1,
            {"{\"error\":{\"code\":203,\"name\":\"PHN_ERROR_INVALID_LOCK_CODE\",\"text\":\"the lock code is wrong\","
             "\"while\":\"locking the handset\"}}\nphnctl: "});
-}
-for (const char* words : {"--help", "--simulator info"}) {
-    Program program;
-    program.SendOutputTo("/dev/full");
-    Expect(program.Run(words), 1, {"No space left"});
-}
+    for (const char* words : {"--help", "--simulator info"}) {
+        Program program;
+        program.SendOutputTo("/dev/full");
+        Expect(program.Run(words), 1, {"No space left"});
+    }
 }
 
 // What a shell is told for the last of some words, which may be ''.
