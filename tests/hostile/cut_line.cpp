@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <random>
+#include <string_view>
 #include <utility>
 
 #include "simulator/commands/command.h"
@@ -35,7 +36,7 @@ Bytes Garbage(std::size_t size, std::uint32_t seed)
 }
 
 // By docs/protocol.md, and from nothing of the library.
-Verdict Judge(const Bytes& sent, std::uint32_t sequence, std::uint32_t command)
+Verdict JudgeReply(const Bytes& sent, std::uint32_t sequence, std::uint32_t command)
 {
     constexpr std::uint32_t kLastStatus = 12; // behind these none has a code
     constexpr std::uint32_t kLastResult = 148;
@@ -52,11 +53,26 @@ Verdict Judge(const Bytes& sent, std::uint32_t sequence, std::uint32_t command)
     return result > kLastResult ? Verdict::Foreign : Verdict::Refused;
 }
 
+Verdict JudgeAnswer(const Bytes& sent)
+{
+    if (sent.empty())
+        return Verdict::Missing;
+    constexpr std::string_view kError = "ERROR";
+    return std::ranges::search(sent, kError).empty() ? Verdict::Whole : Verdict::Refused;
+}
+
+void SayError(Bytes& answer)
+{
+    constexpr std::string_view kEnd = "OK\r\n", kError = "ERROR\r\n";
+    answer.resize(answer.size() - kEnd.size());
+    answer.insert(answer.end(), kError.begin(), kError.end());
+}
+
 class Conversation final : public simulator::Conversation
 {
 public:
-    Conversation(simulator::Handset& handset, CutLine& line)
-        : session_(handset, simulator::PortKind::Diagnostic), line_(line)
+    Conversation(simulator::Handset& handset, simulator::PortKind kind, CutLine& line)
+        : session_(handset, kind), line_(line)
     {
     }
 
@@ -104,7 +120,7 @@ simulator::LineOpener CutLine::Opener(std::filesystem::path devices, std::string
 simulator::ConversationMaker CutLine::Maker()
 {
     return [this](simulator::Handset& handset, simulator::Line&) {
-        return std::make_unique<Conversation>(handset, *this);
+        return std::make_unique<Conversation>(handset, kind_, *this);
     };
 }
 
@@ -134,8 +150,11 @@ std::vector<Step> CutLine::Answer(std::vector<Step> steps)
 {
     const std::scoped_lock lock(mutex_);
     Bytes& reply = steps.front().bytes;
+    const bool isCut = armed_ && seen_++ == armed_->exchange;
+    if (isCut && armed_->saysError)
+        SayError(reply);
     sizes_.push_back(reply.size());
-    if (!armed_ || seen_++ != armed_->exchange)
+    if (!isCut)
         return steps;
     const Bytes frame = simulator::Unstuff(reply); // repeats sequence identifier and command of the request
     const auto cut = reply.begin() + static_cast<std::ptrdiff_t>(armed_->at);
@@ -145,7 +164,9 @@ std::vector<Step> CutLine::Answer(std::vector<Step> steps)
         const Bytes garbage = Garbage(rest.bytes.size(), armed_->seed);
         reply.insert(reply.end(), garbage.begin(), garbage.end());
     }
-    verdict_ = Judge(reply, NumberAt(frame, simulator::kReplySequenceOffset), NumberAt(frame, kPayload));
+    verdict_ = kind_ == simulator::PortKind::Modem
+                   ? JudgeAnswer(reply)
+                   : JudgeReply(reply, NumberAt(frame, simulator::kReplySequenceOffset), NumberAt(frame, kPayload));
     isSent_ = reply.empty();
     judged_.notify_all();
     if (reply.empty())

@@ -1,5 +1,6 @@
-// A simulated handset's line on which one reply breaks off at a byte, and what a host must make of it. The test says
-// what happens to which of the replies to come; the serving thread asks here for every request.
+// A simulated handset's line on which one reply, or one answer to an AT command, breaks off at a byte, and what a host
+// must make of it. The test says what happens to which of those to come; the serving thread asks here for every
+// request.
 #pragma once
 
 #include <condition_variable>
@@ -27,13 +28,14 @@ struct Cut
     std::size_t at;       // bytes of the reply that are right
     Ending ending;
     std::uint32_t seed = 0; // of the garbage
+    bool saysError = false; // instead of OK, which an answer to an AT command ends in
 };
 
-// What a host can tell from the bytes that came.
+// What a host can tell from the bytes that came at once.
 enum class Verdict
 {
-    Whole,   // the reply is good as far as its frame, status and result go
-    Refused, // the handset refuses, with a status or result that has a code
+    Whole,   // the reply is good as far as its frame, status and result go; the answer has no error in it
+    Refused, // the handset refuses, with a status or result that has a code, or with an error
     Foreign, // no reply to the request, or refused with what has no code
     Missing, // more bytes would have to come, and none do
 };
@@ -41,6 +43,8 @@ enum class Verdict
 class CutLine
 {
 public:
+    explicit CutLine(simulator::PortKind kind = simulator::PortKind::Diagnostic) : kind_(kind) {}
+
     // What a simulator is made of that offers this line under the name.
     simulator::LineOpener Opener(std::filesystem::path devices, std::string name);
     simulator::ConversationMaker Maker();
@@ -59,6 +63,7 @@ public:
     void OnSent();
 
 private:
+    const simulator::PortKind kind_;
     std::mutex mutex_;
     std::condition_variable judged_;
     std::optional<Cut> armed_;

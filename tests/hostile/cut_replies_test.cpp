@@ -1,15 +1,13 @@
 // Every reply of the wire, cut at every byte, and then silence, the rest, a hang-up or garbage: the call ends with the
-// code that is documented for it, within its bound, and the next exchange works. All of them take minutes, so a run
-// takes every so many (PHNNRV_CUTS_EVERY; 1: all) from an offset (PHNNRV_CUTS_FROM) that moves from day to day.
-#include <algorithm>
+// code that is documented for it, within its bound, and the next exchange works. All of them take minutes.
 #include <chrono>
-#include <cstdlib>
 #include <string>
 #include <thread>
 #include <tuple>
 
 #include "api/handset_fixture.h"
 #include "hostile/cut_line.h"
+#include "hostile/cut_sample.h"
 #include "phn_platform_test.h"
 #include "phnnrv.hpp"
 #include "simulator/lines/device_directory.h"
@@ -21,20 +19,7 @@ using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
 constexpr double kScale = 0.3; // so that no exchange that is good runs out of time on a busy machine
-constexpr unsigned kEvery = 20;
 constexpr DWORD kWatchCycle = 15000;
-
-unsigned Setting(const char* name, unsigned otherwise)
-{
-    const char* const value = std::getenv(name);
-    return value ? static_cast<unsigned>(std::strtoul(value, nullptr, 10)) : otherwise;
-}
-
-unsigned Today()
-{
-    using namespace std::chrono;
-    return static_cast<unsigned>(floor<days>(system_clock::now()).time_since_epoch().count());
-}
 
 using Case = std::tuple<Ending, bool>; // and whether reads are prompt
 
@@ -145,35 +130,26 @@ private:
     simulator::Simulator simulator_{line_.Opener(devices_.Path(), simulator::UsbInterfaceName("0001")), line_.Maker()};
 
 protected:
-    std::string SampleText() const
-    {
-        return "PHNNRV_CUTS_EVERY=" + std::to_string(every_) + " PHNNRV_CUTS_FROM=" + std::to_string(from_);
-    }
-
     std::vector<HostCall> calls_;
-    // One cut of so many is made.
-    const unsigned every_ = std::max(1u, Setting("PHNNRV_CUTS_EVERY", kEvery));
-    const unsigned from_ = Setting("PHNNRV_CUTS_FROM", Today() * 7);
+    CutSample sample_;
 };
 
 } // namespace
 
 TEST_P(CutRepliesTest, EndWithTheirCodeAndTheNextExchangeWorks)
 {
-    unsigned cuts = 0, runs = 0;
     std::optional<Usage> before;
     for (const HostCall& call : calls_) {
         const std::vector<std::size_t> sizes = Rehearse(call);
         ASSERT_FALSE(HasFailure());
         for (std::size_t exchange = 0; exchange < sizes.size(); ++exchange) {
             for (std::size_t at = 0; at < sizes[exchange]; ++at) {
-                if (cuts++ % every_ != from_ % every_)
+                if (!sample_.Take())
                     continue;
                 SCOPED_TRACE(call.name + ", exchange " + std::to_string(exchange) + ", byte " + std::to_string(at) +
-                             "; " + SampleText());
+                             "; " + sample_.Text());
                 Run(call, {exchange, at, std::get<0>(GetParam()), static_cast<std::uint32_t>(at)});
                 ASSERT_FALSE(HasFatalFailure());
-                ++runs;
             }
         }
         Rehearse(calls_.front());
@@ -182,7 +158,7 @@ TEST_P(CutRepliesTest, EndWithTheirCodeAndTheNextExchangeWorks)
         EXPECT_EQ(after.descriptors, before.value_or(after).descriptors) << call.name;
         before = after;
     }
-    std::printf("%u cut replies, %s\n", runs, SampleText().c_str());
+    std::printf("%u cut replies, %s\n", sample_.Taken(), sample_.Text().c_str());
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CutRepliesTest,

@@ -1,0 +1,42 @@
+// Which of the cuts of a walk a run makes: every so many (PHNNRV_CUTS_EVERY; 1: all) from an offset (PHNNRV_CUTS_FROM)
+// that moves from day to day.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+
+class CutSample
+{
+public:
+    // Is the next one made?
+    bool Take()
+    {
+        const bool isTaken = asked_++ % every_ == from_ % every_;
+        taken_ += isTaken;
+        return isTaken;
+    }
+    unsigned Taken() const { return taken_; }
+    std::string Text() const
+    {
+        return "PHNNRV_CUTS_EVERY=" + std::to_string(every_) + " PHNNRV_CUTS_FROM=" + std::to_string(from_);
+    }
+
+private:
+    static unsigned Setting(const char* name, unsigned otherwise)
+    {
+        const char* const value = std::getenv(name);
+        return value ? static_cast<unsigned>(std::strtoul(value, nullptr, 10)) : otherwise;
+    }
+    static unsigned Today()
+    {
+        using namespace std::chrono;
+        return static_cast<unsigned>(floor<days>(system_clock::now()).time_since_epoch().count());
+    }
+
+    const unsigned every_ = std::max(1u, Setting("PHNNRV_CUTS_EVERY", 20));
+    const unsigned from_ = Setting("PHNNRV_CUTS_FROM", Today() * 7);
+    unsigned asked_ = 0;
+    unsigned taken_ = 0;
+};
