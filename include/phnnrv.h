@@ -70,6 +70,7 @@
  *      PHN_Startup waits up to 15 s for a handset before its two exchanges.
  *      PHN_GetFirstMessage makes two exchanges; for list 1 PHN_GetCallEntryCount and PHN_ClearCallEntries make two, and
  *      PHN_GetFirstCallEntry and PHN_GetNextCallEntry up to two.
+ *      PHN_SetCallback and PHN_GetNetworkErrorString make none; PHN_SetCallback waits for a callback that is running.
  *      Modem port (used when the handset offers no diagnostic port): a read ends 7 s after the last byte that came; one
  *      that gets no byte at all is bounded only by 7000 ms for each byte asked for, up to 50001 of them (four days).
  *      Removal of the handset and unloading end it at once.

@@ -116,7 +116,27 @@ protected:
         return took / Scale();
     }
 
-    std::vector<HostCall> calls_;
+    // What a registration takes that comes while the handset holds up the poll.
+    Milliseconds MeasureRegistration()
+    {
+        constexpr std::uint32_t kVariance = 49;
+        Milliseconds took{};
+        std::chrono::steady_clock::time_point end;
+        std::jthread other([&] {
+            EXPECT_TRUE(simulator_.Control().WaitForRequests(kVariance, 1, 10s));
+            const auto begin = std::chrono::steady_clock::now();
+            EXPECT_EQ(CALL(PHN_SetCallback)(
+                          PHN_CALLBACK_REMOVED, [](std::uint32_t) {}, 0),
+                      PHN_ERROR_NONE);
+            end = std::chrono::steady_clock::now();
+            took = (end - begin) / Scale();
+        });
+        Measure(calls_.back());
+        const auto polled = std::chrono::steady_clock::now();
+        other.join();
+        EXPECT_LT(end, polled);
+        return took;
+    }
 
 private:
     void Begin(const HostCall& call)
@@ -135,6 +155,9 @@ private:
     simulator::Simulator simulator_{
         simulator::PtyLines(devices_.Path(), simulator::UsbInterfaceName("0001")),
         [this](simulator::Handset& handset, simulator::Line&) { return std::make_unique<Dripping>(handset, drip_); }};
+
+protected:
+    std::vector<HostCall> calls_;
 };
 
 } // namespace
@@ -148,6 +171,12 @@ TEST_P(TimeBoundsTest, NoHandsetHoldsACallUpForLonger)
         EXPECT_LE(took, Milliseconds(call.Bound())) << call.name;
         std::printf("| `%s` | %.2f s | %.2f s |\n", call.name.c_str(), Milliseconds(call.Bound()) / 1s, took / 1s);
     }
+}
+
+// It asks the handset nothing.
+TEST_P(TimeBoundsTest, ARegistrationWaitsForNoPoll)
+{
+    std::printf("| `PHN_SetCallback` | 0 s | %.2f s |\n", MeasureRegistration() / 1s);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, TimeBoundsTest,

@@ -4,6 +4,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <termios.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
@@ -33,14 +34,14 @@ std::string FindDevice(const char* name)
     return {};
 }
 
-mode_t KindOf(int descriptor)
+struct stat StatusOf(int descriptor)
 {
     struct stat status
     {
     };
     if (fstat(descriptor, &status))
         ThrowErrno();
-    return status.st_mode & S_IFMT;
+    return status;
 }
 
 // Looked at before it is opened: to open a FIFO or a tape has effects of its own.
@@ -116,6 +117,16 @@ int OpenDescriptor(const std::string& path, int flags)
     return open(path.c_str(), flags | O_NOCTTY | O_CLOEXEC | O_NONBLOCK, 0600);
 }
 
+// What was there already becomes its owner's alone too, as far as it is this user's and has no other name: that of
+// another user, or one that somebody has linked here, stays as it is. Where a file system has no modes, nothing
+// changes.
+void KeepPrivate(int descriptor, const struct stat& status)
+{
+    constexpr mode_t others = S_IRWXG | S_IRWXO, all = 07777;
+    if ((status.st_mode & others) && status.st_nlink == 1 && status.st_uid == geteuid())
+        fchmod(descriptor, status.st_mode & all & ~others);
+}
+
 bool IsRefused(int error)
 {
     return error == EACCES || error == EPERM || error == EROFS;
@@ -133,8 +144,11 @@ std::shared_ptr<File> OpenDiskFile(const std::string& path, DWORD access, DWORD 
     }
     if (!descriptor)
         ThrowErrno();
-    switch (KindOf(descriptor.Get())) {
+    const struct stat status = StatusOf(descriptor.Get());
+    switch (status.st_mode & S_IFMT) {
     case S_IFREG:
+        if (flags & O_CREAT)
+            KeepPrivate(descriptor.Get(), status);
         break;
     case S_IFCHR:
         if (fcntl(descriptor.Get(), F_SETFL, flags & O_APPEND))
