@@ -12,7 +12,6 @@
 #include <vector>
 
 // One line for the working directory, the umask, the locale, each environment variable and each signal's handler.
-// One line for the working directory, the umask, the locale, each environment variable and each signal's handler.
 inline std::vector<std::string> ProcessState()
 {
     const mode_t mask = umask(0);
@@ -32,7 +31,6 @@ inline std::vector<std::string> ProcessState()
     return lines;
 }
 
-// What a child would inherit of this process's descriptors, by what they stand for.
 // What a child would inherit of this process's descriptors, by what they stand for.
 inline std::vector<std::string> InheritedDescriptors()
 {
