@@ -21,14 +21,20 @@ std::int32_t AnyType(Dice& dice, int last)
 
 } // namespace
 
-Host::Host(const Library& library, Tally& tally)
+Host::Host(const Library& library, Tally& tally, const Refusals& refusals, const simulator::Phone& phone)
     : library_(library),
       tally_(tally),
-      ledger_(library),
-      table_(HostCalls([&](const char* name) { return library.Find(name); }))
+      find_([&](const char* name) { return library.Find(name); }),
+      events_(Events(find_), refusals, phone),
+      contacts_(Contacts(find_), refusals, phone),
+      messages_(find_, refusals),
+      table_(HostCalls(find_))
 {
     theHost = this;
     AddPlainCalls();
+    AddKeptCalls("Event", events_);
+    AddKeptCalls("Contact", contacts_);
+    AddMessageCalls();
     AddChosenCalls();
 }
 
@@ -39,11 +45,12 @@ Host::~Host()
     theHost = nullptr;
 }
 
-// Each export as it is called correctly, but those that come seldom.
+// Each export as it is called correctly, but those that come seldom or delete what is kept account of.
 void Host::AddPlainCalls()
 {
     for (const HostCall& call : table_)
-        if (call.name.starts_with("PHN_") && call.name != "PHN_DeleteAllEvents" && call.name != "PHN_Shutdown")
+        if (call.name.starts_with("PHN_") && !call.name.starts_with("PHN_DeleteAll") &&
+            call.name != "PHN_DeleteMessage" && call.name != "PHN_Shutdown")
             calls_.push_back({call.name, call.name.ends_with("Count"), [&](unsigned, Dice&) { return call.call(); }});
     for (const char* name :
          {"PHN_CheckForUpgrade", "PHN_GetLocationInfo", "PHN_GetMassStorageMode", "PHN_GetNDISMode", "PHN_PlayRingerID",
@@ -55,46 +62,79 @@ void Host::AddPlainCalls()
              }});
 }
 
-// Those whose arguments make a difference, several times: they come as often.
+void Host::Add(const std::string& name, const std::function<std::uint32_t(unsigned thread, Dice& dice)>& call)
+{
+    for (int times = 0; times < 3; ++times)
+        calls_.push_back({name, name.ends_with("Count"), call});
+}
+
+void Host::AddKeptCalls(const std::string& kind, Ledger& ledger)
+{
+    Add("PHN_Set" + kind, [&ledger](unsigned thread, Dice& dice) {
+        const auto slot = static_cast<std::uint32_t>(dice() % Ledger::kPerThread);
+        return ledger.Write(thread, slot, static_cast<std::uint32_t>(dice()));
+    });
+    Add("PHN_Delete" + kind, [&ledger](unsigned thread, Dice& dice) {
+        return ledger.Delete(thread, static_cast<std::uint32_t>(dice() % Ledger::kPerThread));
+    });
+    Add("PHN_DeleteAll" + kind + "s", [&ledger](unsigned thread, Dice& dice) {
+        if (dice() % 32 != 0) // or there would be none
+            return ledger.Write(thread, 0, static_cast<std::uint32_t>(dice()));
+        return ledger.DeleteAll();
+    });
+}
+
+// Of the other boxes, too, or the store would be full.
+void Host::AddMessageCalls()
+{
+    Add("PHN_SaveMessage", [this](unsigned, Dice& dice) { return messages_.Save(static_cast<std::uint32_t>(dice())); });
+    Add("PHN_DeleteMessage", [this](unsigned, Dice& dice) { return messages_.Delete(AnyIndex(dice)); });
+    Add("PHN_DeleteAllMessages", [this, &call = SOAK_EXPORT(library_, PHN_DeleteAllMessages)](unsigned, Dice& dice) {
+        const std::int32_t box = AnyType(dice, PHN_MESSAGE_BOX_LAST);
+        if (box != SavedMessages::kBox)
+            return call(box);
+        return dice() % 4 ? messages_.Save(static_cast<std::uint32_t>(dice())) : messages_.DeleteAll();
+    });
+}
+
+std::vector<std::string> Host::Compare(const simulator::Phone& phone) const
+{
+    std::vector<std::string> differences = events_.Compare(phone);
+    for (const auto& more : {contacts_.Compare(phone), messages_.Compare(phone)})
+        differences.insert(differences.end(), more.begin(), more.end());
+    return differences;
+}
+
+// Those whose arguments make a difference.
 void Host::AddChosenCalls()
 {
-    const auto add = [this](const char* name, auto call) {
-        for (int times = 0; times < 3; ++times)
-            calls_.push_back({name, std::string(name).ends_with("Count"), call});
-    };
-    add("PHN_SetEvent", [this](unsigned thread, Dice& dice) {
-        const auto slot = static_cast<std::uint32_t>(dice() % Ledger::kPerThread);
-        return ledger_.Write(thread, slot, static_cast<std::uint32_t>(dice()));
+    Add("PHN_SetLock", [&call = SOAK_EXPORT(library_, PHN_SetLock)](unsigned, Dice& dice) {
+        return call(dice() % 2, dice() % 2 ? kLockCode : "1234");
     });
-    add("PHN_DeleteEvent", [this](unsigned thread, Dice& dice) {
-        return ledger_.Delete(thread, static_cast<std::uint32_t>(dice() % Ledger::kPerThread));
+    Add("PHN_ChangeLockCode", [&call = SOAK_EXPORT(library_, PHN_ChangeLockCode)](unsigned, Dice& dice) {
+        return dice() % 2 ? call(kLockCode, "0000") : call("1234", kLockCode);
     });
-    add("PHN_DeleteAllEvents", [this](unsigned thread, Dice& dice) {
-        if (dice() % 32 != 0) // or there would be none
-            return ledger_.Write(thread, 0, static_cast<std::uint32_t>(dice()));
-        return ledger_.DeleteAll();
-    });
-    add("PHN_GetContact", [&call = SOAK_EXPORT(library_, PHN_GetContact)](unsigned, Dice& dice) {
+    Add("PHN_GetContact", [&call = SOAK_EXPORT(library_, PHN_GetContact)](unsigned, Dice& dice) {
         std::array<char, 4096> text;
         PHN_CONTACT_RECORD record{sizeof record, text.data(), static_cast<std::uint32_t>(dice() % text.size())};
         return call(AnyIndex(dice), &record);
     });
-    add("PHN_GetFirstMessage", [&call = SOAK_EXPORT(library_, PHN_GetFirstMessage)](unsigned, Dice& dice) {
+    Add("PHN_GetFirstMessage", [&call = SOAK_EXPORT(library_, PHN_GetFirstMessage)](unsigned, Dice& dice) {
         std::array<std::uint8_t, 512> pdu;
         PHN_SMS_MESSAGE record{sizeof record, pdu.data(), static_cast<std::uint32_t>(dice() % pdu.size()), 0, 0};
         return call(AnyType(dice, PHN_MESSAGE_BOX_LAST), &record);
     });
-    add("PHN_GetCallEntryCount", [&call = SOAK_EXPORT(library_, PHN_GetCallEntryCount)](unsigned, Dice& dice) {
+    Add("PHN_GetCallEntryCount", [&call = SOAK_EXPORT(library_, PHN_GetCallEntryCount)](unsigned, Dice& dice) {
         return call(AnyType(dice, PHN_CALL_LIST_LAST));
     });
-    add("PHN_SetCallback", [&call = SOAK_EXPORT(library_, PHN_SetCallback)](unsigned, Dice& dice) {
+    Add("PHN_SetCallback", [&call = SOAK_EXPORT(library_, PHN_SetCallback)](unsigned, Dice& dice) {
         return call(AnyType(dice, PHN_CALLBACK_LAST), Tell, dice() % 3 == 0);
     });
-    add("PHN_Startup", [&startup = SOAK_EXPORT(library_, PHN_Startup),
+    Add("PHN_Startup", [&startup = SOAK_EXPORT(library_, PHN_Startup),
                         &shutdown = SOAK_EXPORT(library_, PHN_Shutdown)](unsigned, Dice& dice) {
         return dice() % 64 ? startup() : shutdown(); // or nothing would be served
     });
-    add("PHN_GetNetworkErrorString", [&call = SOAK_EXPORT(library_, PHN_GetNetworkErrorString)](unsigned, Dice& dice) {
+    Add("PHN_GetNetworkErrorString", [&call = SOAK_EXPORT(library_, PHN_GetNetworkErrorString)](unsigned, Dice& dice) {
         std::array<char, 128> text;
         return call(static_cast<std::int32_t>(990 + dice() % 60), text.data(),
                     static_cast<std::int32_t>(dice() % text.size()));

@@ -1,66 +1,69 @@
 #include "ledger.h"
 
 #include <mutex>
+#include <utility>
 
 namespace soak {
 
-Ledger::Ledger(const Library& library)
-    : setEvent_(&SOAK_EXPORT(library, PHN_SetEvent)),
-      deleteEvent_(&SOAK_EXPORT(library, PHN_DeleteEvent)),
-      deleteAll_(&SOAK_EXPORT(library, PHN_DeleteAllEvents))
+Ledger::Ledger(Store store, const Refusals& refusals, const simulator::Phone& phone)
+    : store_(std::move(store)), refusals_(refusals)
 {
-    slots_.fill({""});
+    for (std::size_t place = 0; place < slots_.size(); ++place)
+        slots_[place].text = store_.held(phone, store_.index(place));
 }
 
-PHN_ERROR Ledger::Note(Texts& texts, const std::string& text, PHN_ERROR code)
+PHN_ERROR Ledger::Make(std::span<Slot> slots, const std::string& text, std::uint32_t command,
+                       const std::function<PHN_ERROR()>& call) const
 {
-    if (code == PHN_ERROR_NONE)
-        texts.clear();
-    texts.insert(text);
+    const unsigned refused = refusals_.Of(command);
+    const PHN_ERROR code = call();
+    if (!IsSent(code))
+        return code;
+    const auto now = Clock::now();
+    for (Slot& slot : slots) {
+        if (code != PHN_ERROR_NONE) {
+            slot.doubtful[text] = now;
+            continue;
+        }
+        const std::string before = std::exchange(slot.text, text);
+        if (refusals_.Of(command) != refused)
+            slot.doubtful[before] = now;
+        else
+            std::erase_if(slot.doubtful, [&](const auto& one) { return one.second < now - kLate; });
+    }
     return code;
 }
 
 PHN_ERROR Ledger::Write(unsigned thread, std::uint32_t slot, std::uint32_t value)
 {
-    const std::string text = "event " + std::to_string(value);
-    std::string calendar = "BEGIN:VCALENDAR\r\nVERSION:2.0\r\nBEGIN:VEVENT\r\nDESCRIPTION:" + text +
-                           "\r\nDTSTART:20260704T180000\r\nDTEND:20260704T190000\r\nEND:VEVENT\r\nEND:VCALENDAR\r\n";
-    PHN_EVENT_RECORD record{};
-    record.uSize = sizeof record;
-    record.pCalendarData = calendar.data();
-    record.uSizeofData = static_cast<std::uint32_t>(calendar.size());
+    const std::string text = store_.begin + std::to_string(value);
     const std::size_t place = Place(thread, slot);
     const std::shared_lock lock(all_);
-    return Note(slots_[place], text, setEvent_(kFirst + static_cast<std::uint32_t>(place), &record));
+    return Make({&slots_[place], 1}, text, store_.write, [&] { return store_.doWrite(store_.index(place), text); });
 }
 
 PHN_ERROR Ledger::Delete(unsigned thread, std::uint32_t slot)
 {
     const std::size_t place = Place(thread, slot);
     const std::shared_lock lock(all_);
-    const PHN_ERROR code = deleteEvent_(kFirst + static_cast<std::uint32_t>(place));
-    Note(slots_[place], "", code);
-    return code;
+    return Make({&slots_[place], 1}, "", store_.remove, [&] { return store_.doRemove(store_.index(place)); });
 }
 
 PHN_ERROR Ledger::DeleteAll()
 {
     const std::unique_lock lock(all_);
-    const PHN_ERROR code = deleteAll_();
-    for (Texts& texts : slots_)
-        Note(texts, "", code);
-    return code;
+    return Make(slots_, "", store_.removeAll, store_.doRemoveAll);
 }
 
 std::vector<std::string> Ledger::Compare(const simulator::Phone& phone) const
 {
     std::vector<std::string> differences;
     for (std::size_t place = 0; place < slots_.size(); ++place) {
-        const auto index = static_cast<std::uint32_t>(kFirst + place);
-        const auto event = phone.events.find(index);
-        const std::string held = event == phone.events.end() ? "" : event->second.description;
-        if (!slots_[place].contains(held))
-            differences.push_back("the handset holds '" + held + "' as event " + std::to_string(index));
+        const auto& [text, doubtful] = slots_[place];
+        const std::string held = store_.held(phone, store_.index(place));
+        if (held != text && !doubtful.contains(held))
+            differences.push_back("the handset holds '" + held + "' as " + store_.name + " " +
+                                  std::to_string(store_.index(place)) + ", and not '" + text + "'");
     }
     return differences;
 }

@@ -24,7 +24,8 @@ int main(int argc, char** argv)
     CLI11_PARSE(app, argc, argv);
     mallopt(M_ARENA_MAX, 1); // what is counted as memory is that of the first one
     try {
-        const soak::Surroundings surroundings(unplugs ? 1 : soak::kScale);
+        const bool isStorm = !unplugs && !loads;
+        const soak::Surroundings surroundings(unplugs ? 1 : soak::kScale, isStorm ? soak::kAllLines : 0);
         const bool isGood = unplugs ? soak::RunUnplugs(surroundings, unplugs, seed)
                             : loads ? soak::RunLoads(surroundings, loads)
                                     : soak::RunStorm(surroundings, minutes, seed);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "host.h"
+#include "log_search.h"
 #include "simulator/lines/simulator.h"
 #include "support/messages.h"
 #include "support/usage.h"
@@ -33,20 +34,26 @@ public:
           usb_(surroundings.Devices(), simulator::UsbInterfaceName("0001")),
           serial_(simulator::PtyLines(surroundings.Devices(), "com5"), Sessions()),
           library_(surroundings.LibraryPath()),
-          host_(library_, tally_)
+          host_(library_, tally_, refusals_, usb_.Control().Snapshot()),
+          log_(surroundings.Folder(), {kText, kNumber, kLockCode})
     {
         usb_.Control().Seed(seed);
+        usb_.Control().SetWatcher([this](const simulator::Exchange& exchange) { refusals_.Heed(exchange); });
     }
 
     bool Run(std::chrono::milliseconds duration)
     {
         const Usage begin = Stir(duration / 5, seed_ * 2); // what is made once is made by then
         const Usage end = Stir(duration - duration / 5, seed_ * 2 + 1);
-        for (const std::string& difference : host_.Events().Compare(held_))
+        for (const std::string& difference : host_.Compare(held_))
             tally_.AddFinding("lost: " + difference);
-        std::printf("seed           %u\nexchanges      %llu\ncallbacks      %llu\n", seed_,
+        for (const std::string& line : log_.Findings())
+            tally_.AddFinding("told in the log: " + line);
+        std::printf("seed           %u\nexchanges      %llu\ncallbacks      %llu\nlines of log   %llu\n", seed_,
                     static_cast<unsigned long long>(usb_.Control().Requests()),
-                    static_cast<unsigned long long>(host_.Told()));
+                    static_cast<unsigned long long>(host_.Told()), static_cast<unsigned long long>(log_.Lines()));
+        if (log_.Lines() == 0)
+            tally_.AddFinding("there is no log");
         Compare("threads", begin.threads, end.threads, 0);
         Compare("descriptors", begin.descriptors, end.descriptors, 0);
         Compare("memory", begin.memory, end.memory, kMemory);
@@ -99,6 +106,7 @@ private:
         if (!PumpUntil(startup))
             tally_.AddFinding("the service does not start again");
         SOAK_EXPORT(library_, PHN_Shutdown)();
+        log_.Search();
         held_ = usb_.Control().Snapshot();
     }
 
@@ -137,20 +145,27 @@ private:
                 handset.Replug();
             else
                 usb_.Control().AddFault(AnyFault(dice));
+            log_.Search();
             std::this_thread::sleep_for(std::chrono::milliseconds(dice() % 400));
         }
     }
 
     // Strikes at most three times, or the line would soon carry nothing right. One in four is out of all proportion: a
-    // reply that is late, or too long.
+    // reply that is late, or too long. None has the identifier of a request to come, which the handset has not read
+    // yet, or is so short that its zeros tell of a contact 0.
     static std::string AnyFault(Dice& dice)
     {
+        constexpr std::uint32_t kShortest = 4;
         const auto kinds = simulator::AllFaultKinds();
         const simulator::FaultKind& kind = kinds[dice() % kinds.size()];
         const auto most = kind.name == "delay" ? dice() % 300 : dice() % 60000;
+        const auto least = kind.name == "payload" ? kShortest : 0;
         std::string fault(kind.name);
         for (std::size_t value = 0; value < std::min<std::size_t>(kind.values, 2); ++value)
-            fault += (value ? "," : "=") + std::to_string(value ? 0xFFFF : dice() % 4 ? dice() % 40 : most);
+            fault += (value                     ? ","
+                      : kind.name == "sequence" ? "=-"
+                                                : "=") +
+                     std::to_string(value ? 0xFFFF : least + (dice() % 4 ? dice() % 40 : most));
         return fault + "*" + std::to_string(1 + dice() % 3);
     }
 
@@ -163,10 +178,12 @@ private:
 
     const std::uint32_t seed_;
     Tally tally_;
+    Refusals refusals_;
     simulator::Simulator usb_;
     simulator::Simulator serial_;
     Library library_;
     Host host_;
+    LogSearch log_;
     simulator::Phone held_;
 };
 

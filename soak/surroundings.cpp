@@ -9,13 +9,15 @@ namespace soak {
 
 namespace fs = std::filesystem;
 
-Surroundings::Surroundings(double scale)
+Surroundings::Surroundings(double scale, std::uint32_t level)
     : folder_(fs::temp_directory_path() / ("phnnrv-soak-" + std::to_string(getpid())))
 {
     fs::create_directory(folder_);
     fs::copy_file(PHN_LIBRARY, LibraryPath());
     const fs::path registry = folder_ / "phnnrv.reg";
-    std::ofstream(registry) << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\HARDWARE\\DEVICEMAP\\SERIALCOMM]\n";
+    std::ofstream(registry) << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\HARDWARE\\DEVICEMAP\\SERIALCOMM]\n"
+                            << "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Logging Level\"=dword:" << std::hex
+                            << level << "\n";
     setenv("PHNNRV_DEVICES", Devices().c_str(), 1);
     setenv("PHNNRV_REGISTRY", registry.c_str(), 1);
     setenv("PHNNRV_TIME_SCALE", std::to_string(scale).c_str(), 1);

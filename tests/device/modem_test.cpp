@@ -43,9 +43,7 @@ TEST_F(ModemTest, ADialogueThatFailsReleasesThePortWholeAndOneThatSucceedsCarrie
     EXPECT_EQ(search.front(), "CDevice::ScanforDevices - Traversing all device");
     EXPECT_EQ(search.back(), "CDevice::ScanforDevices - OpenModemPort failed");
 
-    const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(Arrive(), TRUE);
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(7)) << "the scale is not applied";
     EXPECT_EQ(owner_.TakeEvents(), Events{"opened"});
     const Events lines = TakeDeviceLog();
     EXPECT_EQ(std::ranges::count(lines, "CDevice::OpenModemPort - Setting the Handle"), 1);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <random>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -58,14 +59,15 @@ Verdict JudgeAnswer(const Bytes& sent)
     if (sent.empty())
         return Verdict::Missing;
     constexpr std::string_view kError = "ERROR";
-    return std::ranges::search(sent, kError).empty() ? Verdict::Whole : Verdict::Refused;
+    const auto error = std::search(sent.begin(), sent.end(), kError.begin(), kError.end());
+    return error == sent.end() ? Verdict::Whole : Verdict::Refused;
 }
 
 void SayError(Bytes& answer)
 {
-    constexpr std::string_view kEnd = "OK\r\n", kError = "ERROR\r\n";
-    answer.resize(answer.size() - kEnd.size());
-    answer.insert(answer.end(), kError.begin(), kError.end());
+    std::string text(answer.begin(), answer.end());
+    text.replace(text.rfind("OK"), 2, "ERROR");
+    answer.assign(text.begin(), text.end());
 }
 
 class Conversation final : public simulator::Conversation

@@ -3,8 +3,8 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <string>
 
 class CutSample
@@ -29,14 +29,9 @@ private:
         const char* const value = std::getenv(name);
         return value ? static_cast<unsigned>(std::strtoul(value, nullptr, 10)) : otherwise;
     }
-    static unsigned Today()
-    {
-        using namespace std::chrono;
-        return static_cast<unsigned>(floor<days>(system_clock::now()).time_since_epoch().count());
-    }
 
     const unsigned every_ = std::max(1u, Setting("PHNNRV_CUTS_EVERY", 20));
-    const unsigned from_ = Setting("PHNNRV_CUTS_FROM", Today() * 7);
+    const unsigned from_ = Setting("PHNNRV_CUTS_FROM", static_cast<unsigned>(std::time(nullptr) / 86400 * 7));
     unsigned asked_ = 0;
     unsigned taken_ = 0;
 };

@@ -29,7 +29,8 @@ TEST(Files, WhatIsOpenedToBeCreatedIsItsOwnersAlone)
          isRoot ? kEverybody : 0600},
     };
     for (const auto& [what, arrange, disposition, mode] : cases) {
-        fs::remove(file), fs::remove(other);
+        fs::remove(file);
+        fs::remove(other);
         std::ofstream(file).put('x');
         fs::permissions(file, fs::perms{kEverybody});
         arrange();
