@@ -189,6 +189,7 @@ TEST_F(Wireshark, SaysWhatIsWrongWithAFrame)
         {Sender::Handset, BuildReply({.payload = startup, .commandCode = 0x4C}), "A header that is not"},
         {Sender::Handset, BuildReply({.payload = startup, .length = 16}), "The length should be 15"},
         {Sender::Handset, BuildReply({.payload = Hex("050000000100 0000 01")}), "battery2 has 0 of its 1 bytes"},
+        {Sender::Handset, BuildReply({.payload = Bytes(8181)}), "More bytes than there may be"},
         {Sender::Handset, {0x4B}, "The frame has no end"},
     };
     Open(PortKind::Diagnostic);
