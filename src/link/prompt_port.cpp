@@ -1,6 +1,7 @@
 #include "link/prompt_port.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "log/log.h"
 #include "log/setting.h"
@@ -9,12 +10,19 @@ namespace {
 
 constexpr CLogSource Log{LOG_CPORT};
 
-// Bytes that have been received and not read; of a port that does not tell, none.
-DWORD CountWaiting(HANDLE hPort)
+// Bytes that have been received and not read; nothing of a port that does not tell.
+std::optional<DWORD> AskForWaiting(HANDLE hPort)
 {
     DWORD dwErrors = 0;
     COMSTAT Status{};
-    return ClearCommError(hPort, &dwErrors, &Status) ? Status.cbInQue : 0;
+    if (!ClearCommError(hPort, &dwErrors, &Status))
+        return std::nullopt;
+    return Status.cbInQue;
+}
+
+DWORD CountWaiting(HANDLE hPort)
+{
+    return AskForWaiting(hPort).value_or(0);
 }
 
 DWORD TimeLeft(ULONGLONG ullStart, DWORD dwTimeout)
@@ -34,9 +42,11 @@ void CPromptPort::DropLeftovers(HANDLE hPort) const
 {
     if (!Owns(hPort))
         return;
-    const DWORD dwWaiting = CountWaiting(hPort); // that of a port that does not tell are dropped as well
-    if (PurgeComm(hPort, PURGE_RXCLEAR) && dwWaiting != 0)
-        Log.Comment("DP::Write - Dropped %d bytes that were received before the request", dwWaiting);
+    const std::optional<DWORD> Waiting = AskForWaiting(hPort);
+    if (Waiting == 0u)
+        return;
+    if (PurgeComm(hPort, PURGE_RXCLEAR) && Waiting)
+        Log.Comment("DP::Write - Dropped %d bytes that were received before the request", *Waiting);
 }
 
 // The first piece is left to the port, which ends it by silence. All of them share the time-out, as bytes that keep

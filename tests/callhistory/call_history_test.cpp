@@ -2,6 +2,7 @@
 #include "callhistory/call_history.h"
 
 #include "link/service_fixture.h"
+#include "phn_platform_test.h"
 
 #include <cstring>
 #include <tuple>
@@ -59,7 +60,7 @@ TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
         {"932", u"123456789012345678901\u65E5", "123456789012345678901"},
     };
     for (const auto& [codePage, text, expected] : cases) {
-        setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
+        platform_test::NameAnsiCodePage(codePage);
         Bytes two = EntryBytes(9, text, 75);
         Append(two, EntryBytes(10));
         Answer({0, 2}, two);
@@ -69,7 +70,7 @@ TEST_F(CallTest, AnEntryReachesTheHostFieldByField)
         expected.copy(entry.szEntryText, sizeof entry.szEntryText);
         EXPECT_EQ(std::memcmp(&entry_, &entry, sizeof entry), 0) << testing::PrintToString(entry_);
     }
-    unsetenv("PHNNRV_ANSI_CODE_PAGE");
+    platform_test::NameAnsiCodePage(nullptr);
     ExpectRequests(Requests(std::size(cases), {26, 4}));
     // The entry behind the first one is asked for by the first one's id.
     AnswerEntry(10);

@@ -121,11 +121,11 @@ TEST(Log, TextOfOthersForgesNoLineAndSteersNoTerminal)
     };
     for (const auto& [codePage, text, shown] : cases) {
         LogCapture capture(0xFFFFF);
-        setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
+        platform_test::NameAnsiCodePage(codePage);
         CLogSource{LOG_CPORT}.Comment("%s", text);
         EXPECT_EQ(capture.TakeLines(), Lines{std::string("CPort Comment ") + shown});
     }
-    setenv("PHNNRV_ANSI_CODE_PAGE", "1252", 1);
+    platform_test::NameAnsiCodePage("1252");
 }
 
 TEST(Log, AChangeOfTheRegistryTakesEffectAtTheNextLine)

@@ -240,7 +240,7 @@ TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
         {"932", u"x" + std::u16string(35, u'\u65E5'), cut},
     };
     for (const auto& [codePage, stored, name] : cases) {
-        setenv("PHNNRV_ANSI_CODE_PAGE", codePage, 1);
+        platform_test::NameAnsiCodePage(codePage);
         Bytes field;
         PutWide(field, stored, 36);
         Answer({0}, field);
@@ -251,15 +251,15 @@ TEST_F(Phonebook, NamesAreWholeCharactersOfWhatFits)
         EXPECT_EQ(+group.uSize, 72u);
         EXPECT_EQ(+group.dwID, 9u);
     }
-    unsetenv("PHNNRV_ANSI_CODE_PAGE");
+    platform_test::NameAnsiCodePage(nullptr);
 }
 
 TEST_F(Phonebook, NumbersAreFilteredByCharactersNotByBytes)
 {
-    setenv("PHNNRV_ANSI_CODE_PAGE", "932", 1);
+    platform_test::NameAnsiCodePage("932");
     Answer({0, 1});
     EXPECT_EQ(Set(1, "BEGIN:VCARD\nVERSION:3.0\nFN:A\nTEL;TYPE=CELL:5\x82\x50\x82\x57\nEND\n"), PHN_ERROR_NONE);
-    unsetenv("PHNNRV_ANSI_CODE_PAGE");
+    platform_test::NameAnsiCodePage(nullptr);
     // Without "p" and "w".
     EXPECT_EQ(TakeRequest(), Request(36, {}, ToBytes({.record = 1, .first = u"A", .entries = {{0, u"5"}}})));
 }

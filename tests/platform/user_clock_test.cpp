@@ -42,10 +42,10 @@ TEST(TimersByTheClock, AreDueOnTheirBeatAndDoNotPileUp)
 TEST(AnsiCodePage, IsTheUsualOneIfTheVariableNamesNone)
 {
     for (const char* named : {"rubbish", "64999", ""}) {
-        setenv("PHNNRV_ANSI_CODE_PAGE", named, 1);
+        platform_test::NameAnsiCodePage(named);
         EXPECT_EQ(GetACP(), 1252u) << named;
     }
-    unsetenv("PHNNRV_ANSI_CODE_PAGE");
+    platform_test::NameAnsiCodePage(nullptr);
 }
 
 std::string Text(const SYSTEMTIME& time)

@@ -5,12 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "base/base_lock.h"
 #include "base/faults.h"
+#include "locale/code_page.h"
 #include "threads/service_thread.h"
 
 namespace platform {
@@ -121,6 +123,13 @@ void ClearFailures()
     const std::lock_guard guard(failuresMutex);
     failures = {};
     anyFailure = false;
+}
+
+void NameAnsiCodePage(const char* name)
+{
+    constexpr const char* kVariable = "PHNNRV_ANSI_CODE_PAGE";
+    name ? setenv(kVariable, name, 1) : unsetenv(kVariable);
+    CodePage::ForgetAnsi();
 }
 
 } // namespace platform_test

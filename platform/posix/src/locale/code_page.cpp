@@ -111,7 +111,7 @@ CodePage* CodePage::FindKnown(UINT number)
     return known.pages.emplace(number, std::move(page)).first->second.get();
 }
 
-UINT CodePage::Ansi()
+UINT CodePage::NamedAnsi()
 {
     const char* const text = std::getenv("PHNNRV_ANSI_CODE_PAGE");
     if (!text)
@@ -121,6 +121,21 @@ UINT CodePage::Ansi()
     const auto read = std::from_chars(text, end, number);
     const bool known = read.ec == std::errc() && read.ptr == end && number <= 0xFFFF && Find(number);
     return known ? number : kDefaultAnsi;
+}
+
+UINT CodePage::Ansi()
+{
+    UINT number = ansi_.load(std::memory_order_relaxed);
+    if (number == 0) {
+        number = NamedAnsi();
+        ansi_.store(number, std::memory_order_relaxed);
+    }
+    return number;
+}
+
+void CodePage::ForgetAnsi()
+{
+    ansi_.store(0, std::memory_order_relaxed);
 }
 
 CodePage::CodePage(UINT number, Converter decoder, Converter encoder)

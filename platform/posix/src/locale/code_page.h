@@ -4,6 +4,7 @@
 
 #include <iconv.h>
 
+#include <atomic>
 #include <bitset>
 #include <cstdint>
 #include <mutex>
@@ -47,8 +48,9 @@ public:
 
     static constexpr UINT kDefaultAnsi = 1252;
 
-    // The number of the system's ANSI code page (PHNNRV_ANSI_CODE_PAGE).
+    // The number of the system's ANSI code page (PHNNRV_ANSI_CODE_PAGE when it is first asked for); never 0.
     static UINT Ansi();
+    static void ForgetAnsi();
 
     // Whether each unit is one byte of the same value, which needs no conversion: so are most texts.
     template <typename Text>
@@ -68,8 +70,11 @@ private:
     CodePage(UINT number, Converter decoder, Converter encoder);
 
     static CodePage* FindKnown(UINT number);
+    static UINT NamedAnsi();
     void FindUndefinedBytes();
     bool MapsAscii();
+
+    static inline std::atomic<UINT> ansi_ = 0; // 0: not yet asked for
 
     const UINT number_;
     std::mutex mutex_; // a leaf; the converters have a state
