@@ -54,7 +54,14 @@ std::string ShowPriority(unsigned priority)
 
 std::string ToHex(std::span<const std::uint8_t> bytes)
 {
-    return fmt::format("{:02X}", fmt::join(bytes, ""));
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string text;
+    text.reserve(2 * bytes.size());
+    for (const std::uint8_t byte : bytes) {
+        text += kDigits[byte >> 4];
+        text += kDigits[byte & 15];
+    }
+    return text;
 }
 
 PduBytes FromHex(const std::string& text)
