@@ -3,8 +3,10 @@
 #include <sched.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <map>
+#include <thread>
 
 #include <benchmark/benchmark.h>
 
@@ -13,8 +15,8 @@
 namespace bench {
 namespace {
 
-// Shows the usual table and keeps the best time of each benchmark, in nanoseconds.
-class BestTimes : public benchmark::ConsoleReporter
+// Shows the usual table and keeps the median time of each benchmark's repetitions, in nanoseconds.
+class MedianTimes : public benchmark::ConsoleReporter
 {
 public:
     void ReportRuns(const std::vector<Run>& runs) override
@@ -25,23 +27,26 @@ public:
             const auto iterations = static_cast<double>(std::max<int64_t>(run.iterations, 1));
             const double seconds =
                 run.run_name.time_type.empty() ? run.cpu_accumulated_time : run.real_accumulated_time;
-            auto [entry, isNew] = best_.try_emplace(run.run_name.function_name, 1e300);
-            entry->second = std::min(entry->second, 1e9 * seconds / iterations);
+            times_[run.run_name.function_name].push_back(1e9 * seconds / iterations);
         }
         ConsoleReporter::ReportRuns(runs);
     }
 
     double Of(const std::string& name) const
     {
-        const auto entry = best_.find(name);
-        return entry == best_.end() ? 0 : entry->second;
+        const auto entry = times_.find(name);
+        if (entry == times_.end())
+            return 0;
+        std::vector<double> sorted = entry->second;
+        std::ranges::sort(sorted);
+        return sorted[sorted.size() / 2];
     }
 
 private:
-    std::map<std::string, double> best_;
+    std::map<std::string, std::vector<double>> times_;
 };
 
-Figure FigureOf(const BestTimes& times, const Ratio& ratio)
+Figure FigureOf(const MedianTimes& times, const Ratio& ratio)
 {
     const double subject = times.Of(ratio.subject) / 1000;
     const double reference = ratio.reference.empty() ? 0 : times.Of(ratio.reference) / 1000;
@@ -61,20 +66,36 @@ Figure FigureOf(const BestTimes& times, const Ratio& ratio)
     return figure;
 }
 
+void RunOn(unsigned processor)
+{
+    cpu_set_t processors;
+    CPU_ZERO(&processors);
+    CPU_SET(processor, &processors);
+    sched_setaffinity(0, sizeof processors, &processors);
+}
+
 } // namespace
 
 void StayOnOneProcessor()
 {
-    cpu_set_t processors;
-    CPU_ZERO(&processors);
-    CPU_SET(sched_getcpu(), &processors);
-    sched_setaffinity(0, sizeof processors, &processors);
+    cpu_set_t allowed;
+    if (sched_getaffinity(0, sizeof allowed, &allowed) != 0)
+        return;
+    const auto own = static_cast<unsigned>(sched_getcpu());
+    for (unsigned processor = 0; processor < CPU_SETSIZE; ++processor)
+        if (processor != own && CPU_ISSET(processor, &allowed))
+            std::thread([processor] {
+                RunOn(processor);
+                for (std::atomic<bool> isBusy = true; isBusy;)
+                    ;
+            }).detach();
+    RunOn(own);
 }
 
 int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios)
 {
     benchmark::Initialize(&argc, argv);
-    BestTimes times;
+    MedianTimes times;
     benchmark::RunSpecifiedBenchmarks(&times);
     bool isGood = true;
     std::puts("");

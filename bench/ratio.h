@@ -1,7 +1,7 @@
 // Benchmarks that are judged by a ratio. A program registers its benchmarks with Google Benchmark as usual, lists which
-// of them stand beside which reference, and calls RunBenchmarks: after the usual table it prints each ratio of the best
-// repetitions beside its bound, and the exit status is 1 if one is missed. Only ratios of one run mean anything: the
-// machines are noisy.
+// of them stand beside which reference, and calls RunBenchmarks: after the usual table it prints each ratio of the
+// median repetitions beside its bound, and the exit status is 1 if one is missed. Only ratios of one run mean anything:
+// the machines are noisy.
 #pragma once
 
 #include <string>
@@ -29,7 +29,8 @@ struct Ratio
 
 // For a program of which two threads take turns, called before the second one starts: all of them, and the programs
 // that they start, stay on the processor where the caller is. What is compared then is the work of both sides, and not
-// where the system puts them and how long an idle processor takes to wake.
+// where the system puts them. The other processors are kept busy to the program's end: the system would have an idle
+// one carry a pseudo terminal's bytes across, and waking it can take longer than the exchange that is measured.
 void StayOnOneProcessor();
 
 int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios);

@@ -5,7 +5,6 @@
 #include "phnctl/text/text.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 #include <iterator>
 #include <string_view>
 
