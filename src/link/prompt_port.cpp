@@ -66,14 +66,14 @@ bool CPromptPort::Gather(SReply& Reply)
         bFirst = false;
         dwLeft = TimeLeft(ullStart, Reply.dwTimeout);
     }
-    return IsForLastRequest(GetDecoded(), Reply.dwDecoded) || TakeRest(Reply);
+    return IsForLastRequest(GetDecoded(), Reply.dwDecoded) || TakeRest(Reply, ullStart);
 }
 
 // A late reply is going to be refused. What comes close behind it may be the one that was asked for and goes with it,
-// as in DP, to its last byte: left there, it would be taken for the reply to the next request, and so on.
-bool CPromptPort::TakeRest(SReply& Reply)
+// as in DP, to its last byte: left there, it would be taken for the reply to the next request, and so on. Both share
+// the time-out that began with the first piece.
+bool CPromptPort::TakeRest(SReply& Reply, ULONGLONG ullStart)
 {
-    const ULONGLONG ullStart = GetTickCount64();
     for (bool bSilent = false; !bSilent;) {
         const DWORD dwLeft = TimeLeft(ullStart, Reply.dwTimeout);
         if (!TakePiece(Reply, kBufferSize, CountWaiting(Reply.hPort), dwLeft, &bSilent))

@@ -20,6 +20,6 @@ public:
 private:
     void DropLeftovers(HANDLE hPort) const override;
     bool Gather(SReply& Reply) override;
-    bool TakeRest(SReply& Reply);
+    bool TakeRest(SReply& Reply, ULONGLONG ullStart);
     bool TakePiece(SReply& Reply, DWORD dwMost, DWORD dwWaiting, DWORD dwTimeout, bool* pbSilent);
 };

@@ -39,7 +39,8 @@ enum class Drip
 {
     None,
     Endless,
-    InThreeReads, // each of which lasts almost as long as it may
+    InThreeReads,   // each of which lasts almost as long as it may
+    LateAndOnAndOn, // so, but as the reply to another request, with bytes behind it that come on and on
 };
 
 class Dripping final : public simulator::Conversation
@@ -74,6 +75,10 @@ private:
             const bool isLast = !isEndless && at == kInAll - 1;
             steps.push_back({.delay = isEndless || at % kBytes != 0 ? kDrip : late,
                              .bytes = simulator::Bytes(byte, isLast ? reply.end() : byte + 1)});
+        }
+        if (drip_ == Drip::LateAndOnAndOn) {
+            steps.back().bytes[simulator::kReplySequenceOffset - (kInAll - 1)] ^= 0x80; // other, and not stuffed either
+            steps.insert(steps.end(), static_cast<std::size_t>(late / kDrip), {.delay = kDrip, .bytes = {0}});
         }
     }
 
@@ -180,5 +185,5 @@ TEST_P(TimeBoundsTest, ARegistrationWaitsForNoPoll)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, TimeBoundsTest,
-                         testing::Combine(testing::Values(Drip::Endless, Drip::InThreeReads),
+                         testing::Combine(testing::Values(Drip::Endless, Drip::InThreeReads, Drip::LateAndOnAndOn),
                                           testing::Values("0", "1")));

@@ -43,10 +43,12 @@ def _first_of(paths: list[str]) -> CDLL:
 @contextmanager
 def _reads(prompt: bool | None) -> Iterator[None]:
     """The library looks at the variable whenever it opens a port."""
+    if prompt is None:
+        yield
+        return
     name = "PHNNRV_PROMPT_READS"
     before = os.environ.get(name)
-    if prompt is not None:
-        os.environ[name] = str(int(prompt))
+    os.environ[name] = str(int(prompt))
     try:
         yield
     finally:

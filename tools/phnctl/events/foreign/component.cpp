@@ -30,10 +30,10 @@ std::string TextOf(icalcomponent* component)
     return summary.empty() ? Given(icalcomponent_get_description(component)) : summary;
 }
 
-class EventReader
+class ForeignEventReader
 {
 public:
-    EventReader(icalcomponent* event, const Assembly& assembly, Component& read)
+    ForeignEventReader(icalcomponent* event, const Assembly& assembly, Component& read)
         : m_event(event), m_assembly(assembly), m_origin(assembly.origins.at(event)), m_read(read), m_draft(read.draft)
     {
     }
@@ -173,7 +173,7 @@ Component ReadComponent(icalcomponent* component, const Assembly& assembly)
     read.draft.notes = origin.notes;
     read.draft.text = TextOf(component);
     if (read.IsEvent())
-        EventReader(component, assembly, read).Read();
+        ForeignEventReader(component, assembly, read).Read();
     return read;
 }
 
