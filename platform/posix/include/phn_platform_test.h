@@ -30,8 +30,8 @@ PHN_PLATFORM_TEST unsigned PendingFailures(const char* name);
 
 PHN_PLATFORM_TEST void ClearFailures();
 
-// Names the system's ANSI code page in PHNNRV_ANSI_CODE_PAGE, or in no variable (null), and has it read again: a process
-// otherwise keeps the one that it had when it was first asked for.
+// Names the system's ANSI code page in PHNNRV_ANSI_CODE_PAGE, or in no variable (null), and has it read again: a
+// process otherwise keeps the one that it had when it was first asked for.
 PHN_PLATFORM_TEST void NameAnsiCodePage(const char* name);
 
 // A thread has entered `inner` while it was in `outer`.
