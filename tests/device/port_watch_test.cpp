@@ -119,14 +119,17 @@ TEST_F(PortWatchTest, StoppingBeforeTheStartTimerDoesNotWaitForAThread)
     EXPECT_EQ(std::ranges::count(lines, "BT_Thread - Ending thread"), 0);
 }
 
-TEST_F(PortWatchTest, AThreadThatCannotBeMadeLeavesTheDeviceWorkingAndIsTriedAgain)
+TEST_F(PortWatchTest, WhatCannotBeMadeLeavesTheDeviceWorkingAndIsTriedAgain)
 {
-    platform_test::FailCall("CreateThread", ERROR_NOT_ENOUGH_MEMORY, 1); // the worker is made, the watch thread is not
     Attach("com1");
     Create();
-    AdvanceClock(300);
-    EXPECT_TRUE(PumpUntil([] { return platform_test::PendingFailures("CreateThread") == 0; }));
-    EXPECT_TRUE(HasLine("CDevice::OnTimer - Unable to start the port watch. Last error 0x8"));
+    const std::pair<const char*, DWORD> calls[] = {{"CreateEventA", 0}, {"CreateEventA", 1}, {"CreateThread", 1}};
+    for (const auto& [call, behind] : calls) {
+        platform_test::FailCall(call, ERROR_NOT_ENOUGH_MEMORY, behind);
+        AdvanceClock(3000);
+        EXPECT_TRUE(PumpUntil([call] { return platform_test::PendingFailures(call) == 0; })) << call;
+        EXPECT_TRUE(HasLine("CDevice::OnTimer - Unable to start the port watch. Last error 0x8")) << call;
+    }
     simulator::Simulator& usb = Attach(simulator::UsbInterfaceName("0001"));
     EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
     EXPECT_EQ(usb.Control().Rejected(), 0u);

@@ -13,8 +13,9 @@
 
 namespace host {
 
-// The program's arguments in UTF-8, without the program's name; also makes the terminal take UTF-8, and a standard
-// stream that the caller has closed fail instead of reaching a file that is opened later. Call it first.
+// The program's arguments in UTF-8, without the program's name; also makes the terminal take UTF-8, a standard stream
+// that the caller has closed fail instead of reaching a file that is opened later, and all threads share one heap. Call
+// it first.
 std::vector<std::string> Arguments(int argc, char** argv);
 
 // Makes UTF-8 the process's ANSI code page where the system lets a program choose and nobody else has chosen. Call it

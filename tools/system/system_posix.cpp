@@ -7,6 +7,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <iostream>
+#include <malloc.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <thread>
@@ -63,6 +64,7 @@ std::optional<std::string> ReadLine()
 std::vector<std::string> Arguments(int argc, char** argv)
 {
     OccupyClosedStreams();
+    mallopt(M_ARENA_MAX, 1); // a heap of a thread's own would grow by a system call for each page
     return {argv + 1, argv + argc};
 }
 

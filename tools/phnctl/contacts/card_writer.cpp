@@ -31,9 +31,9 @@ void AppendCard(std::string& text, const Entry& contact)
     if (!name)
         text += "FN:\r\n";
     for (const EntryField& field : contact.fields) {
-        const bool isList = field.property == kSpeedDials;
-        AppendFolded(text,
-                     fmt::format("{}:{}", PropertyInFile(field.property), isList ? field.value : Escaped(field.value)));
+        std::string line = PropertyInFile(field.property) + ':';
+        line += field.property == kSpeedDials ? field.value : Escaped(field.value);
+        AppendFolded(text, line);
     }
     if (MayHaveLostText(contact))
         text += fmt::format("{}:{}\r\n", kLostText, GetACP());

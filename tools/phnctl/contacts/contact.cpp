@@ -61,9 +61,7 @@ bool IsKept(const Line& line)
 
 void Append(const Line& line, std::vector<EntryField>& fields)
 {
-    EntryField& field = fields.emplace_back();
-    field.property = line.property;
-    field.value = line.value;
+    fields.push_back({std::string(line.property), std::string(line.value)});
 }
 
 } // namespace

@@ -107,6 +107,20 @@ void TakeApart(const std::string& text, ContentLine& line)
     });
 }
 
+// Of the whole characters that so many bytes have room for.
+std::size_t FittingLength(std::string_view text, std::size_t room)
+{
+    if (text.size() <= room)
+        return text.size();
+    std::size_t length = 0;
+    for (;;) {
+        const std::size_t character = CharacterLength(text.substr(length));
+        if (length + character > room)
+            return length;
+        length += character;
+    }
+}
+
 } // namespace
 
 std::string UpperCase(std::string_view text)
@@ -184,13 +198,7 @@ void AppendFolded(std::string& text, std::string_view line)
     constexpr std::size_t kLongest = 75;
     std::size_t room = kLongest;
     while (!line.empty()) {
-        std::size_t length = 0;
-        while (length < line.size()) {
-            const std::size_t character = CharacterLength(line.substr(length));
-            if (length + character > room)
-                break;
-            length += character;
-        }
+        const std::size_t length = FittingLength(line, room);
         text.append(line.substr(0, length));
         line.remove_prefix(length);
         text += line.empty() ? "\r\n" : "\r\n ";

@@ -63,6 +63,19 @@ std::string BytesOf(const ContentLine& line)
     return line.HasParameter("ENCODING", "QUOTED-PRINTABLE") ? DecodeQuotedPrintable(line.value) : line.value;
 }
 
+// What divides values gets a backslash.
+void AppendMasked(std::string& text, std::string_view value)
+{
+    for (;;) {
+        const auto end = std::ranges::find_if(value, [](char c) { return c == ',' || c == ';' || c == '\\'; });
+        text.append(value.begin(), end);
+        if (end == value.end())
+            return;
+        text.append({'\\', *end});
+        value = {end + 1, value.end()};
+    }
+}
+
 } // namespace
 
 bool IsCharsetGuessed(const ContentLine& line)
@@ -123,16 +136,13 @@ std::string Escaped(std::string_view text)
 {
     std::string escaped;
     for (;;) {
-        const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
-        for (const char c : VisibleControls(text.substr(0, end))) {
-            if (c == ',' || c == ';' || c == '\\')
-                escaped += '\\';
-            escaped += c;
-        }
-        if (end == text.size())
+        const auto end = std::ranges::find_if(text, [](char c) { return c == '\r' || c == '\n'; });
+        AppendMasked(escaped, VisibleControls({text.begin(), end}));
+        if (end == text.end())
             return escaped;
         escaped += "\\n";
-        text.remove_prefix(end + (text.substr(end).starts_with("\r\n") ? 2 : 1));
+        text = {end, text.end()};
+        text.remove_prefix(text.starts_with("\r\n") ? 2 : 1);
     }
 }
 

@@ -3,6 +3,8 @@
 #include "phnctl/text/failure.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <fmt/format.h>
 #include <sstream>
 #include <utility>
@@ -88,18 +90,41 @@ bool IsUnsafe(unsigned code)
            });
 }
 
-// Each character as it is, or as `shown` has it.
+// How many bytes of ASCII it begins with.
+std::size_t AsciiLength(std::string_view text)
+{
+    std::size_t length = 0;
+    for (std::uint64_t bytes = 0; length + sizeof bytes <= text.size(); length += sizeof bytes) {
+        std::memcpy(&bytes, text.data() + length, sizeof bytes);
+        if (bytes & 0x8080808080808080)
+            break;
+    }
+    while (length < text.size() && static_cast<unsigned char>(text[length]) < 0x80)
+        ++length;
+    return length;
+}
+
+bool IsPlain(char c)
+{
+    return c >= 0x20 && c < 0x7F;
+}
+
+// Each character as it is, or as `shown` has it, which is asked for all but the printable ones of ASCII.
 template <class Shown>
 std::string Replaced(std::string_view text, Shown shown)
 {
     std::string result;
-    while (!text.empty()) {
+    for (;;) {
+        const auto plainEnd = std::ranges::find_if_not(text, IsPlain);
+        result.append(text.begin(), plainEnd);
+        text = {plainEnd, text.end()};
+        if (text.empty())
+            return result;
         const Character character = FirstCharacter(text);
         const std::size_t length = character.length ? character.length : 1;
         result += shown(character, text.substr(0, length));
         text.remove_prefix(length);
     }
-    return result;
 }
 
 std::string ByteMark(unsigned byte)
@@ -145,10 +170,8 @@ std::size_t CharacterLength(std::string_view text)
 
 bool IsUtf8(std::string_view text)
 {
-    const auto isBeyondAscii = [](char c) { return static_cast<unsigned char>(c) >= 0x80; };
     for (;;) {
-        const auto next = std::ranges::find_if(text, isBeyondAscii);
-        text.remove_prefix(static_cast<std::size_t>(next - text.begin()));
+        text.remove_prefix(AsciiLength(text));
         if (text.empty())
             return true;
         const Character character = FirstCharacter(text);
@@ -232,9 +255,10 @@ std::string CutToUnits(const std::string& text, std::size_t units)
 
 std::string VisibleControls(std::string_view text)
 {
-    bool isPair = false; // CR and LF are one line end
+    const char* lineEnd = nullptr; // of a CR: it and an LF there are one line end
     return Replaced(text, [&](const Character& character, std::string_view bytes) -> std::string {
-        const bool isSecond = std::exchange(isPair, character.code == '\r') && character.code == '\n';
+        const bool isSecond = character.code == '\n' && bytes.data() == lineEnd;
+        lineEnd = character.code == '\r' ? bytes.data() + bytes.size() : nullptr;
         if (character.code == '\t' || character.code == '\n' || character.code == '\r')
             return isSecond ? "" : " ";
         return character.length && IsControl(character.code) ? ByteMark(character.code) : std::string(bytes);

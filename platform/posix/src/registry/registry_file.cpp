@@ -78,13 +78,24 @@ std::vector<std::string> PartedByColons(std::string_view list)
 }
 
 // The variables of the environment that the registry is made from. Asking whether they are as they were takes no
-// memory: the log asks at each of its lines.
+// memory and no search: the log asks at each of its lines. A variable that is set anew is another entry.
 class Environment
 {
 public:
-    bool IsAsKnown() const { return std::ranges::equal(kVariables, texts_, {}, TextOf); }
+    bool IsAsKnown() const
+    {
+        return wasAsked_ == arePromptReadsAskedFor &&
+               std::ranges::all_of(entries_, [at = Entries()](const char* entry) mutable { return *at++ == entry; });
+    }
 
-    void Renew() { std::ranges::transform(kVariables, texts_.begin(), TextOf); }
+    void Renew()
+    {
+        entries_.clear();
+        for (const char* const* at = Entries(); entries_.empty() || entries_.back(); ++at)
+            entries_.push_back(*at);
+        wasAsked_ = arePromptReadsAskedFor;
+        std::ranges::transform(kVariables, texts_.begin(), TextOf);
+    }
 
     std::string_view Files() const { return texts_[0]; }
 
@@ -100,6 +111,12 @@ public:
     }
 
 private:
+    static const char* const* Entries()
+    {
+        static constexpr const char* kNone = nullptr;
+        return environ ? environ : &kNone;
+    }
+
     struct Variable
     {
         const char* name;
@@ -119,6 +136,8 @@ private:
          {"PHNNRV_CHECK_HOST", "", "Check Host", nullptr},
          {"PHNNRV_PROMPT_READS", "", "Prompt Reads", &arePromptReadsAskedFor}}};
 
+    std::vector<const char*> entries_; // as in environ, with the null behind the last
+    bool wasAsked_ = false;
     std::array<std::string, kVariables.size()> texts_;
 };
 
