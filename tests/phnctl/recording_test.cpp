@@ -90,18 +90,4 @@ TEST_F(Recorded, AReportIsMadeWithConsentAndHoldsNothingPrivate)
     Expect(0, "report " + Path("gone.zip") + " --run info --yes --wait 1", {"exit status 1", "not recorded"});
 }
 
-TEST_F(Recorded, WhatIsWrittenIsItsOwnersAlone)
-{
-    namespace fs = std::filesystem;
-    fs::create_directory(Path("real"));
-    fs::create_directory_symlink(Path("real"), Path("link"));
-    for (const char* command : {"contacts export --folder link/cards", "contacts export link/all.vcf",
-                                "backup link/kept", "report link/fault.zip --yes"}) {
-        std::string line = command;
-        Expect(0, line.insert(line.find("link"), Path("")));
-    }
-    for (const auto& made : fs::recursive_directory_iterator(Path("real")))
-        EXPECT_EQ(made.status().permissions() & fs::perms(077), fs::perms::none) << made.path();
-}
-
 } // namespace
