@@ -16,7 +16,6 @@ std::vector<std::string> RecordingOwner::TakeEvents()
 
 DeviceTest::DeviceTest()
 {
-    setenv("PHNNRV_DEVICES", devices_.Path().c_str(), 1);
     CreateCommandLock();
     g_csDevice.Create();
     CreateCallbackLocks();
@@ -80,7 +79,7 @@ LRESULT DeviceTest::Send(UINT message, WPARAM wParam, LPARAM lParam)
 
 simulator::Simulator& DeviceTest::Attach(const std::string& name, simulator::PortKind kind)
 {
-    simulators_.push_back(std::make_unique<simulator::Simulator>(devices_.Path(), name, kind));
+    simulators_.push_back(std::make_unique<simulator::Simulator>(log_.Devices(), name, kind));
     simulators_.back()->Start();
     return *simulators_.back();
 }

@@ -12,7 +12,6 @@
 #include "link/device.h"
 #include "link/interface_list.h"
 #include "log/log_capture.h"
-#include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
 #include "support/messages.h"
 
@@ -74,7 +73,6 @@ protected:
 
     LogCapture log_{kDeviceLines};
     RecordingOwner owner_;
-    simulator::DeviceDirectory devices_;
 
 private:
     std::unique_ptr<CDevice> device_;

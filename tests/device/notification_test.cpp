@@ -79,14 +79,14 @@ TEST_F(NotificationTest, ARemovalEndsTheExchangeInProgressAndThePortOpensAgain)
 TEST_F(NotificationTest, TheDeviceDirectoryMayComeAndGoAndALinkBeReplaced)
 {
     const std::string name = "usb#vid_fffe&pid_0001#0001#{6B1D2E40-5C77-4A1E-9D3A-2F80C4E1B7A5}"; // as some write it
-    std::filesystem::remove_all(devices_.Path());
+    std::filesystem::remove_all(log_.Devices());
     Create();
-    std::filesystem::create_directory(devices_.Path());
+    std::filesystem::create_directory(log_.Devices());
     Attach(name);
     EXPECT_TRUE(PumpUntil([this] { return IsOpen(); }));
     owner_.TakeEvents();
     // Another device in the place of the first one.
-    const auto link = devices_.Path() / name, made = devices_.Path() / ".made";
+    const auto link = log_.Devices() / name, made = log_.Devices() / ".made";
     std::filesystem::create_symlink(std::filesystem::read_symlink(link), made);
     std::filesystem::rename(made, link);
     Events events;
@@ -96,9 +96,9 @@ TEST_F(NotificationTest, TheDeviceDirectoryMayComeAndGoAndALinkBeReplaced)
         return events.size() == 3;
     }));
     EXPECT_EQ(events, (Events{"lost", "released", "opened"}));
-    std::filesystem::remove_all(devices_.Path());
+    std::filesystem::remove_all(log_.Devices());
     EXPECT_TRUE(PumpUntil([this] { return !IsOpen(); }));
-    std::filesystem::create_directory(devices_.Path());
+    std::filesystem::create_directory(log_.Devices());
 }
 
 TEST_F(NotificationTest, ArrivalsAreAnsweredByClassAndName)

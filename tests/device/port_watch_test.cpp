@@ -66,7 +66,7 @@ TEST_F(PortWatchTest, AsksTheOpenPortEverySeventhCycleAndDropsItWhenItNoLongerAn
 TEST_F(PortWatchTest, APortOfTheMakersUsbDeviceEndsItsHalfOfTheScan)
 {
     // The interface is there but cannot be opened, so the search goes on over the serial ports.
-    std::filesystem::create_symlink("nowhere", devices_.Path() / simulator::UsbInterfaceName("0001"));
+    std::filesystem::create_symlink("nowhere", log_.Devices() / simulator::UsbInterfaceName("0001"));
     WriteRegistry("[HKEY_LOCAL_MACHINE\\SYSTEM\\CurrentControlSet\\Enum\\USB\\vid_fffe&pid_0001\\0001\\"
                   "Device Parameters]\n\"PortName\"=\"COM1\"\n");
     simulator::Simulator& usb = Attach("com1");

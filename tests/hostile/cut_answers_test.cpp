@@ -82,7 +82,7 @@ private:
     }
 
     CutLine line_{simulator::PortKind::Modem};
-    simulator::Simulator modem_{line_.Opener(devices_.Path(), simulator::ModemInterfaceName("0001")), line_.Maker()};
+    simulator::Simulator modem_{line_.Opener(log_.Devices(), simulator::ModemInterfaceName("0001")), line_.Maker()};
 };
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include <phn_platform_test.h>
 
-#include <cstring>
 #include <thread>
 #include <tuple>
 
@@ -12,7 +11,6 @@
 namespace {
 
 constexpr COMMTIMEOUTS kTimeouts{10, 10, 1000, 2, 10};
-const std::string kRequest("\x01\0\0\0\x01\0", 6);
 
 class DiagnosticPortTest : public SerialTest
 {
@@ -21,27 +19,7 @@ protected:
     ~DiagnosticPortTest() override { platform_test::ClearFailures(); }
 
     void Open() { Use(std::make_unique<DP>(PortName()), FILE_FLAG_OVERLAPPED, kTimeouts); }
-
-    // Sends a request and reads its frame at the far end: its sequence identifier.
-    unsigned SendRequest()
-    {
-        EXPECT_TRUE(Write(kRequest).done);
-        const std::string frame = Receive(17);
-        return frame.size() == 17 ? static_cast<uint8_t>(frame[4]) : 0u;
-    }
 };
-
-// A reply of an 8-byte header, whose last byte needs an escape.
-std::string Reply(unsigned sequence)
-{
-    std::string frame(24, '\0');
-    frame[0] = '\x4B';
-    frame[5] = 15;
-    frame[9] = static_cast<char>(sequence);
-    frame.replace(20, 1, "\x7D\x5E");
-    frame.back() = '\x7E';
-    return frame;
-}
 
 } // namespace
 
@@ -67,11 +45,11 @@ TEST_F(DiagnosticPortTest, ASilentHandsetCostsOneTimeOutAndLeavesACleanLine)
 
     // The late reply fails the exchange that meets it; the next one works.
     Send(Reply(1));
-    EXPECT_EQ(SendRequest(), 2u);
+    EXPECT_EQ(Ask(), 2);
     EXPECT_FALSE(Read(15000).done);
     EXPECT_EQ(log_.TakeLines().back(),
               "CPort Error DP::DecomposeData - Expected sequence id(2) does not match the returned sequence id(1)");
-    EXPECT_EQ(SendRequest(), 3u);
+    EXPECT_EQ(Ask(), 3);
     Send(Reply(3));
     EXPECT_TRUE(Read(15000).done);
 }
@@ -120,7 +98,7 @@ TEST_F(DiagnosticPortTest, AnEndlessReplyIsGivenUp)
     for (int tries = 0; tries < 3 && last != expected; ++tries) { // a busy machine may read it in pieces
         open_->Close();
         Open();
-        EXPECT_EQ(SendRequest(), 1u);
+        EXPECT_EQ(Ask(), 1);
         std::future<Result> read = StartRead(1000);
         Send(std::string(50001, '\x7D')); // half as much when decoded: it is the received bytes that count
         EXPECT_FALSE(read.get().done);
@@ -148,7 +126,7 @@ TEST_F(DiagnosticPortTest, EachSystemCallsFailureHasItsLine)
     }
 
     // A read that is over, but whose result cannot be had.
-    const unsigned sequence = SendRequest();
+    const char sequence = Ask();
     std::future<Result> read = StartRead(15000);
     EXPECT_TRUE(platform_test::AwaitBlocked(15000));
     platform_test::FailCall("GetOverlappedResult", 31);

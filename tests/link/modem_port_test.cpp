@@ -9,7 +9,6 @@
 
 #include "link/serial_fixture.h"
 #include "phn_platform_test.h"
-#include "platform/pty_fixture.h"
 
 namespace {
 

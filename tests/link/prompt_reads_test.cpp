@@ -8,9 +8,7 @@
 
 #include "link/device.h"
 #include "link/serial_fixture.h"
-#include "log/setting.h"
 #include "simulator/handset/fault.h"
-#include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
 
 namespace {
@@ -20,7 +18,7 @@ constexpr DWORD kNothing = 300;   // for what never comes
 constexpr DWORD kPortLines = 0x806;
 constexpr const char* kPrompt = "dword:00000001";
 constexpr const char* kSlow = "dword:00000000";
-const std::string kRequest("\x23\0\0\0\x01\0\x96\0\0\0", 10); // contact 150, which is not there
+const std::string kContactRequest("\x23\0\0\0\x01\0\x96\0\0\0", 10); // contact 150, which is not there
 
 class PromptReadsTest : public SerialTest
 {
@@ -35,19 +33,10 @@ protected:
 
     void Open(const std::string& promptReads)
     {
-        const std::string key = "[HKEY_LOCAL_MACHINE\\" + std::string(kSettingsKey) + "]\n\"Prompt Reads\"=";
-        log_.SetLevel(kPortLines, promptReads.empty() ? "" : key + promptReads + "\n");
+        log_.SetLevel(kPortLines, promptReads.empty() ? "" : "\"Prompt Reads\"=" + promptReads + "\n");
         open_.reset(); // nobody else may have it open
         open_ = CDevice().OpenDiagPortOnly(PortName());
         ASSERT_TRUE(open_);
-    }
-
-    // Sends a request, and reads its frame at the far end.
-    void Ask()
-    {
-        EXPECT_TRUE(Write(kRequest).done);
-        while (Receive(1) != "\x7E")
-            ASSERT_FALSE(HasFailure());
     }
 
     // Sends these bytes and waits until the port has them.
@@ -60,22 +49,12 @@ protected:
     }
 };
 
-// A reply to request number `sequence` with this header of 8 bytes, as a line carries it.
-std::string Reply(char sequence, const std::string& header = std::string(8, '\0'))
-{
-    std::string reply = std::string("\x4B\0\0\0\0\x0F\0\0\0", 9) + sequence + std::string(3, '\0');
-    for (const char byte : header)
-        reply += byte == '\x7E' ? "\x7D\x5E" : std::string(1, byte);
-    return reply + "\x11\x22\x7E";
-}
-
 const std::string kDelivered("\0\0\0\0\0\0\0\0\x11\x22\x7E\0\0\0\0\0\0\0\0\0\0", 21);
 
 const std::string kSilent = "error 997";
 const std::string kGivenUp = "Read - Exceeded the maximum loop counter";
 const std::string kTooLong = "DecomposeData - Destination buffer";
 
-// What becomes of a request to a handset with a fault.
 struct Row
 {
     std::string faults;
@@ -122,17 +101,17 @@ struct Ending
 class FaultyReadsTest : public PromptReadsTest
 {
 protected:
-    FaultyReadsTest() { setenv("PHNNRV_DEVICES", devices_.Path().c_str(), 1); }
+    FaultyReadsTest() { setenv("PHNNRV_DEVICES", log_.Devices().c_str(), 1); }
 
     Ending EndOf(const Row& row, const char* way)
     {
-        simulator::Simulator handset(devices_.Path(), "com5");
+        simulator::Simulator handset(log_.Devices(), "com5");
         handset.Start();
         std::istringstream faults(row.faults);
         for (std::string fault; faults >> fault;)
             handset.Control().AddFault(fault);
         Open(way);
-        EXPECT_TRUE(Write(kRequest).done);
+        EXPECT_TRUE(Write(kContactRequest).done);
         const Result result = Read(row.outcome == kSilent ? kNothing : kTimeout);
         Ending ending{{""}, result.bytes};
         for (const std::string& line : log_.TakeLines())
@@ -145,9 +124,6 @@ protected:
         open_->Close();
         return ending;
     }
-
-private:
-    const simulator::DeviceDirectory devices_;
 };
 
 } // namespace

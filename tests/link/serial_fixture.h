@@ -6,11 +6,21 @@
 
 #include "link/open_port.h"
 #include "log/log_capture.h"
-#include "platform/port_fixture.h"
+#include "platform/pty_fixture.h"
+
+// A reply to request number `sequence` with this header of 8 bytes, as a line carries it.
+inline std::string Reply(char sequence, const std::string& header = std::string(8, '\0'))
+{
+    std::string reply = std::string("\x4B\0\0\0\0\x0F\0\0\0", 9) + sequence + std::string(3, '\0');
+    for (const char byte : header)
+        reply += byte == '\x7E' ? "\x7D\x5E" : std::string(1, byte);
+    return reply + "\x11\x22\x7E";
+}
 
 class SerialTest : public PortTest
 {
 protected:
+    SerialTest() { setenv("PHNNRV_DEVICES", farEnd->directory.c_str(), 1); } // not the log's
     ~SerialTest() override { open_.reset(); }
 
     // Opens the port for the object, with the time-outs of its kind.
@@ -50,6 +60,17 @@ protected:
         return std::async(std::launch::async, [=, this] { return Read(timeout); });
     }
 
+    // Sends a request, and reads its frame at the far end: its sequence identifier.
+    char Ask()
+    {
+        EXPECT_TRUE(Write(kRequest).done);
+        std::string frame = Receive(17);
+        while (!frame.empty() && frame.back() != '\x7E')
+            frame += Receive(1);
+        return frame.size() < 17 ? '\0' : frame[4];
+    }
+
+    const std::string kRequest = std::string("\x01\0\0\0\x01\0", 6);
     LogCapture log_{0xFFFFF};
     std::shared_ptr<COpenPort> open_;
 };

@@ -1,8 +1,8 @@
 #include "log/log_reader.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+
+#include "support/files.h"
 
 namespace fs = std::filesystem;
 
@@ -20,10 +20,8 @@ Lines LogReader::Files() const
 std::string LogReader::Text() const
 {
     std::string text;
-    for (const std::string& name : Files()) {
-        std::ifstream file(folder_ / name, std::ios::binary);
-        text.append(std::istreambuf_iterator<char>(file), {});
-    }
+    for (const std::string& name : Files())
+        text += ReadAll(folder_ / name);
     return text;
 }
 

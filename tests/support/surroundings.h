@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -35,14 +36,14 @@ public:
         std::filesystem::rename(root / "made", registry);
     }
 
-    // A new registry file with the library's settings: this logging level, and more values.
-    void SetLogging(unsigned level, const std::string& values = {}) const
+    // A new registry file with the library's settings: this logging level, if any, then more values, and more keys.
+    void SetLogging(std::optional<unsigned> level, const std::string& more = {}) const
     {
         std::ostringstream text;
-        text << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n\"Logging Level\"=dword:" << std::hex
-             << level << '\n'
-             << values;
-        ReplaceRegistry(text.str());
+        text << "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Norvik\\LinkDesk]\n";
+        if (level)
+            text << "\"Logging Level\"=dword:" << std::hex << *level << '\n';
+        ReplaceRegistry(text.str() + more);
     }
 
     const std::filesystem::path root = folder.Path();
