@@ -39,7 +39,7 @@ TEST(FrameCodecLog, EachRefusalHasItsLine)
     const Bytes escapes(8181, 0x7E);
     uint8_t* const data = big.data();
     const uint8_t two[] = {1, 2};
-    const uint8_t reply[16] = {0x4B, 0, 0, 0, 0, 7};
+    const uint8_t reply[29] = {0x4B, 0, 0, 0, 0, 7};
     const uint8_t command[16] = {0x4C};
     const uint8_t sequence[16] = {0x4B, 0, 0, 0, 0, 7, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF};
     DWORD length = 0;
@@ -63,12 +63,16 @@ TEST(FrameCodecLog, EachRefusalHasItsLine)
     expect(codec.DecomposeData(Bytes(30).data(), 30, data, 13, &length),
            {"DecomposeData - Destination buffer size is not enough. Destination buffer = 13, data read = 30 - "
             "Header = 16"});
+    EXPECT_EQ(data[12], 0x11) << "not touched";
     expect(codec.DecomposeData(command, 16, data, 13, &length),
            {"DecomposeData - Sent command(75) is not equal to returned command(76)"});
     expect(codec.DecomposeData(sequence, 16, data, 13, &length),
            {"DecomposeData - Expected sequence id(0) does not match the returned sequence id(-1)"});
+    EXPECT_TRUE(codec.DecomposeData(reply, 16, data, 13, &length));
     expect(codec.DecomposeData(reply, 16, data, 12, &length),
            {"DecomposeData - Destination buffer(12) is less than terminating character index(13)"});
+    expect(codec.DecomposeData(reply, 29, data, 13, &length),
+           {"DecomposeData - Destination buffer(13) is less than terminating character index(26)"});
 
     const std::string noData = "ComposeData ERROR - All or some data buffer parameter is null";
     expect(codec.ComposeData(nullptr, 0, data, 8193, &length), {noData});

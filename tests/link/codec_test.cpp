@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <tuple>
 
 #include "link/frame_codec.h"
@@ -28,18 +27,6 @@ Bytes Compose(CFrameCodec& codec, const Bytes& record)
     EXPECT_TRUE(codec.ComposeData(record.data(), static_cast<DWORD>(record.size()), frame.data(), 8193, &length));
     EXPECT_TRUE(std::all_of(frame.begin() + length, frame.end(), [](uint8_t byte) { return byte == 0; }));
     frame.resize(length);
-    return frame;
-}
-
-// A decoded reply frame with this many payload bytes.
-Bytes Reply(size_t payload, uint32_t sequence)
-{
-    Bytes frame(payload + 16, 0x11);
-    frame[0] = 0x4B;
-    const uint32_t length = static_cast<uint32_t>(payload + 7);
-    std::memcpy(&frame[5], &length, 4);
-    std::memcpy(&frame[9], &sequence, 4);
-    frame.back() = 0x7E;
     return frame;
 }
 
@@ -111,25 +98,4 @@ TEST(FrameCodec, ASizeIsJudgedByWhatHasBeenReceived)
     };
     for (const auto& [received, result] : cases)
         EXPECT_EQ(CFrameCodec().CheckSize(received.data(), static_cast<DWORD>(received.size())), result);
-}
-
-TEST(FrameCodec, RepliesAreDeliveredOrRefused)
-{
-    // Nothing delivered: refused, with this first byte in the destination.
-    const std::tuple<Bytes, DWORD, DWORD, uint8_t> cases[] = {
-        {Reply(8180, 3), 8193, 8193, 0},
-        {Reply(8181, 3), 8193, 0, 0},    // no room for the last byte that counts
-        {Reply(8193, 3), 8193, 0, 0},    // likewise
-        {Reply(8194, 3), 8193, 0, 0xEE}, // refused before the destination is touched
-    };
-    for (const auto& [frame, size, expected, left] : cases) {
-        CFrameCodec codec = CodecAfter(3);
-        Bytes dest(size, 0xEE);
-        DWORD delivered = 0;
-        EXPECT_EQ(codec.DecomposeData(frame.data(), static_cast<DWORD>(frame.size()), dest.data(), size, &delivered),
-                  expected != 0)
-            << frame.size();
-        EXPECT_EQ(delivered, expected) << frame.size();
-        EXPECT_TRUE(expected != 0 || dest[0] == left) << frame.size();
-    }
 }
