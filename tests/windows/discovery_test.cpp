@@ -12,13 +12,6 @@ protected:
 
     using Types = std::vector<uint32_t>;
 
-    static void SendPower(WPARAM event)
-    {
-        SendMessageA(FindWindowA(driver::kDeviceWindow, nullptr), WM_POWERBROADCAST, event, 0);
-    }
-
-    static std::string TestPort() { return std::getenv("PHNNRV_TEST_PORT"); }
-
     std::string Model()
     {
         PHN_DEVICE_INFO info{};
@@ -46,29 +39,12 @@ TEST_F(DiscoveryTest, AUsbHandsetIsOpenedWhenItIsThereAndWhenItArrivesAndClosedW
 
 TEST_F(DiscoveryTest, ASerialHandsetIsFoundThroughTheMapAndDroppedBySuspend)
 {
-    driver::SetSerialPort(TestPort());
+    driver::SetSerialPort(std::getenv("PHNNRV_TEST_PORT"));
     Load();
     ASSERT_EQ(CALL(PHN_Startup)(), PHN_ERROR_NONE);
     EXPECT_EQ(Model(), bench_.Handset().Snapshot().identity.model);
     ASSERT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_REMOVED, Tell, 0), PHN_ERROR_NONE);
-    SendPower(PBT_APMSUSPEND);
+    SendMessageA(FindWindowA(driver::kDeviceWindow, nullptr), WM_POWERBROADCAST, PBT_APMSUSPEND, 0);
     EXPECT_EQ(Battery(), PHN_ERROR_NO_DEVICE);
     EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_REMOVED});
-}
-
-TEST_F(DiscoveryTest, OnlyItsOwnRemovalAndADeadPortEndAUsbHandset)
-{
-    StartService();
-    ASSERT_EQ(CALL(PHN_SetCallback)(PHN_CALLBACK_REMOVED, Tell, 0), PHN_ERROR_NONE);
-    SendPower(PBT_APMSUSPEND);
-    SendPower(PBT_APMRESUMESUSPEND);
-    driver::SendDeviceChange(DBT_DEVICEREMOVECOMPLETE, R"(\\?\usb#vid_fffe&pid_0001#0002#{6b1d2e40})");
-    driver::SendDeviceChange(DBT_DEVICEARRIVAL);
-    EXPECT_EQ(Battery(), PHN_ERROR_NONE);
-    EXPECT_EQ(TakeTypes(), Types{});
-
-    bench_.Handset().AddFault("silence@1*1");
-    driver::SendDeviceChange(DBT_DEVICEARRIVAL);
-    EXPECT_EQ(TakeTypes(), Types{PHN_CALLBACK_REMOVED});
-    EXPECT_EQ(Battery(), PHN_ERROR_NO_SERVICE_OBJECT) << "opened again";
 }

@@ -64,12 +64,10 @@ void SetInterfacePresent(bool present)
     Key(reference + R"(\Control)").Set("Linked", present ? 1 : 0);
 }
 
-LRESULT SendDeviceChange(WPARAM event, const std::string& path)
+LRESULT SendDeviceChange(WPARAM event)
 {
     const HWND window = FindWindowA(kDeviceWindow, nullptr);
-    if (!window)
-        return FALSE;
-    return SendInterfaceMessage(window, event, kDiagnosticClass, path);
+    return window ? SendInterfaceMessage(window, event, kDiagnosticClass, kInterfacePath) : FALSE;
 }
 
 void SetSerialPort(const std::string& port)

@@ -20,7 +20,7 @@ inline constexpr char kInterfacePath[] = R"(\\?\usb#vid_fffe&pid_0001#0001#{6b1d
 void SetInterfacePresent(bool present);
 
 // Tells the library's window, if there is one, as the system does; for arrival and removal.
-LRESULT SendDeviceChange(WPARAM event, const std::string& path = kInterfacePath);
+LRESULT SendDeviceChange(WPARAM event);
 
 // The serial-port map: empty, or with this port alone.
 void SetSerialPort(const std::string& port);
