@@ -36,10 +36,8 @@ struct ExportRow
     std::string failureLine{}; // the text after the name then
 };
 
-// Finds an export's address by its name.
 using FindExport = std::function<void*(const char* name)>;
 
-// The exports that are not implemented.
 inline constexpr const char* kUnimplemented[] = {
     "PHN_CheckForUpgrade", "PHN_GetLocationInfo", "PHN_GetMassStorageMode",
     "PHN_GetNDISMode",     "PHN_PlayRingerID",    "PHN_SetCallbackExtended",

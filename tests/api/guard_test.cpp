@@ -27,8 +27,6 @@ public:
         if (row.data != Data::None)
             SetData(data_.data() + kMargin, kDataSize);
     }
-    HostMemory(const HostMemory&) = delete;
-    HostMemory& operator=(const HostMemory&) = delete;
 
     void SetSize(uint32_t size) { Set(0, size); }
     void SetData(uint8_t* data, uint32_t size)
@@ -65,7 +63,7 @@ class GuardTest : public HandsetTest
 protected:
     std::vector<ExportRow> Table() const
     {
-        return ExportTable([this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); });
+        return ExportTable([this](const char* name) { return FindAddress(name); });
     }
 
     // A correct call whose record is `extra` bytes larger than needed ends with this code and this line.
@@ -91,7 +89,6 @@ std::string SizeLine(const ExportRow& row, uint32_t size)
     return line;
 }
 
-// Null records and sizes that are too small are rejected with nothing touched.
 TEST_F(GuardTest, WithoutAHandsetEveryCorrectCallClearsItsOutputAndAnswers100)
 {
     Load();

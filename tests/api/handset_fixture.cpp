@@ -2,11 +2,6 @@
 
 #include <stdexcept>
 
-HandsetTest::~HandsetTest()
-{
-    Unload();
-}
-
 void HandsetTest::Load(const std::filesystem::path& library)
 {
     library_ = LoadLibraryA(library.string().c_str());
@@ -32,8 +27,7 @@ void HandsetTest::StartService()
 
 PHN_ERROR HandsetTest::Battery() const
 {
-    PHN_BATTERY_INFO info{};
-    info.uSize = sizeof info;
+    PHN_BATTERY_INFO info{sizeof info, 0, 0};
     return CALL(PHN_GetBatteryInfo)(&info);
 }
 

@@ -13,7 +13,7 @@
 class HandsetTest : public testing::Test
 {
 protected:
-    ~HandsetTest() override;
+    ~HandsetTest() override { Unload(); }
 
     void Load() { Load(bench_.LibraryPath()); }
     void Load(const std::filesystem::path& library);
@@ -32,11 +32,11 @@ protected:
         return reinterpret_cast<Function*>(FindAddress(name));
     }
 
+    void* FindAddress(const char* name) const;
+
     TestBench bench_;
 
 private:
-    void* FindAddress(const char* name) const;
-
     HMODULE library_ = nullptr;
 };
 

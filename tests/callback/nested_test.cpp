@@ -24,7 +24,6 @@ protected:
         TakeTypes();
     }
 
-    std::filesystem::path Devices() const { return std::getenv("PHNNRV_DEVICES"); }
     bool IsOpenUnserved() const { return Battery() == PHN_ERROR_NO_SERVICE_OBJECT; }
 
     // The removal function plugs a handset in and dispatches messages until its port is open.
@@ -64,7 +63,7 @@ protected:
 
 TEST_F(NestedTest, AHandsetThatArrivesWhileALossIsToldStays)
 {
-    simulator::Simulator next(Devices(), UsbInterfaceName("0002"));
+    simulator::Simulator next(bench_.Devices(), UsbInterfaceName("0002"));
     StartService();
     PlugInWhenTold(next);
     bench_.Unplug();
@@ -74,8 +73,8 @@ TEST_F(NestedTest, AHandsetThatArrivesWhileALossIsToldStays)
 
 TEST_F(NestedTest, AHandsetThatArrivesWhileTheLossOfADeadOneIsToldStays)
 {
-    simulator::Simulator next(Devices(), UsbInterfaceName("0002"));
-    simulator::Simulator late(Devices(), UsbInterfaceName("0003"));
+    simulator::Simulator next(bench_.Devices(), UsbInterfaceName("0002"));
+    simulator::Simulator late(bench_.Devices(), UsbInterfaceName("0003"));
     StartService();
     PlugInWhenTold(next);
     bench_.Handset().AddFault("silence@1"); // to the greeting that is the probe, and to nothing else
@@ -86,8 +85,8 @@ TEST_F(NestedTest, AHandsetThatArrivesWhileTheLossOfADeadOneIsToldStays)
 
 TEST_F(NestedTest, AHandsetThatArrivesWhileASuspendDropsASerialOneStays)
 {
-    simulator::Simulator serial(Devices(), "com5");
-    simulator::Simulator next(Devices(), UsbInterfaceName("0002"));
+    simulator::Simulator serial(bench_.Devices(), "com5");
+    simulator::Simulator next(bench_.Devices(), UsbInterfaceName("0002"));
     serial.Start();
     Load();
     AdvanceClock(300);
@@ -104,9 +103,9 @@ TEST_F(NestedTest, AnArrivalThatCannotBeOpenedInPlaceOfADeadHandsetLeavesTheSear
     RunFor(300);
     ASSERT_TRUE(AwaitBlocked(kCycle));
     bench_.Handset().AddFault("silence@1"); // to the greeting that is the probe, and to nothing else
-    std::filesystem::create_symlink("nowhere", Devices() / UsbInterfaceName("0002"));
+    std::filesystem::create_symlink("nowhere", bench_.Devices() / UsbInterfaceName("0002"));
     PumpWhileAProbeFails([&] { return Battery() == PHN_ERROR_NO_DEVICE; });
-    simulator::Simulator serial(Devices(), "com5");
+    simulator::Simulator serial(bench_.Devices(), "com5");
     serial.Start();
     AdvanceClock(kCycle);
     EXPECT_TRUE(PumpUntil([&] { return IsOpenUnserved(); }));
@@ -139,7 +138,7 @@ TEST_F(NestedTest, ATickInAFunctionThatDispatchesMessagesWaitsForTheNextOne)
 // The thread that finds the loss of a handset on a plain serial port tells it.
 TEST_F(NestedTest, TheWatchThreadTellsTheLossAtItsSeventhCycleBeforeTheServicesGo)
 {
-    simulator::Simulator serial(Devices(), "com5");
+    simulator::Simulator serial(bench_.Devices(), "com5");
     serial.Start();
     Load();
     AdvanceClock(300);

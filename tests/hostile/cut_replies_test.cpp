@@ -10,7 +10,6 @@
 #include "hostile/cut_sample.h"
 #include "phn_platform_test.h"
 #include "phnnrv.hpp"
-#include "simulator/lines/device_directory.h"
 #include "support/usage.h"
 
 namespace {
@@ -28,13 +27,12 @@ class CutRepliesTest : public HandsetTest, public testing::WithParamInterface<Ca
 protected:
     CutRepliesTest()
     {
-        setenv("PHNNRV_DEVICES", devices_.Path().c_str(), 1);
         setenv("PHNNRV_TIME_SCALE", std::to_string(kScale).c_str(), 1);
         setenv("PHNNRV_PROMPT_READS", std::get<1>(GetParam()) ? "1" : "0", 1);
         simulator_.Start();
         Load();
         RunFor(300); // the watch thread runs from here on
-        calls_ = HostCalls([this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); });
+        calls_ = HostCalls([this](const char* name) { return FindAddress(name); });
     }
 
     // A call as it is when nothing is wrong: how long its replies are.
@@ -125,9 +123,8 @@ private:
     }
 
     bool isStarted_ = false; // whatever came of the last call
-    const simulator::DeviceDirectory devices_;
     CutLine line_;
-    simulator::Simulator simulator_{line_.Opener(devices_.Path(), simulator::UsbInterfaceName("0001")), line_.Maker()};
+    simulator::Simulator simulator_{line_.Opener(bench_.Devices(), simulator::UsbInterfaceName("0001")), line_.Maker()};
 
 protected:
     std::vector<HostCall> calls_;

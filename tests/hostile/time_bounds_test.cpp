@@ -13,7 +13,6 @@
 #include "api/handset_fixture.h"
 #include "simulator/commands/fields.h"
 #include "simulator/handset/frame.h"
-#include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
 #include "soak/host_calls.h"
 
@@ -91,12 +90,11 @@ class TimeBoundsTest : public HandsetTest, public testing::WithParamInterface<st
 protected:
     TimeBoundsTest()
     {
-        setenv("PHNNRV_DEVICES", devices_.Path().c_str(), 1);
         setenv("PHNNRV_TIME_SCALE", std::to_string(Scale()).c_str(), 1);
         setenv("PHNNRV_PROMPT_READS", std::get<1>(GetParam()), 1);
         simulator_.Control().AddFault("payload=8000"); // enough to drip
         Load();
-        calls_ = HostCalls([this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); });
+        calls_ = HostCalls([this](const char* name) { return FindAddress(name); });
     }
 
     // What the call takes, in stated time.
@@ -156,9 +154,8 @@ private:
     }
 
     std::atomic<Drip> drip_ = Drip::None;
-    const simulator::DeviceDirectory devices_;
     simulator::Simulator simulator_{
-        simulator::PtyLines(devices_.Path(), simulator::UsbInterfaceName("0001")),
+        simulator::PtyLines(bench_.Devices(), simulator::UsbInterfaceName("0001")),
         [this](simulator::Handset& handset, simulator::Line&) { return std::make_unique<Dripping>(handset, drip_); }};
 
 protected:

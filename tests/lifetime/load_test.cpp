@@ -5,7 +5,6 @@
 
 #include "api/handset_fixture.h"
 #include "phn_platform_test.h"
-#include "simulator/lines/device_directory.h"
 #include "simulator/lines/simulator.h"
 
 namespace fs = std::filesystem;
@@ -20,13 +19,11 @@ protected:
     LoadTest()
     {
         bench_.SetLoggingLevel(TestBench::kAllLines);
-        setenv("PHNNRV_DEVICES", devices_.Path().c_str(), 1);
         silent_.Control().AddFault("silence");
         silent_.Start();
     }
 
-    const simulator::DeviceDirectory devices_;
-    simulator::Simulator silent_{devices_.Path(), "com1"};
+    simulator::Simulator silent_{bench_.Devices(), "com1"};
 };
 
 } // namespace

@@ -31,8 +31,7 @@ void HostSession::Run(const std::function<void()>& amid)
 std::string HostSession::CallAll()
 {
     std::string output, all;
-    for (const ExportRow& row :
-         ExportTable([this](const char* name) { return reinterpret_cast<void*>(Find<void()>(name)); }, Tell)) {
+    for (const ExportRow& row : ExportTable([this](const char* name) { return FindAddress(name); }, Tell)) {
         EXPECT_EQ(CallExport(row, &output), row.success) << row.name;
         all += output;
     }

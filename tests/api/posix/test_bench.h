@@ -25,8 +25,8 @@ public:
 
     // A copy of the library, so that its log file belongs to this process.
     std::string LibraryPath() const { return library_; }
+    const std::filesystem::path& Devices() const { return surroundings_.devices; }
     void SetLoggingLevel(uint32_t level) { surroundings_.SetLogging(level); }
-    // As LogReader takes it.
     Lines TakeLog() { return log_.Take(); }
 
     // Publishes the handset as a USB interface. A library that is loaded then opens it at once.

@@ -32,8 +32,6 @@ public:
         driver::SetInterfacePresent(false);
         SetLoggingLevel(0); // the next program's code may log without having a log
     }
-    TestBench(const TestBench&) = delete;
-    TestBench& operator=(const TestBench&) = delete;
 
     std::string LibraryPath() const { return library_.string(); }
     void SetLoggingLevel(uint32_t level) { driver::SetLoggingLevel(level); }
