@@ -52,8 +52,7 @@ TEST_P(AllocationsTest, AStatusMakesNoneAndAContactFew)
     const auto getContact = Find<decltype(PHN_GetContact)>("PHN_GetContact");
     ASSERT_TRUE(startup && getBattery && getContact);
     ASSERT_EQ(startup(), PHN_ERROR_NONE);
-    PHN_BATTERY_INFO battery{};
-    battery.uSize = sizeof battery;
+    PHN_BATTERY_INFO battery{sizeof battery, 0, 0};
     const auto askBattery = [&] { return getBattery(&battery); };
     char text[4096];
     const auto askContact = [&](uint32_t index) {

@@ -37,7 +37,7 @@ public:
 private:
     void LiveShortly(const SessionPlan& plan);
     void LiveWhole(unsigned startups);
-    void Plug() const;
+    void Plug() const { handset_.Tell(folder_.attachment == Attachment::Usb ? "plug usb" : "plug serial"); }
     void FindExports();
     void Call(const ExportRow& row);
     void Call(const std::string& name) { Call(*std::ranges::find(rows_, name, &ExportRow::name)); }
@@ -49,12 +49,6 @@ private:
     std::vector<ExportRow> rows_; // the last two begin and end the service
     SessionReport report_;
 };
-
-void RemoveLogs(const fs::path& folder)
-{
-    for (const std::string& name : LogReader(folder).Files())
-        fs::remove(folder / name);
-}
 
 void Session::FindExports()
 {
@@ -105,11 +99,6 @@ void Session::Await(const std::function<bool()>& isDone) const
     } while (isExpected && !isDone() && steady_clock::now() < end);
 }
 
-void Session::Plug() const
-{
-    handset_.Tell(folder_.attachment == Attachment::Usb ? "plug usb" : "plug serial");
-}
-
 void Session::LiveShortly(const SessionPlan& plan)
 {
     Call("PHN_Startup");
@@ -156,7 +145,8 @@ SessionReport Session::Run(const SessionPlan& plan)
 {
     const fs::path logs = folder_.library.parent_path();
     fs::current_path(logs); // where the log lies when the library's own place cannot be told
-    RemoveLogs(logs);
+    for (const std::string& name : LogReader(logs).Files())
+        fs::remove(logs / name);
     changes = removals = 0;
     handset_.Tell("reset");
     Plug();

@@ -139,8 +139,6 @@ void JudgeRemains(const Remains& remains, Complaints& wrong)
         wrong.push_back("there is a leak");
 }
 
-// ---- A case
-
 SessionReport RunFaulty(const Bench& bench, const Case& one)
 {
     const auto arm = [&] { Arm(one); };
@@ -199,8 +197,6 @@ bool NoteCalls(const Bench& bench)
     return IsRight("without a failure, again", JudgeClean(report, shared.outputs), report);
 }
 
-// ---- Workers
-
 std::string FirstLines(const fs::path& file)
 {
     constexpr int kMost = 40;
@@ -237,15 +233,6 @@ void Work(const std::vector<Case>& cases, Attachment attachment, unsigned number
     }
 }
 
-std::vector<std::string> ReadResults(const fs::path& results)
-{
-    std::vector<std::string> all;
-    std::ifstream stream(results);
-    for (std::string one; std::getline(stream, one, '\0');)
-        all.push_back(one);
-    return all;
-}
-
 } // namespace
 
 Census TakeCensus(Attachment attachment)
@@ -277,7 +264,9 @@ WalkResult Walk(std::vector<Case> cases, Attachment attachment)
         int status = 0;
         if (waitpid(workers[number], &status, 0) < 0 || status)
             result.wrong.push_back("a worker has ended with status " + std::to_string(status));
-        std::ranges::copy(ReadResults(results.Path() / std::to_string(number)), std::back_inserter(result.wrong));
+        std::ifstream stream(results.Path() / std::to_string(number));
+        for (std::string wrong; std::getline(stream, wrong, '\0');)
+            result.wrong.push_back(wrong);
     }
     result.struck = shared.struck;
     result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

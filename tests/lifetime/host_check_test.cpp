@@ -101,8 +101,7 @@ public:
     {
         StartService();
         for (const uint32_t size : {65536u, 65537u, 0xCCCCCCCCu}) {
-            PHN_BATTERY_INFO info{};
-            info.uSize = size;
+            PHN_BATTERY_INFO info{size, 0, 0};
             EXPECT_EQ(CALL(PHN_GetBatteryInfo)(&info), PHN_ERROR_NONE);
         }
     }

@@ -7,11 +7,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-HWND DeviceWindow()
-{
-    return FindWindowExA(nullptr, nullptr, "PHNNRVDeviceWindow", nullptr);
-}
-
 using WindowTest = HandsetTest;
 
 } // namespace
@@ -34,7 +29,7 @@ TEST_F(WindowTest, ARequestToQuitDuringStartupReachesTheHostsLoop)
 TEST_F(WindowTest, AWindowThatIsToldToCloseStillSeesTheHandsetGo)
 {
     StartService();
-    EXPECT_EQ(SendMessageA(DeviceWindow(), WM_CLOSE, 0, 0), 0);
+    EXPECT_EQ(SendMessageA(FindWindowExA(nullptr, nullptr, "PHNNRVDeviceWindow", nullptr), WM_CLOSE, 0, 0), 0);
     bench_.Unplug();
     EXPECT_TRUE(PumpUntil([this] { return Battery() == PHN_ERROR_NO_DEVICE; }));
 }

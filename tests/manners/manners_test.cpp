@@ -6,7 +6,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <thread>
 
 namespace {
@@ -14,7 +13,17 @@ namespace {
 class Manners : public HostSession
 {
 protected:
-    void Write(std::string text);
+    // As a contact, an event and a PDU: it is taken as one of them, or refused.
+    void Write(std::string text)
+    {
+        const auto size = static_cast<uint32_t>(text.size());
+        PHN_CONTACT_RECORD contact{sizeof contact, text.data(), size};
+        CALL(PHN_SetContact)(0, &contact);
+        PHN_EVENT_RECORD event{sizeof event, text.data(), size};
+        CALL(PHN_SetEvent)(0, &event);
+        PHN_SMS_MESSAGE message{sizeof message, reinterpret_cast<uint8_t*>(text.data()), size, 0, 0};
+        CALL(PHN_SendMessage)(&message);
+    }
 };
 
 TEST_F(Manners, ASessionLeavesTheProcessAsItWas)
@@ -43,38 +52,22 @@ TEST_F(Manners, ASessionNeedsFewSystemCalls)
     }).join();
 }
 
-// Fills every text and number of the owner's with this one.
-void Plant(simulator::Phone& phone, const std::string& planted)
-{
-    for (auto& [id, contact] : phone.contacts) {
-        contact.firstName = contact.lastName = planted;
-        for (simulator::ContactEntry& entry : contact.entries)
-            entry.value = planted;
-    }
-    for (auto& [index, event] : phone.events)
-        event.description = planted;
-    for (auto& [index, message] : phone.messages)
-        message.address = message.body = planted;
-    for (auto& [id, call] : phone.calls)
-        call.text = planted;
-}
-
-// As a contact, an event and a PDU: it is taken as one of them, or refused.
-void Manners::Write(std::string text)
-{
-    const auto size = static_cast<uint32_t>(text.size());
-    PHN_CONTACT_RECORD contact{sizeof contact, text.data(), size};
-    CALL(PHN_SetContact)(0, &contact);
-    PHN_EVENT_RECORD event{sizeof event, text.data(), size};
-    CALL(PHN_SetEvent)(0, &event);
-    PHN_SMS_MESSAGE message{sizeof message, reinterpret_cast<uint8_t*>(text.data()), size, 0, 0};
-    CALL(PHN_SendMessage)(&message);
-}
-
 TEST_F(Manners, TheLogTellsNothingOfTheOwner)
 {
     const std::string planted = "739184625", code = planted.substr(0, 4);
-    bench_.Handset().Change(0, [&](simulator::Phone& phone) { Plant(phone, planted); });
+    bench_.Handset().Change(0, [&](simulator::Phone& phone) {
+        for (auto& [id, contact] : phone.contacts) {
+            contact.firstName = contact.lastName = planted;
+            for (simulator::ContactEntry& entry : contact.entries)
+                entry.value = planted;
+        }
+        for (auto& [index, event] : phone.events)
+            event.description = planted;
+        for (auto& [index, message] : phone.messages)
+            message.address = message.body = planted;
+        for (auto& [id, call] : phone.calls)
+            call.text = planted;
+    });
     StartService();
     const std::string read = CallAll();
     int found = 0;

@@ -10,7 +10,6 @@ using namespace std::chrono_literals;
 
 constexpr std::uint32_t kWrite = 36;
 
-// Cards of persons with names and numbers of their own.
 std::string Cards(int count)
 {
     std::string text;

@@ -9,7 +9,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A finding, and the command that mends it.
 std::string Mended(const std::string& finding, const std::string& command)
 {
     return finding + "\n" + std::string(24, ' ') + " to mend it: " + command + "\n";

@@ -12,7 +12,6 @@ protected:
     Edit() { m_program.Set("XDG_STATE_HOME", Path("state")); }
     // An editor that runs these commands on the file, "$1".
     void UseEditor(const std::string& commands) { m_program.Set("VISUAL", "sh " + File("editor", commands + "\n")); }
-    std::string Entries() { return Handset().Show("contacts") + Handset().Show("events"); }
 };
 
 TEST_F(Edit, WritesWhatWasSavedOrNothing)

@@ -75,7 +75,6 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {"SUMMARY:" + std::string(81, 'x') + "\nDTSTART:20090310T120000\n",
          "DESCRIPTION=" + std::string(80, 'x') + " DTSTART=20090310T120000 DTEND=20090310T120000 !text-cut "},
         {"SUMMARY:\xE6\x97\xA5\nDTSTART:20090310T120000\n", "cannot hold !no-place-in-code-page "},
-        // Whole days.
         {tea(";VALUE=DATE:20090228"), at("20090228T000000", "20090228T235900")},
         {tea(";VALUE=DATE:20090228\nDTEND;VALUE=DATE:20090302"), at("20090228T000000", "20090301T235900")},
         // Zones: UTC, and the clock's time for what repeats.
@@ -94,11 +93,9 @@ TEST(EventFile, AForeignEventBecomesWhatTheHandsetHolds)
         {in("/America/Argentina/Ushuaia"), at("20090310T150000", "20090310T150000") + "TZID=UTC "},
         {in("../../../dev/null"), start + "!unknown-zone "},
         {in("zone.tab"), start + "!unknown-zone "},
-        // Alarms.
         {alarm("ACTION:AUDIO\nTRIGGER:-PT15M"), held + "TRIGGER=15 "},
         {alarm("ACTION:AUDIO\nTRIGGER:-PT20M"), held + "TRIGGER=60 !alarm-moved "},
         {alarm("ACTION:NONE\nTRIGGER;VALUE=DATE-TIME:19760401T005545Z"), held},
-        // Rules.
         {rule("FREQ=YEARLY"), held + "RRULE=FREQ=YEARLY;INTERVAL=1 "},
         {rule("FREQ=MONTHLY;BYDAY=TU;BYSETPOS=2;UNTIL=20091231"),
          held + "RRULE=FREQ=MONTHLY;UNTIL=20091231T235959Z;INTERVAL=1;BYDAY=2TU "},

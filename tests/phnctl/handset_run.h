@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-// Words that are run, and what they must end with and say.
 struct RunRow
 {
     std::string words;
@@ -41,9 +40,9 @@ protected:
 
     simulator::Handset& Handset() { return m_simulator.Control(); }
     simulator::Phone Held() { return Handset().Snapshot(); }
+    std::string Entries() { return Handset().Show("contacts") + Handset().Show("events"); }
     Outcome Run(const std::string& words, const std::string& input = "") { return m_program.Run(words, input); }
 
-    // What a run must end with and say.
     Outcome Expect(int status, const std::string& words, const std::vector<std::string>& says = {})
     {
         SCOPED_TRACE(words);

@@ -45,40 +45,25 @@ TEST(Rule, TheFirstFileOfItsNameDecides)
     }
 }
 
-// Devices as the kernel shows them: the bus's entries are links into the tree of devices.
-class Bus
-{
-public:
-    void Plug(const std::string& name, const std::string& vendor, const std::string& product) const
-    {
-        Write(m_devices / name / "idVendor", vendor);
-        Write(m_devices / name / "idProduct", product);
-        fs::create_directories(Root() / "sys/bus/usb/devices");
-        fs::create_directory_symlink(m_devices / name, Root() / "sys/bus/usb/devices" / name);
-    }
-    void AddTerminal(const std::string& interface, const std::string& name) const
-    {
-        const fs::path terminal = Root() / "sys/class/tty" / name;
-        fs::create_directories(m_devices / interface);
-        fs::create_directories(terminal);
-        fs::create_directory_symlink(m_devices / interface, terminal / "device");
-    }
-    const fs::path& Root() const { return m_root.Path(); }
-
-private:
-    simulator::DeviceDirectory m_root;
-    fs::path m_devices = Root() / "sys/devices/usb1";
-};
-
 TEST(Drivers, OnlyAHandsetWithoutATerminalIsNamed)
 {
-    const Bus bus;
-    bus.Plug("1-1", "fffe\n", "0001\n"); // the one without
-    bus.Plug("1-10", "fffe\n", "0001\n");
-    bus.AddTerminal("1-10/1-10:1.0/ttyUSB0", "ttyUSB0");
-    bus.Plug("1-3", "1d6b\n", "0001\n");
-    bus.Plug("1-4", "fffe\n", "$(x)\n");
-    const auto findings = phnctl::FindDriverless(bus.Root());
+    // Devices as the kernel shows them: the bus's entries are links into the tree of devices.
+    const simulator::DeviceDirectory root;
+    const fs::path devices = root.Path() / "sys/devices/usb1", bus = root.Path() / "sys/bus/usb/devices";
+    const fs::path terminal = root.Path() / "sys/class/tty/ttyUSB0", port = devices / "1-10/1-10:1.0/ttyUSB0";
+    for (const fs::path& folder : {bus, terminal, port})
+        fs::create_directories(folder);
+    fs::create_directory_symlink(port, terminal / "device");
+    const auto plug = [&](const std::string& name, const std::string& vendor, const std::string& product) {
+        Write(devices / name / "idVendor", vendor);
+        Write(devices / name / "idProduct", product);
+        fs::create_directory_symlink(devices / name, bus / name);
+    };
+    plug("1-1", "fffe\n", "0001\n"); // the one without
+    plug("1-10", "fffe\n", "0001\n");
+    plug("1-3", "1d6b\n", "0001\n");
+    plug("1-4", "fffe\n", "$(x)\n");
+    const auto findings = phnctl::FindDriverless(root.Path());
     ASSERT_EQ(findings.size(), 1u);
     EXPECT_EQ(findings[0].detail, "USB device 1-1 (fffe:0001) is there, but no driver has made a terminal for it");
     EXPECT_EQ(findings[0].remedy, "sudo modprobe option && echo fffe 0001 | "

@@ -5,7 +5,6 @@
 #include "sms/pdu_decoder.h"
 #include "sms/pdu_encoder.h"
 
-#include <cstring>
 #include <gtest/gtest.h>
 #include <tuple>
 

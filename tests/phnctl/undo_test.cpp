@@ -21,7 +21,6 @@ protected:
         });
     }
 
-    std::string Entries() { return Handset().Show("contacts") + Handset().Show("events"); }
     // New ones and a changed one among them.
     std::string Cards()
     {
@@ -30,7 +29,6 @@ protected:
             text += Card("New " + std::to_string(i), {"C555123001" + std::to_string(i)});
         return File("cards.vcf", text);
     }
-    // Kills the run in its nth request of this sort.
     void KillIn(const std::string& words, std::uint32_t command, unsigned nth)
     {
         std::atomic<pid_t> process = 0;

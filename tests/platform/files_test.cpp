@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>

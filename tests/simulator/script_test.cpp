@@ -17,13 +17,6 @@ namespace {
 constexpr int kMet = 0;
 constexpr int kUnmet = 1;
 
-void PlayHost(const std::filesystem::path& port)
-{
-    const host::Port opened{port};
-    for (const std::uint32_t command : {1, 5, 5})
-        opened.Ask(command);
-}
-
 class Script : public testing::Test
 {
 protected:
@@ -37,8 +30,11 @@ protected:
                                     " --log log 2>told";
         std::FILE* const phnsim = popen(command.c_str(), "r");
         std::array<char, 256> ready{};
-        if (std::fgets(ready.data(), ready.size(), phnsim))
-            PlayHost(devices.Path() / "com5");
+        if (std::fgets(ready.data(), ready.size(), phnsim)) {
+            const host::Port opened{devices.Path() / "com5"};
+            for (const std::uint32_t request : {1, 5, 5})
+                opened.Ask(request);
+        }
         const int status = pclose(phnsim);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }

@@ -20,14 +20,6 @@ using wire::Hex;
 constexpr const char* kNote = "4194304";  // the expert severity of a refusal
 constexpr const char* kError = "8388608"; // and of what is damaged
 
-// A handset with texts that are more than ASCII.
-void Prepare(Handset& handset)
-{
-    handset.Set("network/network26", "Señal");
-    handset.Set("contacts/3/lastName", "Ærø 📞");
-    handset.Set("messages/0/body", "¿Qué?\n漢字");
-}
-
 using Columns = std::set<std::string>;
 
 class Wireshark : public testing::Test
@@ -112,7 +104,9 @@ TEST_P(WiresharkPort, ReadsWhatTheHandsetReadAndWrote)
     std::vector<Fields> packets;
     std::set<std::uint32_t> carriedOut;
     Handset handset;
-    Prepare(handset);
+    handset.Set("network/network26", "Señal");
+    handset.Set("contacts/3/lastName", "Ærø 📞");
+    handset.Set("messages/0/body", "¿Qué?\n漢字");
     handset.SetWatcher([&](const Exchange& exchange) {
         packets.push_back(Expected(exchange, exchange.request, "response_in", packets.size() + 2));
         packets.push_back(Expected(exchange, exchange.reply, "response_to", packets.size()));

@@ -25,9 +25,7 @@ Decoded Decode(const Bytes& pdu)
 {
     const std::unique_ptr<uint8_t[]> exact(new uint8_t[pdu.size()]);
     std::copy(pdu.begin(), pdu.end(), exact.get());
-    PHN_SMS_MESSAGE host{};
-    host.pIS637Data = exact.get();
-    host.uSizeofData = static_cast<uint32_t>(pdu.size());
+    PHN_SMS_MESSAGE host{0, exact.get(), static_cast<uint32_t>(pdu.size()), 0, 0};
     SMS_MESSAGE message;
     PHN_ERROR error = PHN_ERROR_NONE;
     if (!IS637ToText(&host, &message, &error)) {

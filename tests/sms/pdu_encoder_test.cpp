@@ -21,9 +21,7 @@ Bytes Encode(const Record& record, size_t room = 500)
     std::memcpy(&message.rcRecord, bytes.data(), sizeof message.rcRecord);
     message.strBody = record.body;
     Bytes buffer(room, 0xAA);
-    PHN_SMS_MESSAGE host{};
-    host.pIS637Data = buffer.data();
-    host.uSizeofData = static_cast<uint32_t>(room);
+    PHN_SMS_MESSAGE host{0, buffer.data(), static_cast<uint32_t>(room), 0, 0};
     PHN_ERROR error = PHN_ERROR_NONE;
     const bool encoded = TextToIS637(&host, message, &error);
     EXPECT_EQ(error, encoded ? 0u : PHN_ERROR{PHN_ERROR_BUFFER_TOO_SMALL});

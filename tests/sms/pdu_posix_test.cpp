@@ -32,9 +32,7 @@ TEST(PduTime, IsTheLocalTimeOfTheHandsetsUtc)
         SMS_MESSAGE message;
         std::memcpy(&message.rcRecord, ToBytes(record).data(), sizeof message.rcRecord);
         Bytes buffer(64);
-        PHN_SMS_MESSAGE host{};
-        host.pIS637Data = buffer.data();
-        host.uSizeofData = 64;
+        PHN_SMS_MESSAGE host{0, buffer.data(), 64, 0, 0};
         PHN_ERROR error = PHN_ERROR_NONE;
         ASSERT_TRUE(TextToIS637(&host, message, &error));
         EXPECT_EQ(Bytes(buffer.begin() + 19, buffer.begin() + host.uSizeofData), stamp) << zone;
@@ -86,9 +84,7 @@ TEST(PduLines, EachReasonHasItsOwnAndItsCode)
         {Bytes(), PHN_ERROR_INVALID_PARAMETER, {}}, // the caller's line is the only one
     };
     for (auto [pdu, code, texts] : cases) {
-        PHN_SMS_MESSAGE host{};
-        host.pIS637Data = pdu.data();
-        host.uSizeofData = static_cast<uint32_t>(pdu.size());
+        PHN_SMS_MESSAGE host{0, pdu.data(), static_cast<uint32_t>(pdu.size()), 0, 0};
         SMS_MESSAGE message;
         PHN_ERROR error = PHN_ERROR_NONE;
         EXPECT_EQ(IS637ToText(&host, &message, &error), code == 0);
@@ -103,9 +99,7 @@ TEST(PduLines, EachReasonHasItsOwnAndItsCode)
     message.strBody = std::u16string(300, u'x');
     message.rcRecord.dwBodySize = 600;
     Bytes buffer(300);
-    PHN_SMS_MESSAGE host{};
-    host.pIS637Data = buffer.data();
-    host.uSizeofData = 200;
+    PHN_SMS_MESSAGE host{0, buffer.data(), 200, 0, 0};
     PHN_ERROR error = PHN_ERROR_NONE;
     EXPECT_FALSE(TextToIS637(&host, message, &error));
     EXPECT_EQ(log.TakeLines(),

@@ -23,10 +23,7 @@ protected:
     PHN_SMS_MESSAGE Message(uint32_t size)
     {
         buffer_.resize(std::max<size_t>(size, buffer_.size()));
-        PHN_SMS_MESSAGE message{};
-        message.pIS637Data = buffer_.data();
-        message.uSizeofData = size;
-        return message;
+        return {0, buffer_.data(), size, 0, 0};
     }
 
     // One listing step; the codes, and the index that came.
@@ -113,9 +110,7 @@ TEST_F(MessageTest, APduThatIsRejectedIsNotSent)
         EXPECT_EQ(log_.TakeLines().back(), "CSMS Error SaveMessage - Unable to decode SMS PDU");
         EXPECT_EQ(message.uSize + message.uIndexValid, 0u);
     };
-    PHN_SMS_MESSAGE null{};
-    null.uSizeofData = 5;
-    expect(null, PHN_ERROR_INVALID_PARAMETER);
+    expect({0, nullptr, 5, 0, 0}, PHN_ERROR_INVALID_PARAMETER);
     expect(Message(0), PHN_ERROR_INVALID_PARAMETER);
     expect(Outgoing(kPdu, 3), PHN_ERROR_PDU_NO_DESTINATION);
     EXPECT_TRUE(port_->requests.empty());

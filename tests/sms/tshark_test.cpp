@@ -36,7 +36,6 @@ std::string Stamp(const simulator::DateTime& utc)
     return stamp;
 }
 
-// What a line holds.
 std::string Fields()
 {
     std::string fields = " -e ansi_637_trans.tele_id -e ansi_637_trans.addr_param.number";
@@ -57,10 +56,7 @@ protected:
         std::map<uint32_t, Bytes> pdus;
         for (int32_t box = 0; box < 5; ++box) {
             uint8_t buffer[400];
-            PHN_SMS_MESSAGE message{};
-            message.uSize = sizeof message;
-            message.pIS637Data = buffer;
-            message.uSizeofData = sizeof buffer;
+            PHN_SMS_MESSAGE message{sizeof message, buffer, sizeof buffer, 0, 0};
             PHN_ERROR error = CALL(PHN_GetFirstMessage)(box, &message);
             for (; error == PHN_ERROR_NONE;
                  message.uSizeofData = sizeof buffer, error = CALL(PHN_GetNextMessage)(&message))

@@ -59,8 +59,7 @@ protected:
 
     uint32_t BatteryLevel() const
     {
-        PHN_BATTERY_INFO info{};
-        info.uSize = sizeof info;
+        PHN_BATTERY_INFO info{sizeof info, 0, 0};
         CALL(PHN_GetBatteryInfo)(&info);
         return info.uBattery2;
     }
