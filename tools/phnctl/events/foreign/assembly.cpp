@@ -112,7 +112,8 @@ private:
         }
         const icalcomponent_kind known = icalenum_string_to_component_kind(kind.c_str());
         ComponentOwner component(icalcomponent_new(known == ICAL_NO_COMPONENT ? ICAL_X_COMPONENT : known));
-        Assembly::Origin& origin = m_result.origins[component.get()];
+        // What was dropped may have stood at the same address, with its parts.
+        Assembly::Origin& origin = m_result.origins[component.get()] = {};
         origin.kind = kind;
         origin.line = line;
         origin.lines.emplace("BEGIN", line);
