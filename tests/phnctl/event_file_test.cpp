@@ -297,7 +297,7 @@ TEST(EventRule, IsToldInWords)
         {"FREQ=YEARLY;BYMONTH=3,4;BYMONTHDAY=-1;COUNT=5", "every year in March and April on the last day, 5 times"},
     };
     for (const auto& [text, words] : cases)
-        EXPECT_EQ(RuleInWords(text, "UTC"), words);
+        EXPECT_EQ(RuleInWords(ParseRule(text), "UTC"), words);
 }
 
 } // namespace

@@ -20,8 +20,6 @@
 
 namespace phnctl {
 
-using namespace event_property;
-
 namespace {
 
 constexpr const char* kStored = "--stored";
@@ -41,7 +39,8 @@ struct Occurrence
 {
     EventTime start; // local times
     EventTime end;
-    const StoredEntry* event;
+    Event event;
+    const StoredEntry* stored;
 };
 
 Span SpanOf(const Invocation& invocation)
@@ -70,37 +69,37 @@ Span SpanOf(const Invocation& invocation)
 // Those of one event that are not over before the span begins.
 void Collect(const StoredEntry& stored, const Span& span, std::vector<Occurrence>& found)
 {
-    EventDraft event = DraftOf(stored.entry);
+    const Event event = EventOf(stored.entry);
     if (!event.start || !event.end)
         return;
-    event.rule.EndInOwnTime(event.zone);
+    EventRule rule = event.rule;
+    rule.EndInOwnTime(event.zone);
     const std::int64_t length = SecondsOf(*event.end) - SecondsOf(*event.start);
     // A day more on both sides, as the span is local time and the event's may be another.
     const EventTime first = TimeOf(SecondsOf(span.from) - length - kDay);
     const EventTime last = TimeOf(SecondsOf(span.to) + kDay);
-    const auto starts = event.rule.Repeats() ? Occurrences(*event.start, event.rule, first, last, kMostOfOne)
-                                             : std::vector<EventTime>{*event.start};
+    const auto starts = rule.Repeats() ? Occurrences(*event.start, rule, first, last, kMostOfOne)
+                                       : std::vector<EventTime>{*event.start};
     for (const EventTime& start : starts) {
         const EventTime end = TimeOf(SecondsOf(start) + length);
-        const Occurrence occurrence{LocalTimeOf(start, event.zone), LocalTimeOf(end, event.zone), &stored};
+        Occurrence occurrence{LocalTimeOf(start, event.zone), LocalTimeOf(end, event.zone), event, &stored};
         if (occurrence.end >= span.from && occurrence.start < span.to)
-            found.push_back(occurrence);
+            found.push_back(std::move(occurrence));
     }
 }
 
 Json OccurrenceJson(const Occurrence& occurrence)
 {
-    const Entry& event = occurrence.event->entry;
-    const std::string rule = ValueOf(event, kRule);
-    const auto lead = ParseNumber(ValueOf(event, kAlarm), 0x7FFFFFFF);
+    const Event& event = occurrence.event;
+    const bool repeats = event.rule.Repeats();
     return {JsonObject{{"start", {IsoText(occurrence.start, "")}},
                        {"end", {IsoText(occurrence.end, "")}},
                        {"allDay", {IsAllDay(event)}},
-                       {"title", {EventKind().Title(event)}},
-                       {"rule", rule.empty() ? Json{nullptr} : Json{rule}},
-                       {"repeats", rule.empty() ? Json{nullptr} : Json{RuleInWords(rule, ValueOf(event, kZone))}},
-                       {"alarm", lead ? Json{static_cast<std::int64_t>(*lead)} : Json{nullptr}},
-                       {"index", {std::int64_t{occurrence.event->index}}}}};
+                       {"title", {EventKind().Title(occurrence.stored->entry)}},
+                       {"rule", repeats ? Json{event.rule.written} : Json{nullptr}},
+                       {"repeats", repeats ? Json{RuleInWords(event.rule, event.zone)} : Json{nullptr}},
+                       {"alarm", event.alarm ? Json{*event.alarm} : Json{nullptr}},
+                       {"index", {std::int64_t{occurrence.stored->index}}}}};
 }
 
 Json OccurrencesJson(const std::vector<Occurrence>& occurrences)
@@ -115,11 +114,11 @@ std::string OccurrencesText(const std::vector<Occurrence>& occurrences)
 {
     std::vector<std::vector<std::string>> rows;
     for (const Occurrence& occurrence : occurrences) {
-        const Entry& event = occurrence.event->entry;
+        const Event& event = occurrence.event;
         const ShownSpan span = SpanInWords(occurrence.start, occurrence.end, IsAllDay(event));
-        rows.push_back({span.start, span.end, EventKind().Title(event),
-                        RuleInWords(ValueOf(event, kRule), ValueOf(event, kZone)), AlarmInWords(ValueOf(event, kAlarm)),
-                        std::to_string(occurrence.event->index)});
+        rows.push_back({span.start, span.end, EventKind().Title(occurrence.stored->entry),
+                        RuleInWords(event.rule, event.zone), LeadInWords(event.alarm),
+                        std::to_string(occurrence.stored->index)});
     }
     return TableText({"Start", "End", "Text", "Repeats", "Alarm", "Index"}, rows, host::TerminalWidth(stdout));
 }

@@ -24,37 +24,49 @@ std::string ValueOf(const Entry& entry, const char* property)
     return value ? *value : std::string();
 }
 
-bool IsAllDay(const EventDraft& draft)
+Event EventOf(const Entry& entry)
 {
-    if (!draft.zone.empty() || !draft.start || !draft.end)
+    Event event;
+    event.text = ValueOf(entry, kText);
+    event.start = ParseEventTime(ValueOf(entry, kStart));
+    event.end = ParseEventTime(ValueOf(entry, kEnd));
+    event.zone = ValueOf(entry, kZone);
+    event.rule = ParseRule(ValueOf(entry, kRule));
+    event.alarm = ParseNumber(ValueOf(entry, kAlarm), kLargestNumber);
+    event.ringer = ParseNumber(ValueOf(entry, kRinger), kLargestNumber);
+    event.uid = ValueOf(entry, kUid);
+    event.created = ParseEventTime(ValueOf(entry, kCreated));
+    event.modified = ParseEventTime(ValueOf(entry, kModified));
+    return event;
+}
+
+Entry EntryOf(const Event& event)
+{
+    const auto number = [](const std::optional<std::int64_t>& value) { return value ? std::to_string(*value) : ""; };
+    Entry entry;
+    entry.fields = {{kText, event.text},
+                    {kStart, EventTimeText(event.start)},
+                    {kEnd, EventTimeText(event.end)},
+                    {kZone, event.zone},
+                    {kRule, event.rule.Text()},
+                    {kAlarm, number(event.alarm)},
+                    {kRinger, number(event.ringer)},
+                    {kCreated, EventTimeText(event.created)},
+                    {kModified, EventTimeText(event.modified)},
+                    {kUid, event.uid}};
+    std::erase_if(entry.fields, [](const EntryField& field) { return field.value.empty(); }); // the same as none
+    return entry;
+}
+
+bool IsAllDay(const Event& event)
+{
+    if (!event.zone.empty() || !event.start || !event.end)
         return false;
     const auto isMidnight = [](const EventTime& time) {
         return time.hour == 0 && time.minute == 0 && time.second == 0;
     };
-    const bool isLastMinute = draft.end->hour == 23 && draft.end->minute == 59;
-    return isMidnight(*draft.start) && *draft.start < *draft.end && (isLastMinute || isMidnight(*draft.end));
-}
-
-bool IsAllDay(const Entry& entry)
-{
-    return IsAllDay(DraftOf(entry));
-}
-
-EventDraft DraftOf(const Entry& entry)
-{
-    EventDraft draft;
-    draft.text = ValueOf(entry, kText);
-    draft.start = ParseEventTime(ValueOf(entry, kStart));
-    draft.end = ParseEventTime(ValueOf(entry, kEnd));
-    draft.zone = ValueOf(entry, kZone);
-    draft.rule = ParseRule(ValueOf(entry, kRule));
-    if (const auto alarm = ParseNumber(ValueOf(entry, kAlarm), 0x7FFFFFFF))
-        draft.alarm = static_cast<std::int64_t>(*alarm);
-    draft.ringer = ValueOf(entry, kRinger);
-    draft.uid = ValueOf(entry, kUid);
-    draft.created = ParseEventTime(ValueOf(entry, kCreated));
-    draft.modified = ParseEventTime(ValueOf(entry, kModified));
-    return draft;
+    const bool isLastMinute = event.end->hour == 23 && event.end->minute == 59;
+    return isMidnight(*event.start) && *event.start < *event.end && (isLastMinute || isMidnight(*event.end));
 }
 
 Entry CompleteEvent(const Entry& wanted, const Entry* replaced)

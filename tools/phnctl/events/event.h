@@ -1,6 +1,7 @@
-// What an event of the handset is made of, as named values: its text, its times and their zone, one rule, one alarm, an
-// id and two stamps. Turns what a file says into what a handset can hold, and says what it cannot. Used by the event
-// kind, for the handset's own text and for the calendars of files alike.
+// What an event of the handset is made of: its text, its times and their zone, one rule, one alarm, an id and two
+// stamps; as values (Event), and as the named texts that plans compare and journals keep (Entry). Turns what a file
+// says into what a handset can hold, and says what it cannot. Used by the event kind, for the handset's own text and
+// for the calendars of files alike.
 #pragma once
 
 #include "phnctl/events/rule.h"
@@ -10,6 +11,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace phnctl {
@@ -35,25 +37,42 @@ inline constexpr const char* kVersion = "version";     // a higher one is newer
 inline constexpr const char* kCancelled = "cancelled"; // the file takes it back
 } // namespace event_fact
 
-// An event as a text states it. Everything is UTF-8 and may be of any length.
-struct EventDraft
+// Texts are UTF-8.
+struct Event
 {
-    std::size_t line = 0;                     // of its BEGIN
-    std::map<std::string, std::size_t> lines; // where each property is first
     std::string text;
     std::optional<EventTime> start;
     std::optional<EventTime> end;
-    std::string zone;
+    std::string zone; // empty: local time
     EventRule rule;
-    std::vector<EventTime> exceptions; // occurrences that do not take place
-    std::optional<EventTime> before;   // from then on it is another draft's
     std::optional<std::int64_t> alarm; // minutes before the start; negative: after it
-    std::string ringer;
+    std::optional<std::int64_t> ringer;
     std::string uid;
-    std::optional<EventTime> created;
+    std::optional<EventTime> created; // in UTC
     std::optional<EventTime> modified;
-    std::vector<Note> notes; // what was lost on the way here
-    std::string problem;     // not empty: it is no event that a handset could hold
+};
+
+inline constexpr std::uint64_t kLargestNumber = 0x7FFFFFFF; // that an alarm or a ringer is
+
+// Nothing else reads an event's values from an entry, or writes them into one.
+Event EventOf(const Entry& entry);
+Entry EntryOf(const Event& event);
+
+// From the first minute of a local day to the last of it or of a later one, or to the midnight behind it.
+bool IsAllDay(const Event& event);
+
+// An event as a text states it: its values may be any, and its texts of any length.
+struct EventDraft : Event
+{
+    EventDraft() = default;
+    EventDraft(Event values) : Event(std::move(values)) {}
+
+    std::size_t line = 0;                     // of its BEGIN
+    std::map<std::string, std::size_t> lines; // where each property is first
+    std::vector<EventTime> exceptions;        // occurrences that do not take place
+    std::optional<EventTime> before;          // from then on it is another draft's
+    std::vector<Note> notes;                  // what was lost on the way here
+    std::string problem;                      // not empty: it is no event that a handset could hold
     std::string problemCode = "not-an-event";
     bool isMeant = true; // false: nothing to store, as the problem says
     bool isCancelled = false;
@@ -72,14 +91,8 @@ Candidate FitEvent(EventDraft draft);
 // The alarms of a handset, in minutes before the start.
 std::span<const std::int64_t> AlarmLeads();
 
-EventDraft DraftOf(const Entry& entry);
-
-// The value of a property; empty when there is none.
+// The text of a property or a fact; empty when there is none.
 std::string ValueOf(const Entry& entry, const char* property);
-
-// From the first minute of a local day to the last of it or of a later one, or to the midnight behind it.
-bool IsAllDay(const EventDraft& draft);
-bool IsAllDay(const Entry& entry);
 
 // What `wanted` leaves open is that of `replaced`: the stamp of its creation, and the ringer of its alarm.
 Entry CompleteEvent(const Entry& wanted, const Entry* replaced);

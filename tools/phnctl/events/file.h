@@ -19,11 +19,11 @@ inline constexpr const char* kCalendarProduct = "-//phnctl//phnctl//EN";
 std::vector<Candidate> EventsOfFile(const std::string& file, const std::string& text);
 
 // With the definitions of the zones that it uses; escaped, lines folded at 75 bytes, each id once.
-std::string FileOfEvents(std::span<const StoredEntry> events);
+std::string FileOfEvents(std::span<const StoredEntry> entries);
 
 // One event in the library's dialect, from and to the code page.
 Entry EventFromLibrary(std::string_view text);
-std::string EventToLibrary(const Entry& event);
+std::string EventToLibrary(const Entry& entry);
 
 // The events of the library's text and of the tool's own files. Nothing: it is another program's.
 std::optional<std::vector<EventDraft>> ReadOwnEvents(std::string_view text);

@@ -1,7 +1,6 @@
 #include "phnctl/events/event.h"
 #include "phnctl/events/uid.h"
 #include "phnctl/events/words.h"
-#include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
 #include <algorithm>
@@ -31,8 +30,8 @@ public:
         else if (TakeTimes()) {
             TakeRule();
             TakeAlarm();
-            TakeStamp(kCreated, m_draft.created);
-            TakeStamp(kModified, m_draft.modified);
+            m_held.created = InRange(m_draft.created);
+            m_held.modified = InRange(m_draft.modified);
         }
         TakeUid();
         return Finish();
@@ -49,7 +48,7 @@ private:
         if (!TryToHandset(cut))
             Refuse("no-place-in-code-page", m_draft.TextProperty(),
                    fmt::format("'{}' holds characters that have no place in the handset library's code page", cut));
-        Add(kText, cut);
+        m_held.text = cut;
     }
 
     bool TakeTimes()
@@ -58,38 +57,37 @@ private:
             Refuse("no-time", m_draft.start ? kEnd : kStart, "it is no date and time");
             return false;
         }
-        EventTime& end = *m_draft.end;
-        m_isAllDay = IsAllDay(m_draft);
+        m_held.start = m_draft.start;
+        m_held.end = m_draft.end;
+        m_held.zone = m_draft.zone;
+        m_isAllDay = IsAllDay(m_held);
+        EventTime& end = *m_held.end;
         if (m_isAllDay) // their end is always written as the last minute
             end = TimeOf(SecondsOf(end) - (end.hour == 0 ? 60 : end.second));
         const auto isInRange = [](const EventTime& time) { return time.year >= kFirstYear && time.year <= kLastYear; };
-        if (!isInRange(*m_draft.start) || !isInRange(end))
+        if (!isInRange(*m_held.start) || !isInRange(end))
             Refuse("date-out-of-range", kStart,
                    fmt::format("the handset keeps dates from {} to {}", kFirstYear, kLastYear));
-        else if (end < *m_draft.start)
+        else if (end < *m_held.start)
             Refuse("ends-before-it-starts", kEnd, "the event ends before it starts");
-        Add(kStart, EventTimeText(*m_draft.start));
-        Add(kEnd, EventTimeText(end));
-        Add(kZone, m_draft.zone);
         return true;
     }
 
     void TakeRule()
     {
-        EventRule& rule = m_draft.rule;
-        const bool isListed = !rule.Repeats() || rule.Lists(*m_draft.start);
-        if (!rule.problem.empty() || !isListed)
-            Add(kRule, OneLine(rule.written)); // so that it is not taken for what happens once
+        EventRule& rule = m_held.rule = m_draft.rule;
+        rule.written = OneLine(rule.written);
         if (!rule.problem.empty())
             return Refuse("rule", kRule, fmt::format("the handset cannot repeat an event by '{}'", rule.problem));
-        if (!isListed)
+        if (rule.Repeats() && !rule.Lists(*m_held.start)) {
+            rule.problem = rule.written; // as it is, so that it is not taken for what happens once
             return Refuse("start-not-in-rule", kRule, "the start is none of the days that the rule lists");
+        }
         if (m_isAllDay && rule.until) { // any time of the last day means that day
             rule.EndInOwnTime("");
             rule.until->form = StatedTime::Form::Day;
         }
-        rule.EndInUtc(m_draft.zone);
-        Add(kRule, rule.Text());
+        rule.EndInUtc(m_held.zone);
     }
 
     void TakeAlarm()
@@ -105,33 +103,22 @@ private:
                                      asked < 0      ? "has no alarm after the start"
                                      : held < asked ? "has no earlier alarm"
                                                     : "has none between"));
-        Add(kAlarm, std::to_string(held));
-        const auto ringer = ParseNumber(m_draft.ringer, 0x7FFFFFFF);
-        if (ringer)
-            Add(kRinger, std::to_string(*ringer));
+        m_held.alarm = held;
+        m_held.ringer = m_draft.ringer;
     }
 
     void TakeUid()
     {
         const std::string uid = OneLine(m_draft.uid);
         const bool isHeld = CutToUnits(uid, kUidUnits) == uid && TryToHandset(uid);
-        const std::string held = isHeld ? uid : MarkedUid(uid, uid);
+        m_held.uid = isHeld ? uid : MarkedUid(uid, uid);
         if (!isHeld)
-            m_draft.Tell("uid-shortened", kUid, fmt::format("the handset keeps it as '{}'", held));
-        Add(kUid, held);
+            m_draft.Tell("uid-shortened", kUid, fmt::format("the handset keeps it as '{}'", m_held.uid));
     }
 
-    void TakeStamp(const char* property, const std::optional<EventTime>& time)
+    static std::optional<EventTime> InRange(const std::optional<EventTime>& stamp)
     {
-        if (time && time->year >= kFirstYear)
-            Add(property, EventTimeText(*time));
-    }
-
-    // An empty value is the same as none.
-    void Add(const char* property, const std::string& value)
-    {
-        if (!value.empty())
-            m_result.entry.fields.push_back({property, value});
+        return stamp && stamp->year >= kFirstYear ? stamp : std::nullopt;
     }
 
     void AddFact(const char* fact, const std::string& value)
@@ -151,6 +138,7 @@ private:
 
     Candidate Finish()
     {
+        m_result.entry = EntryOf(m_held);
         m_result.line = m_draft.line;
         m_result.notes = std::move(m_draft.notes);
         m_result.fits = !m_refusal;
@@ -164,6 +152,7 @@ private:
     }
 
     EventDraft m_draft;
+    Event m_held;
     Candidate m_result;
     bool m_isAllDay = false;
     std::optional<Note> m_refusal;

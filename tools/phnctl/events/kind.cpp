@@ -4,7 +4,6 @@
 #include "phnctl/events/file.h"
 #include "phnctl/events/meeting.h"
 #include "phnctl/events/words.h"
-#include "phnctl/text/number.h"
 #include "phnctl/text/text.h"
 
 #include <algorithm>
@@ -87,7 +86,7 @@ public:
         DeleteStaleParts(*this, plan, inventory);
     }
 
-    Entry Storable(const Entry& read) const override { return CompleteEvent(FitEvent(DraftOf(read)).entry, nullptr); }
+    Entry Storable(const Entry& read) const override { return CompleteEvent(FitEvent(EventOf(read)).entry, nullptr); }
 
     Entry Complete(const Entry& wanted, const Entry* replaced) const override
     {
@@ -105,16 +104,15 @@ public:
 
     std::vector<std::string> Row(const Entry& entry) const override
     {
-        const std::string zone = ValueOf(entry, kZone);
-        const auto start = ParseEventTime(ValueOf(entry, kStart));
-        const auto end = ParseEventTime(ValueOf(entry, kEnd));
-        const ShownSpan span = start && end ? SpanInWords(*start, *end, IsAllDay(entry)) : ShownSpan();
+        const Event event = EventOf(entry);
+        const ShownSpan span =
+            event.start && event.end ? SpanInWords(*event.start, *event.end, IsAllDay(event)) : ShownSpan();
         return {span.start,
                 span.end,
-                zone,
-                ValueOf(entry, kText),
-                RuleInWords(ValueOf(entry, kRule), zone),
-                AlarmInWords(ValueOf(entry, kAlarm))};
+                event.zone,
+                event.text,
+                RuleInWords(event.rule, event.zone),
+                LeadInWords(event.alarm)};
     }
 
     std::string Label(const std::string& property) const override
@@ -125,24 +123,24 @@ public:
 
     std::vector<Field> Details(const Handset&, const Entry& entry) const override
     {
+        const Event event = EventOf(entry);
         std::vector<Field> details;
-        const bool isAllDay = IsAllDay(entry);
-        for (const char* property : {kStart, kEnd, kCreated, kModified})
-            if (const auto time = ParseEventTime(ValueOf(entry, property))) {
-                const bool isStamp = property == kCreated || property == kModified; // in UTC
-                const bool isDay = isAllDay && !isStamp;
-                details.emplace_back(property, Label(property),
-                                     IsoText(*time, isStamp ? kUtcZone : ValueOf(entry, kZone)));
-                details.back().shown = isDay ? ShownDay(*time) + ", all day" : Shown(*time);
-            }
-        if (entry.Find(kRule)) {
-            details.emplace_back(kRule, Label(kRule), ValueOf(entry, kRule));
-            details.back().shown = RuleInWords(ValueOf(entry, kRule), ValueOf(entry, kZone));
-        }
-        if (const auto lead = ParseNumber(ValueOf(entry, kAlarm), 0x7FFFFFFF)) {
-            details.emplace_back(kAlarm, Label(kAlarm), *lead);
-            details.back().shown = AlarmInWords(ValueOf(entry, kAlarm));
-        }
+        const auto add = [&](const char* property, const auto& value, std::string shown) {
+            details.emplace_back(property, Label(property), value).shown = std::move(shown);
+        };
+        const auto addTime = [&](const char* property, const std::optional<EventTime>& time, const std::string& zone,
+                                 bool isDay) {
+            if (time)
+                add(property, IsoText(*time, zone), isDay ? ShownDay(*time) + ", all day" : Shown(*time));
+        };
+        addTime(kStart, event.start, event.zone, IsAllDay(event));
+        addTime(kEnd, event.end, event.zone, IsAllDay(event));
+        addTime(kCreated, event.created, kUtcZone, false);
+        addTime(kModified, event.modified, kUtcZone, false);
+        if (event.rule.Repeats())
+            add(kRule, event.rule.written, RuleInWords(event.rule, event.zone));
+        if (event.alarm)
+            add(kAlarm, *event.alarm, LeadInWords(event.alarm));
         return details;
     }
 };

@@ -17,8 +17,7 @@ std::optional<std::int64_t> LeadOf(const std::string& trigger)
     if (!upper.starts_with("-P") || !upper.ends_with('M'))
         return std::nullopt;
     const std::size_t begin = upper.starts_with("-PT") ? 3 : 2;
-    const auto minutes = ParseNumber(std::string_view(upper).substr(begin, upper.size() - begin - 1), 0x7FFFFFFF);
-    return minutes ? std::optional<std::int64_t>(*minutes) : std::nullopt;
+    return ParseNumber(std::string_view(upper).substr(begin, upper.size() - begin - 1), kLargestNumber);
 }
 
 std::string WithoutBraces(const std::string& uid)
@@ -93,7 +92,7 @@ private:
             draft.alarm = LeadOf(line.value);
             draft.lines.try_emplace(line.name, line.line);
         } else if (line.name == kRinger || line.HasParameter("TYPE", kRinger)) // the library's is one of ACTION's
-            draft.ringer = line.value;
+            draft.ringer = ParseNumber(line.value, kLargestNumber);
     }
 
     void TakeProperty(const ContentLine& line, EventDraft& draft) const

@@ -11,14 +11,11 @@
 
 namespace phnctl {
 
-using namespace event_property;
-
 namespace {
 
-std::string PartInWords(const SeriesPart& part, const Entry& event)
+std::string PartInWords(const SeriesPart& part, const Event& event)
 {
-    const auto start = ParseEventTime(ValueOf(event, kStart));
-    const std::string when = start ? Shown(LocalTimeOf(*start, ValueOf(event, kZone))) : "";
+    const std::string when = event.start ? Shown(LocalTimeOf(*event.start, event.zone)) : "";
     return part.run.empty() ? fmt::format("an occurrence of the series, moved to {}", when)
                             : fmt::format("part {} of the series, from {} on", part.run, when);
 }
@@ -51,7 +48,8 @@ public:
     {
         if (const auto refused = m_refused.find(key); refused != m_refused.end())
             return m_staying[refused->second].push_back(stored.index);
-        const auto part = SeriesPartOf(ValueOf(stored.entry, kUid));
+        const Event event = EventOf(stored.entry);
+        const auto part = SeriesPartOf(event.uid);
         const auto whole = WholeOf(key, part);
         if (!whole || m_keys.contains(key))
             return;
@@ -64,7 +62,7 @@ public:
             m_plan.deletions.push_back({stored,
                                         series.members,
                                         {{"stale-part", "", 0,
-                                          part ? PartInWords(*part, stored.entry) + ", which the file no longer has"
+                                          part ? PartInWords(*part, event) + ", which the file no longer has"
                                                : "the series, of which no occurrence takes place any more"}}});
     }
 

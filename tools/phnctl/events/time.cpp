@@ -67,10 +67,11 @@ std::optional<EventTime> ParseEventTime(std::string_view text)
     return Exists(time) ? std::optional(time) : std::nullopt;
 }
 
-std::string EventTimeText(const EventTime& time)
+std::string EventTimeText(const std::optional<EventTime>& time)
 {
-    return fmt::format("{:04}{:02}{:02}T{:02}{:02}{:02}", time.year, time.month, time.day, time.hour, time.minute,
-                       time.second);
+    return time ? fmt::format("{:04}{:02}{:02}T{:02}{:02}{:02}", time->year, time->month, time->day, time->hour,
+                              time->minute, time->second)
+                : "";
 }
 
 std::optional<StatedTime> ParseStatedTime(std::string_view text)

@@ -27,7 +27,7 @@ bool Exists(const EventTime& time);
 
 // "20090310T120000", with anything behind it. Nothing for what is no date or no time.
 std::optional<EventTime> ParseEventTime(std::string_view text);
-std::string EventTimeText(const EventTime& time);
+std::string EventTimeText(const std::optional<EventTime>& time); // empty for none
 
 // A time as a calendar states it.
 struct StatedTime

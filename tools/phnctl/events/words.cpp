@@ -1,8 +1,5 @@
 #include "phnctl/events/words.h"
 
-#include "phnctl/events/rule.h"
-#include "phnctl/text/number.h"
-
 #include <algorithm>
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -68,13 +65,12 @@ std::string LengthInWords(std::int64_t minutes)
 
 } // namespace
 
-std::string RuleInWords(const std::string& rule, std::string_view zone)
+std::string RuleInWords(EventRule rule, std::string_view zone)
 {
-    EventRule parsed = ParseRule(rule);
-    parsed.EndInOwnTime(zone);
-    const auto& [frequency, count, until, interval, days, months, monthDays, written, problem] = parsed;
+    rule.EndInOwnTime(zone);
+    const auto& [frequency, count, until, interval, days, months, monthDays, written, problem] = rule;
     if (frequency == Frequency::None || !problem.empty())
-        return rule;
+        return rule.Text();
     const char* const unit = kUnits[static_cast<std::size_t>(frequency)];
     std::string words = interval == 1 ? fmt::format("every {}", unit) : fmt::format("every {} {}s", interval, unit);
     const bool isByWeek = std::ranges::any_of(days, [](const EventRule::Day& day) { return day.week != 0; });
@@ -101,17 +97,13 @@ std::string RuleInWords(const std::string& rule, std::string_view zone)
     return words;
 }
 
-std::string LeadInWords(std::int64_t minutes)
+std::string LeadInWords(const std::optional<std::int64_t>& minutes)
 {
-    if (minutes == 0)
+    if (!minutes)
+        return "";
+    if (*minutes == 0)
         return "at the start";
-    return LengthInWords(minutes < 0 ? -minutes : minutes) + (minutes < 0 ? " after the start" : " before");
-}
-
-std::string AlarmInWords(const std::string& minutes)
-{
-    const auto lead = ParseNumber(minutes, 0x7FFFFFFF);
-    return lead ? LeadInWords(static_cast<std::int64_t>(*lead)) : minutes;
+    return LengthInWords(*minutes < 0 ? -*minutes : *minutes) + (*minutes < 0 ? " after the start" : " before");
 }
 
 ShownSpan SpanInWords(const EventTime& start, const EventTime& end, bool isWholeDays)

@@ -2,9 +2,10 @@
 // events and by the notes of an import. Programs never read these texts; JSON has the values.
 #pragma once
 
-#include "phnctl/events/time.h"
+#include "phnctl/events/rule.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,11 +13,10 @@ namespace phnctl {
 
 // "every second Tuesday of the month until 2009-12-31", that day in the event's own time; the rule as it is if a
 // handset does not repeat by it.
-std::string RuleInWords(const std::string& rule, std::string_view zone);
+std::string RuleInWords(EventRule rule, std::string_view zone);
 
-// "15 minutes before", "1 day before", "at the start", "5 minutes after the start".
-std::string LeadInWords(std::int64_t minutes);
-std::string AlarmInWords(const std::string& minutes);
+// "15 minutes before", "1 day before", "at the start", "5 minutes after the start"; empty for no alarm.
+std::string LeadInWords(const std::optional<std::int64_t>& minutes);
 
 struct ShownSpan
 {
