@@ -20,7 +20,7 @@ void ExpectRight(const WalkResult& result, const std::string& walked)
 }
 
 // With each error of the call, or with as many as are wanted.
-void AddCalls(const Census& census, unsigned count, std::vector<Case>& cases, size_t errors = SIZE_MAX)
+void AddCalls(const Census& census, unsigned count, std::vector<Case>& cases, size_t errors)
 {
     for (size_t call = 0; call < census.calls.size(); ++call) {
         const CallErrors& one = kCallErrors[call];
@@ -31,46 +31,33 @@ void AddCalls(const Census& census, unsigned count, std::vector<Case>& cases, si
     }
 }
 
-void AddAllocations(const Census& census, unsigned count, std::vector<Case>& cases)
+void ExpectSessionRight(Attachment attachment, std::initializer_list<unsigned> counts, size_t errors)
 {
-    for (unsigned skip = 0; skip < census.allocations; ++skip)
-        cases.push_back({{{"", 0, skip, count}}});
-}
-
-std::string CountOf(const Census& census)
-{
-    return std::to_string(std::accumulate(census.calls.begin(), census.calls.end(), 0u)) + " calls and " +
-           std::to_string(census.allocations) + " allocations";
-}
-
-void ExpectSessionRight(unsigned count)
-{
-    const Census census = TakeCensus();
+    const Census census = TakeCensus(attachment);
     std::vector<Case> cases;
-    AddCalls(census, count, cases);
-    AddAllocations(census, count, cases);
-    ExpectRight(Walk(cases), CountOf(census));
+    for (const unsigned count : counts) {
+        AddCalls(census, count, cases, errors);
+        for (unsigned skip = 0; skip < census.allocations; ++skip)
+            cases.push_back({{{"", 0, skip, count}}});
+    }
+    const unsigned calls = std::accumulate(census.calls.begin(), census.calls.end(), 0u);
+    ExpectRight(Walk(cases, attachment),
+                std::to_string(calls) + " calls and " + std::to_string(census.allocations) + " allocations");
 }
 
 TEST(FailuresTest, WhatFailsOnce)
 {
-    ExpectSessionRight(1);
+    ExpectSessionRight(Attachment::Usb, {1}, SIZE_MAX);
 }
 
 TEST(FailuresTest, WhatFailsFromThenOn)
 {
-    ExpectSessionRight(kForEver);
+    ExpectSessionRight(Attachment::Usb, {kForEver}, SIZE_MAX);
 }
 
 TEST(FailuresTest, OnASerialPort)
 {
-    const Census census = TakeCensus(Attachment::Serial);
-    std::vector<Case> cases;
-    for (const unsigned count : {1u, kForEver}) {
-        AddCalls(census, count, cases, 1);
-        AddAllocations(census, count, cases);
-    }
-    ExpectRight(Walk(cases, Attachment::Serial), CountOf(census));
+    ExpectSessionRight(Attachment::Serial, {1, kForEver}, 1);
 }
 
 // clang-format off

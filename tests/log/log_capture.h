@@ -1,6 +1,7 @@
 // The log of this process, in surroundings of its own with the registry file that switches it. One at a time.
 #pragma once
 
+#include "log/log_file.h"
 #include "log/log_reader.h"
 #include "support/surroundings.h"
 
@@ -8,8 +9,18 @@ class LogCapture
 {
 public:
     // The registry's "Logging Level"; none: the value is missing.
-    explicit LogCapture(std::optional<DWORD> level);
-    ~LogCapture();
+    explicit LogCapture(std::optional<DWORD> level)
+    {
+        std::filesystem::current_path(Folder()); // where the log lies when the library is not loaded as one
+        SetLevel(level);
+        CreateLogLock();
+    }
+    ~LogCapture()
+    {
+        CloseLog();
+        DestroyLogLock();
+        std::filesystem::current_path("/");
+    }
 
     void SetLevel(std::optional<DWORD> level, const std::string& more = {}) { surroundings_.SetLogging(level, more); }
     // The registry file then holds no key.
