@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 
 #define PHN_WIN32_CALLS(ROW)                                                                                           \
     ROW(CancelIoEx)                                                                                                    \
@@ -72,8 +73,8 @@ enum class Call : unsigned char
 #undef PHN_ROW
 };
 
-#define PHN_ROW(name) +1
-constexpr std::size_t kCallCount = PHN_WIN32_CALLS(PHN_ROW);
+#define PHN_ROW(name) Call::name,
+constexpr std::size_t kCallCount = std::initializer_list<Call>{PHN_WIN32_CALLS(PHN_ROW)}.size();
 #undef PHN_ROW
 
 } // namespace platform
