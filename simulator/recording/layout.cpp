@@ -269,7 +269,8 @@ Layout ReplyLayout(std::uint32_t command)
 std::vector<std::string_view> FieldNames(std::uint32_t command)
 {
     std::vector<std::string_view> names;
-    for (const Layout& whole : {RequestLayout(command), ReplyLayout(command)})
+    const Layout both[]{RequestLayout(command), ReplyLayout(command)};
+    for (const Layout& whole : both)
         for (const Layout* layout = &whole; layout; layout = layout->items)
             std::transform(layout->fields.begin(), layout->fields.end(), std::back_inserter(names),
                            [](const FieldLayout& field) { return field.name; });
