@@ -190,7 +190,8 @@ std::string ToString(const Fault& fault)
 
 std::string FaultHelp()
 {
-    constexpr std::size_t kColumn = 17;
+    constexpr auto kLength = [](const FaultKind& kind) { return kind.form.size(); };
+    constexpr std::size_t kColumn = kLength(std::ranges::max(kKinds, {}, kLength)) + 2;
     std::string help;
     for (const FaultKind& kind : kKinds)
         help.append(kind.form).append(kColumn - kind.form.size(), ' ').append(kind.help).append("\n");

@@ -72,7 +72,7 @@ void TellDoubtfulTexts(const EntryKind& kind, Plan& plan, const Inventory& inven
                              fmt::format("the handset's {}, '{}': {}", kind.Label(property), value, kControlsReplaced));
             if (!properties.insert(property).second)
                 planned.Tell("held-twice", fmt::format("the handset's {} has {} twice: a line end in a text of it may "
-                                                       "pass for a number or an address",
+                                                       "pass for another of its values",
                                                        kind.One(), kind.Label(property)));
         }
     }
