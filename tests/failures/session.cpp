@@ -6,6 +6,7 @@
 #include "api/export_table.h"
 #include "failures/allocation_faults.h"
 #include "log/log_reader.h"
+#include "phn_platform_test.h"
 #include "phnnrv.h"
 #include "support/messages.h"
 
@@ -82,6 +83,7 @@ void Session::Call(const ExportRow& row)
     const auto start = steady_clock::now();
     outcome.code = CallExport(row, &outcome.output);
     outcome.time = std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start);
+    outcome.heldSections = platform_test::HeldSections();
     report_.outcomes.push_back(std::move(outcome));
 }
 

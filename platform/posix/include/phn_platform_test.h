@@ -47,4 +47,7 @@ struct NestedSections
 // where another was is taken for it.
 PHN_PLATFORM_TEST std::vector<NestedSections> SectionOrder();
 
+// How often the calling thread has entered sections that it has not left.
+PHN_PLATFORM_TEST std::size_t HeldSections();
+
 } // namespace platform_test

@@ -87,6 +87,11 @@ std::vector<NestedSections> SectionOrder()
     return {items.begin(), items.end()};
 }
 
+std::size_t HeldSections()
+{
+    return platform::held.Items().size();
+}
+
 } // namespace platform_test
 
 #endif
