@@ -126,7 +126,8 @@ public:
         const Event event = EventOf(entry);
         std::vector<Field> details;
         const auto add = [&](const char* property, const auto& value, std::string shown) {
-            details.emplace_back(property, Label(property), value).shown = std::move(shown);
+            Field& field = details.emplace_back(property, Label(property), value);
+            field.shown = std::move(shown);
         };
         const auto addTime = [&](const char* property, const std::optional<EventTime>& time, const std::string& zone,
                                  bool isDay) {
