@@ -41,6 +41,21 @@ TEST_F(PortTest, AnOverlappedReadEndsBySilenceAfterItsLastByte)
     CloseHandle(port);
 }
 
+TEST_F(PortTest, AReadWhoseEventNobodyWaitsForIsOverWhenItsBytesHaveCome)
+{
+    const HANDLE port = Open(FILE_FLAG_OVERLAPPED, kNone);
+    for (const bool waitsFirst : {false, true, false}) {
+        Reading reading;
+        ASSERT_EQ(reading.Start(port, 4), DWORD{ERROR_IO_PENDING});
+        if (waitsFirst) {
+            EXPECT_EQ(WaitForSingleObject(reading.operation.record.hEvent, 20), WAIT_TIMEOUT);
+        }
+        Send("OK\r\n");
+        EXPECT_EQ(reading.Finish(port), "OK\r\n");
+    }
+    CloseHandle(port);
+}
+
 TEST_F(PortTest, ABlockingReadEndsByAFullBufferOrItsTotal)
 {
     const HANDLE port = Open(0, {0, 1, 20, 0, 0});

@@ -16,6 +16,9 @@
 namespace platform {
 namespace {
 
+// Having the service thread look for bytes, and no longer, costs two system calls, which an exchange can do without.
+constexpr std::chrono::milliseconds kUntilWatched{2};
+
 // What those are blocked for who wait until the operation is over.
 Source SourceOf(const SerialOperation& operation)
 {
@@ -104,12 +107,9 @@ void SerialPort::Advance(const Lock& lock, Direction& direction)
 {
     while (!direction.operations.empty()) {
         SerialOperation& operation = *direction.operations.front();
-        if (!std::exchange(operation.begun, true))
-            operation.timing = direction.reads ? SerialTiming::OfRead(timeouts_, operation.size)
-                                               : SerialTiming::OfWrite(timeouts_, operation.size);
-        MoveBytes(direction, operation);
+        const bool hasMoved = MoveBytes(direction, operation);
         const bool wantsMore = operation.error == ERROR_SUCCESS && operation.done < operation.size;
-        const TimePoint end = wantsMore ? operation.timing.End() : TimePoint();
+        const TimePoint end = wantsMore ? EndOf(direction, operation, hasMoved) : TimePoint();
         if (wantsMore && Now() < end) {
             operation.error = ErrorOf([&] { AwaitMore(lock, direction, end); });
             if (operation.error == ERROR_SUCCESS)
@@ -121,10 +121,22 @@ void SerialPort::Advance(const Lock& lock, Direction& direction)
     CancelTimer(lock, std::exchange(direction.timer, 0));
 }
 
-// Until the system has no more (the watch reports only what is new after that). A terminal reads as ended, and takes no
-// bytes, when it has hung up.
-void SerialPort::MoveBytes(const Direction& direction, SerialOperation& operation) const
+// An operation that is over at once needs no clock.
+TimePoint SerialPort::EndOf(const Direction& direction, SerialOperation& operation, bool hasMoved) const
 {
+    if (!std::exchange(operation.isTimed, true))
+        operation.timing = direction.reads ? SerialTiming::OfRead(timeouts_, operation.size)
+                                           : SerialTiming::OfWrite(timeouts_, operation.size);
+    if (hasMoved)
+        operation.timing.OnBytes();
+    return operation.timing.End();
+}
+
+// Until the system has no more (the watch reports only what is new after that); whether any were moved. A terminal
+// reads as ended, and takes no bytes, when it has hung up.
+bool SerialPort::MoveBytes(const Direction& direction, SerialOperation& operation) const
+{
+    const DWORD before = operation.done;
     while (operation.done < operation.size) {
         unsigned char* bytes = operation.buffer + operation.done;
         const std::size_t room = operation.size - operation.done;
@@ -132,17 +144,17 @@ void SerialPort::MoveBytes(const Direction& direction, SerialOperation& operatio
             direction.reads ? read(descriptor_.Get(), bytes, room) : write(descriptor_.Get(), bytes, room);
         if (moved > 0) {
             operation.done += static_cast<DWORD>(moved);
-            operation.timing.OnBytes();
         } else if (moved == 0) {
             operation.error = ERROR_GEN_FAILURE;
-            return;
+            break;
         } else if (errno == EAGAIN) {
-            return;
+            break;
         } else if (errno != EINTR) {
             operation.error = ErrorFromErrno(errno);
-            return;
+            break;
         }
     }
+    return operation.done > before;
 }
 
 // A timer that is due earlier stays: the operation is looked at then, and again at its end.
@@ -166,13 +178,27 @@ std::uint32_t SerialPort::EventsAwaited() const
            (writes_.operations.empty() ? 0u : std::uint32_t{EPOLLOUT});
 }
 
-// The thread that carries on learns what it has to look for now.
+// The thread that carries on learns what it has to look for now. Where there is none, one usually comes at once.
 void SerialPort::Watch(const Lock& lock)
 {
     if (isCarriedOn_)
         Ring(bell_.Get());
-    else
+    else if (!overlapped_ || isUnattended_)
         SetWatch(lock, EventsAwaited());
+    else if (!attendance_)
+        attendance_ = StartTimer(lock, Now() + kUntilWatched, [this](const Lock& held) { LookAfter(held); });
+}
+
+// The service thread looks for bytes itself where nobody waits for them.
+void SerialPort::LookAfter(const Lock& lock)
+{
+    attendance_ = 0;
+    if (isCarriedOn_)
+        return;
+    isUnattended_ = true;
+    Advance(lock, reads_);
+    Advance(lock, writes_);
+    isUnattended_ = false;
 }
 
 // Reports what is new only, so that bytes nobody reads, and a terminal that stays hung up, cost nothing.
@@ -232,6 +258,7 @@ void SerialPort::OnLastHandleClosed()
     const Lock lock = TakeBaseLock();
     Cancel(lock, [](const SerialOperation&) { return true; });
     EndWatch(lock, std::exchange(watch_, 0));
+    CancelTimer(lock, std::exchange(attendance_, 0));
     closing = std::move(descriptor_);
 }
 

@@ -1,8 +1,8 @@
 // A serial port: a terminal in raw mode, with a queue of operations for each direction. An operation begins on the
-// caller's thread and, if it is not over at once, is carried on by the service thread, or by the thread that waits for
-// its event while that is blocked; buffers and OVERLAPPED records are touched under the base lock only, and never again
-// once the operation is over (completed, timed out, cancelled, purged, or its port closed). A terminal that has hung up
-// fails everything with ERROR_GEN_FAILURE.
+// caller's thread and, if it is not over at once, is carried on by the thread that waits for its event while that is
+// blocked, or else, a little later, by the service thread; buffers and OVERLAPPED records are touched under the base
+// lock only, and never again once the operation is over (completed, timed out, cancelled, purged, or its port closed).
+// A terminal that has hung up fails everything with ERROR_GEN_FAILURE.
 #pragma once
 
 #include <functional>
@@ -25,7 +25,7 @@ struct SerialOperation
     OVERLAPPED* record;                                     // null: none
     std::shared_ptr<Event> event = {};                      // of the record; null: none
     std::shared_ptr<ThreadRecord> thread = CurrentThread(); // whose operation it is
-    bool begun = false;
+    bool isTimed = false;
     SerialTiming timing = {};
     DWORD done = 0;
     bool over = false;
@@ -65,10 +65,12 @@ private:
     void Block(Lock& lock, const SerialOperation& operation);
     bool CancelIn(const Lock& lock, Direction& direction, const std::function<bool(const SerialOperation&)>& isMeant);
     void Advance(const Lock& lock, Direction& direction);
-    void MoveBytes(const Direction& direction, SerialOperation& operation) const;
+    bool MoveBytes(const Direction& direction, SerialOperation& operation) const;
+    TimePoint EndOf(const Direction& direction, SerialOperation& operation, bool hasMoved) const;
     void AwaitMore(const Lock& lock, Direction& direction, TimePoint end);
     std::uint32_t EventsAwaited() const;
     void Watch(const Lock& lock);
+    void LookAfter(const Lock& lock);
     void SetWatch(const Lock& lock, std::uint32_t events);
 
     const bool overlapped_;
@@ -81,6 +83,8 @@ private:
     std::uint32_t watched_ = 0;
     const UniqueDescriptor bell_; // of the thread that carries on
     bool isCarriedOn_ = false;
+    TimerId attendance_ = 0; // at its end the service thread looks for bytes
+    bool isUnattended_ = false;
 };
 
 } // namespace platform
