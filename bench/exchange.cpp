@@ -154,5 +154,6 @@ int main(int argc, char** argv)
              1.03},
             {"prompt exchange over a pty beside a bare one of known length", "exchange_pty_prompt",
              "exchange_pty_bare_prompt", Bound::AtMost, 1.5},
-        });
+        },
+        bench::Order::Mixed);
 }

@@ -6,7 +6,9 @@
 #include <atomic>
 #include <cstdio>
 #include <map>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -74,6 +76,18 @@ void RunOn(unsigned processor)
     sched_setaffinity(0, sizeof processors, &processors);
 }
 
+// By several threads: beside one alone, the system takes turns with which processor it finds the less busy.
+void KeepBusy(unsigned processor)
+{
+    constexpr int kThreads = 4;
+    for (int thread = 0; thread < kThreads; ++thread)
+        std::thread([processor] {
+            RunOn(processor);
+            for (std::atomic<bool> isBusy = true; isBusy;)
+                ;
+        }).detach();
+}
+
 } // namespace
 
 void StayOnOneProcessor()
@@ -84,17 +98,19 @@ void StayOnOneProcessor()
     const auto own = static_cast<unsigned>(sched_getcpu());
     for (unsigned processor = 0; processor < CPU_SETSIZE; ++processor)
         if (processor != own && CPU_ISSET(processor, &allowed))
-            std::thread([processor] {
-                RunOn(processor);
-                for (std::atomic<bool> isBusy = true; isBusy;)
-                    ;
-            }).detach();
+            KeepBusy(processor);
     RunOn(own);
 }
 
-int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios)
+int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios, Order order)
 {
-    benchmark::Initialize(&argc, argv);
+    std::string mixed =
+        std::string("--benchmark_enable_random_interleaving=") + (order == Order::Mixed ? "true" : "false");
+    std::vector<char*> arguments(argv, argv + argc);
+    arguments.insert(arguments.begin() + 1, mixed.data()); // behind it, the user's own word counts
+    arguments.push_back(nullptr);
+    int count = argc + 1;
+    benchmark::Initialize(&count, arguments.data());
     MedianTimes times;
     benchmark::RunSpecifiedBenchmarks(&times);
     bool isGood = true;

@@ -33,6 +33,13 @@ struct Ratio
 // one carry a pseudo terminal's bytes across, and waking it can take longer than the exchange that is measured.
 void StayOnOneProcessor();
 
-int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios);
+enum class Order
+{
+    OneByOne,
+    Mixed, // the repetitions of all of them at random, so that what disturbs the machine for a while disturbs each
+           // alike
+};
+
+int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios, Order order = Order::OneByOne);
 
 } // namespace bench
