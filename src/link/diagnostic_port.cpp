@@ -13,6 +13,13 @@ constexpr DWORD kWriteTimeout = 15000;
 constexpr DWORD kSilence = 10;
 constexpr int kMaxReads = 3;
 
+// Stuffing at most doubles a frame. The rest of the buffer, most of it, is left alone.
+constexpr DWORD RoomFor(DWORD dwRequest)
+{
+    constexpr DWORD kAroundRequest = 16;
+    return dwRequest < kMaxRequest / 2 - kAroundRequest ? 2 * (dwRequest + kAroundRequest) : kMaxRequest;
+}
+
 } // namespace
 
 DP::DP(std::string strPath)
@@ -28,7 +35,7 @@ bool DP::Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritte
     *pdwWritten = 0;
     uint8_t abyFrame[kMaxRequest];
     DWORD dwStuffed = 0;
-    if (!ComposeData(pData, dwLength, abyFrame, sizeof abyFrame, &dwStuffed)) {
+    if (!ComposeData(pData, dwLength, abyFrame, RoomFor(dwLength), &dwStuffed)) {
         Log.Error("DP::Write - Failed composing data");
         return false;
     }

@@ -83,7 +83,7 @@ public:
 
     std::optional<Entry> Read(const Handset& handset, std::uint32_t index) const override
     {
-        std::array<char, kTextSize> text{};
+        std::array<char, kTextSize> text; // PHN_GetContact clears it
         PHN_CONTACT_RECORD record{sizeof record, text.data(), static_cast<std::uint32_t>(text.size())};
         const PHN_ERROR answer = handset.Api().GetContact(index, &record);
         if (answer == PHN_ERROR_NOT_FOUND)
