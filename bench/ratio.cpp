@@ -24,6 +24,7 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override
     {
         for (const Run& run : runs) {
+            hasFailed_ |= run.error_occurred;
             if (run.run_type != Run::RT_Iteration || run.error_occurred)
                 continue;
             const auto iterations = static_cast<double>(std::max<int64_t>(run.iterations, 1));
@@ -33,6 +34,8 @@ public:
         }
         ConsoleReporter::ReportRuns(runs);
     }
+
+    bool HasFailed() const { return hasFailed_; }
 
     double Of(const std::string& name) const
     {
@@ -45,6 +48,7 @@ public:
     }
 
 private:
+    bool hasFailed_ = false;
     std::map<std::string, std::vector<double>> times_;
 };
 
@@ -118,7 +122,7 @@ int RunBenchmarks(int argc, char** argv, const std::vector<Ratio>& ratios, Order
     for (const Ratio& ratio : ratios)
         if (times.Of(ratio.subject) > 0)
             isGood = Judge(FigureOf(times, ratio)) && isGood;
-    return isGood ? 0 : 1;
+    return times.HasFailed() ? 2 : isGood ? 0 : 1;
 }
 
 } // namespace bench

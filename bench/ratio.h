@@ -1,7 +1,7 @@
 // Benchmarks that are judged by a ratio. A program registers its benchmarks with Google Benchmark as usual, lists which
 // of them stand beside which reference, and calls RunBenchmarks: after the usual table it prints each ratio of the
-// median repetitions beside its bound, and the exit status is 1 if one is missed. Only ratios of one run mean anything:
-// the machines are noisy.
+// median repetitions beside its bound, and the exit status is 1 if one is missed, 2 if a benchmark failed. Only ratios
+// of one run mean anything: the machines are noisy.
 #pragma once
 
 #include <string>
