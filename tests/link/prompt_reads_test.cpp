@@ -172,6 +172,25 @@ TEST_F(PromptReadsTest, AReplyMayBeSplitAnywhereAndEndsWithItsLastByte)
     }
 }
 
+// Of many reads: on a busy machine some take longer.
+TEST_F(PromptReadsTest, AReadDoesNotWaitForTheSilenceBehindAReply)
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds kSilence(10);
+    for (const char* const promptReads : {kPrompt, kSlow}) {
+        Open(promptReads);
+        Clock::duration fastest = Clock::duration::max();
+        for (char sequence = 1; sequence <= 20; ++sequence) {
+            Ask();
+            Leave(Reply(sequence));
+            const auto start = Clock::now();
+            EXPECT_EQ(Read(kTimeout).bytes, kDelivered);
+            fastest = std::min(fastest, Clock::now() - start);
+        }
+        EXPECT_EQ(fastest < kSilence, promptReads == kPrompt) << promptReads;
+    }
+}
+
 TEST_F(PromptReadsTest, WhatComesBehindAReplyOrLateIsDroppedBeforeTheNextRequest)
 {
     const Lines dropped{"CPort Comment DP::Write - Dropped 24 bytes that were received before the request"};
