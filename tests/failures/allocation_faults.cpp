@@ -1,6 +1,7 @@
 #include "failures/allocation_faults.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 #include <utility>
@@ -14,7 +15,7 @@ std::atomic<uint64_t> pastFailing = 0;
 std::atomic<int64_t> living = 0;
 thread_local bool isSpared = false;
 
-void* Allocate(std::size_t size) noexcept
+void* Allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) noexcept
 {
     if (armed && !isSpared) {
         const uint64_t number = made++;
@@ -22,7 +23,9 @@ void* Allocate(std::size_t size) noexcept
             return nullptr;
     }
     ++living;
-    return std::malloc(size ? size : 1);
+    if (alignment <= alignof(std::max_align_t))
+        return std::malloc(size ? size : 1); // to the byte, so that reading behind it is found out
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
 }
 
 void Free(void* memory) noexcept
@@ -31,9 +34,9 @@ void Free(void* memory) noexcept
     std::free(memory);
 }
 
-void* AllocateOrThrow(std::size_t size)
+void* AllocateOrThrow(std::size_t size, std::size_t alignment = alignof(std::max_align_t))
 {
-    void* const memory = Allocate(size);
+    void* const memory = Allocate(size, alignment);
     if (!memory)
         throw std::bad_alloc();
     return memory;
@@ -90,6 +93,11 @@ void* operator new[](std::size_t size)
     return AllocateOrThrow(size);
 }
 
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    return AllocateOrThrow(size, static_cast<std::size_t>(alignment));
+}
+
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept
 {
     return Allocate(size);
@@ -116,6 +124,16 @@ void operator delete(void* memory, std::size_t) noexcept
 }
 
 void operator delete[](void* memory, std::size_t) noexcept
+{
+    Free(memory);
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept
+{
+    Free(memory);
+}
+
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
 {
     Free(memory);
 }

@@ -1,49 +1,63 @@
 // Small objects that come and go with each exchange, such as the event of an operation: their memory is kept for the
-// next ones.
+// next ones. The standard's pools are no help: those of libstdc++ 12 crash once an allocation of theirs has failed.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <memory>
-#include <memory_resource>
 #include <mutex>
+#include <new>
 #include <utility>
 
 namespace platform {
 
-// One pool behind a lock: the standard's own for several threads keeps a pool for each, and takes longer to find it.
-class RecycledMemory : public std::pmr::memory_resource
+// For single objects of one type at a time; what is kept stays so to the program's end.
+template <typename T>
+class RecyclingAllocator
 {
 public:
-    // Never destroyed: such objects may outlive the program's own.
-    static RecycledMemory* Get()
+    using value_type = T;
+
+    RecyclingAllocator() = default;
+    template <typename Other>
+    RecyclingAllocator(const RecyclingAllocator<Other>&) noexcept
     {
-        static auto& memory = *new RecycledMemory;
-        return &memory;
     }
+
+    T* allocate(std::size_t)
+    {
+        {
+            const std::lock_guard guard(mutex_);
+            if (kept_)
+                return reinterpret_cast<T*>(std::exchange(kept_, kept_->next));
+        }
+        return static_cast<T*>(::operator new(std::max(sizeof(T), sizeof(Kept))));
+    }
+
+    void deallocate(T* memory, std::size_t) noexcept
+    {
+        const std::lock_guard guard(mutex_);
+        kept_ = new (memory) Kept{kept_};
+    }
+
+    friend bool operator==(const RecyclingAllocator&, const RecyclingAllocator&) { return true; }
 
 private:
-    void* do_allocate(std::size_t size, std::size_t alignment) override
+    struct Kept
     {
-        const std::lock_guard guard(mutex_);
-        return pool_.allocate(size, alignment);
-    }
+        Kept* next;
+    };
 
-    void do_deallocate(void* memory, std::size_t size, std::size_t alignment) override
-    {
-        const std::lock_guard guard(mutex_);
-        pool_.deallocate(memory, size, alignment);
-    }
+    static_assert(alignof(T) <= alignof(std::max_align_t) && alignof(Kept) <= alignof(std::max_align_t));
 
-    bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override { return this == &other; }
-
-    std::mutex mutex_; // a leaf
-    std::pmr::unsynchronized_pool_resource pool_;
+    static inline std::mutex mutex_; // a leaf
+    static inline Kept* kept_ = nullptr;
 };
 
 template <typename T, typename... Arguments>
 std::shared_ptr<T> MakeRecycled(Arguments&&... arguments)
 {
-    return std::allocate_shared<T>(std::pmr::polymorphic_allocator<T>(RecycledMemory::Get()),
-                                   std::forward<Arguments>(arguments)...);
+    return std::allocate_shared<T>(RecyclingAllocator<T>(), std::forward<Arguments>(arguments)...);
 }
 
 } // namespace platform

@@ -257,8 +257,8 @@ void SerialPort::OnLastHandleClosed()
     UniqueDescriptor closing; // closed after the lock is left: the system may wait for output there
     const Lock lock = TakeBaseLock();
     Cancel(lock, [](const SerialOperation&) { return true; });
-    EndWatch(lock, std::exchange(watch_, 0));
     CancelTimer(lock, std::exchange(attendance_, 0));
+    EndWatch(lock, std::exchange(watch_, 0));
     closing = std::move(descriptor_);
 }
 

@@ -59,7 +59,10 @@ public:
     TimerId AddTimer(TimePoint due, OnDue onDue)
     {
         timers_.push_back({++lastId_, due, std::move(onDue)});
-        Arm();
+        if (const DWORD error = ErrorOf([&] { Arm(); })) {
+            timers_.pop_back();
+            throw Win32Error{error};
+        }
         return lastId_;
     }
 
@@ -110,14 +113,15 @@ private:
         const auto next = NextTimer();
         if (next == timers_.end() || next->due >= armed_)
             return;
-        armed_ = next->due;
-        const auto time = std::max(RealTime(armed_).time_since_epoch(), Duration(1)); // 0 would switch it off
+        const TimePoint due = next->due;
+        const auto time = std::max(RealTime(due).time_since_epoch(), Duration(1)); // 0 would switch it off
         const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
         itimerspec setting{};
         setting.it_value.tv_sec = static_cast<time_t>(seconds.count());
         setting.it_value.tv_nsec = static_cast<decltype(setting.it_value.tv_nsec)>((time - seconds).count());
         if (timerfd_settime(timer_.Get(), TFD_TIMER_ABSTIME, &setting, nullptr))
             ThrowErrno();
+        armed_ = due;
     }
 
     void RunDueTimers(const Lock& lock)
