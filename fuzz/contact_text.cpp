@@ -30,9 +30,11 @@ struct Contact
     std::span<const PB_NUMBER_ENTRY> Entries() const { return {record.pEntries, record.rcRecord.dwNumOfEntries}; }
 };
 
-bool IsEmpty(const PB_NUMBER_ENTRY& entry)
+// What the text does not give back: it has no line for an empty value, and a sign, which no list of speed dials may
+// have, before a number of more than 31 bits.
+bool IsLost(const PB_NUMBER_ENTRY& entry)
 {
-    return entry.wszValue.GetWide().empty();
+    return entry.wszValue.GetWide().empty() || entry.dwSpeedDial > INT32_MAX;
 }
 
 // Values as texts: a control code is a glyph in the record, for which the text has no character.
@@ -56,7 +58,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     PHN_CONTACT_RECORD host{sizeof host, text.data(), static_cast<uint32_t>(text.size())};
     if (!first.phonebook.NorvikToVCard(&host, &first.record))
         std::abort(); // seven entries always fit
-    if (std::ranges::any_of(first.Entries(), IsEmpty) || first.record.rcRecord.wszFirstName.GetWide().empty())
+    if (std::ranges::any_of(first.Entries(), IsLost) || first.record.rcRecord.wszFirstName.GetWide().empty())
         return 0;
     const Contact again(text.data(), std::strlen(text.data()));
     const PB_RECORD& one = first.record.rcRecord;
