@@ -80,7 +80,8 @@ void RunOn(unsigned processor)
     sched_setaffinity(0, sizeof processors, &processors);
 }
 
-// By several threads: beside one alone, the system takes turns with which processor it finds the less busy.
+// By several threads: beside one alone, the system takes turns with which processor it finds the less busy. And each
+// processor, however many there are: what carries a pseudo terminal's bytes is bound to none, and takes any idle one.
 void KeepBusy(unsigned processor)
 {
     constexpr int kThreads = 4;
