@@ -12,6 +12,8 @@
 
 #include "phnnrv.hpp"
 
+PHNNRV_PROMPT_READS; // each answer comes some 10 ms sooner, on Linux
+
 namespace {
 
 using std::chrono::milliseconds;

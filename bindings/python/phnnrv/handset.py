@@ -60,8 +60,8 @@ class Handset:
         are tried every 15 s.
 
         `library` is the library's file; without it PHNNRV_LIBRARY names it, or it is looked for in the usual places.
-        `prompt_reads`, on Linux, has each read end with the reply's last byte, or 10 ms later (docs/hosting.md); without
-        it the registry's value decides, as it always does on Windows.
+        `prompt_reads`, on Linux, has each read end with the reply's last byte, or 10 ms later (docs/hosting.md), whatever
+        the user's environment and registry say; without it they decide. On Windows the registry alone does.
 
         Raises OSError when it cannot be loaded, RuntimeError when this process has another Handset, and Error:
         PHN_ERROR_NO_DEVICE when none came, PHN_ERROR_COMMUNICATION when it did not answer, PHN_ERROR_NOT_SUPPORTED when
