@@ -64,9 +64,9 @@ inline CHandle OpenOwnThread() noexcept
 }
 
 // A manual-reset event for an object that cannot do without; throws std::bad_alloc when the system has none left.
-inline CHandle MakeEvent(bool bSet = false)
+inline CHandle MakeEvent()
 {
-    CHandle evNew(CreateEventA(nullptr, TRUE, bSet, nullptr));
+    CHandle evNew(CreateEventA(nullptr, TRUE, FALSE, nullptr));
     if (!evNew)
         throw std::bad_alloc();
     return evNew;

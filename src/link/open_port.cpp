@@ -11,7 +11,7 @@ constexpr DWORD kCancelPause = 10;
 
 COpenPort::COpenPort(CHandle hPort, std::unique_ptr<CPort> pPort)
     : m_evClosing(MakeEvent()),
-      m_evIdle(MakeEvent(true)),
+      m_evLeft(MakeEvent()),
       m_pPort(std::move(pPort)),
       m_hPort(hPort.Get()),
       m_hOwned(std::move(hPort))
@@ -40,15 +40,14 @@ COpenPort::CUse::CUse(COpenPort& Port) : m_Port(Port)
 {
     CLock Lock(m_Port.m_csUse);
     m_bOpen = !m_Port.m_bClosed;
-    if (m_bOpen && m_Port.m_dwUsers++ == 0)
-        ResetEvent(m_Port.m_evIdle.Get());
+    m_Port.m_dwUsers += m_bOpen;
 }
 
 COpenPort::CUse::~CUse()
 {
     CLock Lock(m_Port.m_csUse);
-    if (m_bOpen && --m_Port.m_dwUsers == 0)
-        SetEvent(m_Port.m_evIdle.Get());
+    if (m_bOpen && --m_Port.m_dwUsers == 0 && m_Port.m_bClosed)
+        SetEvent(m_Port.m_evLeft.Get());
 }
 
 bool COpenPort::IsClosed() const
@@ -72,8 +71,8 @@ void COpenPort::Close()
     }
     SetEvent(m_evClosing.Get());
     while (!IsIdle()) {
-        if (WaitForSingleObject(m_evIdle.Get(), kCancelPause) != WAIT_TIMEOUT && !IsIdle())
-            Sleep(kCancelPause); // the wait failed, or earlier the event's resetting
+        if (WaitForSingleObject(m_evLeft.Get(), kCancelPause) == WAIT_FAILED)
+            Sleep(kCancelPause);
         m_pPort->CancelPending();
     }
     m_hOwned.Reset();

@@ -55,7 +55,7 @@ private:
     DWORD m_dwUsers PHN_GUARDED_BY(m_csUse) = 0;
     bool m_bClosed PHN_GUARDED_BY(m_csUse) = false;
     CHandle m_evClosing; // set by Close
-    CHandle m_evIdle;    // set while nobody is inside the port
+    CHandle m_evLeft;    // set when the last one has left a closed port
     std::unique_ptr<CPort> m_pPort;
     const HANDLE m_hPort;
     CHandle m_hOwned; // the same, until it is closed
