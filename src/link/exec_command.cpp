@@ -46,11 +46,12 @@ bool ExecCmd(HANDLE hDevice, const void* pRequest, DWORD dwRequestLen, void* pRe
              DWORD* pdwRetBufferLen, DWORD* pdwErrSts, DWORD dwTimeout, COpenPort* pPort)
 {
     CLock Lock(g_csCommand);
-    if (!WriteDevice(hDevice, pRequest, dwRequestLen, pdwErrSts, pPort)) {
+    const CPortChoice Port(pPort);
+    if (!WriteDevice(hDevice, pRequest, dwRequestLen, pdwErrSts, Port.Get())) {
         Log.Error("ExecCmd - Writing to the device failed");
         return false;
     }
-    if (!ReadDevice(hDevice, pReply, dwReplySize, pdwRetBufferLen, dwTimeout, pdwErrSts, pPort)) {
+    if (!ReadDevice(hDevice, pReply, dwReplySize, pdwRetBufferLen, dwTimeout, pdwErrSts, Port.Get())) {
         Log.Error("ExecCmd - Reading from the device failed");
         return false;
     }
