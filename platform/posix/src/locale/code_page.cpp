@@ -141,48 +141,61 @@ void CodePage::ForgetAnsi()
 CodePage::CodePage(UINT number, Converter decoder, Converter encoder)
     : number_(number), decoder_(std::move(decoder)), encoder_(std::move(encoder))
 {
-    FindUndefinedBytes();
+    FindBytes();
+    FindUnits();
     isAscii_ = MapsAscii();
 }
 
-bool CodePage::MapsAscii()
+void CodePage::FindBytes()
 {
-    for (int code = 0; code < 0x80; code++) {
-        const char c = static_cast<char>(code);
-        const char16_t unit = static_cast<char16_t>(code);
-        std::string decoded;
-        std::string encoded;
-        decoder_.Convert({&c, 1}, decoded);
-        decoder_.Flush(decoded);
-        encoder_.Convert({reinterpret_cast<const char*>(&unit), sizeof unit}, encoded);
-        encoder_.Flush(encoded);
-        std::string expected;
-        AppendUnit(expected, unit);
-        if (decoded != expected || encoded != std::string(1, c))
+    for (size_t byte = 0; byte < decoded_.size(); byte++) {
+        const char c = static_cast<char>(byte);
+        std::string unit;
+        if (decoder_.Convert({&c, 1}, unit) == 1) {
+            isSingleByte_ = isSingleByte_ && unit.size() == sizeof(char16_t);
+            decoder_.Flush(unit);
+            if (unit.size() == sizeof(char16_t))
+                std::memcpy(&decoded_[byte], unit.data(), unit.size());
+            continue;
+        }
+        if (errno == EINVAL) { // the first byte of several
+            isSingleByte_ = false;
+            passed_.reset();
+            return decoder_.Flush(unit);
+        }
+        passed_[byte] = byte >= 0x80 && byte <= 0x9F;
+        decoded_[byte] = passed_[byte] ? static_cast<char16_t>(byte) : u'?';
+    }
+}
+
+void CodePage::FindUnits()
+{
+    for (size_t code = 0; code < encoded_.size(); code++) {
+        std::string unit;
+        AppendUnit(unit, static_cast<char16_t>(code));
+        if (encoder_.Convert(unit, encoded_[code]) == 0 && passed_[code])
+            encoded_[code] = static_cast<char>(code);
+        encoder_.Flush(encoded_[code]);
+    }
+}
+
+bool CodePage::MapsAscii() const
+{
+    for (size_t code = 0; code < 0x80; code++) {
+        if (decoded_[code] != code || encoded_[code] != std::string(1, static_cast<char>(code)))
             return false;
     }
     return true;
 }
 
-void CodePage::FindUndefinedBytes()
-{
-    for (unsigned byte = 0x80; byte <= 0xFF; byte++) {
-        const char c = static_cast<char>(byte);
-        std::string unused;
-        if (decoder_.Convert({&c, 1}, unused) == 1)
-            continue;
-        if (errno == EINVAL) { // the first byte of several
-            passed_.reset();
-            return;
-        }
-        passed_.set(byte, byte <= 0x9F);
-    }
-    std::string unused;
-    decoder_.Flush(unused);
-}
-
 std::u16string CodePage::Decode(std::string_view bytes)
 {
+    if (isSingleByte_) {
+        std::u16string units(bytes.size(), u'\0');
+        std::ranges::transform(bytes, units.begin(),
+                               [this](char c) { return decoded_[static_cast<unsigned char>(c)]; });
+        return units;
+    }
     const std::lock_guard guard(mutex_);
     std::string output;
     output.reserve(bytes.size() * sizeof(char16_t));
@@ -201,11 +214,21 @@ std::u16string CodePage::Decode(std::string_view bytes)
     return units;
 }
 
+bool CodePage::IsFound(std::u16string_view units) const
+{
+    return std::ranges::all_of(units, [&](char16_t unit) { return unit < encoded_.size() && !encoded_[unit].empty(); });
+}
+
 std::string CodePage::Encode(std::u16string_view units, bool* replaced)
 {
-    const std::lock_guard guard(mutex_);
     std::string output;
     output.reserve(units.size());
+    if (IsFound(units)) {
+        for (const char16_t unit : units)
+            output += encoded_[unit];
+        return output;
+    }
+    const std::lock_guard guard(mutex_);
     while (!units.empty()) {
         size_t run = std::min(units.size(), kRunUnits);
         if (run < units.size() && (units[run - 1] & 0xFC00) == 0xD800)
@@ -216,8 +239,8 @@ std::string CodePage::Encode(std::u16string_view units, bool* replaced)
         if (done == run)
             continue;
         encoder_.Flush(output);
-        if (units[0] <= 0xFF && passed_[units[0]]) {
-            output += static_cast<char>(units[0]);
+        if (IsFound(units.substr(0, 1))) {
+            output += encoded_[units[0]];
         } else {
             output += number_ == CP_UTF8 ? "\xEF\xBF\xBD" : "?";
             if (replaced)

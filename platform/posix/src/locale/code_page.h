@@ -1,9 +1,11 @@
 // A code page's two conversions, through the C library's iconv and linear in their text whatever the bytes. What cannot
-// be converted is replaced byte by byte or unit by unit, so that the rest of the text stays. Used by the text calls.
+// be converted is replaced byte by byte or unit by unit, so that the rest of the text stays. What single units and
+// bytes give is found once: the text of most of Europe needs no more. Used by the text calls.
 #pragma once
 
 #include <iconv.h>
 
+#include <array>
 #include <atomic>
 #include <bitset>
 #include <cstdint>
@@ -71,8 +73,10 @@ private:
 
     static CodePage* FindKnown(UINT number);
     static UINT NamedAnsi();
-    void FindUndefinedBytes();
-    bool MapsAscii();
+    void FindBytes();
+    void FindUnits();
+    bool MapsAscii() const;
+    bool IsFound(std::u16string_view units) const;
 
     static inline std::atomic<UINT> ansi_ = 0; // 0: not yet asked for
 
@@ -80,8 +84,11 @@ private:
     std::mutex mutex_; // a leaf; the converters have a state
     Converter decoder_;
     Converter encoder_;
-    std::bitset<256> passed_; // bytes of a single-byte code page that mean nothing and stand for their own value
-    bool isAscii_ = false;    // each code below 0x80 is one byte of the same value, both ways
+    std::array<char16_t, 256> decoded_{};    // by the byte, if each means one unit whatever stands beside it
+    bool isSingleByte_ = true;               // they do
+    std::bitset<256> passed_;                // bytes that mean nothing and stand for their own value
+    std::array<std::string, 256> encoded_{}; // by the unit; empty: the code page lacks it
+    bool isAscii_ = false;                   // each code below 0x80 is one byte of the same value, both ways
 };
 
 } // namespace platform
