@@ -12,6 +12,7 @@
 namespace platform {
 
 class File;
+class Waitable;
 
 class Object
 {
@@ -24,8 +25,9 @@ public:
     // Called once, without any lock, when the last handle is closed; calls in progress may still hold a reference.
     virtual void OnLastHandleClosed() {}
 
-    // Null for what is no file. Spares every read and write a dynamic_cast.
+    // Null for what is none. They spare every read, write and wait a dynamic_cast.
     virtual File* AsFile() { return nullptr; }
+    virtual Waitable* AsWaitable() { return nullptr; }
 
 private:
     friend class HandleTable;
@@ -46,6 +48,8 @@ std::shared_ptr<T> FromHandle(HANDLE handle)
     T* wanted = nullptr;
     if constexpr (std::is_same_v<T, File>)
         wanted = found.AsFile();
+    else if constexpr (std::is_same_v<T, Waitable>)
+        wanted = found.AsWaitable();
     else
         wanted = typeid(found) == typeid(T) ? static_cast<T*>(&found) : dynamic_cast<T*>(&found);
     if (!wanted)

@@ -26,6 +26,8 @@ public:
 class Waitable : public Object
 {
 public:
+    Waitable* AsWaitable() final { return this; }
+
     // Whether a wait of the calling thread would be satisfied now.
     virtual bool IsSignalled(const Lock& lock) const = 0;
 
