@@ -134,14 +134,18 @@ TimePoint SerialPort::EndOf(const Direction& direction, SerialOperation& operati
 
 // Until the system has no more (the watch reports only what is new after that); whether any were moved. A terminal
 // reads as ended, and takes no bytes, when it has hung up.
-bool SerialPort::MoveBytes(const Direction& direction, SerialOperation& operation) const
+bool SerialPort::MoveBytes(const Direction& direction, SerialOperation& operation)
 {
     const DWORD before = operation.done;
+    if (direction.reads && std::exchange(wasFoundEmpty_, false))
+        return false;
+    if (direction.reads)
+        operation.done += static_cast<DWORD>(received_.Take(operation.buffer + before, operation.size - before));
     while (operation.done < operation.size) {
         unsigned char* bytes = operation.buffer + operation.done;
         const std::size_t room = operation.size - operation.done;
         const ssize_t moved =
-            direction.reads ? read(descriptor_.Get(), bytes, room) : write(descriptor_.Get(), bytes, room);
+            direction.reads ? received_.Read(descriptor_.Get(), bytes, room) : write(descriptor_.Get(), bytes, room);
         if (moved > 0) {
             operation.done += static_cast<DWORD>(moved);
         } else if (moved == 0) {
@@ -284,13 +288,16 @@ void SerialPort::Purge(DWORD flags)
         CancelIn(lock, reads_, every);
     if (flags & PURGE_TXABORT)
         CancelIn(lock, writes_, every);
-    if ((flags & PURGE_RXCLEAR) && tcflush(descriptor_.Get(), TCIFLUSH))
-        ThrowErrno();
+    if (flags & PURGE_RXCLEAR) {
+        received_.Clear();
+        if (tcflush(descriptor_.Get(), TCIFLUSH))
+            ThrowErrno();
+    }
     if ((flags & PURGE_TXCLEAR) && tcflush(descriptor_.Get(), TCOFLUSH))
         ThrowErrno();
 }
 
-COMSTAT SerialPort::GetStatus() const
+COMSTAT SerialPort::GetStatus()
 {
     int received = 0;
     const Lock lock = TakeBaseLock();
@@ -298,7 +305,8 @@ COMSTAT SerialPort::GetStatus() const
     if (ioctl(descriptor_.Get(), FIONREAD, &received))
         ThrowErrno();
     COMSTAT status{};
-    status.cbInQue = static_cast<DWORD>(received);
+    status.cbInQue = static_cast<DWORD>(received_.Size()) + static_cast<DWORD>(received);
+    wasFoundEmpty_ = status.cbInQue == 0;
     for (const auto& operation : writes_.operations)
         status.cbOutQue += operation->size - operation->done;
     return status;

@@ -10,6 +10,7 @@
 
 #include "base/unique_descriptor.h"
 #include "files/file.h"
+#include "files/receive_queue.h"
 #include "files/serial_timing.h"
 #include "threads/event.h"
 #include "threads/service_thread.h"
@@ -48,7 +49,7 @@ public:
     // The rest throws ERROR_INVALID_HANDLE once the port is closed.
     void SetTimeouts(const COMMTIMEOUTS& timeouts);
     void Purge(DWORD flags);
-    COMSTAT GetStatus() const;
+    COMSTAT GetStatus();
 
 private:
     // The operations of one direction; only the first one moves bytes.
@@ -65,7 +66,7 @@ private:
     void Block(Lock& lock, const SerialOperation& operation);
     bool CancelIn(const Lock& lock, Direction& direction, const std::function<bool(const SerialOperation&)>& isMeant);
     void Advance(const Lock& lock, Direction& direction);
-    bool MoveBytes(const Direction& direction, SerialOperation& operation) const;
+    bool MoveBytes(const Direction& direction, SerialOperation& operation);
     TimePoint EndOf(const Direction& direction, SerialOperation& operation, bool hasMoved) const;
     void AwaitMore(const Lock& lock, Direction& direction, TimePoint end);
     std::uint32_t EventsAwaited() const;
@@ -77,6 +78,8 @@ private:
     // Under the base lock:
     UniqueDescriptor descriptor_; // none once the port is closed
     COMMTIMEOUTS timeouts_{};
+    ReceiveQueue received_;
+    bool wasFoundEmpty_ = false; // and asked about: the next read need not try at once
     Direction reads_{true};
     Direction writes_{false};
     WatchId watch_ = 0;
