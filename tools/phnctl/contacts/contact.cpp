@@ -61,7 +61,9 @@ bool IsKept(const Line& line)
 
 void Append(const Line& line, std::vector<EntryField>& fields)
 {
-    fields.push_back({std::string(line.property), std::string(line.value)});
+    EntryField& field = fields.emplace_back();
+    field.property = line.property;
+    field.value = line.value;
 }
 
 } // namespace
