@@ -68,6 +68,12 @@ TEST_F(PortTest, ABlockingReadEndsByAFullBufferOrItsTotal)
     EXPECT_TRUE(ReadFile(port, buffer.data(), 10, &got, nullptr));
     EXPECT_EQ(got, 0u);
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(29)); // 10 bytes * 1 ms + 20 ms
+    COMMTIMEOUTS none = kNone;
+    SetCommTimeouts(port, &none);
+    ClearCommError(port, nullptr, nullptr); // nothing is there
+    Send("AT");
+    EXPECT_TRUE(ReadFile(port, buffer.data(), 2, &got, nullptr));
+    EXPECT_EQ(std::string(buffer.data(), got), "AT");
     CloseHandle(port);
 }
 

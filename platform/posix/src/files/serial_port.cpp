@@ -306,7 +306,7 @@ COMSTAT SerialPort::GetStatus()
         ThrowErrno();
     COMSTAT status{};
     status.cbInQue = static_cast<DWORD>(received_.Size()) + static_cast<DWORD>(received);
-    wasFoundEmpty_ = status.cbInQue == 0;
+    wasFoundEmpty_ = overlapped_ && status.cbInQue == 0;
     for (const auto& operation : writes_.operations)
         status.cbOutQue += operation->size - operation->done;
     return status;

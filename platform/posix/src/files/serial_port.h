@@ -79,7 +79,7 @@ private:
     UniqueDescriptor descriptor_; // none once the port is closed
     COMMTIMEOUTS timeouts_{};
     ReceiveQueue received_;
-    bool wasFoundEmpty_ = false; // and asked about: the next read need not try at once
+    bool wasFoundEmpty_ = false; // by GetStatus: an overlapped read that follows need not try at once
     Direction reads_{true};
     Direction writes_{false};
     WatchId watch_ = 0;
