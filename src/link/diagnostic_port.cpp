@@ -1,5 +1,6 @@
 #include "link/diagnostic_port.h"
 
+#include <chrono>
 #include <utility>
 
 #include "link/command.h"
@@ -18,6 +19,18 @@ constexpr DWORD RoomFor(DWORD dwRequest)
 {
     constexpr DWORD kAroundRequest = 16;
     return dwRequest < kMaxRequest / 2 - kAroundRequest ? 2 * (dwRequest + kAroundRequest) : kMaxRequest;
+}
+
+// Windows may end a wait early by as much as its clock is coarse, which is longer than a silence.
+EWait AwaitSilence(const COverlappedOperation& Operation, HANDLE hClosing)
+{
+    using std::chrono::steady_clock;
+    const steady_clock::time_point Start = steady_clock::now();
+    for (;;) {
+        const EWait eWait = Operation.Await(hClosing, kSilence);
+        if (eWait != EWait::eTimeOut || steady_clock::now() - Start >= std::chrono::milliseconds(kSilence))
+            return eWait;
+    }
 }
 
 } // namespace
@@ -117,7 +130,8 @@ bool DP::ReadChunk(SReply& Reply, DWORD dwSize, DWORD dwTimeout, bool bSilenceEn
         return false;
     }
     const bool bSilenceFirst = bSilenceEnds && dwTimeout > kSilence;
-    const EWait eWait = Reply.Operation.Await(m_hClosing, bSilenceFirst ? kSilence : dwTimeout);
+    const EWait eWait =
+        bSilenceFirst ? AwaitSilence(Reply.Operation, m_hClosing) : Reply.Operation.Await(m_hClosing, dwTimeout);
     if (eWait == EWait::eTimeOut && bSilenceFirst) {
         *pdwGot = Reply.Operation.Withdraw(hPort);
         return true;
