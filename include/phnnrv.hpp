@@ -37,10 +37,11 @@ namespace phnnrv {
 
 // ---- Prompt reads ---------------------------------------------------------------------------------------------------
 
-// Stands once in a program, at namespace scope of a source file: on Linux the library then ends each read with the
-// reply's last byte and not 10 ms later (docs/hosting.md), whatever the user's registry says; PHNNRV_PROMPT_READS=0 in
-// the environment still goes before it. It is part of the program and no call because a handset's port may be open
-// before main begins. On Windows it does nothing: the registry's value "Prompt Reads" decides there.
+// Stands once in a program that is linked with the library, at namespace scope of a source file: on Linux the library
+// then ends each read with the reply's last byte and not 10 ms later (docs/hosting.md), whatever the user's registry
+// says; PHNNRV_PROMPT_READS=0 in the environment still goes before it. It is part of the program and no call because a
+// handset's port may be open before main begins. On Windows it does nothing: the registry's value "Prompt Reads"
+// decides there.
 #define PHNNRV_PROMPT_READS                                                                                            \
     extern "C" PHNNRV_SEEN_BY_LIBRARY const unsigned phnnrv_prompt_reads;                                              \
     const unsigned phnnrv_prompt_reads = 1
