@@ -72,6 +72,7 @@ TEST_F(PortTest, ABlockingReadEndsByAFullBufferOrItsTotal)
     SetCommTimeouts(port, &none);
     ClearCommError(port, nullptr, nullptr); // nothing is there
     Send("AT");
+    Sleep(20); // whatever tells of their coming has done so
     EXPECT_TRUE(ReadFile(port, buffer.data(), 2, &got, nullptr));
     EXPECT_EQ(std::string(buffer.data(), got), "AT");
     CloseHandle(port);
