@@ -72,13 +72,33 @@ std::string ToAnsi(std::u16string_view strText)
     return strAnsi;
 }
 
+static bool IsBetween(char16_t wUnit, char16_t wFirst, char16_t wLast)
+{
+    return wUnit >= wFirst && wUnit <= wLast;
+}
+
+// In units; of a text that is not empty.
+static size_t GetFirstCharacterLength(std::u16string_view strText)
+{
+    return strText.size() > 1 && IsBetween(strText[0], 0xD800, 0xDBFF) && IsBetween(strText[1], 0xDC00, 0xDFFF) ? 2 : 1;
+}
+
 std::string ToAnsi(std::u16string_view strText, size_t uLimit)
 {
     std::string strAnsi = ToAnsi(strText);
-    while (strAnsi.size() > uLimit) {
-        const bool bPair = strText.back() >= 0xDC00 && strText.back() < 0xE000;
-        strText.remove_suffix(std::min<size_t>(bPair ? 2 : 1, strText.size()));
-        strAnsi = ToAnsi(strText);
+    if (strAnsi.size() <= uLimit)
+        return strAnsi;
+    // Which bytes are a character, only its own conversion tells.
+    strAnsi.clear();
+    while (!strText.empty()) {
+        const size_t uWhole = strAnsi.size();
+        const size_t uLength = GetFirstCharacterLength(strText);
+        AppendAnsi(strText.substr(0, uLength), &strAnsi);
+        if (strAnsi.size() > uLimit) {
+            strAnsi.resize(uWhole);
+            break;
+        }
+        strText.remove_prefix(uLength);
     }
     return strAnsi;
 }
