@@ -131,7 +131,7 @@ Complaints JudgeFaulty(const SessionReport& report, const ExpectedOutputs& expec
             wrong.push_back(ToString(outcome) + " is not what this failure gives");
         if (outcome.time > kLongestCall)
             wrong.push_back(ToString(outcome) + " after " + std::to_string(outcome.time.count()) + " ms");
-        if (outcome.heldSections != 0)
+        if (outcome.heldLocks != 0)
             wrong.push_back(ToString(outcome) + " and holds a lock");
         JudgeOutput(outcome, expected, wrong);
     }

@@ -83,7 +83,7 @@ void Session::Call(const ExportRow& row)
     const auto start = steady_clock::now();
     outcome.code = CallExport(row, &outcome.output);
     outcome.time = std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start);
-    outcome.heldSections = platform_test::HeldSections();
+    outcome.heldLocks = platform_test::HeldLocks();
     report_.outcomes.push_back(std::move(outcome));
 }
 

@@ -25,7 +25,7 @@ struct Outcome
     uint32_t code;
     std::string output; // what it has written to the host's memory
     std::chrono::milliseconds time;
-    size_t heldSections = 0; // after it
+    size_t heldLocks = 0; // after it
 };
 
 struct SessionReport

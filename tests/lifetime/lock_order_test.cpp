@@ -14,13 +14,14 @@
 namespace {
 
 // The named locks, outermost first; others, and the last of these, are leaves. docs/architecture.md says why.
-constexpr std::array<std::string_view, 5> kOrder = {"g_csCallbackPoll", "g_csCallbackRemoved", "g_csDevice",
-                                                    "g_csCommand", "a leaf"};
+constexpr std::array<std::string_view, 6> kOrder = {"g_mtxWatch", "g_csCallbackPoll", "g_csCallbackRemoved",
+                                                    "g_csDevice", "g_csCommand",      "a leaf"};
 
 class LockOrder : public HostSession
 {
 protected:
-    // The names of the library's locks, by their addresses. They are no exports, so the file's symbols have them.
+    // The names of the library's locks, by their addresses, of the mutex by its object's. They are no exports, so the
+    // file's symbols have them.
     std::map<const void*, std::string> Names()
     {
         Dl_info library{};
@@ -31,8 +32,13 @@ protected:
         unsigned long offset = 0;
         char line[4096], name[64];
         while (std::fgets(line, sizeof line, symbols.get()))
-            if (std::sscanf(line, "%lx %*c g_cs%59s", &offset, name) == 2)
-                names[static_cast<const char*>(library.dli_fbase) + offset] = std::string("g_cs") + name;
+            if (std::sscanf(line, "%lx %*c g_%59s", &offset, name) == 2) {
+                const void* const place = static_cast<const char*>(library.dli_fbase) + offset;
+                if (std::string_view(name) == "mtxWatch")
+                    names[platform_test::LockOf(*static_cast<const HANDLE*>(place))] = "g_mtxWatch";
+                else if (std::string_view(name).starts_with("cs"))
+                    names[place] = std::string("g_") + name;
+            }
         return names;
     }
 };
@@ -46,9 +52,9 @@ TEST_F(LockOrder, IsTheDocumentedOne)
 {
     std::map<const void*, std::string> names;
     Run([&] { names = Names(); });
-    ASSERT_EQ(names.size(), kOrder.size()) << "four with a place and the log's";
+    ASSERT_EQ(names.size(), kOrder.size()) << "five with a place and the log's";
     std::set<std::pair<std::string, std::string>> nested;
-    for (const auto& [outer, inner] : platform_test::SectionOrder()) {
+    for (const auto& [outer, inner] : platform_test::LockOrder()) {
         const auto name = [&](const void* section) {
             return names.contains(section) && names[section] != "g_csLog" ? names[section] : "a leaf";
         };
@@ -56,8 +62,8 @@ TEST_F(LockOrder, IsTheDocumentedOne)
         nested.emplace(name(outer), name(inner));
     }
     for (const auto& [outer, inner] :
-         {std::pair("g_csCallbackPoll", "g_csCallbackRemoved"), std::pair("g_csCallbackRemoved", "g_csDevice"),
-          std::pair("g_csCommand", "a leaf")})
+         {std::pair("g_mtxWatch", "a leaf"), std::pair("g_csCallbackPoll", "g_csCallbackRemoved"),
+          std::pair("g_csCallbackRemoved", "g_csDevice"), std::pair("g_csCommand", "a leaf")})
         EXPECT_TRUE(nested.contains({outer, inner})) << "the session shows " << inner << " under " << outer;
 }
 

@@ -34,20 +34,21 @@ PHN_PLATFORM_TEST void ClearFailures();
 // process otherwise keeps the one that it had when it was first asked for.
 PHN_PLATFORM_TEST void NameAnsiCodePage(const char* name);
 
-// A thread has entered `inner` while it was in `outer`.
-struct NestedSections
+// A thread has taken `inner` while it held `outer`: critical sections by their addresses, mutex objects by LockOf.
+struct NestedLocks
 {
-    const CRITICAL_SECTION* outer;
-    const CRITICAL_SECTION* inner;
+    const void* outer;
+    const void* inner;
 
-    bool operator==(const NestedSections&) const = default;
+    bool operator==(const NestedLocks&) const = default;
 };
 
-// All of the process so far, each pair once; throws std::length_error when they were too many. A section that is made
+// All of the process so far, each pair once; throws std::length_error when they were too many. A lock that is made
 // where another was is taken for it.
-PHN_PLATFORM_TEST std::vector<NestedSections> SectionOrder();
+PHN_PLATFORM_TEST std::vector<NestedLocks> LockOrder();
+PHN_PLATFORM_TEST const void* LockOf(HANDLE mutex);
 
-// How often the calling thread has entered sections that it has not left.
-PHN_PLATFORM_TEST std::size_t HeldSections();
+// How often the calling thread has taken such locks and not left them.
+PHN_PLATFORM_TEST std::size_t HeldLocks();
 
 } // namespace platform_test

@@ -29,7 +29,7 @@ void WINAPI InitializeCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
 void WINAPI EnterCriticalSection(LPCRITICAL_SECTION lpCriticalSection)
 {
     pthread_mutex_lock(MutexOf(lpCriticalSection));
-    platform::NoteEntered(lpCriticalSection);
+    platform::NoteTaken(lpCriticalSection);
 }
 
 void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION lpCriticalSection)

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/win32_call.h"
+#include "threads/section_order.h"
 
 namespace platform {
 
@@ -14,6 +15,7 @@ bool Mutex::Acquire(const Lock&)
         owner_ = &thread;
     }
     taken_++;
+    NoteTaken(this);
     return std::exchange(abandoned_, false);
 }
 
@@ -22,6 +24,7 @@ void Mutex::Release(const Lock& lock)
     ThreadRecord& thread = *CurrentThread();
     if (owner_ != &thread)
         throw Win32Error{ERROR_NOT_OWNER};
+    NoteLeft(this);
     if (--taken_ == 0) {
         owner_ = nullptr;
         std::erase(thread.owned, shared_from_this());

@@ -1,6 +1,6 @@
 #include "threads/section_order.h"
 
-#if PHN_NOTES_SECTIONS
+#if PHN_NOTES_LOCKS
 
 #include <algorithm>
 #include <array>
@@ -10,13 +10,14 @@
 #include <stdexcept>
 
 #include "phn_platform_test.h"
+#include "threads/mutex.h"
 
 namespace platform {
 namespace {
 
-using platform_test::NestedSections;
+using platform_test::NestedLocks;
 
-// What has no room any more is left out, as entering a section cannot fail.
+// What has no room any more is left out, as taking a lock must not fail.
 template <typename T, std::size_t kSize>
 class FixedList
 {
@@ -47,49 +48,53 @@ private:
     bool isFull_ = false;
 };
 
-thread_local constinit FixedList<const CRITICAL_SECTION*, 32> held;
+thread_local constinit FixedList<const void*, 32> held;
 constinit std::mutex nestedMutex;
-constinit FixedList<NestedSections, 256> nested;
+constinit FixedList<NestedLocks, 256> nested;
 constinit std::atomic<bool> wereTooManyHeld{false};
 
 } // namespace
 
-void NoteEntered(const CRITICAL_SECTION* section) noexcept
+void NoteTaken(const void* lock) noexcept
 {
-    const bool isEnteredAgain = std::ranges::count(held.Items(), section) != 0;
-    held.Add(section);
+    const bool isTakenAgain = std::ranges::count(held.Items(), lock) != 0;
+    held.Add(lock);
     if (held.HasLeftOut())
         wereTooManyHeld = true;
-    if (isEnteredAgain || held.Items().size() == 1)
+    if (isTakenAgain || held.Items().size() == 1)
         return; // nobody waits for what is its own
     const std::lock_guard guard(nestedMutex);
-    for (const CRITICAL_SECTION* const outer : held.Items())
-        if (const NestedSections pair{outer, section};
-            outer != section && std::ranges::count(nested.Items(), pair) == 0)
+    for (const void* const outer : held.Items())
+        if (const NestedLocks pair{outer, lock}; outer != lock && std::ranges::count(nested.Items(), pair) == 0)
             nested.Add(pair);
 }
 
-void NoteLeft(const CRITICAL_SECTION* section) noexcept
+void NoteLeft(const void* lock) noexcept
 {
-    held.Remove(section);
+    held.Remove(lock);
 }
 
 } // namespace platform
 
 namespace platform_test {
 
-std::vector<NestedSections> SectionOrder()
+std::vector<NestedLocks> LockOrder()
 {
     const std::lock_guard guard(platform::nestedMutex);
     if (platform::nested.HasLeftOut() || platform::wereTooManyHeld)
-        throw std::length_error("more nested sections than there is room for");
+        throw std::length_error("more nested locks than there is room for");
     const auto items = platform::nested.Items();
     return {items.begin(), items.end()};
 }
 
-std::size_t HeldSections()
+std::size_t HeldLocks()
 {
     return platform::held.Items().size();
+}
+
+const void* LockOf(HANDLE mutex)
+{
+    return platform::FromHandle<platform::Mutex>(mutex).get();
 }
 
 } // namespace platform_test

@@ -1,4 +1,5 @@
-// Which critical section is entered under which, for a test that holds the locks to their order.
+// Which critical section or mutex object is taken under which, for a test that holds the locks to their order. The
+// stand-in's own locks are not among them.
 #pragma once
 
 #include <windows.h>
@@ -7,16 +8,16 @@
 #if !defined(__has_feature)
 #define __has_feature(feature) 0
 #endif
-#define PHN_NOTES_SECTIONS (PHN_TEST_HOOKS && !__SANITIZE_THREAD__ && !__has_feature(thread_sanitizer))
+#define PHN_NOTES_LOCKS (PHN_TEST_HOOKS && !__SANITIZE_THREAD__ && !__has_feature(thread_sanitizer))
 
 namespace platform {
 
-#if PHN_NOTES_SECTIONS
-void NoteEntered(const CRITICAL_SECTION* section) noexcept;
-void NoteLeft(const CRITICAL_SECTION* section) noexcept;
+#if PHN_NOTES_LOCKS
+void NoteTaken(const void* lock) noexcept;
+void NoteLeft(const void* lock) noexcept;
 #else
-inline void NoteEntered(const CRITICAL_SECTION*) noexcept {}
-inline void NoteLeft(const CRITICAL_SECTION*) noexcept {}
+inline void NoteTaken(const void*) noexcept {}
+inline void NoteLeft(const void*) noexcept {}
 #endif
 
 } // namespace platform
