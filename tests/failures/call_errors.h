@@ -1,6 +1,7 @@
 // How each call of the stand-in can fail: the errors that Windows documents or gives for it. Events and mutexes do not
-// fail for a program that has them; the library bears it all the same. Not here are calls that close or end something,
-// which would leave it open here and nowhere else, and the host's own (LoadLibraryA, GetProcAddress, FreeLibrary).
+// fail for a program that has them; the library bears it all the same. Not here are calls that close or destroy
+// something, which would leave it here and nowhere else, and the host's own (LoadLibraryA, GetProcAddress,
+// FreeLibrary).
 #pragma once
 
 #include <vector>
@@ -24,6 +25,7 @@ inline const std::vector<CallErrors> kCallErrors = {
     {"GetModuleHandleExA", {ERROR_MOD_NOT_FOUND}},
     {"GetOverlappedResult", {ERROR_OPERATION_ABORTED, ERROR_GEN_FAILURE}},
     {"GetVersionExA", {ERROR_INSUFFICIENT_BUFFER}}, {"GetWindowLongPtrA", {ERROR_INVALID_WINDOW_HANDLE}},
+    {"KillTimer", {ERROR_INVALID_WINDOW_HANDLE, ERROR_INVALID_PARAMETER}},
     {"MultiByteToWideChar", {ERROR_NOT_ENOUGH_MEMORY, ERROR_INVALID_FLAGS}},
     {"PeekMessageA", {ERROR_NOT_ENOUGH_MEMORY}},
     {"PostMessageA", {ERROR_NOT_ENOUGH_QUOTA, ERROR_INVALID_WINDOW_HANDLE}}, {"PurgeComm", {ERROR_BAD_COMMAND}},
