@@ -124,7 +124,7 @@ TEST_F(CallbackTest, WhatEndsARegistrationReturnsWhenItsFunctionHasEnded)
         EXPECT_EQ(Set(type), PHN_ERROR_NONE);
         std::atomic<bool> running = false;
         std::thread ender;
-        SetAction([&](uint32_t) {
+        SetAction([&, &end = end](uint32_t) { // clang 14 captures no structured binding by itself
             running = true;
             std::promise<void> started;
             ender = std::thread([&] {

@@ -127,7 +127,7 @@ TEST_F(PortWatchTest, WhatCannotBeMadeLeavesTheDeviceWorkingAndIsTriedAgain)
     for (const auto& [call, behind] : calls) {
         platform_test::FailCall(call, ERROR_NOT_ENOUGH_MEMORY, behind);
         AdvanceClock(3000);
-        EXPECT_TRUE(PumpUntil([call] { return platform_test::PendingFailures(call) == 0; })) << call;
+        EXPECT_TRUE(PumpUntil([call = call] { return platform_test::PendingFailures(call) == 0; })) << call;
         EXPECT_TRUE(HasLine("CDevice::OnTimer - Unable to start the port watch. Last error 0x8")) << call;
     }
     simulator::Simulator& usb = Attach(simulator::UsbInterfaceName("0001"));
