@@ -116,8 +116,8 @@ TEST(Conversion, TheTextMustFitTheHostsBufferAndItsOwnLimit)
 TEST(Conversion, ATextBecomesARecord)
 {
     const std::tuple<const char*, Contact> cases[] = {
-        {"fn:Alpha Beta Gamma\ntel;type=cell:(555) 123-4567 P 89\n",
-         {.first = u"Alpha", .last = u"Beta Gamma", .entries = {{0, u"5551234567p89"}}}},
+        {"fn:Alpha Beta Gamma\ntel;type=cell:(555) 123-4567 P 8W9\n",
+         {.first = u"Alpha", .last = u"Beta Gamma", .entries = {{0, u"5551234567p8w9"}}}},
         {"FN:\nX-PHN-EMAIL-2:b\nEMAIL:a\nTEL;TYPE=FAX:5\nTEL;TYPE=WORK:4\nTEL;TYPE=HOME:3\nX-PHN-MOBILE-2:2\n"
          "TEL;TYPE=CELL:1\nX-PHN-SPEEDDIAL-LIST:1,2,3,4,5\nX-PHN-DEFAULT-NO:4\n",
          {.entries = {{6, u"b"}, {5, u"a"}, {4, u"5", 5}, {3, u"4", 3}, {2, u"3", 2}, {1, u"2", 4, 1}, {0, u"1", 1}}}},

@@ -81,6 +81,8 @@ TEST(PduLines, EachReasonHasItsOwnAndItsCode)
         {bearer(Number(0x0E, "0", std::string(37, '\x01'))), kNumber, {address, callback, badCallback}},
         {bearer({0x0E, 2, 0x00, 0x88}), 0, {address, callback}},
         {Join({known, {8, 3}}), kDecodable, {address, "IS637ToText - Item 8(0x8) runs past the end of the PDU."}},
+        {bearer({8, 9}), kDecodable, {address, "IS637ToText - Item 8(0x8) runs past the end of the PDU."}},
+        {bearer({0x0A, 9}), kDecodable, {address, "IS637ToText - Item 10(0xA) runs past the end of the PDU."}},
         {Bytes(), PHN_ERROR_INVALID_PARAMETER, {}}, // the caller's line is the only one
     };
     for (auto [pdu, code, texts] : cases) {
