@@ -54,6 +54,7 @@ struct Shared
     unsigned allocations;
     std::atomic<unsigned> next;
     std::atomic<unsigned> struck;
+    std::atomic<unsigned> again;
     bool isUndecided[kWorkers]; // the worker's last case went wrong while the machine stood still
 };
 
@@ -222,6 +223,7 @@ bool IsRightAtLast(Bench& bench, const Case& one)
         bench.RenewHandset(); // which may have been left in the middle of something
         if (!shared.isUndecided[bench.worker])
             break;
+        ++shared.again;
     }
     return false;
 }
@@ -254,6 +256,7 @@ WalkResult Walk(std::vector<Case> cases, Attachment attachment)
     const TemporaryFolder results;
     shared.next = 0;
     shared.struck = 0;
+    shared.again = 0;
     std::vector<pid_t> workers;
     for (unsigned number = 0; number < kWorkers; ++number) {
         workers.push_back(fork());
@@ -272,6 +275,7 @@ WalkResult Walk(std::vector<Case> cases, Attachment attachment)
             result.wrong.push_back(wrong);
     }
     result.struck = shared.struck;
+    result.again = shared.again;
     result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return result;
 }

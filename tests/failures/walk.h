@@ -18,6 +18,7 @@ struct WalkResult
 {
     size_t runs = 0;
     unsigned struck = 0;              // runs in which the failure has come about
+    unsigned again = 0;               // runs that went wrong while the machine stood still and were made again
     std::vector<std::string> wrong{}; // what was found, case by case
     double seconds = 0;
 };
