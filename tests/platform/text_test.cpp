@@ -36,6 +36,7 @@ TEST(Text, IsEncodedWithTheDefaultCharacterForWhatTheCodePageLacks)
     const std::tuple<UINT, std::vector<WCHAR>, const char*, bool> table[] = {
         {1252, {'a', 0xE9, 0x20AC, 0x81}, "a\xE9\x80\x81", false},
         {1252, {0x4E2D, 'x', 0xD83D, 0xDE00, 0xDE00}, "?x???", true},
+        {1252, {'x', 0xDB40, 0xDC41, 0xDB40, 0xDC7F, 'y'}, "x????y", true}, // tags, as of a flag
         {kJapanese, {0x30A2, 'B'}, "\x83\x41\x42", false},
         {CP_UTF8, {0xD83D, 0xDE00, 0xDE00}, "\xF0\x9F\x98\x80\xEF\xBF\xBD", false},
     };

@@ -17,6 +17,9 @@ namespace {
 // iconv looks at a whole run again when it meets a unit that the target lacks: short runs keep that cheap.
 constexpr size_t kRunUnits = 64;
 
+// The first unit of a tag character (U+E0000 to U+E007F), which iconv drops without a word where the target lacks it.
+constexpr char16_t kBeforeTag = 0xDB40;
+
 std::string IconvName(UINT number)
 {
     switch (number) {
@@ -32,6 +35,16 @@ std::string IconvName(UINT number)
         return number >= 28591 && number <= 28605 ? "ISO-8859-" + std::to_string(number - 28590)
                                                   : "CP" + std::to_string(number);
     }
+}
+
+// How many units are converted at once.
+size_t RunOf(std::u16string_view units)
+{
+    const size_t tag = units.substr(0, kRunUnits).find(kBeforeTag);
+    size_t run = std::max<size_t>(std::min({units.size(), kRunUnits, tag}), 1);
+    if (run < units.size() && (units[run - 1] & 0xFC00) == 0xD800)
+        run++; // a surrogate pair stays together
+    return run;
 }
 
 void AppendUnit(std::string& output, char16_t unit)
@@ -230,11 +243,12 @@ std::string CodePage::Encode(std::u16string_view units, bool* replaced)
     }
     const std::lock_guard guard(mutex_);
     while (!units.empty()) {
-        size_t run = std::min(units.size(), kRunUnits);
-        if (run < units.size() && (units[run - 1] & 0xFC00) == 0xD800)
-            run++; // a surrogate pair stays together
+        const size_t run = RunOf(units);
+        const size_t before = output.size();
         const std::string_view bytes(reinterpret_cast<const char*>(units.data()), run * sizeof(char16_t));
-        const size_t done = encoder_.Convert(bytes, output) / sizeof(char16_t);
+        size_t done = encoder_.Convert(bytes, output) / sizeof(char16_t);
+        if (units[0] == kBeforeTag && output.size() == before)
+            done = 0;
         units.remove_prefix(done);
         if (done == run)
             continue;
