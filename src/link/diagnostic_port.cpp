@@ -21,16 +21,15 @@ constexpr DWORD RoomFor(DWORD dwRequest)
     return dwRequest < kMaxRequest / 2 - kAroundRequest ? 2 * (dwRequest + kAroundRequest) : kMaxRequest;
 }
 
-// Windows may end a wait early by as much as its clock is coarse, which is longer than a silence.
+// Windows may end a wait early, at the next tick of a clock that is coarser than a silence; one that begins with a tick
+// lasts.
 EWait AwaitSilence(const COverlappedOperation& Operation, HANDLE hClosing)
 {
     using std::chrono::steady_clock;
     const steady_clock::time_point Start = steady_clock::now();
-    for (;;) {
-        const EWait eWait = Operation.Await(hClosing, kSilence);
-        if (eWait != EWait::eTimeOut || steady_clock::now() - Start >= std::chrono::milliseconds(kSilence))
-            return eWait;
-    }
+    const EWait eWait = Operation.Await(hClosing, kSilence);
+    const bool bEarly = steady_clock::now() - Start < std::chrono::milliseconds(kSilence);
+    return eWait == EWait::eTimeOut && bEarly ? Operation.Await(hClosing, kSilence) : eWait;
 }
 
 } // namespace
