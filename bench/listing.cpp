@@ -176,7 +176,7 @@ int main(int argc, char** argv)
     handset.Start();
 
     const auto add = [](const std::string& title, bool prompt, auto run) {
-        benchmark::RegisterBenchmark(title.c_str(), run)->Iterations(1)->Repetitions(prompt ? 15 : 3)->UseManualTime();
+        benchmark::RegisterBenchmark(title.c_str(), run)->Iterations(1)->Repetitions(prompt ? 45 : 3)->UseManualTime();
     };
     for (const auto& [noun, listing] : {std::pair{"contacts", kContacts}, {"messages", kMessages}}) {
         const std::string what = noun;

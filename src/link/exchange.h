@@ -64,7 +64,7 @@ public:
 private:
     friend class CExchange;
 
-    uint8_t m_abyBuffer[kReplyBufferSize] = {};
+    uint8_t m_abyBuffer[kReplyBufferSize];
     DWORD m_dwLength = 0;
 };
 

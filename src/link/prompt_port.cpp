@@ -54,17 +54,16 @@ void CPromptPort::DropLeftovers(HANDLE hPort) const
 bool CPromptPort::Gather(SReply& Reply)
 {
     const ULONGLONG ullStart = GetTickCount64();
-    DWORD dwLeft = Reply.dwTimeout;
     bool bFirst = true;
     while (const DWORD dwMissing = CountMissing(GetDecoded(), Reply.dwDecoded)) {
         const DWORD dwWaiting = bFirst ? dwMissing : CountWaiting(Reply.hPort);
+        const DWORD dwLeft = bFirst ? Reply.dwTimeout : TimeLeft(ullStart, Reply.dwTimeout);
         bool bSilent = false;
         if (!TakePiece(Reply, dwMissing, dwWaiting, dwLeft, &bSilent))
             return false;
         if (bSilent)
             return true;
         bFirst = false;
-        dwLeft = TimeLeft(ullStart, Reply.dwTimeout);
     }
     return IsForLastRequest(GetDecoded(), Reply.dwDecoded) || TakeRest(Reply, ullStart);
 }

@@ -9,12 +9,11 @@ constexpr DWORD kRecordLimit = 1000;
 bool CIndexMap::IndexToRecordID(DWORD dwIndex, DWORD* pdwRecordID) const
 {
     CLock Lock(m_csMaps);
-    const auto itRecord = m_mapIndexToRecord.find(dwIndex);
-    if (itRecord != m_mapIndexToRecord.end()) {
-        *pdwRecordID = itRecord->second;
+    if (const DWORD* const pdwMapped = m_mapIndexToRecord.Find(dwIndex)) {
+        *pdwRecordID = *pdwMapped;
         return true;
     }
-    *pdwRecordID = m_mapRecordToIndex.contains(dwIndex) ? FindFreeRecordID() : dwIndex;
+    *pdwRecordID = m_mapRecordToIndex.Contains(dwIndex) ? FindFreeRecordID() : dwIndex;
     return false;
 }
 
@@ -27,7 +26,7 @@ DWORD CIndexMap::GetFreeRecordID() const
 DWORD CIndexMap::FindFreeRecordID() const
 {
     DWORD dwRecordID = 0;
-    while (dwRecordID < kRecordLimit && m_mapRecordToIndex.contains(dwRecordID))
+    while (dwRecordID < kRecordLimit && m_mapRecordToIndex.Contains(dwRecordID))
         ++dwRecordID;
     return dwRecordID;
 }
@@ -36,23 +35,23 @@ void CIndexMap::AddIndexMapping(DWORD dwIndex, DWORD dwRecordID)
 {
     CLock Lock(m_csMaps);
     // In this order: should memory end between the two, the record merely stays taken.
-    m_mapRecordToIndex.insert_or_assign(dwRecordID, dwIndex);
-    m_mapIndexToRecord.insert_or_assign(dwIndex, dwRecordID);
+    m_mapRecordToIndex.Set(dwRecordID, dwIndex);
+    m_mapIndexToRecord.Set(dwIndex, dwRecordID);
 }
 
 void CIndexMap::RemoveIndexMapping(DWORD dwIndex)
 {
     CLock Lock(m_csMaps);
-    const auto itRecord = m_mapIndexToRecord.find(dwIndex);
-    if (itRecord == m_mapIndexToRecord.end())
+    const DWORD* const pdwRecordID = m_mapIndexToRecord.Find(dwIndex);
+    if (!pdwRecordID)
         return;
-    m_mapRecordToIndex.erase(itRecord->second);
-    m_mapIndexToRecord.erase(itRecord);
+    m_mapRecordToIndex.Remove(*pdwRecordID);
+    m_mapIndexToRecord.Remove(dwIndex);
 }
 
 void CIndexMap::RemoveAllMappings()
 {
     CLock Lock(m_csMaps);
-    m_mapIndexToRecord.clear();
-    m_mapRecordToIndex.clear();
+    m_mapIndexToRecord.Clear();
+    m_mapRecordToIndex.Clear();
 }

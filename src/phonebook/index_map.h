@@ -3,11 +3,10 @@
 // takes the map's own lock, a leaf; no caller holds it across an exchange.
 #pragma once
 
-#include <unordered_map>
-
 #include <windows.h>
 
 #include "common/lock.h"
+#include "phonebook/number_map.h"
 
 class CIndexMap
 {
@@ -32,6 +31,6 @@ private:
     mutable COwnedCriticalSection m_csMaps;
     // Each is the reverse of the other, but that several indexes may lead to one record. Then the record knows the one
     // that was added last, and none once any of them is removed.
-    std::unordered_map<DWORD, DWORD> m_mapIndexToRecord PHN_GUARDED_BY(m_csMaps);
-    std::unordered_map<DWORD, DWORD> m_mapRecordToIndex PHN_GUARDED_BY(m_csMaps);
+    CNumberMap m_mapIndexToRecord PHN_GUARDED_BY(m_csMaps);
+    CNumberMap m_mapRecordToIndex PHN_GUARDED_BY(m_csMaps);
 };

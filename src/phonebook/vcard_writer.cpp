@@ -6,9 +6,12 @@
 
 namespace {
 
+constexpr std::string_view kLineEnd = "\r\n";
+
 void AppendLine(std::string* pstrText, std::string_view strKey, std::string_view strValue)
 {
-    pstrText->append(strKey).append(":").append(strValue).append("\r\n");
+    pstrText->append(strKey).push_back(':');
+    pstrText->append(strValue).append(kLineEnd);
 }
 
 // The handset's numbers are written as signed ones.
@@ -21,9 +24,9 @@ void AppendFullName(std::string* pstrText, const PB_VCARD_DATA& Data)
 {
     if (Data.strFirstName.empty() && Data.strLastName.empty())
         return;
-    const char* const pszBetween = Data.strFirstName.empty() || Data.strLastName.empty() ? "" : " ";
-    pstrText->append(kVCardKeys[eKeyFullName]).append(":").append(Data.strFirstName);
-    pstrText->append(pszBetween).append(Data.strLastName).append("\r\n");
+    const std::string_view strBetween = Data.strFirstName.empty() || Data.strLastName.empty() ? "" : " ";
+    pstrText->append(kVCardKeys[eKeyFullName]).push_back(':');
+    pstrText->append(Data.strFirstName).append(strBetween).append(Data.strLastName).append(kLineEnd);
 }
 
 } // namespace
@@ -36,9 +39,9 @@ std::string MakeEntryLines(std::span<const PB_NUMBER_ENTRY> Entries)
     for (const PB_NUMBER_ENTRY& Entry : Entries) {
         if (Entry.dwType >= kEntryTypeCount)
             continue;
-        strLines.append(kVCardKeys[kEntryTypes[Entry.dwType].eKey]).append(":");
+        strLines.append(kVCardKeys[kEntryTypes[Entry.dwType].eKey]).push_back(':');
         Entry.wszValue.AppendText(&strLines);
-        strLines.append("\r\n");
+        strLines.append(kLineEnd);
     }
     return strLines;
 }
@@ -60,8 +63,11 @@ std::string MakeSpeedDialList(std::span<const PB_NUMBER_ENTRY> Entries)
             SpeedDials[static_cast<size_t>(nPosition) - 1] = Entries[uEntry].dwSpeedDial;
     }
     std::string strList;
-    for (const uint32_t dwSpeedDial : SpeedDials)
-        strList.append(strList.empty() ? "" : ",").append(ToDecimal(dwSpeedDial));
+    for (const uint32_t dwSpeedDial : SpeedDials) {
+        if (!strList.empty())
+            strList.push_back(',');
+        strList.append(ToDecimal(dwSpeedDial));
+    }
     return strList;
 }
 

@@ -17,20 +17,17 @@ namespace {
 // the last one on. A line end inside a value makes a line of its own; it is known by having no place in that order.
 constexpr std::size_t kBeforeName = 2;
 constexpr std::size_t kUsualLines = 24;
+constexpr std::size_t kUsualFields = 13;
 constexpr std::string_view kBehindValues[] = {"END", kSpeedDials, kDefault, kRinger, kPicture, kGroup, "UID", "REV"};
 
 struct Line
 {
-    std::string_view whole;
-    std::string_view property;
-    std::string_view value;
-};
+    std::string_view text;
+    std::size_t colon; // or the text's end
 
-Line LineOf(std::string_view text)
-{
-    const std::size_t colon = std::min(text.find(':'), text.size());
-    return {text, text.substr(0, colon), text.substr(std::min(colon + 1, text.size()))};
-}
+    std::string_view Property() const { return text.substr(0, colon); }
+    std::string_view Value() const { return text.substr(std::min(colon + 1, text.size())); }
+};
 
 std::vector<Line> LinesOf(std::string_view text)
 {
@@ -38,7 +35,8 @@ std::vector<Line> LinesOf(std::string_view text)
     lines.reserve(kUsualLines);
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find("\r\n", begin), text.size());
-        lines.push_back(LineOf(text.substr(begin, end - begin)));
+        const std::string_view line = text.substr(begin, end - begin);
+        lines.push_back({line, std::min(line.find(':'), line.size())});
         begin = end + 2;
     }
     return lines;
@@ -49,21 +47,20 @@ std::size_t CountBeforeSettings(std::span<const Line> lines)
 {
     std::size_t count = lines.size();
     for (const std::string_view property : kBehindValues)
-        if (count > 0 && lines[count - 1].property == property)
+        if (count > 0 && lines[count - 1].Property() == property)
             --count;
     return count;
 }
 
 bool IsKept(const Line& line)
 {
-    return !line.value.empty() && line.property != "REV" && line.property != "UID" && line.property != "END";
+    const std::string_view property = line.Property();
+    return !line.Value().empty() && property != "REV" && property != "UID" && property != "END";
 }
 
 void Append(const Line& line, std::vector<EntryField>& fields)
 {
-    EntryField& field = fields.emplace_back();
-    field.property = line.property;
-    field.value = line.value;
+    fields.push_back({std::string(line.Property()), std::string(line.Value())});
 }
 
 } // namespace
@@ -112,16 +109,16 @@ Entry FromLibraryText(std::string_view text)
     const auto settings = std::span(lines).subspan(CountBeforeSettings(lines));
     // The library lists the speed dials where there is any value.
     const bool hasValues = std::ranges::none_of(
-        settings, [](const Line& line) { return line.property == kSpeedDials && line.value.empty(); });
+        settings, [](const Line& line) { return line.Property() == kSpeedDials && line.Value().empty(); });
     Entry entry;
-    entry.fields.reserve(lines.size());
+    entry.fields.reserve(kUsualFields);
     for (std::size_t at = kBeforeName; at + settings.size() < lines.size(); ++at) {
         const Line& line = lines[at];
-        const bool isName = entry.fields.empty() && line.property == kName;
-        if (isName || (hasValues && IsNumberOrAddress(line.property)))
+        const bool isName = entry.fields.empty() && line.Property() == kName;
+        if (isName || (hasValues && IsNumberOrAddress(line.Property())))
             Append(line, entry.fields);
         else if (!entry.fields.empty())
-            entry.fields.back().value.append("\r\n").append(line.whole);
+            entry.fields.back().value.append("\r\n").append(line.text);
     }
     std::erase_if(entry.fields, [](const EntryField& field) { return field.value.empty(); });
     for (const Line& line : settings)

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace platform {
 
@@ -25,6 +26,9 @@ public:
         return count;
     }
 
+    // Whether the terminal was just found to have no more than this. Asked again, it has to be looked at.
+    bool TakeIsAll() { return Size() > 0 && std::exchange(isAll_, false); }
+
     // read(2) from the terminal, while nothing is left here.
     ssize_t Read(int descriptor, unsigned char* bytes, std::size_t room)
     {
@@ -35,6 +39,7 @@ public:
             return received;
         begin_ = 0;
         end_ = static_cast<std::size_t>(received);
+        isAll_ = end_ < bytes_.size();
         return static_cast<ssize_t>(Take(bytes, room));
     }
 
@@ -42,6 +47,7 @@ private:
     std::array<unsigned char, 4096> bytes_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
+    bool isAll_ = false;
 };
 
 } // namespace platform

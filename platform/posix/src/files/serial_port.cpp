@@ -110,7 +110,7 @@ void SerialPort::Advance(const Lock& lock, Direction& direction)
         const bool hasMoved = MoveBytes(direction, operation);
         const bool wantsMore = operation.error == ERROR_SUCCESS && operation.done < operation.size;
         const TimePoint end = wantsMore ? EndOf(direction, operation, hasMoved) : TimePoint();
-        if (wantsMore && Now() < end) {
+        if (wantsMore && (end == kNever || Now() < end)) {
             operation.error = ErrorOf([&] { AwaitMore(lock, direction, end); });
             if (operation.error == ERROR_SUCCESS)
                 return;
@@ -302,7 +302,7 @@ COMSTAT SerialPort::GetStatus()
     int received = 0;
     const Lock lock = TakeBaseLock();
     CheckOpen();
-    if (ioctl(descriptor_.Get(), FIONREAD, &received))
+    if (!received_.TakeIsAll() && ioctl(descriptor_.Get(), FIONREAD, &received))
         ThrowErrno();
     COMSTAT status{};
     status.cbInQue = static_cast<DWORD>(received_.Size()) + static_cast<DWORD>(received);
