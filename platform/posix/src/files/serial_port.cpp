@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <utility>
 
-#include "base/recycled.h"
 #include "base/win32_call.h"
 
 namespace platform {
@@ -35,6 +34,7 @@ void Finish(const Lock& lock, SerialOperation& operation)
     if (operation.event) {
         operation.event->SetCarrier(lock, nullptr);
         operation.event->Set(lock);
+        operation.event = nullptr;
     }
     WakeWaiters(lock, SourceOf(operation));
 }
@@ -64,21 +64,22 @@ SerialPort::SerialPort(UniqueDescriptor descriptor, bool overlapped)
 DWORD SerialPort::Read(void* buffer, DWORD size, DWORD* done, OVERLAPPED* overlapped)
 {
     auto* bytes = static_cast<unsigned char*>(buffer);
-    return Run(reads_, MakeRecycled<SerialOperation>(SerialOperation{bytes, size, overlapped}), done);
+    return Run(reads_, {bytes, size, overlapped}, done);
 }
 
 DWORD SerialPort::Write(const void* data, DWORD size, DWORD* done, OVERLAPPED* overlapped)
 {
     auto* bytes = static_cast<unsigned char*>(const_cast<void*>(data));
-    return Run(writes_, MakeRecycled<SerialOperation>(SerialOperation{bytes, size, overlapped}), done);
+    return Run(writes_, {bytes, size, overlapped}, done);
 }
 
-DWORD SerialPort::Run(Direction& direction, const std::shared_ptr<SerialOperation>& operation, DWORD* done)
+DWORD SerialPort::Run(Direction& direction, SerialOperation&& stated, DWORD* done)
 {
-    if (overlapped_ && !operation->record)
+    if (overlapped_ && !stated.record)
         throw Win32Error{ERROR_INVALID_PARAMETER};
     Lock lock = TakeBaseLock();
     CheckOpen();
+    const auto operation = Keep(lock, direction, std::move(stated));
     Prepare(lock, *operation);
     direction.operations.push_back(operation);
     Advance(lock, direction);
@@ -93,6 +94,16 @@ DWORD SerialPort::Run(Direction& direction, const std::shared_ptr<SerialOperatio
         throw Win32Error{operation->error};
     *done = operation->done;
     return ERROR_SUCCESS;
+}
+
+// In the memory of the latest one, if that is over and nobody looks at it any more.
+std::shared_ptr<SerialOperation> SerialPort::Keep(const Lock&, Direction& direction, SerialOperation&& stated)
+{
+    if (direction.latest.use_count() == 1)
+        *direction.latest = std::move(stated);
+    else
+        direction.latest = std::make_shared<SerialOperation>(std::move(stated));
+    return direction.latest;
 }
 
 void SerialPort::Block(Lock& lock, const SerialOperation& operation)

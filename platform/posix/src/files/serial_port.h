@@ -57,12 +57,14 @@ private:
     {
         bool reads;
         std::vector<std::shared_ptr<SerialOperation>> operations = {};
+        std::shared_ptr<SerialOperation> latest = {};
         TimerId timer = 0;
         TimePoint timerDue = kNever;
     };
 
     void CheckOpen() const;
-    DWORD Run(Direction& direction, const std::shared_ptr<SerialOperation>& operation, DWORD* done);
+    DWORD Run(Direction& direction, SerialOperation&& stated, DWORD* done);
+    std::shared_ptr<SerialOperation> Keep(const Lock& lock, Direction& direction, SerialOperation&& stated);
     void Block(Lock& lock, const SerialOperation& operation);
     bool CancelIn(const Lock& lock, Direction& direction, const std::function<bool(const SerialOperation&)>& isMeant);
     void Advance(const Lock& lock, Direction& direction);
