@@ -29,6 +29,7 @@ public:
         const auto reply = world_.TakeReply();
         const size_t length = std::min<size_t>(reply.size(), size);
         std::copy_n(reply.begin(), length, static_cast<uint8_t*>(buffer));
+        std::fill_n(static_cast<uint8_t*>(buffer) + length, size - length, uint8_t{0});
         *read = static_cast<DWORD>(length);
         *error = reply.empty() ? 121 : 0;
         return !reply.empty();

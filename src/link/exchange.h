@@ -36,8 +36,9 @@ struct ExchangeSpec
     PHN_ERROR (*pfnMapResult)(DWORD) = MapDeviceResult;
 };
 
-// A reply: a zeroed buffer and the length that the exchange reported. That length also counts the bytes that stand
-// behind the payload. Fixed records may be read beyond it, as zeros; data of variable length goes through a reader.
+// A reply, for an exchange whose Send has returned true, and the length that was reported. That length also counts the
+// bytes that stand behind the payload. Fixed records may be read beyond it, as zeros; data of variable length goes
+// through a reader.
 class CReply
 {
 public:
@@ -64,7 +65,7 @@ public:
 private:
     friend class CExchange;
 
-    uint8_t m_abyBuffer[kReplyBufferSize];
+    uint8_t m_abyBuffer[kReplyBufferSize]; // zero behind the reply, as a port leaves it
     DWORD m_dwLength = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "link/modem_port.h"
 
+#include <cstring>
+
 #include "log/log.h"
 
 namespace {
@@ -27,8 +29,10 @@ bool MP::Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* 
         const CInside Inside(*this);
         return Inside && Owns(hPort) && !IsClosing() && ReadFile(hPort, pBuffer, dwSize, pdwRead, nullptr);
     };
-    if (Transfer())
+    if (Transfer()) {
+        std::memset(static_cast<uint8_t*>(pBuffer) + *pdwRead, 0, dwSize - *pdwRead);
         return true;
+    }
     *pdwError = CleanUp(hPort);
     Log.Error("MP::Read - ReadFile failed. Last error is 0x%X", *pdwError);
     return false;

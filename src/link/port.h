@@ -19,6 +19,7 @@ public:
     // Both return false with the system's error code in *pdwError, 0 where the failure is not a system call's. A handle
     // other than the one the port was opened with fails like a closed one (ERROR_INVALID_HANDLE).
     virtual bool Write(HANDLE hPort, const void* pData, DWORD dwLength, DWORD* pdwWritten, DWORD* pdwError) = 0;
+    // A buffer that was read into is zero behind what was read.
     virtual bool Read(HANDLE hPort, void* pBuffer, DWORD dwSize, DWORD* pdwRead, DWORD* pdwError, DWORD dwTimeout) = 0;
 
     // Ends a blocking operation that another thread has pending, for a port that is being closed. Called again until

@@ -4,9 +4,9 @@
 
 #include "link/frame_codec.h"
 
-// Data is copied eight bytes at a time up to the next byte that needs escaping, which a zero-byte test on the whole
-// word finds. Bytes to be escaped that follow each other are handled one by one, so that a handset which sends nothing
-// else costs no more than a plain loop would.
+// What is stuffed is copied eight bytes at a time up to the next byte that needs escaping, which a zero-byte test on
+// the whole word finds; what is unstuffed, up to the next escape. Escapes that follow each other are handled one by
+// one, so that a handset which sends nothing else costs no more than a plain loop would.
 
 namespace {
 
@@ -47,9 +47,11 @@ size_t CopyPlain(const uint8_t* pSource, uint8_t* pDest, size_t uCount)
     return uDone;
 }
 
-// The same up to an escape, which is one value, and one that the C library finds faster.
+// The same up to an escape: a single value, which the C library finds faster.
 size_t CopyUnescaped(const uint8_t* pSource, uint8_t* pDest, size_t uCount)
 {
+    if (uCount == 0)
+        return 0; // there may be no destination either
     const void* const pEscape = std::memchr(pSource, kEscape, uCount);
     const size_t uPlain = pEscape ? static_cast<size_t>(static_cast<const uint8_t*>(pEscape) - pSource) : uCount;
     std::memcpy(pDest, pSource, uPlain);

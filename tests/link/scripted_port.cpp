@@ -25,6 +25,7 @@ bool ScriptedPort::Read(HANDLE, void* buffer, DWORD size, DWORD* read, DWORD* er
     const Answer answer = answers.front();
     answers.pop_front();
     *error = answer.error;
+    std::fill_n(static_cast<uint8_t*>(buffer), size, uint8_t{0});
     std::copy_n(answer.reply.begin(), std::min<size_t>(size, answer.reply.size()), static_cast<uint8_t*>(buffer));
     *read = static_cast<DWORD>(answer.reply.size()) + answer.extra;
     return answer.error == 0;

@@ -49,8 +49,9 @@ protected:
     Result Read(DWORD timeout, DWORD size = 8193)
     {
         Result result;
-        result.bytes.resize(size);
+        result.bytes.assign(size, 'A');
         result.done = open_->Read(Device(), result.bytes.data(), size, &result.length, &result.error, timeout);
+        EXPECT_TRUE(!result.done || result.bytes.find_first_not_of('\0', result.length) == std::string::npos);
         result.bytes.resize(result.done ? result.length : 0);
         return result;
     }

@@ -96,7 +96,7 @@ DWORD SerialPort::Run(Direction& direction, SerialOperation&& stated, DWORD* don
     return ERROR_SUCCESS;
 }
 
-// In the memory of the latest one, if that is over and nobody looks at it any more.
+// In the memory of the latest one, if nobody has that any more.
 std::shared_ptr<SerialOperation> SerialPort::Keep(const Lock&, Direction& direction, SerialOperation&& stated)
 {
     if (direction.latest.use_count() == 1)

@@ -24,7 +24,7 @@ struct SerialOperation
     unsigned char* buffer; // a write only reads it
     DWORD size;
     OVERLAPPED* record;                                     // null: none
-    std::shared_ptr<Event> event = {};                      // of the record; null: none
+    std::shared_ptr<Event> event = {};                      // of the record; null: none, or it is over
     std::shared_ptr<ThreadRecord> thread = CurrentThread(); // whose operation it is
     bool isTimed = false;
     SerialTiming timing = {};
