@@ -40,6 +40,11 @@ TEST_F(ModemPortTest, BytesPassUnchanged)
     Send("OK\r\n}~");
     ASSERT_TRUE(AwaitUnread(6));
     EXPECT_EQ(Read(0, 6).bytes, "OK\r\n}~"); // a full buffer ends a read
+    COMMTIMEOUTS soon{10, 0, 20, 0, 0};
+    SetCommTimeouts(Device(), &soon);
+    Send("AT");
+    ASSERT_TRUE(AwaitUnread(2));
+    EXPECT_EQ(Read(0).bytes, "AT"); // and silence
     EXPECT_EQ(log_.TakeLines(), Lines());
 }
 
