@@ -13,8 +13,8 @@ bool CExchange::Send(HANDLE hDevice, std::span<const uint8_t> Parameters, PHN_ER
     const auto dwRequestLen = static_cast<DWORD>(sizeof Header + Parameters.size());
     DWORD dwErrSts = 0;
     DWORD dwRetBufferLen = 0;
-    if (!ExecCmd(hDevice, abyRequest, dwRequestLen, m_Reply.m_abyBuffer, kReplyBufferSize, &dwRetBufferLen, &dwErrSts,
-                 m_Spec.dwTimeout, nullptr)) {
+    if (!ExecCmd(hDevice, abyRequest, dwRequestLen, m_Reply.m_abyBuffer.data(), kReplyBufferSize, &dwRetBufferLen,
+                 &dwErrSts, m_Spec.dwTimeout, nullptr)) {
         m_Log.Error("%s - ExecCmd failed with dwErrSts = %d(0x%X).", m_Spec.pszOperation, dwErrSts, dwErrSts);
         *pError = PHN_ERROR_FAILED;
         return false;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -50,14 +51,14 @@ public:
     {
         static_assert(std::is_trivially_copyable_v<T> && uOffset + sizeof(T) <= kReplyBufferSize);
         T Record;
-        std::memcpy(&Record, m_abyBuffer + uOffset, sizeof Record);
+        std::memcpy(&Record, m_abyBuffer.data() + uOffset, sizeof Record);
         return Record;
     }
 
     // What stands from an offset to the reported length; empty if the reply ends before the offset.
     std::span<const uint8_t> GetData(size_t uOffset) const
     {
-        const std::span<const uint8_t> Data(m_abyBuffer, m_dwLength);
+        const std::span<const uint8_t> Data(m_abyBuffer.data(), m_dwLength);
         return Data.subspan(std::min<size_t>(uOffset, m_dwLength));
     }
     CByteReader GetReader(size_t uOffset) const { return CByteReader(GetData(uOffset)); }
@@ -65,7 +66,7 @@ public:
 private:
     friend class CExchange;
 
-    uint8_t m_abyBuffer[kReplyBufferSize]; // zero behind the reply, as a port leaves it
+    std::array<uint8_t, kReplyBufferSize> m_abyBuffer; // zero behind the reply, as a port leaves it
     DWORD m_dwLength = 0;
 };
 
