@@ -9,8 +9,8 @@ using namespace std::chrono;
 
 namespace {
 
-// Moments count nanoseconds: their years are within those.
-constexpr year kFirstYear{1678};
+// Moments count nanoseconds since 1970: within these years, so does the time between any two of them.
+constexpr year kFirstYear{1970};
 constexpr year kLastYear{2261};
 
 } // namespace
