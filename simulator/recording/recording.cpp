@@ -3,6 +3,7 @@
 #include "simulator/handset/hex.h"
 #include "simulator/recording/json_fields.h"
 
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -11,7 +12,7 @@ namespace simulator {
 namespace {
 
 constexpr int kVersion = 1;
-constexpr std::int64_t kLongestTook = 86'400'000; // a day
+constexpr std::uint32_t kLongestTook = 86'400'000; // a day
 
 std::uint8_t HexDigit(char digit)
 {
@@ -54,17 +55,25 @@ RecordingHeader ParseHeader(const Json& line)
             .isMasked = line.value("masked", false)};
 }
 
+// None is 0. A number with a point is refused: one beyond all integers cannot be made one.
+std::uint32_t Count(const Json& line, const std::string& name, std::uint32_t most)
+{
+    if (!line.contains(name))
+        return 0;
+    const Json& count = line.at(name);
+    if (!count.is_number_unsigned() || count.get<std::uint64_t>() > most)
+        throw std::runtime_error("\"" + name + "\" is no whole number up to " + std::to_string(most));
+    return count.get<std::uint32_t>();
+}
+
 Packet ParsePacket(const Json& line)
 {
     const auto time = ParseMoment(line.at("time").get<std::string>());
     const auto from = line.at("from").get<std::string>();
     if (!time || (from != "host" && from != "handset"))
         throw std::runtime_error("\"time\" or \"from\" cannot be read");
-    const auto took = line.value("took", std::int64_t{0});
-    if (took < 0 || took > kLongestTook)
-        throw std::runtime_error("\"took\" is out of range");
     return {.time = *time,
-            .took = std::chrono::milliseconds(took),
+            .took = std::chrono::milliseconds(Count(line, "took", kLongestTook)),
             .sender = from == "host" ? Sender::Host : Sender::Handset,
             .bytes = FromHex(line.value("bytes", ""))};
 }
@@ -96,7 +105,7 @@ Recording ReadRecording(const std::filesystem::path& file)
             if (number == 1)
                 recording.header = ParseHeader(line);
             else
-                recording.packets.push_back({number, ParsePacket(line), line.value("blanked", std::size_t{0})});
+                recording.packets.push_back({number, ParsePacket(line), Count(line, "blanked", UINT32_MAX)});
         }
     } catch (const std::exception& error) {
         throw std::runtime_error(file.string() + ":" + std::to_string(number) + ": " + Reason(error));

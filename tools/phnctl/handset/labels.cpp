@@ -68,10 +68,10 @@ std::string Duration(std::int64_t seconds)
 
 std::string Bar(std::int64_t value, std::int64_t from, std::int64_t to)
 {
-    if (from == to)
+    const double range = static_cast<double>(to) - static_cast<double>(from);
+    if (range == 0)
         return {};
-    const double share = (static_cast<double>(value) - static_cast<double>(from)) /
-                         (static_cast<double>(to) - static_cast<double>(from));
+    const double share = (static_cast<double>(value) - static_cast<double>(from)) / range;
     const auto filled = static_cast<std::size_t>(std::lround(std::clamp(share, 0.0, 1.0) * kBarLength));
     return fmt::format("[{:#<{}}{:.<{}}] ", "", filled, "", kBarLength - filled);
 }
