@@ -20,6 +20,12 @@ bool IsAscii(char cByte)
     return static_cast<unsigned char>(cByte) < 0x80;
 }
 
+// Of ASCII, what is no control character.
+bool IsPlain(char cByte)
+{
+    return static_cast<unsigned char>(cByte - 0x20) < 0x7F - 0x20;
+}
+
 // Empty too when the system fails the conversion: then nothing is known of the text.
 std::u16string Widen(std::string_view strText)
 {
@@ -42,7 +48,7 @@ bool IsSafe(std::string_view strCharacter, bool bUtf8)
 {
     const auto byFirst = static_cast<unsigned char>(strCharacter[0]);
     if (byFirst < 0x80)
-        return byFirst >= 0x20 && byFirst != 0x7F;
+        return IsPlain(strCharacter[0]);
     if (!bUtf8 && byFirst < 0xA0)
         return false; // a terminal may take it for a control character, whatever it is in the code page
     const std::u16string strWide = Widen(strCharacter);
@@ -52,10 +58,19 @@ bool IsSafe(std::string_view strCharacter, bool bUtf8)
            });
 }
 
+std::string GetMark(unsigned char byCharacter)
+{
+    char szMark[8];
+    std::snprintf(szMark, sizeof szMark, "\\x%02X", byCharacter);
+    return szMark;
+}
+
 } // namespace
 
 std::string ShowControls(std::string_view strText)
 {
+    if (std::ranges::all_of(strText, IsPlain)) // as most lines are
+        return std::string(strText);
     const bool bUtf8 = GetACP() == CP_UTF8;
     const bool bAscii = std::ranges::all_of(strText, IsAscii);
     const size_t uCharacters = bUtf8 || bAscii ? 0 : Widen(strText).size();
@@ -65,9 +80,7 @@ std::string ShowControls(std::string_view strText)
         const auto byFirst = static_cast<unsigned char>(strText[0]);
         const std::string_view strCharacter = strText.substr(0, bUtf8 ? GetLength(byFirst) : 1);
         const bool bSafe = (bKeep && byFirst >= 0x80) || IsSafe(strCharacter, bUtf8);
-        char szMark[8];
-        std::snprintf(szMark, sizeof szMark, "\\x%02X", byFirst);
-        strShown += bSafe ? strCharacter : szMark;
+        strShown += bSafe ? std::string(strCharacter) : GetMark(byFirst);
         strText.remove_prefix(bSafe ? strCharacter.size() : 1);
     }
     return strShown;
